@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+/// Why a port operation failed. The description names the cause, and the cure where it is known.
+struct PortFailure {
+    int number = 0; ///< RefusedLineSettings, or 0 for every other cause
+    QString description;
+};
+
+/// Failure number: the port does not take the line settings asked for.
+constexpr int RefusedLineSettings = 8015;
+
+/// Empty means success.
+using PortResult = std::optional<PortFailure>;
+
+/// What CommEvent tells inside a handler of CommEventRaised. Only Receive leads to an action.
+namespace CommEvents
+{
+constexpr int Receive = 2;
+constexpr int CtsChange = 3;
+constexpr int DsrChange = 4;
+constexpr int CarrierChange = 5;
+constexpr int Ring = 6;
+constexpr int Break = 1001;
+constexpr int FramingError = 1004;
+constexpr int PortOverrun = 1006;
+constexpr int ReceiveOverflow = 1008;
+constexpr int ParityError = 1009;
+constexpr int TransmitFull = 1010;
+constexpr int DeviceControlBlock = 1011;
+} // namespace CommEvents
+
+/// One serial port as the program sees it: properties first, then PortOpen, then one
+/// CommEventRaised for what has arrived. Lives on the window's thread; all calls and signals
+/// belong there. No event is raised, on any port, while a handler of another one runs.
+class SerialPortControl : public QObject
+{
+    Q_OBJECT
+
+  public:
+    using QObject::QObject;
+
+    /// COM number, 1 to 255. All property setters are for a closed port.
+    virtual PortResult SetCommPort(int number) = 0;
+    /// Settings text such as "9600,N,8,1"; it is judged when the port opens.
+    virtual PortResult SetSettings(const QString &settings) = 0;
+    /// Waiting bytes that raise a receive event; 1: as soon as anything has arrived.
+    virtual PortResult SetRThreshold(int bytes) = 0;
+    /// Request-to-send line after opening. A port without modem lines takes it as done.
+    virtual PortResult SetRTSEnable(bool on) = 0;
+    /// 0: bytes are read as 8-bit text. There is no other mode.
+    virtual PortResult SetInputMode(int mode) = 0;
+    /// Size of the receive buffer in bytes.
+    virtual PortResult SetInBufferSize(int bytes) = 0;
+    /// Bytes that one Input takes; 0: all that are waiting.
+    virtual PortResult SetInputLen(int bytes) = 0;
+
+    /// Opens or closes. Closing first raises the events for what has been received, then waits
+    /// for bytes still to be sent, one second at most. Closing a closed port succeeds.
+    virtual PortResult SetPortOpen(bool open) = 0;
+    virtual bool PortOpen() const = 0;
+
+    /// Bytes waiting in the receive buffer, 0 to InBufferSize.
+    virtual int InBufferCount() const = 0;
+    /// Throws away what is waiting in the receive buffer.
+    virtual void ClearInBuffer() = 0;
+    /// Takes the waiting bytes out of the receive buffer.
+    virtual QByteArray Input() = 0;
+
+    /// Hands bytes over for sending; returns before they are on the line. Fails when the port is
+    /// closed or too much is pending; then nothing of the bytes is sent.
+    virtual PortResult Output(const QByteArray &bytes) = 0;
+
+    /// The event being raised, a CommEvents value.
+    virtual int CommEvent() const = 0;
+
+  Q_SIGNALS:
+    void CommEventRaised();
+    /// The device of an open port went away; raised once, after the events for all that had been
+    /// received. The port stays to be closed by its user. Never raised inside a receive event.
+    void Disconnected(const QString &description);
+};

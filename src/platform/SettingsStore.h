@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/// The per-user settings store: texts under section and key. Writes take effect at Flush.
+class SettingsStore
+{
+  public:
+    virtual ~SettingsStore() = default;
+
+    /// Empty if the store holds no such key.
+    virtual std::optional<QString> Read(const QString &section, const QString &key) const = 0;
+    virtual void Write(const QString &section, const QString &key, const QString &text) = 0;
+
+    /// Puts what was written in its place. Returns the cause if that fails, else an empty text.
+    virtual QString Flush() = 0;
+};

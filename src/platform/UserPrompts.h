@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+enum class PromptIcon { None, Information, Question, Exclamation, Critical };
+enum class PromptButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class PromptAnswer { Ok, Cancel, Yes, No };
+
+/// One message box, complete.
+struct MessagePrompt {
+    QString text;
+    PromptIcon icon = PromptIcon::None;
+    PromptButtons buttons = PromptButtons::Ok;
+    PromptAnswer defaultAnswer = PromptAnswer::Ok;
+    QString caption = QStringLiteral("Serimonde");
+
+    bool operator==(const MessagePrompt &) const = default;
+};
+
+/// The one door for everything that asks or tells the user something in a box of its own. Calls
+/// return when the user has answered; the program's events go on meanwhile.
+class UserPrompts
+{
+  public:
+    virtual ~UserPrompts() = default;
+
+    virtual PromptAnswer ShowMessage(const MessagePrompt &prompt) = 0;
+
+    /// Whether a message with the critical icon has been shown in this run.
+    bool CriticalShown() const { return m_criticalShown; }
+
+  protected:
+    void NoteIcon(PromptIcon icon) { m_criticalShown |= icon == PromptIcon::Critical; }
+
+  private:
+    bool m_criticalShown = false;
+};
+
+inline MessagePrompt CriticalMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Critical};
+}
+
+inline MessagePrompt ExclamationMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Exclamation};
+}
+
+inline MessagePrompt InformationMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Information};
+}
