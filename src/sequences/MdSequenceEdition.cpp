@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "sequences/MdSequenceEdition.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+/// Records that clearing and shifting touch: those in use and the empty one behind them, as far
+/// as the table goes.
+int TouchedRecords(int count)
+{
+    return std::min(count + 1, MdSequenceEdition::Capacity);
+}
+
+} // namespace
+
+void MdSequenceEdition::SetSendCount(int count)
+{
+    m_sendCount = std::clamp(count, 0, Capacity);
+    ++m_revision;
+}
+
+void MdSequenceEdition::SetReceiveCount(int count)
+{
+    m_receiveCount = std::clamp(count, 0, Capacity);
+    ++m_revision;
+}
+
+SendSequence &MdSequenceEdition::EditSend(int index)
+{
+    ++m_revision;
+    return m_send[size_t(index)];
+}
+
+ReceiveSequence &MdSequenceEdition::EditReceive(int index)
+{
+    ++m_revision;
+    return m_receive[size_t(index)];
+}
+
+void MdSequenceEdition::ClearProject()
+{
+    for (int i = 0; i < TouchedRecords(m_sendCount); ++i) {
+        SendSequence &record = EditSend(i);
+        record.Name.clear();
+        record.Sequence.clear();
+    }
+    for (int i = 0; i < TouchedRecords(m_receiveCount); ++i) {
+        ReceiveSequence &record = EditReceive(i);
+        record.Name.clear();
+        record.Sequence.clear();
+        record.AnswerName.clear();
+        record.Answer = 0;
+        record.Active = 1;
+    }
+    SetSendCount(0);
+    SetReceiveCount(0);
+    CurrentSendIndex = 0;
+    CurrentReceiveIndex = 0;
+}
+
+void MdSequenceEdition::DeleteSendSequence()
+{
+    if (CurrentSendIndex < 0 || CurrentSendIndex >= m_sendCount)
+        return;
+    const int touched = TouchedRecords(m_sendCount);
+    std::move(m_send.begin() + CurrentSendIndex + 1, m_send.begin() + touched,
+              m_send.begin() + CurrentSendIndex);
+    EditSend(touched - 1) = {};
+    SetSendCount(m_sendCount - 1);
+}
+
+void MdSequenceEdition::DeleteReceiveSequence()
+{
+    if (CurrentReceiveIndex < 0 || CurrentReceiveIndex >= m_receiveCount)
+        return;
+    const int touched = TouchedRecords(m_receiveCount);
+    for (int i = CurrentReceiveIndex; i + 1 < touched; ++i) {
+        const qint16 activeOfPlace = ReceiveAt(i).Active;
+        EditReceive(i) = std::move(m_receive[size_t(i) + 1]);
+        EditReceive(i).Active = activeOfPlace;
+    }
+    // Moving from a record keeps its Active, so the last one is set apart from the shifting.
+    EditReceive(touched - 1) = {};
+    SetReceiveCount(m_receiveCount - 1);
+}
+
+void MdSequenceEdition::ActivateAll()
+{
+    for (int i = 0; i < Capacity; ++i)
+        EditReceive(i).Active = 1;
+}
+
+void MdSequenceEdition::RefreshAnswerName(int receiveIndex)
+{
+    ReceiveSequence &record = EditReceive(receiveIndex);
+    const SendSequence *answer = AnswerOf(record);
+    record.AnswerName = answer ? answer->Name : QByteArray();
+}
+
+const SendSequence *MdSequenceEdition::AnswerOf(const ReceiveSequence &record) const
+{
+    const int index = record.Answer - 1;
+    return index >= 0 && index < Capacity ? &SendAt(index) : nullptr;
+}

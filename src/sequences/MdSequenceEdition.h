@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "sequences/ReceiveSequence.h"
+#include "sequences/SendSequence.h"
+
+#include <vector>
+
+/// The project's two sequence tables. Records 0 to count - 1 are in use, the record behind them
+/// is kept empty; a record's index is its line in its list, and what an answer refers to.
+class MdSequenceEdition
+{
+  public:
+    /// Records of each table; indexes outside 0 to Capacity - 1 must not be asked for.
+    static constexpr int Capacity = 1025;
+
+    MdSequenceEdition() : m_send(Capacity), m_receive(Capacity) {}
+
+    int SendCount() const { return m_sendCount; }
+    int ReceiveCount() const { return m_receiveCount; }
+    void SetSendCount(int count);
+    void SetReceiveCount(int count);
+
+    const SendSequence &SendAt(int index) const { return m_send[size_t(index)]; }
+    const ReceiveSequence &ReceiveAt(int index) const { return m_receive[size_t(index)]; }
+
+    /// A record to write to. The reference is for the statement at hand, not to be kept: taking
+    /// it is what tells detection that the tables have changed.
+    SendSequence &EditSend(int index);
+    ReceiveSequence &EditReceive(int index);
+
+    /// Grows whenever a record or a count may have changed.
+    quint64 Revision() const { return m_revision; }
+
+    /// Empties both tables. Comments, their log flags and the editors' texts stay in the records.
+    void ClearProject();
+
+    /// Deletes the record at CurrentSendIndex; answers are not renumbered.
+    void DeleteSendSequence();
+    /// Deletes the record at CurrentReceiveIndex. The Active flags stay with their places.
+    void DeleteReceiveSequence();
+
+    /// Sets Active to 1 in every record of the table, in use or not.
+    void ActivateAll();
+
+    /// Derives AnswerName of the record from its Answer; one outside the table names nothing.
+    void RefreshAnswerName(int receiveIndex);
+
+    /// The send sequence that an Answer refers to, null if it is outside the table.
+    const SendSequence *AnswerOf(const ReceiveSequence &record) const;
+
+    /// What the editors work on; equal to the count while a new sequence is being defined.
+    int CurrentSendIndex = 0;
+    int CurrentReceiveIndex = 0;
+
+  private:
+    std::vector<SendSequence> m_send;
+    std::vector<ReceiveSequence> m_receive;
+    int m_sendCount = 0;
+    int m_receiveCount = 0;
+    quint64 m_revision = 0;
+};
