@@ -15,8 +15,8 @@ constexpr qsizetype CompactAfter = 65536;
 
 } // namespace
 
-ReceiveDetection::ReceiveDetection(const MdSequenceEdition &tables) :
-    m_tables(tables), m_builtRevision(tables.Revision() - 1)
+ReceiveDetection::ReceiveDetection(const MdSequenceEdition &tables)
+    : m_tables(tables), m_builtRevision(tables.Revision() - 1)
 {
     Clear();
 }
@@ -71,7 +71,7 @@ void ReceiveDetection::RebuildIfChanged()
         if (record.IsWatched())
             patterns.push_back({record.Sequence, i});
     }
-    m_matcher.Build(std::move(patterns));
+    m_matcher.Build(patterns);
     m_builtRevision = m_tables.Revision();
 }
 

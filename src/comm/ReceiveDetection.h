@@ -42,8 +42,8 @@ class ReceiveDetection
     struct Memory {
         QByteArray window; ///< padding, then bytes of which [held, end) count
         qsizetype held = SequenceMatcher::Padding;
-        qsizetype longest = 0;  ///< of the tables that the last byte was checked against
-        quint64 revision = 0; ///< of these tables
+        qsizetype longest = 0; ///< of the tables that the last byte was checked against
+        quint64 revision = 0;  ///< of these tables
     };
 
     void RebuildIfChanged();

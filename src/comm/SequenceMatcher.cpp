@@ -43,13 +43,12 @@ qsizetype CommonLength(const QByteArray &a, const QByteArray &b, qsizetype from)
 
 } // namespace
 
-void SequenceMatcher::Build(std::vector<Pattern> patterns)
+void SequenceMatcher::Build(const std::vector<Pattern> &patterns)
 {
-    m_patterns = std::move(patterns);
     m_longest = 0;
     std::vector<Reversed> sorted;
-    sorted.reserve(m_patterns.size());
-    for (const Pattern &pattern : m_patterns) {
+    sorted.reserve(patterns.size());
+    for (const Pattern &pattern : patterns) {
         m_longest = std::max(m_longest, pattern.bytes.size());
         QByteArray bytes = pattern.bytes.toByteArray();
         std::reverse(bytes.begin(), bytes.end());
@@ -59,20 +58,19 @@ void SequenceMatcher::Build(std::vector<Pattern> patterns)
         return std::lexicographical_compare(a.bytes.begin(), a.bytes.end(), b.bytes.begin(),
                                             b.bytes.end());
     });
-    BuildFilter();
+    BuildFilter(patterns);
     BuildTree(sorted);
-    m_patterns.clear();
 }
 
-void SequenceMatcher::BuildFilter()
+void SequenceMatcher::BuildFilter(const std::vector<Pattern> &patterns)
 {
     m_filter.assign(FilterBits / 64, 0);
     qsizetype shortest = Padding;
-    for (const Pattern &pattern : m_patterns)
+    for (const Pattern &pattern : patterns)
         shortest = std::min(shortest, pattern.bytes.size());
     m_filterBytes = shortest;
     m_filterMask = MaskOfNewest(shortest);
-    for (const Pattern &pattern : m_patterns) {
+    for (const Pattern &pattern : patterns) {
         QByteArray tail(Padding, '\0');
         const auto newest = pattern.bytes.last(shortest);
         std::copy(newest.begin(), newest.end(), tail.end() - shortest);
@@ -107,8 +105,7 @@ void SequenceMatcher::Expand(const std::vector<Reversed> &sorted, const Pending 
     // The root's label stays empty, so that its children can be looked up by their first byte.
     const QByteArray &lowest = sorted[pending.first].bytes;
     const qsizetype length =
-        pending.node == 0 ? 0
-                          : CommonLength(lowest, sorted[pending.last - 1].bytes, pending.depth);
+        pending.node == 0 ? 0 : CommonLength(lowest, sorted[pending.last - 1].bytes, pending.depth);
     const qsizetype depth = pending.depth + length;
 
     Node node;
@@ -140,8 +137,8 @@ const SequenceMatcher::Node *SequenceMatcher::ChildFor(const Node &node, char by
     const auto first = m_nodes.begin() + node.firstChild;
     const auto last = first + node.childCount;
     // QByteArray compares bytes as signed characters, and so was the tree sorted.
-    const auto child = std::partition_point(
-        first, last, [&](const Node &n) { return m_labels[n.label] < byte; });
+    const auto child =
+        std::partition_point(first, last, [&](const Node &n) { return m_labels[n.label] < byte; });
     return child != last && m_labels[child->label] == byte ? &*child : nullptr;
 }
 

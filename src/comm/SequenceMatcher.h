@@ -26,7 +26,7 @@ class SequenceMatcher
 
     SequenceMatcher() { Build({}); }
 
-    void Build(std::vector<Pattern> patterns);
+    void Build(const std::vector<Pattern> &patterns);
 
     /// Length of the longest pattern, 0 without patterns.
     qsizetype Longest() const { return m_longest; }
@@ -61,7 +61,7 @@ class SequenceMatcher
         qsizetype depth;
     };
 
-    void BuildFilter();
+    void BuildFilter(const std::vector<Pattern> &patterns);
     void BuildTree(const std::vector<Reversed> &sorted);
     void Expand(const std::vector<Reversed> &sorted, const Pending &pending,
                 std::vector<Pending> &open);
@@ -77,5 +77,4 @@ class SequenceMatcher
     uint32_t m_filterMask = 0; ///< over the bytes that the filter looks at
     qsizetype m_filterBytes = 0;
     qsizetype m_longest = 0;
-    std::vector<Pattern> m_patterns; ///< during Build only
 };

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "about/MdGetSpecialFolders.h"
+
+#include <QDir>
+#include <QStandardPaths>
+
+namespace
+{
+
+#ifdef Q_OS_WIN
+const QString NoFolder = QStringLiteral("C:\\");
+#else
+const QString NoFolder = QStringLiteral("/");
+#endif
+
+QString WithSeparator(const QString &path)
+{
+    const bool ends = path.endsWith(u'/') || path.endsWith(QDir::separator());
+    return ends ? path : path + QDir::separator();
+}
+
+} // namespace
+
+QString SpecialFolderBelow(const QString &documents, const QString &subFolder)
+{
+    const QString folder =
+        WithSeparator(WithSeparator(documents.isEmpty() ? NoFolder : documents) + subFolder);
+    QDir().mkpath(folder);
+    return folder;
+}
+
+QString MdGetSpecialFolders(const QString &subFolder)
+{
+    QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (documents.isEmpty() || !QDir().mkpath(documents))
+        documents = QDir::homePath();
+    return SpecialFolderBelow(QDir::toNativeSeparators(documents), subFolder);
+}
