@@ -84,8 +84,8 @@ void MdSequenceEdition::DeleteReceiveSequence()
         EditReceive(i) = std::move(m_receive[size_t(i) + 1]);
         EditReceive(i).Active = activeOfPlace;
     }
-    // Moving from a record keeps its Active, so the last one is set apart from the shifting.
     EditReceive(touched - 1) = {};
+    EditReceive(m_receiveCount - 1).Active = 1; // the place that has become empty
     SetReceiveCount(m_receiveCount - 1);
 }
 

@@ -39,7 +39,8 @@ class MdSequenceEdition
 
     /// Deletes the record at CurrentSendIndex; answers are not renumbered.
     void DeleteSendSequence();
-    /// Deletes the record at CurrentReceiveIndex. The Active flags stay with their places.
+    /// Deletes the record at CurrentReceiveIndex. The Active flags stay with their places; the
+    /// place that becomes empty is active.
     void DeleteReceiveSequence();
 
     /// Sets Active to 1 in every record of the table, in use or not.

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/SettingsStore.h"
+
+#include <QMap>
+
+/// A settings store that forgets. Keys are written "Section/Key".
+class MemoryStore final : public SettingsStore
+{
+  public:
+    QMap<QString, QString> texts;
+    int flushes = 0;
+
+    std::optional<QString> Read(const QString &section, const QString &key) const override
+    {
+        const auto found = texts.find(section + u'/' + key);
+        return found == texts.end() ? std::nullopt : std::optional(*found);
+    }
+    void Write(const QString &section, const QString &key, const QString &text) override
+    {
+        texts[section + u'/' + key] = text;
+    }
+    QString Flush() override
+    {
+        ++flushes;
+        return {};
+    }
+};

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/UserPrompts.h"
+
+#include <QList>
+
+#include <functional>
+
+/// The door for messages in tests: notes every box and answers as the test says, else with the
+/// box's own default.
+class ScriptedPrompts final : public UserPrompts
+{
+  public:
+    QList<MessagePrompt> shown;
+    QList<PromptAnswer> answers;                 ///< for the next boxes, first one first
+    std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
+
+    PromptAnswer ShowMessage(const MessagePrompt &prompt) override
+    {
+        NoteIcon(prompt.icon);
+        shown << prompt;
+        whileStanding();
+        return answers.isEmpty() ? prompt.defaultAnswer : answers.takeFirst();
+    }
+};
