@@ -3,7 +3,7 @@
 
 #include "platform/ArrivalQueue.h"
 
-#include <algorithm>
+#include <numeric>
 #include <utility>
 
 void ArrivalQueue::Attach(ArrivalPort *port, qsizetype mostBytesAtOnce)
@@ -111,4 +111,12 @@ qsizetype ArrivalQueue::Waiting(ArrivalPort *port) const
 {
     const std::lock_guard guard(m_lock);
     return m_ports.value(port).waiting;
+}
+
+qsizetype ArrivalQueue::WaitingOnAllPorts() const
+{
+    const std::lock_guard guard(m_lock);
+    return std::accumulate(
+        m_ports.begin(), m_ports.end(), qsizetype(0),
+        [](qsizetype sum, const PortState &state) { return sum + state.waiting; });
 }

@@ -64,6 +64,7 @@ class ArrivalQueue
     void DropDeparture(ArrivalPort *port);
 
     qsizetype Waiting(ArrivalPort *port) const;
+    qsizetype WaitingOnAllPorts() const;
 
   private:
     struct Block {

@@ -54,9 +54,9 @@ QString LockFileOf(const QString &canonicalName, const QString &alias);
 /// Why this user may not open the device, and what to do.
 QString MissingRights(const QString &canonicalName);
 
-/// Asks the line for the settings; only ReadLineSettings tells whether it took them. Damaged
-/// bytes come through as they are, and a break adds none. False if the line cannot be asked.
-bool ApplyLineSettings(Handle handle, const LineSettings &settings);
+/// Asks the line for parity, data bits and stop bits; only ReadLineSettings tells whether it took
+/// them. Damaged bytes come through as they are, and a break adds none.
+void ApplyCharacterFormat(Handle handle, const LineSettings &settings);
 /// What the line does. A baud rate that differs by less than receivers notice counts as asked.
 std::optional<LineSettings> ReadLineSettings(Handle handle, qint32 askedBaud);
 /// The whole state of a line, for RestoreLineState; empty if there is no serial line.

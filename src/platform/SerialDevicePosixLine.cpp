@@ -57,18 +57,17 @@ qint32 BaudOf(const termios2 &line, qint32 askedBaud)
 
 } // namespace
 
-bool SerialDevice::ApplyLineSettings(Handle handle, const LineSettings &settings)
+void SerialDevice::ApplyCharacterFormat(Handle handle, const LineSettings &settings)
 {
     termios2 line = {};
     if (::ioctl(handle, TCGETS2, &line) != 0)
-        return false;
+        return;
 
     line.c_iflag &= ~tcflag_t(IGNPAR | INPCK);
     line.c_iflag |= IGNBRK;
-    line.c_cflag &= ~(CBAUD | (CBAUD << IBSHIFT) | CSIZE | CSTOPB | ParityMask);
-    line.c_cflag |= BOTHER | CharacterFlags(settings); // both directions have the same speed
-    line.c_ospeed = line.c_ispeed = speed_t(settings.baud);
-    return ::ioctl(handle, TCSETS2, &line) == 0;
+    line.c_cflag &= ~(CSIZE | CSTOPB | ParityMask);
+    line.c_cflag |= CharacterFlags(settings);
+    ::ioctl(handle, TCSETS2, &line);
 }
 
 std::optional<LineSettings> SerialDevice::ReadLineSettings(Handle handle, qint32 askedBaud)

@@ -52,9 +52,8 @@ qint64 ProcessInLock(const QString &lockFile)
     if (!file.open(QIODevice::ReadOnly))
         return 0;
     const QByteArray content = file.read(64);
-    const QByteArray text = content.simplified();
     bool isText = false;
-    const qint64 process = text.left(text.indexOf(' ')).toLongLong(&isText);
+    const qint64 process = content.simplified().split(' ').first().toLongLong(&isText);
     if (isText)
         return process;
     qint32 binary = 0;

@@ -50,7 +50,8 @@ PortResult SerialPortWorker::Open(const PortRequest &request)
         return Failure(probe.Refusal());
 
     // Bytes that came in before the opening are left to the system: it keeps or drops them.
-    m_port.setPortName(request.device);
+    m_device = request.device;
+    m_port.setPortName(m_device);
     if (!m_port.open(QIODevice::ReadWrite))
         return Failure(OpenFailure(request));
     if (const PortResult failure = Configure(request)) {
@@ -68,12 +69,13 @@ PortResult SerialPortWorker::Open(const PortRequest &request)
 PortResult SerialPortWorker::Configure(const PortRequest &request)
 {
     const SerialDevice::Handle handle = m_port.handle();
-    // The port object's own setters succeed with settings that the device did not take.
-    const bool asked = SerialDevice::ApplyLineSettings(handle, request.line);
+    // Whether these succeed says little; a device may take a setting and do something else.
+    m_port.setBaudRate(request.line.baud);
+    SerialDevice::ApplyCharacterFormat(handle, request.line);
     const auto line = SerialDevice::ReadLineSettings(handle, request.line.baud);
     if (!line)
         return Failure(SerialDevice::GoneCause(handle, request.device));
-    if (!asked || *line != request.line)
+    if (*line != request.line)
         return Failure(
             QStringLiteral("%1 was asked for %2 and does %3")
                 .arg(request.device, LineSettingsText(request.line), LineSettingsText(*line)),
@@ -144,7 +146,7 @@ bool SerialPortWorker::HasUnsent()
 {
     const SerialDevice::Handle handle = m_port.handle();
     return (m_port.bytesToWrite() > 0 || SerialDevice::UnsentBytes(handle) > 0) &&
-           SerialDevice::GoneCause(handle, m_port.portName()).isEmpty();
+           SerialDevice::GoneCause(handle, m_device).isEmpty();
 }
 
 bool SerialPortWorker::TryReserve(qint64 bytes)
@@ -190,7 +192,7 @@ void SerialPortWorker::CheckDevice()
 {
     if (!m_reading)
         return;
-    const QString cause = SerialDevice::GoneCause(m_port.handle(), m_port.portName());
+    const QString cause = SerialDevice::GoneCause(m_port.handle(), m_device);
     if (cause.isEmpty())
         TakeArrivals(); // a port object that an error has silenced reads on after this
     else

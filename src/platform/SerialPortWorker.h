@@ -68,6 +68,7 @@ class SerialPortWorker final : public QObject
     ArrivalPort *const m_receiver;
     QSerialPort m_port;
     QTimer m_watchdog;
+    QString m_device;       ///< last opened
     bool m_reading = false; ///< open, and not stopped
     bool m_paused = false;  ///< the queue is full
     std::atomic<qint64> m_unsent = 0;
