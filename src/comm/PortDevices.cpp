@@ -8,11 +8,10 @@
 
 QString PortDevices::DeviceOf(int comNumber) const
 {
-    if (const QString assigned = m_thisRun.value(comNumber); !assigned.isEmpty())
+    if (QString assigned = m_thisRun.value(comNumber); !assigned.isEmpty())
         return assigned;
-    const QString own =
-        m_store.Read(QStringLiteral("Ports"), QStringLiteral("COM%1").arg(comNumber))
-            .value_or(QString())
-            .trimmed();
+    QString own = m_store.Read(QStringLiteral("Ports"), QStringLiteral("COM%1").arg(comNumber))
+                      .value_or(QString())
+                      .trimmed();
     return own.isEmpty() ? SystemPortName(comNumber) : own;
 }

@@ -170,7 +170,7 @@ QByteArray QtSerialPort::Input()
 {
     const qsizetype count =
         m_inputLen == 0 ? m_inBuffer.size() : std::min<qsizetype>(m_inputLen, m_inBuffer.size());
-    const QByteArray taken = m_inBuffer.left(count);
+    QByteArray taken = m_inBuffer.left(count);
     m_inBuffer.remove(0, count);
     return taken;
 }

@@ -54,7 +54,7 @@ PortResult SerialPortWorker::Open(const PortRequest &request)
     m_port.setPortName(m_device);
     if (!m_port.open(QIODevice::ReadWrite))
         return Failure(OpenFailure(request));
-    if (const PortResult failure = Configure(request)) {
+    if (PortResult failure = Configure(request)) {
         m_port.close();
         probe.RestoreLine();
         return failure;
