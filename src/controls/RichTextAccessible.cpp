@@ -171,6 +171,7 @@ Span RichTextAccessible::SpanAt(qint64 position, QAccessible::TextBoundaryType b
     const RichTextModel &model = m_box.Model();
     switch (boundary) {
     case QAccessible::CharBoundary:
+        position -= RichTextSteps::IsInsideCrLf(model, position) ? 1 : 0;
         return {position, RichTextSteps::Next(model, position)};
     case QAccessible::WordBoundary:
         return RichTextSteps::WordAt(model, position);

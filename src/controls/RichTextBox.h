@@ -3,46 +3,24 @@
 
 #pragma once
 
-#include "controls/RichTextCaret.h"
-#include "controls/RichTextLayout.h"
-#include "controls/RichTextPainter.h"
+#include "controls/RichTextView.h"
 
-#include <QAbstractScrollArea>
 #include <QElapsedTimer>
-#include <QTimer>
 
 #include <memory>
 
 class QMenu;
-class RichTextModel;
 
-/// Shows a rich-text model and lets the user select, copy and, unless the model is read-only,
-/// type. It follows the end of the text while it is scrolled to its end; otherwise it stays on the
-/// text it shows, also when the front is cut. While hidden it does nothing; it lays out when shown.
-/// The model must outlive it.
-class RichTextBox final : public QAbstractScrollArea
+/// A rich-text view in which the user selects, copies and, unless the model is read-only, types.
+class RichTextBox final : public RichTextView
 {
     Q_OBJECT
 
   public:
     explicit RichTextBox(RichTextModel &model, QWidget *parent = nullptr);
 
-    RichTextModel &Model() const { return m_model; }
-    /// Up to date.
-    const RichTextLayout &Layout();
-
     /// The style of what the user types.
     void SetTypingStyle(const TextStyle &style) { m_typingStyle = style; }
-    /// 0x00BBGGRR.
-    void SetBackground(qint32 colour);
-    /// Scrolls, if need be, until the selection is in sight and away from the edges.
-    void ScrollToSelection();
-    void ScrollToPosition(qint64 position);
-
-    /// Where a character stands in the viewport, visible or not.
-    QRectF CharacterRect(qint64 position);
-    /// The place between two characters that is nearest to a point of the viewport.
-    qint64 PositionAt(const QPointF &point);
 
     void Copy();
     void Cut();
@@ -61,13 +39,6 @@ class RichTextBox final : public QAbstractScrollArea
 
   protected:
     bool event(QEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
-    void paintEvent(QPaintEvent *event) override;
-    void scrollContentsBy(int dx, int dy) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -78,37 +49,10 @@ class RichTextBox final : public QAbstractScrollArea
     void inputMethodEvent(QInputMethodEvent *event) override;
 
   private:
-    /// All that decides what the viewport shows; while it stays the same nothing is painted.
-    struct Shown {
-        quint64 editRevision = 0;
-        qint64 from = -1;
-        qint64 to = -1;
-        qint64 anchor = -1;
-        qint64 caret = -1;
-        int columns = 0;
+    void FollowReadOnly();
 
-        bool operator==(const Shown &) const = default;
-    };
-
-    void FollowModel();
-    void LayOut();
-    void RepaintIfChanged();
-    void RenewPainter();
-    qsizetype FullRows() const;
-    int FittingColumns() const;
-    void ScrollToRow(qsizetype row);
-    void ScrollToCaret();
-    void ScrollInSight(qsizetype row);
-
-    QRectF CellRect(qsizetype row, int column) const;
-    QRectF CaretRect() const;
-    void PaintCaret(QPainter &painter) const;
-    void RestartBlinking();
-    void ToggleCaret();
-
-    qsizetype RowAt(qreal y) const;
-    double ColumnAt(qreal x) const;
     void Press(const QMouseEvent &event, RichTextCaret::Unit unit);
+    void Drag();
     void DragOn();
     void ReleaseCaret();
     void PublishSelection();
@@ -123,20 +67,7 @@ class RichTextBox final : public QAbstractScrollArea
     void EraseTowards(RichTextCaret::Movement movement);
     bool CanEdit() const;
 
-    RichTextModel &m_model;
-    RichTextLayout m_layout;
-    RichTextCaret m_caret;
-    RichTextPainter m_painter;
-    qreal m_pixelRatio = 1;
     TextStyle m_typingStyle;
-
-    qint64 m_top = 0; ///< position that the first row shows, unless the end is followed
-    bool m_followsEnd = true;
-    bool m_adjusting = false; ///< the scroll bar is moved by the program, not by the user
-    Shown m_shown;
-
-    QTimer m_blinking;
-    bool m_caretVisible = false;
     QTimer m_dragging;
     QPointF m_mouse;
     QElapsedTimer m_sinceDoubleClick;
