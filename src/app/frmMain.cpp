@@ -6,10 +6,12 @@
 #include "app/MainLayout.h"
 #include "comm/CommunicationViews.h"
 #include "controls/ClickLabel.h"
+#include "controls/RichTextAccessible.h"
 #include "controls/RichTextBox.h"
 #include "controls/SplitterHandle.h"
 #include "project/SettingsRecord.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -127,6 +129,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
       HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
 {
     LoadIcons();
+    QAccessible::installFactory(RichTextAccessible::Create);
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(settings.ProgramTitle);
     setWindowIcon(IconNamed("serimonde"));
