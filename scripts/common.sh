@@ -10,7 +10,7 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-serialport-dev
               qt6-tools-dev libqt6svg6 fonts-liberation)
 test_packages=(xvfb xauth libbenchmark-dev lrzsz poppler-utils)
-lint_packages=(clang-format clang-tidy lintian appstream desktop-file-utils dpkg-dev file man-db)
+lint_packages=(clang-format clang-tidy)
 
 Say() { printf '%s\n' "$*" >&2; }
 
