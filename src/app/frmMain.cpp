@@ -42,6 +42,8 @@ using MainLayout::TwipsPerPixel;
 
 /// Room for the ears of the tab strip, which hang below its body.
 constexpr int TabEarsHeight = 400;
+/// What a narrow window leaves the communication status, in pixels.
+constexpr int LeastStatusWidth = 60;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
 
@@ -233,6 +235,7 @@ void frmMain::MakeCover()
                                   "communication mode (Receive Only). Click here to"));
     text->setObjectName(QStringLiteral("lblSendSequence"));
     text->setWordWrap(true);
+    text->setMinimumWidth(1); // else a narrow list would cut it instead of wrapping it
     auto *link = new ClickLabel(QStringLiteral("change communication mode"));
     link->setObjectName(QStringLiteral("lblClickChangeComm"));
     link->MakeLink();
@@ -319,6 +322,7 @@ void frmMain::MakeStatusBar()
         panel->setToolTip(Text(PanelToolTips[i]));
         panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
         panel->setTextFormat(Qt::PlainText);
+        panel->setMinimumWidth(i == 0 ? LeastStatusWidth : 0);
         sbStatusBar->addWidget(panel, i == 0 ? 1 : 0);
         if (i > 0) {
             connect(panel, &ClickLabel::Clicked, this,
