@@ -8,6 +8,7 @@
 #include "support/ScriptedSettingsStore.h"
 #include "support/UnprivilegedOpener.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
@@ -227,6 +228,8 @@ class TestSerialPort : public QObject
         QFETCH(int, waiting);
         QFETCH(int, arriving);
         World world;
+        const auto descriptors = [] { return QDir("/proc/self/fd").count(); };
+        const uint before = descriptors();
         for (int round = 0; round < 20; ++round) {
             Station station(world, 1);
             QVERIFY(!station.port.SetPortOpen(true));
@@ -242,13 +245,14 @@ class TestSerialPort : public QObject
             QCOMPARE(station.departures.first(), station.pty.DeviceName() + " was unplugged");
             if (round > 0)
                 continue;
-            const double before = ProcessorMilliseconds();
+            const double start = ProcessorMilliseconds();
             QTest::qWait(50); // the measured stretch: a busy loop would fill it
-            QVERIFY(ProcessorMilliseconds() - before < 30);
+            QVERIFY(ProcessorMilliseconds() - start < 30);
             QCOMPARE(station.departures.size(), 1);
             QVERIFY(station.port.PortOpen());
             QVERIFY(!station.port.SetPortOpen(false));
         }
+        QCOMPARE(descriptors(), before);
     }
 
     void LineSettingsAreTakenOrRefused_data()
