@@ -4,8 +4,8 @@
 #include "comm/PortDevices.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
+#include "support/MemoryStore.h"
 #include "support/PtyPair.h"
-#include "support/ScriptedSettingsStore.h"
 #include "support/UnprivilegedOpener.h"
 
 #include <QDir>
@@ -70,7 +70,7 @@ KernelLine LineOf(const PtyPair &pty)
 
 /// What the two ends of a program share, on a fresh table of devices.
 struct World {
-    ScriptedSettingsStore store;
+    MemoryStore store;
     PortDevices devices{store};
     SerialPortHub hub;
     QList<QByteArray> events; ///< of all stations, in order
