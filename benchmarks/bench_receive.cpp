@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SampleTraffic.h"
+#include "comm/CommunicationViews.h"
+#include "comm/MdCommunication.h"
+#include "log/CommunicationLog.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+#include "support/FixedClock.h"
+#include "support/ScriptedPort.h"
+#include "support/ScriptedPrompts.h"
+
+#include <QCoreApplication>
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+constexpr qsizetype SliceSize = 511;
+constexpr qsizetype DataSize = 4 * 1024 * 1024;
+
+class NoLog final : public CommunicationLog
+{
+  public:
+    void WriteText(Representation, const QByteArray &) override {}
+    void UpdateLogCommands() override {}
+    void StopLog() override {}
+};
+
+void AddActive(MdSequenceEdition &tables, const QByteArrayList &sequences)
+{
+    for (const QByteArray &sequence : sequences) {
+        tables.EditReceive(tables.ReceiveCount()).Sequence = sequence;
+        tables.EditReceive(tables.ReceiveCount()).Comment = "detected";
+        tables.SetReceiveCount(tables.ReceiveCount() + 1);
+    }
+}
+
+/// Bytes in slices of 511 through detection with 20 active sequences, four forms and four staging
+/// boxes, which are moved and trimmed after every 10 ms of data at 10 MB/s.
+void ReceivePath(benchmark::State &state)
+{
+    constexpr qsizetype BytesPerPass = 100000;
+    SampleTraffic::Random random(1);
+    SettingsRecord settings;
+    MdSequenceEdition tables;
+    AddActive(tables, SampleTraffic::Sequences(random, 20));
+    CommunicationViews views;
+    NoLog log;
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    ScriptedPort portA;
+    ScriptedPort portB;
+    MdCommunication communication({settings, tables, views, log, prompts, clock, portA, portB});
+    communication.OpenPorts();
+    const QByteArray data = SampleTraffic::Text(random, DataSize);
+
+    qsizetype place = 0;
+    qsizetype inPass = 0;
+    qint64 bytes = 0;
+    for (auto _ : state) {
+        const qsizetype size = qMin(SliceSize, data.size() - place);
+        portA.waiting = data.mid(place, size);
+        portA.Raise(CommEvents::Receive);
+        place = (place + size) % data.size();
+        bytes += size;
+        inPass += size;
+        if (inPass >= BytesPerPass) {
+            views.MoveStagedText();
+            inPass = 0;
+        }
+    }
+    state.SetBytesProcessed(bytes);
+}
+
+enum class Traffic { Random, Text, NearMiss };
+
+QByteArray MakeTraffic(Traffic kind, SampleTraffic::Random &random, const QByteArrayList &sequences)
+{
+    switch (kind) {
+    case Traffic::Random:
+        return SampleTraffic::RandomBytes(random, DataSize);
+    case Traffic::Text:
+        return SampleTraffic::Text(random, DataSize);
+    case Traffic::NearMiss:
+        return SampleTraffic::NearMisses(random, sequences, DataSize);
+    }
+    return {};
+}
+
+/// Detection alone, by number of active sequences of 8 to 32 bytes and kind of traffic.
+void Detection(benchmark::State &state, Traffic kind)
+{
+    SampleTraffic::Random random(2);
+    MdSequenceEdition tables;
+    const QByteArrayList sequences = SampleTraffic::Sequences(random, int(state.range(0)));
+    AddActive(tables, sequences);
+    ReceiveDetection detection(tables);
+    const QByteArray data = MakeTraffic(kind, random, sequences);
+    qint64 bytes = 0;
+    for (auto _ : state) {
+        for (qsizetype place = 0; place < data.size();) {
+            const auto slice =
+                QByteArrayView(data).sliced(place, qMin(SliceSize, data.size() - place));
+            const auto result = detection.Feed(0, slice, CommMode::SendReceive);
+            place += result.consumed;
+        }
+        bytes += data.size();
+    }
+    state.SetBytesProcessed(bytes);
+    state.counters["ns/byte"] = benchmark::Counter(
+        double(bytes) * 1e-9, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+BENCHMARK(ReceivePath);
+BENCHMARK_CAPTURE(Detection, random bytes, Traffic::Random)->Arg(1)->Arg(32)->Arg(1024);
+BENCHMARK_CAPTURE(Detection, text, Traffic::Text)->Arg(1)->Arg(32)->Arg(1024);
+BENCHMARK_CAPTURE(Detection, near misses, Traffic::NearMiss)->Arg(1)->Arg(32)->Arg(1024);
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

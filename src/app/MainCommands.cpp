@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "app/MainCommands.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using namespace MainCommands;
+
+constexpr ToolbarButton Separator = {nullptr, nullptr, nullptr, Command::None, nullptr};
+
+constexpr std::array<ToolbarButton, 20> ToolbarButtons = {{
+    {"New", "New Project", "new", Command::New, nullptr},
+    {"Open", "Open Project", "open", Command::Open, nullptr},
+    {"Save", "Save Project", "save", Command::Save, nullptr},
+    Separator,
+    {"Properties", "Options", "properties", Command::Options, nullptr},
+    Separator,
+    {"Cut", "Cut", "cut", Command::None, nullptr},
+    {"Copy", "Copy", "copy", Command::None, nullptr},
+    {"Paste", "Paste", "paste", Command::None, nullptr},
+    {"Find", "Find a Sequence Within The Communication Window", "find", Command::Find, nullptr},
+    Separator,
+    {"Start", "Start Communication", "start", Command::Start, "F5"},
+    {"Stop", "Stop Communication", "stop", Command::Stop, "Shift+F5"},
+    Separator,
+    {"Clean", "Clear Communication Window", "clean", Command::Clean, nullptr},
+    Separator,
+    {"Print", "Print Communication...", "print", Command::PrintCommunication, nullptr},
+    Separator,
+    {"Start Log-In", "Start Communication Logging", "logging", Command::StartLog, nullptr},
+    {"Stop Log-In", "Stop Communication Logging", "nologging", Command::StopLog, nullptr},
+}};
+
+constexpr MenuEntry Bar(const char *name)
+{
+    return {name, nullptr, Command::None, false, nullptr};
+}
+
+constexpr MenuEntry Menu(const char *name, const char *caption)
+{
+    return {name, caption, Command::None, true, nullptr};
+}
+
+constexpr MenuEntry Entry(const char *name, const char *caption, Command command,
+                          const char *shortcut = nullptr)
+{
+    return {name, caption, command, false, shortcut};
+}
+
+constexpr std::array<MenuEntry, 24> MenuEntries = {{
+    Menu("mnuFile", "&File"),
+    Entry("mnuFileNew", "&New Project", Command::New, "Ctrl+N"),
+    Entry("mnuFileOpen", "&Open Project...", Command::Open, "Ctrl+O"),
+    Bar("mnuFileBar0"),
+    Entry("mnuFileSave", "&Save Project", Command::Save, "Ctrl+S"),
+    Entry("mnuFileSaveAs", "Save Project &As...", Command::SaveAs),
+    Bar("mnuFileBar3"),
+    Entry("mnuPrintProject", "Print Project...", Command::PrintProject),
+    Entry("mnuPrintCommunication", "Print Communication...", Command::PrintCommunication, "Ctrl+P"),
+    Bar("mnuFileBar2"),
+    Entry("mnuRecentProject_0", "", Command::OpenRecent),
+    Entry("mnuRecentProject_1", "", Command::OpenRecent),
+    Entry("mnuRecentProject_2", "", Command::OpenRecent),
+    Entry("mnuRecentProject_3", "", Command::OpenRecent),
+    Bar("mnuFileBar1"),
+    Entry("mnuFileClose", "E&xit", Command::Exit, "Ctrl+Q"),
+    Menu("mnuTools", "&Tools"),
+    Entry("mnuToolsOptions", "&Options...", Command::Options),
+    Menu("mnuHelp", "&Help"),
+    Entry("mnuHelpContents", "&Contents", Command::HelpContents),
+    Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),
+    Bar("mnuHelpBar0"),
+    Bar("mnuHelpBar1"),
+    Entry("mnuHelpAbout", "&About...", Command::About),
+}};
+
+constexpr std::array BuiltCommands = {Command::None,  Command::Exit, Command::Options,
+                                      Command::Start, Command::Stop, Command::Clean};
+
+} // namespace
+
+namespace MainCommands
+{
+
+std::span<const ToolbarButton> Toolbar()
+{
+    return ToolbarButtons;
+}
+
+std::span<const MenuEntry> Menus()
+{
+    return MenuEntries;
+}
+
+bool IsBuilt(Command command)
+{
+    return std::find(BuiltCommands.begin(), BuiltCommands.end(), command) != BuiltCommands.end();
+}
+
+} // namespace MainCommands

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <array>
+#include <span>
+
+/// What the user can ask of the main window, by toolbar, menu or a click elsewhere.
+enum class Command {
+    None,
+    New,
+    Open,
+    Save,
+    SaveAs,
+    PrintProject,
+    PrintCommunication,
+    OpenRecent,
+    Exit,
+    Options,
+    Find,
+    Start,
+    Stop,
+    Clean,
+    StartLog,
+    StopLog,
+    HelpContents,
+    HelpSearch,
+    About
+};
+
+/// The tables of the toolbar and of the menus.
+namespace MainCommands
+{
+
+/// One place of the toolbar; a separator has no key.
+struct ToolbarButton {
+    const char *key;
+    const char *toolTip;
+    const char *image;
+    Command command;
+    const char *shortcut; ///< for what no menu entry offers; null for none
+};
+
+/// Places of the buttons that are switched at run time, counted from 1 with the separators.
+namespace ButtonIndex
+{
+constexpr int Save = 3;
+constexpr int Cut = 7;
+constexpr int Copy = 8;
+constexpr int Paste = 9;
+constexpr int Start = 12;
+constexpr int Stop = 13;
+constexpr int Clean = 15;
+constexpr int StartLog = 19;
+constexpr int StopLog = 20;
+} // namespace ButtonIndex
+
+std::span<const ToolbarButton> Toolbar();
+
+/// One line of the menu bar's menus, in order; a row that opens a menu has no command and
+/// starts it, a row without a caption is a separator.
+struct MenuEntry {
+    const char *name;
+    const char *caption;
+    Command command;
+    bool opensMenu;
+    const char *shortcut; ///< null for none
+};
+
+std::span<const MenuEntry> Menus();
+
+/// Whether this version can do what the command asks; the others stay disabled.
+bool IsBuilt(Command command);
+
+} // namespace MainCommands

@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "app/MdMain.h"
+
+#include "about/MdGetSpecialFolders.h"
+#include "app/DemoProject.h"
+#include "app/frmMain.h"
+#include "platform/DemoInstrument.h"
+#include "platform/QtSerialPort.h"
+#include "platform/SerialPortHub.h"
+#include "platform/SettingsStore.h"
+#include "platform/UserPrompts.h"
+#include "project/ProgramSettings.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QPixmap>
+#include <QSaveFile>
+#include <QTimer>
+
+#include <cmath>
+
+namespace
+{
+
+/// COM numbers and line settings of the demo.
+constexpr int DemoPortA = 1;
+constexpr int DemoPortB = 2;
+constexpr LineSettings DemoLine = {};
+
+/// Writes the picture. Returns the cause if that fails, else an empty text.
+QString WritePng(const QPixmap &picture, const QString &path)
+{
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile())
+        return QStringLiteral("it is not a regular file");
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return file.errorString();
+    if (!picture.save(&file, "PNG") || !file.flush() || file.error() != QFileDevice::NoError) {
+        file.cancelWriting();
+        return QStringLiteral("not all of it could be written");
+    }
+    return file.commit() ? QString() : file.errorString();
+}
+
+} // namespace
+
+MdMain::MdMain(const World &world, const CommandLine &line)
+    : m_world(world),
+      m_line(line),
+      m_devices(world.store),
+      m_hub(std::make_unique<SerialPortHub>()),
+      MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
+      MSCommB(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
+      m_communication(std::make_unique<MdCommunication>(CommunicationParts{
+          m_settings, m_sequences, m_views, m_log, world.prompts, world.clock, *MSCommA, *MSCommB}))
+{
+}
+
+MdMain::~MdMain() = default;
+
+int MdMain::Run()
+{
+    m_helpFile =
+        QCoreApplication::applicationDirPath() + QDir::separator() + QLatin1String("serimonde.hlp");
+    m_settings.QuitRequested = false;
+    SetProgramTitle(QStringLiteral("Serimonde"));
+    if (!LoadMainWindow())
+        return 1;
+    ShowMainWindow();
+    MainLoop(m_settings, *m_communication, m_views).Run();
+
+    m_communication->ClosePorts();
+    m_window.reset();
+    return m_world.prompts.CriticalShown() ? 1 : 0;
+}
+
+bool MdMain::LoadMainWindow()
+{
+    if (!m_world.store.Read(QStringLiteral("Settings"), QStringLiteral("ProjectPath")))
+        m_settings.ProjectDirectory = MdGetSpecialFolders();
+    const auto bad = ProgramSettings::LoadSettings(m_world.store, m_settings, m_sequences);
+    if (bad) {
+        m_world.prompts.ShowMessage(CriticalMessage(bad->Message()));
+        return false;
+    }
+    ApplyCommandLine();
+    m_window = std::make_unique<frmMain>(m_settings, m_views);
+    ConnectWindow();
+    m_log.UpdateLogCommands();
+    return true;
+}
+
+void MdMain::ApplyCommandLine()
+{
+    if (m_line.demo)
+        AttachDemo();
+    for (auto port = m_line.ports.cbegin(); port != m_line.ports.cend(); ++port)
+        m_devices.AssignForRun(port.key(), port.value());
+    if (m_line.mode)
+        m_settings.comm.run.mode = m_line.mode;
+    if (m_line.line)
+        m_settings.comm.run.line = m_line.line;
+}
+
+void MdMain::AttachDemo()
+{
+    const CommMode mode = m_line.mode.value_or(CommMode::SendReceive);
+    m_settings.comm.run = {mode, DemoLine, DemoPortA, DemoPortB};
+    m_demo = std::make_unique<DemoInstrument>(mode);
+    if (!m_demo->ErrorText().isEmpty()) {
+        m_world.prompts.ShowMessage(
+            CriticalMessage(QStringLiteral("The simulated instrument could not be attached. ") +
+                            m_demo->ErrorText()));
+    }
+    m_devices.AssignForRun(DemoPortA, m_demo->DevicePath(0));
+    m_devices.AssignForRun(DemoPortB, m_demo->DevicePath(1));
+    FillDemoProject(m_sequences);
+}
+
+void MdMain::ConnectWindow()
+{
+    m_window->AskSaveChanges = [this] { return AskSaveChanges(); };
+    m_window->Unload = [this] { UnloadMainWindow(); };
+    connect(m_window.get(), &frmMain::CommandChosen, this, &MdMain::Execute);
+    connect(m_communication.get(), &MdCommunication::PortStatusChanged, m_window.get(),
+            &frmMain::ShowPortStatus);
+    connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
+            &frmMain::SetToolbarState);
+    connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
+}
+
+void MdMain::ShowMainWindow()
+{
+    m_window->show();
+    if (m_line.start || m_line.demo) {
+        QTimer::singleShot(0, m_communication.get(), &MdCommunication::OpenPorts);
+    }
+    if (m_line.quitAfterSeconds) {
+        const auto delay = std::chrono::milliseconds(qint64(*m_line.quitAfterSeconds * 1000));
+        QTimer::singleShot(delay, m_window.get(), &QWidget::close);
+    }
+}
+
+void MdMain::SetProgramTitle(const QString &title)
+{
+    m_settings.ProgramTitle = title;
+    if (m_window)
+        m_window->setWindowTitle(title);
+}
+
+bool MdMain::AskSaveChanges()
+{
+    if (!m_window->ProjectModified())
+        return true;
+    const PromptAnswer answer =
+        m_world.prompts.ShowMessage({.text = QStringLiteral("Save changes for this project?"),
+                                     .icon = PromptIcon::Question,
+                                     .buttons = PromptButtons::YesNoCancel,
+                                     .defaultAnswer = PromptAnswer::No,
+                                     .caption = m_settings.ProgramTitle});
+    if (answer == PromptAnswer::Yes) {
+        m_world.prompts.ShowMessage(
+            InformationMessage(QStringLiteral("Projects cannot be saved in this version.")));
+    }
+    return answer == PromptAnswer::No;
+}
+
+void MdMain::Execute(Command command)
+{
+    switch (command) {
+    case Command::Start:
+        m_communication->OpenPorts();
+        break;
+    case Command::Stop:
+        m_communication->ClosePorts();
+        break;
+    case Command::Clean:
+        m_views.ClearViews();
+        break;
+    case Command::Options:
+        ShowOptions();
+        break;
+    case Command::Exit:
+        m_window->close();
+        break;
+    default:
+        break; // the others are not built yet, and their buttons and entries are disabled
+    }
+}
+
+void MdMain::ShowOptions()
+{
+    m_communication->ClosePorts();
+    if (!m_communication->Running()) {
+        m_world.prompts.ShowMessage(InformationMessage(
+            QStringLiteral("The options dialog is not available in this version. The command line "
+                           "options --mode, --port and --settings set a run's communication.")));
+    }
+    m_window->UpdateStatusPanels();
+}
+
+void MdMain::UnloadMainWindow()
+{
+    WriteScreenshot();
+    const QString fault =
+        ProgramSettings::SaveSettings(m_world.store, m_settings, m_window->isMinimized());
+    if (!fault.isEmpty()) {
+        m_world.prompts.ShowMessage(
+            CriticalMessage(QStringLiteral("The settings could not be saved. ") + fault));
+    }
+}
+
+void MdMain::WriteScreenshot()
+{
+    if (m_line.screenshot.isEmpty())
+        return;
+    const QString fault = WritePng(m_window->grab(), m_line.screenshot);
+    if (!fault.isEmpty()) {
+        m_world.prompts.ShowMessage(CriticalMessage(
+            QStringLiteral("The picture %1 could not be written: ").arg(m_line.screenshot) +
+            fault));
+    }
+}

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/MainCommands.h"
+#include "app/MainLoop.h"
+#include "comm/CommunicationViews.h"
+#include "comm/MdCommunication.h"
+#include "comm/PortDevices.h"
+#include "log/MdLogFile.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+
+#include <QObject>
+
+#include <memory>
+
+class Clock;
+class DemoInstrument;
+class frmMain;
+class QtSerialPort;
+class SerialPortHub;
+class SettingsStore;
+class UserPrompts;
+
+/// The program: owns the state that everything shares, brings its parts up in their order, runs
+/// the main loop and carries out the commands that belong to no other part.
+class MdMain final : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// The outside world; it lives longer than the program.
+    struct World {
+        SettingsStore &store;
+        UserPrompts &prompts;
+        const Clock &clock;
+    };
+
+    MdMain(const World &world, const CommandLine &line);
+    ~MdMain() override;
+
+    /// Starts, runs until the main window has gone, and ends. Returns the exit status: 0, or 1 if
+    /// the start failed or a critical message was given.
+    int Run();
+
+    /// Sets the title of program and window.
+    void SetProgramTitle(const QString &title);
+
+    /// True: the caller may replace or leave the project. False: the user wants to stay.
+    bool AskSaveChanges();
+
+    /// Carries out a command of the main window.
+    void Execute(Command command);
+
+    /// Where the help file is looked for.
+    QString HelpFile() const { return m_helpFile; }
+    /// The window while the program runs, else null.
+    frmMain *Window() const { return m_window.get(); }
+    MdCommunication &Communication() { return *m_communication; }
+    SettingsRecord &Settings() { return m_settings; }
+    MdSequenceEdition &Sequences() { return m_sequences; }
+    CommunicationViews &Views() { return m_views; }
+
+  private:
+    bool LoadMainWindow();
+    void ApplyCommandLine();
+    void AttachDemo();
+    void ConnectWindow();
+    void ShowMainWindow();
+    void ShowOptions();
+    void UnloadMainWindow();
+    void WriteScreenshot();
+
+    World m_world;
+    CommandLine m_line;
+    QString m_helpFile;
+    SettingsRecord m_settings;
+    MdSequenceEdition m_sequences;
+    CommunicationViews m_views;
+    MdLogFile m_log;
+    PortDevices m_devices;
+    std::unique_ptr<DemoInstrument> m_demo; ///< outlives the ports that listen to it
+    std::unique_ptr<SerialPortHub> m_hub;   ///< outlives its ports
+    std::unique_ptr<QtSerialPort> MSCommA;
+    std::unique_ptr<QtSerialPort> MSCommB;
+    std::unique_ptr<MdCommunication> m_communication;
+    std::unique_ptr<frmMain> m_window;
+};

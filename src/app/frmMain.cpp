@@ -1,0 +1,544 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "app/frmMain.h"
+
+#include "app/MainLayout.h"
+#include "comm/CommunicationViews.h"
+#include "controls/ClickLabel.h"
+#include "controls/RichTextAccessible.h"
+#include "controls/RichTextBox.h"
+#include "controls/SplitterHandle.h"
+#include "project/SettingsRecord.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialog>
+#include <QFrame>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+
+/// The icons stand in a static library, which nothing else would pull in.
+static void LoadIcons()
+{
+    Q_INIT_RESOURCE(icons);
+}
+
+namespace
+{
+
+using MainLayout::Span;
+using MainLayout::TwipsPerPixel;
+
+/// Room for the ears of the tab strip, which hang below its body.
+constexpr int TabEarsHeight = 400;
+/// A window that would show less of its top edge than this is brought back, in pixels.
+constexpr int LeastVisible = 40;
+
+struct BoxNames {
+    const char *name;
+    const char *accessibleName;
+};
+
+constexpr std::array<BoxNames, RepresentationCount> Boxes = {
+    {{"txtASCII", "Communication in ASCII"},
+     {"txtHexa", "Communication in HEX"},
+     {"txtDeci", "Communication in Decimal"},
+     {"txtBin", "Communication in Binary"}}};
+
+constexpr std::array<const char *, 6> PanelToolTips = {
+    "Communication Status", "COM Port(s) Active", "Baud Rate", "Parity", "Start Bits", "Stop Bits"};
+
+constexpr std::array<const char *, 3> Titles = {"Send Sequences", "Communication",
+                                                "Receive Sequences"};
+
+int Pixels(int twips)
+{
+    return int(std::lround(double(twips) / TwipsPerPixel));
+}
+
+int Twips(int pixels)
+{
+    return pixels * TwipsPerPixel;
+}
+
+/// A stored float as whole twips; what no window could have is bounded.
+int WholeTwips(float stored)
+{
+    constexpr float Limit = 1000000;
+    return int(std::lround(std::clamp(stored, -Limit, Limit)));
+}
+
+QRect PixelRect(const Span &horizontal, const Span &vertical)
+{
+    const int left = Pixels(horizontal.start);
+    const int top = Pixels(vertical.start);
+    return {left, top, Pixels(horizontal.start + horizontal.length) - left,
+            Pixels(vertical.start + vertical.length) - top};
+}
+
+void SetHorizontally(QWidget *widget, const Span &span)
+{
+    const QRect rect = PixelRect(span, {});
+    widget->setGeometry(rect.x(), widget->y(), rect.width(), widget->height());
+}
+
+void SetVertically(QWidget *widget, const Span &span)
+{
+    const QRect rect = PixelRect({}, span);
+    widget->setGeometry(widget->x(), rect.y(), widget->width(), rect.height());
+}
+
+QIcon IconNamed(const char *image)
+{
+    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(image)));
+}
+
+QString Text(const char *latin)
+{
+    return QString::fromLatin1(latin);
+}
+
+} // namespace
+
+frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
+    : m_settings(settings),
+      m_views(views),
+      m_vSplitt(WholeTwips(settings.window.vSplitt)),
+      m_hSplitt(WholeTwips(settings.window.hSplitt)),
+      m_menuBar(new QMenuBar(this)),
+      m_inner(new QWidget(this)),
+      tbToolBar(new QToolBar(m_inner)),
+      sbStatusBar(new QStatusBar(m_inner)),
+      ActionList(new QFrame(m_inner)),
+      EventList(new QFrame(m_inner)),
+      picSendSequenceDeactivated(new QFrame(m_inner)),
+      m_tabBody(new QFrame(m_inner)),
+      tsTabStrip1(new QTabBar(m_inner)),
+      VimgSplitter(new SplitterHandle(Qt::Horizontal, MainLayout::VerticalDragLimit, m_inner)),
+      HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
+{
+    LoadIcons();
+    QAccessible::installFactory(RichTextAccessible::Create);
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(settings.ProgramTitle);
+    setWindowIcon(IconNamed("serimonde"));
+    setMinimumWidth(Pixels(MainLayout::MinimumWidth));
+    MakeMenus();
+    MakeToolbar();
+    MakeLists();
+    MakeCover();
+    MakeViews();
+    MakeSplitters();
+    MakeStatusBar();
+    SetTabOrder();
+    RestorePlace();
+
+    InitViews();
+    LayOut();
+    ShowView(tsTabStrip1->currentIndex());
+    ShowPortStatus(QStringLiteral("Communication port is closed"));
+    UpdateStatusPanels();
+    SetToolbarState(MdCommunication::ToolbarState::Closed);
+    SetProjectUnmodified();
+}
+
+QAction *frmMain::MakeAction(Command command, const QString &text, const char *shortcut)
+{
+    auto *action = new QAction(text, this);
+    action->setEnabled(MainCommands::IsBuilt(command));
+    if (shortcut)
+        action->setShortcut(QKeySequence(Text(shortcut)));
+    connect(action, &QAction::triggered, this, [this, command] { Q_EMIT CommandChosen(command); });
+    return action;
+}
+
+void frmMain::MakeMenus()
+{
+    m_menuBar->setNativeMenuBar(false);
+    QMenu *menu = nullptr;
+    for (const MainCommands::MenuEntry &entry : MainCommands::Menus()) {
+        if (entry.opensMenu) {
+            menu = m_menuBar->addMenu(Text(entry.caption));
+            menu->setObjectName(Text(entry.name));
+            continue;
+        }
+        QAction *action = entry.caption
+                              ? MakeAction(entry.command, Text(entry.caption), entry.shortcut)
+                              : new QAction(this);
+        action->setSeparator(!entry.caption);
+        action->setObjectName(Text(entry.name));
+        action->setVisible(entry.command != Command::OpenRecent);
+        menu->addAction(action);
+        if (entry.command == Command::Save)
+            mnuFileSave = action;
+    }
+}
+
+void frmMain::MakeToolbar()
+{
+    tbToolBar->setObjectName(QStringLiteral("tbToolBar"));
+    tbToolBar->setIconSize({24, 24});
+    for (const MainCommands::ToolbarButton &button : MainCommands::Toolbar()) {
+        if (!button.key) {
+            tbToolBar->addSeparator();
+            continue;
+        }
+        QAction *action = MakeAction(button.command, Text(button.key), button.shortcut);
+        action->setIcon(IconNamed(button.image));
+        action->setToolTip(Text(button.toolTip));
+        tbToolBar->addAction(action);
+        QWidget *widget = tbToolBar->widgetForAction(action);
+        widget->setFocusPolicy(Qt::TabFocus);
+        widget->setAccessibleName(Text(button.toolTip));
+    }
+}
+
+void frmMain::MakeLists()
+{
+    for (size_t i = 0; i < lblTitle.size(); ++i) {
+        lblTitle[i] = new QLabel(Text(Titles[i]), m_inner);
+        lblTitle[i]->setObjectName(QStringLiteral("lblTitle_%1").arg(i));
+    }
+    const auto make = [](QFrame *list, const char *name, const char *accessibleName) {
+        list->setObjectName(Text(name));
+        list->setAccessibleName(Text(accessibleName));
+        list->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+        list->setBackgroundRole(QPalette::Base);
+        list->setAutoFillBackground(true);
+    };
+    make(ActionList, "ActionList", "Send Sequences");
+    make(EventList, "EventList", "Receive Sequences");
+}
+
+void frmMain::MakeCover()
+{
+    picSendSequenceDeactivated->setObjectName(QStringLiteral("picSendSequenceDeactivated"));
+    picSendSequenceDeactivated->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    picSendSequenceDeactivated->setBackgroundRole(QPalette::Base);
+    picSendSequenceDeactivated->setAutoFillBackground(true);
+
+    auto *text =
+        new QLabel(QStringLiteral("Sending sequences is not possible with the currently selected "
+                                  "communication mode (Receive Only). Click here to"));
+    text->setObjectName(QStringLiteral("lblSendSequence"));
+    text->setWordWrap(true);
+    auto *link = new ClickLabel(QStringLiteral("change communication mode"));
+    link->setObjectName(QStringLiteral("lblClickChangeComm"));
+    link->MakeLink();
+    auto *image = new ClickLabel;
+    image->setObjectName(QStringLiteral("imgClickOptions"));
+    image->setPixmap(IconNamed("properties").pixmap(24, 24));
+    image->setAccessibleName(QStringLiteral("Options"));
+    image->setCursor(Qt::PointingHandCursor);
+    for (ClickLabel *label : {link, image}) {
+        connect(label, &ClickLabel::Clicked, this,
+                [this] { Q_EMIT CommandChosen(Command::Options); });
+    }
+
+    auto *row = new QHBoxLayout;
+    row->addWidget(link);
+    row->addWidget(image);
+    row->addStretch();
+    auto *column = new QVBoxLayout(picSendSequenceDeactivated);
+    column->addWidget(text);
+    column->addLayout(row);
+    column->addStretch();
+}
+
+void frmMain::MakeViews()
+{
+    m_tabBody->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    m_tabBody->lower();
+    tsTabStrip1->setObjectName(QStringLiteral("tsTabStrip1"));
+    tsTabStrip1->setAccessibleName(QStringLiteral("Representation"));
+    tsTabStrip1->setShape(QTabBar::RoundedSouth);
+    tsTabStrip1->setDrawBase(false);
+    tsTabStrip1->setExpanding(false);
+    lblTitle[1]->raise();
+    for (const Representation r : AllRepresentations) {
+        auto *box = new RichTextBox(m_views.View(r), m_inner);
+        box->setObjectName(Text(Boxes[size_t(r)].name));
+        box->setAccessibleName(Text(Boxes[size_t(r)].accessibleName));
+        connect(box, &RichTextBox::CaretReleased, this,
+                [this](qsizetype index) { m_settings.CaretPosition = index; });
+        m_boxes[size_t(r)] = box;
+    }
+}
+
+/// Captions begin with a blank, so that they stand off the edge of their tab.
+void frmMain::InitViews()
+{
+    for (const Representation r : AllRepresentations) {
+        tsTabStrip1->addTab(u' ' + Text(RepresentationCaptions[size_t(r)]));
+        m_boxes[size_t(r)]->SetBackground(m_settings.display.DispBack);
+        m_boxes[size_t(r)]->SetTypingStyle(m_settings.display.styles[StyleIndex::Comment]);
+    }
+    connect(tsTabStrip1, &QTabBar::currentChanged, this, &frmMain::ShowView);
+}
+
+void frmMain::ShowView(int tab)
+{
+    if (tab < 0 || tab >= RepresentationCount)
+        return;
+    for (int i = 0; i < RepresentationCount; ++i)
+        m_boxes[size_t(i)]->setVisible(i == tab);
+    m_settings.DisplayedRepresentation = Representation(tab);
+    m_settings.CaretPosition = 0;
+}
+
+void frmMain::MakeSplitters()
+{
+    VimgSplitter->setObjectName(QStringLiteral("VimgSplitter"));
+    VimgSplitter->setAccessibleName(QStringLiteral("Width of the sequence lists"));
+    VimgSplitter->Picture()->setObjectName(QStringLiteral("VpicSplitter"));
+    HimgSplitter->setObjectName(QStringLiteral("HimgSplitter"));
+    HimgSplitter->setAccessibleName(QStringLiteral("Height of the send sequence list"));
+    HimgSplitter->Picture()->setObjectName(QStringLiteral("HpicSplitter"));
+    connect(VimgSplitter, &SplitterHandle::Moved, this, &frmMain::VSizeControls);
+    connect(HimgSplitter, &SplitterHandle::Moved, this, &frmMain::HSizeControls);
+}
+
+void frmMain::MakeStatusBar()
+{
+    sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
+    sbStatusBar->setSizeGripEnabled(false);
+    for (size_t i = 0; i < m_panels.size(); ++i) {
+        auto *panel = new ClickLabel;
+        panel->setObjectName(QStringLiteral("sbStatusBar_%1").arg(i + 1));
+        panel->setToolTip(Text(PanelToolTips[i]));
+        panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+        panel->setTextFormat(Qt::PlainText);
+        sbStatusBar->addWidget(panel, i == 0 ? 1 : 0);
+        if (i > 0) {
+            connect(panel, &ClickLabel::Clicked, this,
+                    [this] { Q_EMIT CommandChosen(Command::Options); });
+        }
+        m_panels[i] = panel;
+    }
+}
+
+/// The order of the page: lists from the top, then the views and their tabs.
+void frmMain::SetTabOrder()
+{
+    QList<QWidget *> order =
+        tbToolBar->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    order << ActionList
+          << picSendSequenceDeactivated->findChild<QWidget *>(QStringLiteral("lblClickChangeComm"));
+    order << HimgSplitter << EventList << VimgSplitter;
+    for (RichTextBox *box : m_boxes)
+        order << box;
+    order << tsTabStrip1;
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    m_boxes[0]->setFocus();
+}
+
+void frmMain::RestorePlace()
+{
+    const QRect screen = QApplication::primaryScreen()->availableGeometry();
+    const WindowSettings &place = m_settings.window;
+    const auto size = [](float stored, int ofScreen) {
+        return stored > 0 ? std::max(1, Pixels(WholeTwips(stored))) : ofScreen * 3 / 4;
+    };
+    QRect all;
+    for (const QScreen *each : QApplication::screens())
+        all |= each->availableGeometry();
+    resize(QSize(size(place.MainWidth, screen.width()), size(place.MainHeight, screen.height()))
+               .boundedTo(all.size()));
+    move(Pixels(WholeTwips(place.MainLeft)), Pixels(WholeTwips(place.MainTop)));
+
+    const QRect topEdge(pos(), QSize(width(), LeastVisible));
+    const auto shows = [&](const QScreen *each) {
+        const QRect seen = each->availableGeometry() & topEdge;
+        return seen.width() >= LeastVisible && seen.height() >= LeastVisible / 2;
+    };
+    const QList<QScreen *> screens = QApplication::screens();
+    if (std::none_of(screens.begin(), screens.end(), shows))
+        move(screen.topLeft());
+}
+
+void frmMain::StorePlace()
+{
+    const QRect frame = isMaximized() || isFullScreen() ? normalGeometry() : QRect(pos(), size());
+    WindowSettings &place = m_settings.window;
+    place.MainLeft = float(Twips(frame.x()));
+    place.MainTop = float(Twips(frame.y()));
+    place.MainWidth = float(Twips(frame.width()));
+    place.MainHeight = float(Twips(frame.height()));
+    place.vSplitt = float(m_vSplitt);
+    place.hSplitt = float(m_hSplitt);
+}
+
+void frmMain::resizeEvent(QResizeEvent *)
+{
+    if (!isMinimized())
+        LayOut();
+}
+
+void frmMain::LayOut()
+{
+    PlaceBars();
+    VSizeControls(m_vSplitt);
+    HSizeControls(m_hSplitt);
+}
+
+void frmMain::PlaceBars()
+{
+    const int menuHeight = m_menuBar->heightForWidth(width()) > 0
+                               ? m_menuBar->heightForWidth(width())
+                               : m_menuBar->sizeHint().height();
+    m_menuBar->setGeometry(0, 0, width(), menuHeight);
+    m_inner->setGeometry(0, menuHeight, width(), std::max(0, height() - menuHeight));
+    tbToolBar->setGeometry(0, 0, m_inner->width(), tbToolBar->sizeHint().height());
+    const int statusHeight = sbStatusBar->sizeHint().height();
+    sbStatusBar->setGeometry(0, m_inner->height() - statusHeight, m_inner->width(), statusHeight);
+}
+
+void frmMain::VSizeControls(int x)
+{
+    const auto sums = MainLayout::VSizeControls(x, Twips(m_inner->width()));
+    m_vSplitt = sums.splitter;
+    for (QWidget *widget :
+         {static_cast<QWidget *>(ActionList), static_cast<QWidget *>(picSendSequenceDeactivated),
+          static_cast<QWidget *>(EventList), static_cast<QWidget *>(lblTitle[0]),
+          static_cast<QWidget *>(lblTitle[2]), static_cast<QWidget *>(HimgSplitter)})
+        SetHorizontally(widget, sums.lists);
+    SetHorizontally(VimgSplitter, {sums.splitter, MainLayout::SplitterThickness});
+    SetHorizontally(m_tabBody, sums.tabs);
+    SetHorizontally(tsTabStrip1, sums.tabs);
+    SetHorizontally(lblTitle[1], sums.title);
+    for (RichTextBox *box : m_boxes)
+        SetHorizontally(box, sums.views);
+}
+
+void frmMain::HSizeControls(int y)
+{
+    const MainLayout::InnerArea inner = {Twips(m_inner->height()), Twips(tbToolBar->height()),
+                                         Twips(sbStatusBar->height())};
+    const auto sums = MainLayout::HSizeControls(y, inner);
+    m_hSplitt = sums.splitter;
+    const Span titleRow = {sums.titleRow, MainLayout::TitleHeight};
+    SetVertically(lblTitle[0], titleRow);
+    SetVertically(lblTitle[1], titleRow);
+    SetVertically(lblTitle[2], {sums.receiveTitle, MainLayout::TitleHeight});
+    SetVertically(ActionList, sums.sendList);
+    SetVertically(picSendSequenceDeactivated, sums.sendList);
+    SetVertically(HimgSplitter, {sums.splitter, MainLayout::SplitterThickness});
+    SetVertically(EventList, sums.receiveList);
+    SetVertically(m_tabBody, sums.tabs);
+    SetVertically(tsTabStrip1, {sums.tabs.start + sums.tabs.length, TabEarsHeight});
+    for (RichTextBox *box : m_boxes)
+        SetVertically(box, sums.views);
+    SetVertically(VimgSplitter, {inner.toolBar, inner.height - inner.toolBar - inner.statusBar});
+}
+
+void frmMain::UpdateStatusPanels()
+{
+    const CommConfiguration &comm = m_settings.comm;
+    picSendSequenceDeactivated->setVisible(comm.Mode() == CommMode::MonitorReceiveOnly);
+    QString ports = QStringLiteral("COM%1").arg(comm.PortA());
+    if (comm.TwoChannels())
+        ports += QStringLiteral(" / COM%1").arg(comm.PortB());
+    const LineTexts texts = comm.Texts();
+    m_panels[1]->setText(ports);
+    m_panels[2]->setText(texts.speed);
+    m_panels[3]->setText(texts.parity);
+    m_panels[4]->setText(texts.dataBits);
+    m_panels[5]->setText(texts.stopBits);
+}
+
+void frmMain::ShowPortStatus(const QString &text)
+{
+    m_panels[0]->setText(text);
+}
+
+QAction *frmMain::ToolbarButton(int index) const
+{
+    return tbToolBar->actions().at(index - 1);
+}
+
+void frmMain::EnableButton(int index, bool enabled)
+{
+    ToolbarButton(index)->setEnabled(enabled);
+}
+
+void frmMain::SetToolbarState(MdCommunication::ToolbarState state)
+{
+    using namespace MainCommands;
+    const bool closed = state == MdCommunication::ToolbarState::Closed;
+    for (const int index : {ButtonIndex::Cut, ButtonIndex::Copy, ButtonIndex::Paste,
+                            ButtonIndex::Start, ButtonIndex::Clean})
+        EnableButton(index, closed);
+    EnableButton(ButtonIndex::Stop, !closed);
+}
+
+void frmMain::EnableLogCommands(bool canStart, bool canStop)
+{
+    EnableButton(MainCommands::ButtonIndex::StartLog, canStart);
+    EnableButton(MainCommands::ButtonIndex::StopLog, canStop);
+}
+
+void frmMain::EnableSave(bool enabled)
+{
+    EnableButton(MainCommands::ButtonIndex::Save, enabled);
+    mnuFileSave->setEnabled(enabled);
+}
+
+bool frmMain::ProjectModified() const
+{
+    return ToolbarButton(MainCommands::ButtonIndex::Save)->isEnabled();
+}
+
+void frmMain::CloseUnasked()
+{
+    m_closing = UnloadMode::System;
+    close();
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    if (m_closing != UnloadMode::System)
+        m_closing = event->spontaneous() ? UnloadMode::ControlMenu : UnloadMode::Code;
+    if (!QueryUnload(m_closing)) {
+        event->ignore();
+        return;
+    }
+    UnloadOtherForms();
+    StorePlace();
+    Unload();
+    m_settings.QuitRequested = true;
+}
+
+/// Whether the window may go.
+bool frmMain::QueryUnload(UnloadMode mode)
+{
+    if (m_settings.QuitRequested)
+        return true;
+    const bool mayGo = mode == UnloadMode::System || AskSaveChanges();
+    m_settings.QuitRequested = mayGo;
+    return mayGo;
+}
+
+/// The newest form first; a dialog ends as if it had been cancelled.
+void frmMain::UnloadOtherForms()
+{
+    const QWidgetList forms = QApplication::topLevelWidgets();
+    for (auto form = forms.rbegin(); form != forms.rend(); ++form) {
+        auto *dialog = qobject_cast<QDialog *>(*form);
+        if (dialog)
+            dialog->reject();
+        else if (*form != this)
+            (*form)->close();
+    }
+}

@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/MainCommands.h"
+#include "comm/MdCommunication.h"
+#include "repr/Representation.h"
+
+#include <QWidget>
+
+#include <functional>
+
+class ClickLabel;
+class CommunicationViews;
+class QAction;
+class QFrame;
+class QLabel;
+class QMenuBar;
+class QStatusBar;
+class QTabBar;
+class QToolBar;
+class RichTextBox;
+class SplitterHandle;
+struct SettingsRecord;
+
+/// The main window. It shows, lays out and reports what the user asks for; what a command does
+/// is decided by those who listen.
+class frmMain final : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    /// Who asked for the close.
+    enum class UnloadMode { ControlMenu, Code, System };
+
+    /// Settings and views live longer than the window. The window's place, the splitters, the
+    /// mode and the colours are taken from the settings here.
+    frmMain(SettingsRecord &settings, CommunicationViews &views);
+
+    /// Asked before a close by the user or by code; false keeps the window.
+    std::function<bool()> AskSaveChanges = [] { return true; };
+    /// Called once when the window goes away, after all other forms have gone.
+    std::function<void()> Unload = [] {};
+
+    /// Closes as the system does, without a question.
+    void CloseUnasked();
+
+    /// Status panels 2 to 6 and the cover of the send list.
+    void UpdateStatusPanels();
+    void ShowPortStatus(const QString &text);
+    void SetToolbarState(MdCommunication::ToolbarState state);
+    void EnableLogCommands(bool canStart, bool canStop);
+
+    /// Whether the project has been modified is whether "Save" is enabled.
+    void SetProjectModified() { EnableSave(true); }
+    void SetProjectUnmodified() { EnableSave(false); }
+    bool ProjectModified() const;
+
+    /// Toolbar place, from 1 on, separators included.
+    QAction *ToolbarButton(int index) const;
+
+    /// Lay out for the wanted place of a splitter, in twips; the place is bounded and kept.
+    void VSizeControls(int x);
+    void HSizeControls(int y);
+
+    /// Puts the window's place and its splitters into the settings.
+    void StorePlace();
+
+  Q_SIGNALS:
+    void CommandChosen(Command command);
+
+  protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+  private:
+    void MakeMenus();
+    void MakeToolbar();
+    void MakeLists();
+    void MakeCover();
+    void MakeViews();
+    void MakeSplitters();
+    void MakeStatusBar();
+    void SetTabOrder();
+
+    QAction *MakeAction(Command command, const QString &text, const char *shortcut);
+    void RestorePlace();
+    void InitViews();
+    void ShowView(int tab);
+    void EnableSave(bool enabled);
+    void EnableButton(int index, bool enabled);
+    void LayOut();
+    void PlaceBars();
+
+    bool QueryUnload(UnloadMode mode);
+    void UnloadOtherForms();
+
+    SettingsRecord &m_settings;
+    CommunicationViews &m_views;
+    UnloadMode m_closing = UnloadMode::Code;
+    int m_vSplitt; ///< left edge of VimgSplitter, twips
+    int m_hSplitt; ///< top of HimgSplitter, twips
+
+    QMenuBar *m_menuBar;
+    QWidget *m_inner; ///< everything below the menu bar
+    QToolBar *tbToolBar;
+    QStatusBar *sbStatusBar;
+    std::array<ClickLabel *, 6> m_panels{};
+    std::array<QLabel *, 3> lblTitle{};
+    QFrame *ActionList;
+    QFrame *EventList;
+    QFrame *picSendSequenceDeactivated;
+    QFrame *m_tabBody;
+    QTabBar *tsTabStrip1;
+    std::array<RichTextBox *, RepresentationCount> m_boxes{};
+    SplitterHandle *VimgSplitter;
+    SplitterHandle *HimgSplitter;
+    QAction *mnuFileSave = nullptr;
+};

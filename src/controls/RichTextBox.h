@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "controls/RichTextView.h"
+
+#include <QElapsedTimer>
+
+#include <memory>
+
+class QMenu;
+
+/// A rich-text view in which the user selects, copies and, unless the model is read-only, types.
+class RichTextBox final : public RichTextView
+{
+    Q_OBJECT
+
+  public:
+    explicit RichTextBox(RichTextModel &model, QWidget *parent = nullptr);
+
+    /// The style of what the user types.
+    void SetTypingStyle(const TextStyle &style) { m_typingStyle = style; }
+
+    void Copy();
+    void Cut();
+    void Paste();
+    void Delete();
+    void SelectAll();
+    /// Cut, Copy, Paste, Delete and Select All, as far as they can do something now.
+    std::unique_ptr<QMenu> MakeContextMenu();
+
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+  Q_SIGNALS:
+    /// A key or a mouse button was released; start of the selection, counted from the content's
+    /// begin.
+    void CaretReleased(qsizetype index);
+
+  protected:
+    bool event(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void keyReleaseEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+
+  private:
+    void FollowReadOnly();
+
+    void Press(const QMouseEvent &event, RichTextCaret::Unit unit);
+    void Drag();
+    void DragOn();
+    void ReleaseCaret();
+    void PublishSelection();
+
+    /// Does what a key asks for, or, when not in earnest, only tells whether it would.
+    bool HandleKey(const QKeyEvent &event, bool inEarnest);
+    bool HandleMovementKey(const QKeyEvent &event, bool inEarnest);
+    bool HandleCommandKey(const QKeyEvent &event, bool inEarnest);
+    bool HandleEditingKey(const QKeyEvent &event, bool inEarnest);
+    void Insert(const QString &text);
+    void MoveCaret(RichTextCaret::Movement movement, bool select);
+    void EraseTowards(RichTextCaret::Movement movement);
+    bool CanEdit() const;
+
+    TextStyle m_typingStyle;
+    QTimer m_dragging;
+    QPointF m_mouse;
+    QElapsedTimer m_sinceDoubleClick;
+    QPointF m_doubleClick;
+};

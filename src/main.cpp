@@ -1,0 +1,94 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "app/CommandLine.h"
+#include "app/MdMain.h"
+#include "app/frmMain.h"
+#include "platform/ConsolePrompts.h"
+#include "platform/Display.h"
+#include "platform/QtPrompts.h"
+#include "platform/QtSettingsStore.h"
+#include "platform/SystemClock.h"
+#include "platform/TerminationWatch.h"
+
+#include <QApplication>
+#include <QSessionManager>
+#include <QTextStream>
+
+#include <memory>
+
+namespace
+{
+
+constexpr int StartFailed = 1;
+constexpr int WrongUsage = 2;
+
+QStringList Arguments(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+
+int RunProgram(const CommandLine &line, QTextStream &errors)
+{
+    std::unique_ptr<UserPrompts> prompts;
+    if (line.Unattended())
+        prompts = std::make_unique<ConsolePrompts>(errors);
+    else
+        prompts = std::make_unique<QtPrompts>();
+
+    QtSettingsStore store;
+    if (!store.ReadingFault().isEmpty()) {
+        prompts->ShowMessage(CriticalMessage(QStringLiteral("The settings could not be read. ") +
+                                             store.ReadingFault()));
+        return StartFailed;
+    }
+    const SystemClock clock;
+    MdMain program({store, *prompts, clock}, line);
+
+    const auto closeUnasked = [&program] {
+        if (program.Window())
+            program.Window()->CloseUnasked();
+    };
+    const TerminationWatch termination;
+    QObject::connect(&termination, &TerminationWatch::Terminating, &program, closeUnasked);
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &program,
+        [closeUnasked](QSessionManager &) { closeUnasked(); }, Qt::DirectConnection);
+    return program.Run();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QTextStream output(stdout);
+    QTextStream errors(stderr);
+    const ParsedCommandLine parsed = ParseCommandLine(Arguments(argc, argv));
+    if (!parsed.error.isEmpty()) {
+        errors << "serimonde: " << parsed.error << "\nserimonde --help shows the options.\n";
+        return WrongUsage;
+    }
+    if (parsed.line.action == CommandLine::Action::ShowHelp) {
+        output << CommandLineHelp();
+        return 0;
+    }
+    if (parsed.line.action == CommandLine::Action::ShowVersion) {
+        output << "Serimonde " << SERIMONDE_VERSION << '\n';
+        return 0;
+    }
+    const bool platformGiven = Arguments(argc, argv).contains(QStringLiteral("-platform"));
+    if (!platformGiven && !DisplayFault().isEmpty()) {
+        errors << "serimonde: " << DisplayFault() << '\n';
+        return StartFailed;
+    }
+
+    QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(SERIMONDE_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("serimonde"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return RunProgram(parsed.line, errors);
+}

@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/ConsolePrompts.h"
+
+namespace
+{
+
+QString KindOf(const MessagePrompt &prompt)
+{
+    if (prompt.buttons != PromptButtons::Ok)
+        return QStringLiteral("question");
+    switch (prompt.icon) {
+    case PromptIcon::Critical:
+        return QStringLiteral("critical");
+    case PromptIcon::Exclamation:
+        return QStringLiteral("warning");
+    default:
+        return QStringLiteral("information");
+    }
+}
+
+QString AnswerText(PromptAnswer answer)
+{
+    switch (answer) {
+    case PromptAnswer::Ok:
+        return QStringLiteral("OK");
+    case PromptAnswer::Cancel:
+        return QStringLiteral("Cancel");
+    case PromptAnswer::Yes:
+        return QStringLiteral("Yes");
+    case PromptAnswer::No:
+        return QStringLiteral("No");
+    }
+    return {};
+}
+
+} // namespace
+
+PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
+{
+    NoteIcon(prompt.icon);
+    m_out << KindOf(prompt) << ": " << prompt.text.simplified();
+    if (prompt.buttons != PromptButtons::Ok)
+        m_out << " -> " << AnswerText(prompt.defaultAnswer);
+    m_out << '\n' << Qt::flush;
+    return prompt.defaultAnswer;
+}

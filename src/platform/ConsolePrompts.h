@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/UserPrompts.h"
+
+#include <QTextStream>
+
+/// Prompts of an unattended run: each message is one line of text, each question gets its default
+/// answer, so nothing waits for a hand.
+class ConsolePrompts final : public UserPrompts
+{
+  public:
+    /// The stream must live as long as this object.
+    explicit ConsolePrompts(QTextStream &out) : m_out(out) {}
+
+    PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
+
+  private:
+    QTextStream &m_out;
+};

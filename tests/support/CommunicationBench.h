@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "comm/CommunicationViews.h"
+#include "comm/MdCommunication.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+#include "support/FixedClock.h"
+#include "support/RecordingLog.h"
+#include "support/ScriptedPort.h"
+#include "support/ScriptedPrompts.h"
+
+/// Communication with scripted ports, and what it told the window.
+class CommunicationBench
+{
+  public:
+    SettingsRecord settings;
+    MdSequenceEdition tables;
+    CommunicationViews views;
+    RecordingLog log;
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    ScriptedPort portA;
+    ScriptedPort portB;
+    MdCommunication communication{{settings, tables, views, log, prompts, clock, portA, portB}};
+    QStringList statusTexts;
+    QList<MdCommunication::ToolbarState> toolbarStates;
+
+    CommunicationBench()
+    {
+        QObject::connect(&communication, &MdCommunication::PortStatusChanged, &communication,
+                         [this](const QString &text) { statusTexts << text; });
+        QObject::connect(&communication, &MdCommunication::ToolbarStateChanged, &communication,
+                         [this](MdCommunication::ToolbarState s) { toolbarStates << s; });
+    }
+
+    void Open(CommMode mode)
+    {
+        settings.comm.stored.CommType = qint32(mode);
+        communication.OpenPorts();
+    }
+
+    /// A receive sequence; with an answer if one is given.
+    void Watch(const QByteArray &sequence, const QByteArray &comment,
+               const QByteArray &answer = QByteArray())
+    {
+        const int index = tables.ReceiveCount();
+        tables.EditReceive(index).Sequence = sequence;
+        tables.EditReceive(index).Comment = comment;
+        tables.SetReceiveCount(index + 1);
+        if (answer.isEmpty())
+            return;
+        tables.EditSend(tables.SendCount()).Name = "answer";
+        tables.EditSend(tables.SendCount()).Sequence = answer;
+        tables.SetSendCount(tables.SendCount() + 1);
+        tables.EditReceive(index).Answer = qint16(tables.SendCount());
+        tables.RefreshAnswerName(index);
+    }
+
+    /// What is staged in ASCII, in runs of equal style: "0:" and "1:" for the directions, "c:"
+    /// for the comment style, joined by "|".
+    QByteArray StagedAscii() { return Runs(views.StagingBox(Representation::Ascii)); }
+
+    QByteArray Staged(Representation r) { return views.StagingBox(r).Bytes().toByteArray(); }
+
+    QByteArray Runs(const RichTextModel &model) const
+    {
+        QByteArray text;
+        qint64 start = model.Begin();
+        for (const RichTextModel::StyleRun &run : model.Runs()) {
+            const char *name = run.style == settings.display.styles[0]   ? "0:"
+                               : run.style == settings.display.styles[1] ? "1:"
+                                                                         : "c:";
+            text += (text.isEmpty() ? "" : "|") + QByteArray(name);
+            text += model.Bytes().sliced(start - model.Begin(), run.end - start);
+            start = run.end;
+        }
+        return text;
+    }
+};

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/MdMain.h"
+#include "app/frmMain.h"
+#include "comm/CommunicationViews.h"
+#include "support/FixedClock.h"
+#include "support/MemoryStore.h"
+#include "support/ScriptedPrompts.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QPointer>
+#include <QTimer>
+
+/// The whole program with real ports, an own settings store and a scripted door for messages. A
+/// run is a list of steps; each acts, then waits inside the main loop until its goal is met.
+class ProgramBench
+{
+  public:
+    MemoryStore store;
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    CommandLine line;
+    std::unique_ptr<MdMain> program;
+    bool stuck = false; ///< a goal was not met in time
+
+    struct Step {
+        std::function<void()> act;
+        std::function<bool()> goal;
+    };
+
+    /// Runs the program through the steps, then closes its window. Returns the exit status.
+    int Run(QList<Step> steps, int millisecondsPerStep = 20000)
+    {
+        program = std::make_unique<MdMain>(MdMain::World{store, prompts, clock}, line);
+        QTimer watch;
+        QElapsedTimer sinceAct;
+        bool acted = false;
+        QObject::connect(&watch, &QTimer::timeout, program.get(), [&] {
+            if (!steps.isEmpty() && !acted) {
+                acted = true;
+                sinceAct.start();
+                steps.first().act();
+                return;
+            }
+            if (!steps.isEmpty() && !steps.first().goal()) {
+                stuck = sinceAct.hasExpired(millisecondsPerStep);
+                if (!stuck)
+                    return;
+                steps.clear();
+            }
+            if (!steps.isEmpty())
+                steps.removeFirst();
+            acted = false;
+            if (steps.isEmpty() && program->Window()) {
+                watch.stop();
+                program->Window()->CloseUnasked();
+            }
+        });
+        watch.start(1);
+        return program->Run();
+    }
+
+    void AssignPort(int number, const QString &device) { line.ports[number] = device; }
+
+    RichTextModel &View(Representation r) { return program->Views().View(r); }
+    /// All that the view was ever given, as far as it still holds it.
+    QByteArray Shown(Representation r = Representation::Ascii)
+    {
+        return View(r).Bytes().toByteArray();
+    }
+    bool Running() { return program->Communication().Running(); }
+
+    void Watch(const QByteArray &sequence, const QByteArray &comment, const QByteArray &answer)
+    {
+        MdSequenceEdition &tables = program->Sequences();
+        const int index = tables.ReceiveCount();
+        tables.EditSend(index).Name = "answer";
+        tables.EditSend(index).Sequence = answer;
+        tables.SetSendCount(index + 1);
+        tables.EditReceive(index).Sequence = sequence;
+        tables.EditReceive(index).Comment = comment;
+        tables.EditReceive(index).Answer = qint16(index + 1);
+        tables.SetReceiveCount(index + 1);
+        tables.RefreshAnswerName(index);
+    }
+};

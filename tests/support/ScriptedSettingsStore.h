@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/SettingsStore.h"
+
+#include <QHash>
+#include <QString>
+
+#include <utility>
+
+/// A settings store in memory, filled by the test.
+class ScriptedSettingsStore final : public SettingsStore
+{
+  public:
+    std::optional<QString> Read(const QString &section, const QString &key) const override
+    {
+        const auto entry = m_texts.constFind({section, key});
+        return entry == m_texts.constEnd() ? std::nullopt : std::optional(*entry);
+    }
+    void Write(const QString &section, const QString &key, const QString &text) override
+    {
+        m_texts[{section, key}] = text;
+    }
+    QString Flush() override { return {}; }
+
+  private:
+    QHash<std::pair<QString, QString>, QString> m_texts;
+};

@@ -1,0 +1,486 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "comm/PortDevices.h"
+#include "platform/QtSerialPort.h"
+#include "platform/SerialPortHub.h"
+#include "support/PtyPair.h"
+#include "support/ScriptedSettingsStore.h"
+#include "support/UnprivilegedOpener.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <future>
+#include <memory>
+
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace
+{
+
+constexpr int Kibi = 1024;
+
+QByteArray RandomBytes(qsizetype count)
+{
+    QByteArray bytes(count, '\0');
+    QRandomGenerator random(4711);
+    std::generate(bytes.begin(), bytes.end(), [&] { return char(random.bounded(256)); });
+    return bytes;
+}
+
+/// Waits as a window does that is busy: no event comes to be handled.
+template <typename Condition> bool WaitStalled(Condition condition)
+{
+    const QDeadlineTimer deadline(20000);
+    while (!condition() && !deadline.hasExpired())
+        QThread::usleep(100);
+    return condition();
+}
+
+double ProcessorMilliseconds()
+{
+    rusage usage = {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e3;
+}
+
+/// A line as the kernel keeps it; the C library does not tell rates without a name.
+struct KernelLine {
+    quint32 input, output, control, local;
+    uchar discipline, characters[19];
+    quint32 inputBaud, outputBaud;
+};
+
+KernelLine LineOf(const PtyPair &pty)
+{
+    KernelLine line = {};
+    if (::ioctl(pty.Device(), _IOR('T', 0x2A, KernelLine), &line) != 0)
+        qFatal("no line");
+    return line;
+}
+
+/// What the two ends of a program share, on a fresh table of devices.
+struct World {
+    ScriptedSettingsStore store;
+    PortDevices devices{store};
+    SerialPortHub hub;
+    QList<QByteArray> events; ///< of all stations, in order
+
+    qsizetype Waiting() { return hub.Arrivals().WaitingOnAllPorts(); }
+};
+
+/// One port of the program and its peer; reads as the program does.
+struct Station {
+    Station(World &of, int comNumber) : world(of), port(of.hub, of.devices)
+    {
+        world.devices.AssignForRun(comNumber, pty.DeviceName());
+        port.SetCommPort(comNumber);
+        QObject::connect(&port, &SerialPortControl::CommEventRaised, &port, [this] {
+            world.events.append(port.Input());
+            received += world.events.last();
+        });
+        QObject::connect(&port, &SerialPortControl::Disconnected, &port,
+                         [this](const QString &text) { departures.append(text); });
+    }
+
+    World &world;
+    PtyPair pty;
+    QtSerialPort port;
+    QByteArray received;
+    QStringList departures;
+};
+
+} // namespace
+
+class TestSerialPort : public QObject
+{
+    Q_OBJECT
+
+  public:
+    explicit TestSerialPort(const UnprivilegedOpener &opener) : m_opener(opener) {}
+
+  private:
+    const UnprivilegedOpener &m_opener;
+
+  private Q_SLOTS:
+    void ABurstSurvivesAStalledWindow()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(!station.port.SetPortOpen(true));
+        const QByteArray burst = RandomBytes(Kibi * Kibi);
+        QVERIFY(station.pty.Write(burst));
+        QVERIFY(WaitStalled([&] { return world.Waiting() == burst.size(); }));
+        QVERIFY(world.events.isEmpty());
+
+        QTRY_COMPARE(station.received.size(), burst.size());
+        QVERIFY(station.received == burst);
+        for (const QByteArray &event : std::as_const(world.events))
+            QVERIFY(!event.isEmpty() && event.size() <= 511);
+    }
+
+    void AFullQueueHoldsTheSenderBack()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(!station.port.SetPortOpen(true));
+        const QByteArray flood = RandomBytes(6 * Kibi * Kibi);
+        auto sender = std::async(std::launch::async, [&] { return station.pty.Write(flood); });
+
+        QVERIFY(WaitStalled([&] { return world.Waiting() > 4 * Kibi * Kibi - 64 * Kibi; }));
+        QCOMPARE(sender.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        QVERIFY(world.Waiting() <= 4 * Kibi * Kibi);
+
+        QTRY_COMPARE_WITH_TIMEOUT(station.received.size(), flood.size(), 30000);
+        QVERIFY(sender.get());
+        QVERIFY(station.received == flood);
+    }
+
+    void TwoLinesKeepTheOrderOfTheirBytes()
+    {
+        World world;
+        Station a(world, 1);
+        Station b(world, 2);
+        QVERIFY(!a.port.SetPortOpen(true));
+        QVERIFY(!b.port.SetPortOpen(true));
+        QList<QByteArray> sent;
+        qsizetype count = 0;
+        for (int i = 0; i < 100; ++i) {
+            for (Station *from : {&a, &b}) {
+                sent.append((from == &a ? "A" : "B") + QByteArray::number(i));
+                QVERIFY(from->pty.Write(sent.last()));
+                count += sent.last().size();
+                QVERIFY(WaitStalled([&] { return world.Waiting() == count; }));
+            }
+        }
+        QTRY_COMPARE(world.events.size(), sent.size());
+        QCOMPARE(world.events, sent);
+    }
+
+    void NoEventIsRaisedInsideAnother()
+    {
+        World world;
+        Station a(world, 1);
+        Station b(world, 2);
+        int depth = 0;
+        int deepest = 0;
+        const auto linger = [&] {
+            deepest = std::max(deepest, ++depth);
+            if (world.events.size() == 1) {
+                QVERIFY(a.pty.Write("second") && b.pty.Write("third"));
+                QTRY_COMPARE(world.Waiting(), 11); // a dialog's event loop, as it were
+                QCoreApplication::processEvents();
+            }
+            --depth;
+        };
+        for (Station *station : {&a, &b}) {
+            connect(&station->port, &SerialPortControl::CommEventRaised, this, linger);
+            QVERIFY(!station->port.SetPortOpen(true));
+        }
+        QVERIFY(a.pty.Write("first"));
+        QTRY_VERIFY(a.received == "firstsecond" && b.received == "third");
+        QCOMPARE(deepest, 1);
+    }
+
+    void ACloseInsideAnEventNestsNone()
+    {
+        World world;
+        Station station(world, 1);
+        int depth = 0;
+        int deepest = 0;
+        connect(&station.port, &SerialPortControl::CommEventRaised, this, [&] {
+            deepest = std::max(deepest, ++depth);
+            QVERIFY(!station.port.SetPortOpen(false));
+            --depth;
+        });
+        QVERIFY(!station.port.SetPortOpen(true));
+        QVERIFY(station.pty.Write(RandomBytes(2000)));
+        QVERIFY(WaitStalled([&] { return world.Waiting() == 2000; }));
+        QTRY_COMPARE(station.received.size(), 2000);
+        QCOMPARE(deepest, 1);
+        QVERIFY(!station.port.PortOpen());
+    }
+
+    void AnUnpluggedDeviceIsReportedOnce_data()
+    {
+        QTest::addColumn<int>("sent");
+        QTest::addColumn<int>("waiting");
+        QTest::addColumn<int>("arriving");
+        QTest::newRow("idle") << 0 << 0 << 0;
+        QTest::newRow("output waiting") << 200 * Kibi << 0 << 0;
+        QTest::newRow("events waiting") << 0 << 100 * Kibi << 0;
+        QTest::newRow("bytes on their way") << 0 << 0 << 4000;
+        QTest::newRow("everything at once") << 200 * Kibi << 5000 << 4000;
+    }
+
+    void AnUnpluggedDeviceIsReportedOnce()
+    {
+        QFETCH(int, sent);
+        QFETCH(int, waiting);
+        QFETCH(int, arriving);
+        World world;
+        for (int round = 0; round < 20; ++round) {
+            Station station(world, 1);
+            QVERIFY(!station.port.SetPortOpen(true));
+            QVERIFY(!station.port.Output(QByteArray(sent, 's')));
+            QVERIFY(station.pty.Write(QByteArray(waiting, 'w')));
+            QVERIFY(WaitStalled([&] { return world.Waiting() == waiting; }));
+            station.pty.WriteSome(QByteArray(arriving, 'a'));
+            station.pty.Unplug();
+            QVERIFY(!station.port.Output("into the void"));
+
+            QTRY_COMPARE(station.departures.size(), 1);
+            QVERIFY(station.received.size() >= waiting);
+            QCOMPARE(station.departures.first(), station.pty.DeviceName() + " was unplugged");
+            if (round > 0)
+                continue;
+            const double before = ProcessorMilliseconds();
+            QTest::qWait(50); // the measured stretch: a busy loop would fill it
+            QVERIFY(ProcessorMilliseconds() - before < 30);
+            QCOMPARE(station.departures.size(), 1);
+            QVERIFY(station.port.PortOpen());
+            QVERIFY(!station.port.SetPortOpen(false));
+        }
+    }
+
+    void LineSettingsAreTakenOrRefused_data()
+    {
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<QString>("does");
+        QTest::newRow("the usual") << "9600,N,8,1"
+                                   << "";
+        QTest::newRow("fast") << "921600,N,8,1"
+                              << "";
+        QTest::newRow("a rate of one's own") << "123457,n,8,1"
+                                             << "";
+        QTest::newRow("a rate without a name of its own") << "14400,N,8,1"
+                                                          << "";
+        QTest::newRow("two stop bits") << "9600,N,8,2"
+                                       << "";
+        QTest::newRow("seven bits") << "9600,N,7,1"
+                                    << "9600,N,8,1";
+        QTest::newRow("six bits") << "9600,N,6,1"
+                                  << "9600,N,8,1";
+        QTest::newRow("four bits") << "9600,N,4,1"
+                                   << "9600,N,8,1";
+        QTest::newRow("even parity") << "9600,E,8,1"
+                                     << "9600,N,8,1";
+        QTest::newRow("odd parity") << "9600,O,8,1"
+                                    << "9600,N,8,1";
+        QTest::newRow("mark parity") << "9600,M,8,1"
+                                     << "9600,N,8,1";
+        QTest::newRow("space parity") << "9600,S,8,1"
+                                      << "9600,N,8,1";
+        QTest::newRow("one and a half stop bits") << "9600,N,8,1.5"
+                                                  << "9600,N,8,1";
+        QTest::newRow("all of it") << "300,E,7,1.5"
+                                   << "300,N,8,1";
+        for (const char *text : {"", "9600", "9600,N,8", "0,N,8,1", "-9600,N,8,1", "9600,X,8,1",
+                                 "9600,N,9,1", "9600,N,8,3", " 9600,N,8,1", "9600,N,8,1,1"})
+            QTest::addRow("not settings: '%s'", text) << text << "form of 9600,N,8,1";
+    }
+
+    void LineSettingsAreTakenOrRefused()
+    {
+        QFETCH(QString, settings);
+        QFETCH(QString, does);
+        World world;
+        Station station(world, 1);
+        KernelLine found = LineOf(station.pty);
+        found.input |= ICRNL;
+        found.control = (found.control & ~quint32(CBAUD)) | 0x1000; // a rate of its own
+        found.inputBaud = found.outputBaud = 12345;
+        QCOMPARE(::ioctl(station.pty.Device(), _IOW('T', 0x2B, KernelLine), &found), 0);
+
+        QVERIFY(!station.port.SetSettings(settings));
+        const PortResult failure = station.port.SetPortOpen(true);
+        QCOMPARE(station.port.PortOpen(), does.isEmpty());
+        QCOMPARE(failure.has_value(), !does.isEmpty());
+        const KernelLine line = LineOf(station.pty);
+        if (failure) {
+            QCOMPARE(failure->number, 8015);
+            QVERIFY2(failure->description.contains(settings) && failure->description.contains(does),
+                     qPrintable(failure->description));
+            QCOMPARE(line.input, found.input);
+            QCOMPARE(line.control, found.control);
+            QCOMPARE(line.outputBaud, found.outputBaud);
+        } else {
+            QCOMPARE(line.outputBaud, settings.section(',', 0, 0).toUInt());
+            QCOMPARE(line.input & (IGNPAR | INPCK | IGNBRK), quint32(IGNBRK));
+        }
+    }
+
+    void EveryByteValuePassesBothWays()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(!station.port.SetRTSEnable(true)); // a line that a pseudo-terminal does not have
+        QVERIFY(!station.port.SetPortOpen(true));
+        QByteArray all;
+        for (int value = 0; value < 256; ++value)
+            all.append(char(value));
+        QVERIFY(station.pty.Write(all));
+        QTRY_COMPARE(station.received, all);
+        QVERIFY(!station.port.Output(all));
+        QCOMPARE(station.pty.Read(256), all);
+    }
+
+    void CloseHandsOverAndSendsWhatWaits()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(!station.port.SetPortOpen(true));
+        const QByteArray question = RandomBytes(100 * Kibi);
+        const QByteArray answer = RandomBytes(500 * Kibi);
+        QVERIFY(station.pty.Write(question));
+        QVERIFY(!station.port.Output(answer));
+        auto peer = std::async(std::launch::async, [&] { return station.pty.Read(answer.size()); });
+        QVERIFY(!station.port.SetPortOpen(false));
+        QVERIFY(station.received == question);
+        QVERIFY(peer.get() == answer);
+        QVERIFY(!station.port.PortOpen());
+        QVERIFY(!station.port.SetPortOpen(false));
+        const PortResult failure = station.port.Output("late");
+        QVERIFY(failure);
+        QCOMPARE(failure->description, "COM1 is not open");
+    }
+
+    void APeerThatNeverReadsHoldsNothingUp()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(!station.port.SetPortOpen(true));
+        PortResult failure;
+        int accepted = 0;
+        for (; !failure && accepted < 4 * Kibi; ++accepted)
+            failure = station.port.Output(QByteArray(Kibi, 'x'));
+        QVERIFY(failure);
+        QVERIFY(accepted > Kibi && accepted < Kibi + 100); // 1 MiB and what the system holds
+        QVERIFY2(failure->description.startsWith("COM1 does not send: 10") &&
+                     failure->description.endsWith(" bytes are still waiting"),
+                 qPrintable(failure->description));
+
+        QElapsedTimer closing;
+        closing.start();
+        QVERIFY(!station.port.SetPortOpen(false));
+        QVERIFY(closing.elapsed() < 2000);
+        QVERIFY(!station.port.SetPortOpen(true));
+        while (!station.pty.Read(1, 0).isEmpty())
+            continue;
+        QVERIFY(!station.port.Output("again"));
+        QCOMPARE(station.pty.Read(5), "again");
+    }
+
+    void AFailedOpeningNamesItsCause()
+    {
+        World world;
+        Station first(world, 3);
+        QVERIFY(!first.port.SetPortOpen(true));
+        QTemporaryDir folder;
+        const QString link = folder.filePath("by-another-name");
+        QVERIFY(QFile::link(first.pty.DeviceName(), link));
+        const QString file = folder.filePath("file");
+        QVERIFY(QFile(file).open(QIODevice::WriteOnly));
+
+        const QList<std::pair<QString, QString>> failures = {
+            {"", "COM97 has no device; give it one with --port 97=DEVICE or in the settings "
+                 "section Ports, key COM97"},
+            {"/dev/ttyUSB-none", "There is no device /dev/ttyUSB-none"},
+            {"/dev/null", "/dev/null is not a serial device"},
+            {file, file + " is not a serial device"},
+            {link, first.pty.DeviceName() + " is already open in this program as COM3"}};
+        for (const auto &[device, description] : failures) {
+            world.devices.AssignForRun(97, device);
+            QtSerialPort port(world.hub, world.devices);
+            QVERIFY(!port.SetCommPort(97));
+            const PortResult failure = port.SetPortOpen(true);
+            QVERIFY(failure);
+            QCOMPARE(failure->number, 0);
+            QCOMPARE(failure->description, description);
+        }
+    }
+
+    void ALockOfAnotherProcessIsRespected()
+    {
+        World world;
+        Station station(world, 1);
+        QFile lock("/var/lock/LCK.." + station.pty.DeviceName().mid(5).replace('/', '_'));
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.write(QByteArray::number(m_opener.Process()).rightJustified(10) + "\n");
+        lock.close();
+        const PortResult failure = station.port.SetPortOpen(true);
+        QVERIFY(lock.remove()); // it was not taken away
+        QVERIFY(failure);
+        QCOMPARE(failure->description, QString("%1 is in use by tst_serialport (process %2)")
+                                           .arg(station.pty.DeviceName())
+                                           .arg(m_opener.Process()));
+        QVERIFY(!station.port.SetPortOpen(true));
+    }
+
+    void AnotherUserIsToldWhy()
+    {
+        World world;
+        Station station(world, 1);
+        const QString device = station.pty.DeviceName();
+        const QByteArray path = QFile::encodeName(device);
+        const struct {
+            mode_t mode;
+            QString cure;
+        } rights[] = {
+            {0000, "belongs to the user %1 and is not open to others"},
+            {0060, "belongs to the group %2; add yourself to it"},
+        };
+        for (const auto &[mode, cure] : rights) {
+            QCOMPARE(::chmod(path.constData(), mode), 0);
+            const QFileInfo info(device);
+            const QString told = cure.contains("%1") ? cure.arg(info.owner())
+                                                     : QString(cure).replace("%2", info.group());
+            QCOMPARE(m_opener.Open(device), "Permission denied: " + device + ' ' + told);
+        }
+
+        QCOMPARE(::chmod(path.constData(), 0666), 0);
+        QCOMPARE(m_opener.Open(device), "opened");
+        QCOMPARE(::ioctl(station.pty.Device(), TIOCEXCL), 0);
+        const QString who = ::geteuid() == 0 ? "another program" // whose files it may not look at
+                                             : QString("tst_serialport (process %1)").arg(getpid());
+        QCOMPARE(m_opener.Open(device), device + " is in use by " + who);
+    }
+
+    void PropertiesStandWhileThePortIsOpen()
+    {
+        World world;
+        Station station(world, 1);
+        QVERIFY(station.port.SetCommPort(256));
+        QVERIFY(station.port.SetInputMode(1));
+        QVERIFY(!station.port.SetRThreshold(3));
+        QVERIFY(!station.port.SetInputLen(2));
+        QVERIFY(!station.port.SetPortOpen(true));
+        QVERIFY(station.port.SetCommPort(2));
+
+        QVERIFY(station.pty.Write("ab"));
+        QVERIFY(station.pty.Write("cde"));
+        QTRY_COMPARE(station.received, "ab");
+        QTRY_COMPARE(station.port.InBufferCount(), 3);
+        QCOMPARE(station.port.Input(), "cd");
+        station.port.ClearInBuffer();
+        QCOMPARE(station.port.InBufferCount(), 0);
+    }
+};
+
+int main(int count, char **arguments)
+{
+    const UnprivilegedOpener opener; // a fork, so before everything else
+    QCoreApplication application(count, arguments);
+    TestSerialPort test(opener);
+    return QTest::qExec(&test, count, arguments);
+}
+
+#include "tst_serialport.moc"
