@@ -21,7 +21,8 @@ PrepareForQt() {
     fi
     if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
         export XDG_RUNTIME_DIR=$repo/build/runtime
-        mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+        mkdir -p "$XDG_RUNTIME_DIR"
+        chmod 700 "$XDG_RUNTIME_DIR"
     fi
 }
 
