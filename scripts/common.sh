@@ -14,10 +14,15 @@ lint_packages=(clang-format clang-tidy)
 
 Say() { printf '%s\n' "$*" >&2; }
 
-# Qt wants a UTF-8 locale and warns without one.
-UseUtf8() {
+# Qt wants a UTF-8 locale and a private folder, and warns without them.
+PrepareForQt() {
     if [[ $(locale charmap 2>/dev/null) != UTF-8 ]]; then
         export LC_ALL=C.UTF-8
+    fi
+    if [[ -z ${XDG_RUNTIME_DIR:-} ]]; then
+        export XDG_RUNTIME_DIR=$repo/build/runtime
+        mkdir -p "$XDG_RUNTIME_DIR"
+        chmod 700 "$XDG_RUNTIME_DIR"
     fi
 }
 

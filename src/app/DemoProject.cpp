@@ -29,8 +29,8 @@ constexpr qint16 AnswerYes = 4; ///< the place of the last row above, counted fr
 struct ReceiveRow {
     const char *name;
     QByteArray sequence;
-    qint16 answer;
     const char *comment;
+    qint16 answer;
     qint16 active;
 };
 
@@ -57,13 +57,13 @@ void FillDemoProject(MdSequenceEdition &sequences)
     sequences.SetSendCount(count);
 
     const ReceiveRow receiveRows[] = {
-        {"Question, answered by itself", DemoProtocol::BytesOf(Text::Question), AnswerYes,
-         "[the instrument asks and gets its answer]", 1},
-        {"Acknowledgement", DemoProtocol::BytesOf(Text::Acknowledgement), NoAnswer,
-         "[acknowledged]", 1},
-        {"Identification", DemoProtocol::BytesOf(Text::Identification), NoAnswer,
-         "[the instrument has named itself]", 1},
-        {"Reading (not active)", "T=", NoAnswer, "[a reading]", 0},
+        {"Question, answered by itself", DemoProtocol::BytesOf(Text::Question),
+         "[the instrument asks and gets its answer]", AnswerYes, 1},
+        {"Acknowledgement", DemoProtocol::BytesOf(Text::Acknowledgement), "[acknowledged]",
+         NoAnswer, 1},
+        {"Identification", DemoProtocol::BytesOf(Text::Identification),
+         "[the instrument has named itself]", NoAnswer, 1},
+        {"Reading (not active)", "T=", "[a reading]", NoAnswer, 0},
     };
     count = 0;
     for (const ReceiveRow &row : receiveRows) {
