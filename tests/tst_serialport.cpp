@@ -41,7 +41,7 @@ template <typename Condition> bool WaitStalled(Condition condition)
 {
     const QDeadlineTimer deadline(20000);
     while (!condition() && !deadline.hasExpired())
-        QThread::usleep(100);
+        QThread::yieldCurrentThread();
     return condition();
 }
 
