@@ -56,8 +56,7 @@ SQEditSequence::SQEditSequence(QWidget *parent) : SequenceView(parent)
 void SQEditSequence::SetSequence(const QByteArray &sequence)
 {
     Edit().SetBytes(sequence);
-    m_announcedRevision = Editing().Document().Revision();
-    Announce();
+    Show({}, RowEnd::No);
 }
 
 QByteArray SQEditSequence::Text(Representation form) const
@@ -102,14 +101,19 @@ void SQEditSequence::changeEvent(QEvent *event)
 
 void SQEditSequence::Announce(const QString &refusal, RowEnd rowEnd)
 {
+    if (Show(refusal, rowEnd))
+        Q_EMIT Changed();
+}
+
+bool SQEditSequence::Show(const QString &refusal, RowEnd rowEnd)
+{
     m_wantedColumn = -1;
     Follow(rowEnd);
     ShowRefusal(refusal);
     const quint64 revision = Editing().Document().Revision();
     const bool changed = std::exchange(m_announcedRevision, revision) != revision;
     TellAssistivePrograms(changed);
-    if (changed)
-        Q_EMIT Changed();
+    return changed;
 }
 
 void SQEditSequence::TellAssistivePrograms(bool changed)
@@ -420,7 +424,9 @@ QVariant SQEditSequence::inputMethodQuery(Qt::InputMethodQuery query) const
 void SQEditSequence::focusOutEvent(QFocusEvent *event)
 {
     // Coming back from a menu or another window, the user goes on with the item.
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+    const bool leaves =
+        event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason;
+    if (leaves && Editing().IsUnfinished()) {
         Edit().FinishItem();
         Announce();
     }

@@ -88,6 +88,8 @@ class SQEditSequence final : public SequenceView
     void FollowEditability();
     /// Shows what was done, raises Changed if the bytes are others, tells what was refused.
     void Announce(const QString &refusal = {}, RowEnd rowEnd = RowEnd::No);
+    /// Tells whether the bytes are others than were shown before.
+    bool Show(const QString &refusal, RowEnd rowEnd);
     void TellAssistivePrograms(bool changed);
     void ShowRefusal(const QString &refusal);
 

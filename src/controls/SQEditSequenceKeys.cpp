@@ -78,7 +78,7 @@ struct ErasingKey {
 /// Standard keys differ between systems; those an engineer may be used to all work.
 const std::vector<CommandKey> &CommandKeys()
 {
-    static const std::vector<CommandKey> Keys = {
+    static const std::vector<CommandKey> keys = {
         {Qt::CTRL | Qt::Key_Z, &SQEditSequence::Undo, true},
         {Qt::CTRL | Qt::Key_Y, &SQEditSequence::Redo, true},
         {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, &SQEditSequence::Redo, true},
@@ -90,19 +90,19 @@ const std::vector<CommandKey> &CommandKeys()
         {Qt::CTRL | Qt::Key_V, &SQEditSequence::Paste, true},
         {Qt::SHIFT | Qt::Key_Insert, &SQEditSequence::Paste, true},
     };
-    return Keys;
+    return keys;
 }
 
 const std::vector<ErasingKey> &ErasingKeys()
 {
-    static const std::vector<ErasingKey> Keys = {
+    static const std::vector<ErasingKey> keys = {
         {Qt::Key_Backspace, &SequenceEditing::EraseBackward},
         {Qt::SHIFT | Qt::Key_Backspace, &SequenceEditing::EraseBackward},
         {Qt::Key_Delete, &SequenceEditing::EraseForward},
         {Qt::CTRL | Qt::Key_Backspace, &SequenceEditing::EraseUnitBackward},
         {Qt::CTRL | Qt::Key_Delete, &SequenceEditing::EraseUnitForward},
     };
-    return Keys;
+    return keys;
 }
 
 /// The key with its modifiers; on which part of the keyboard it is makes no difference.

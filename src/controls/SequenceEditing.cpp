@@ -239,7 +239,7 @@ QString SequenceEditing::BeginItem(int value)
 {
     const qsizetype from = SelectionStart();
     const qsizetype length = SelectionEnd() - from;
-    if (const QString refusal = RefuseLength(1 - length); !refusal.isEmpty())
+    if (QString refusal = RefuseLength(1 - length); !refusal.isEmpty())
         return refusal;
     const char byte = char(value);
     m_itemStep = m_document.Replace(from, length, {&byte, 1});
@@ -306,7 +306,7 @@ QString SequenceEditing::Insert(QByteArrayView bytes)
     const qsizetype length = SelectionEnd() - SelectionStart();
     if (bytes.isEmpty())
         return {};
-    if (const QString refusal = RefuseLength(bytes.size() - length); !refusal.isEmpty())
+    if (QString refusal = RefuseLength(bytes.size() - length); !refusal.isEmpty())
         return refusal;
     PassSeparator();
     ReplaceBytes(SelectionStart(), length, bytes);

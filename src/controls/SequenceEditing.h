@@ -60,6 +60,8 @@ class SequenceEditing final
 
     /// How many digits of a byte's item there are.
     int DigitsOf(qsizetype byte) const;
+    /// Whether the caret's item has digits missing.
+    bool IsUnfinished() const { return m_unfinished > 0; }
     /// Finishes an unfinished item; the caret is then behind it.
     void FinishItem();
 

@@ -31,7 +31,7 @@ const std::array<Form, RepresentationCount> Forms = {{
      u'h'},
     {3,
      10,
-     "Decimal takes the digits 0 to 9.",
+     "Decimal takes the digits 0 to 9, in values up to 255.",
      "a decimal byte: one to three digits, 0 to 255",
      {},
      u'd'},
@@ -81,17 +81,18 @@ class TokenReader final
         return true;
     }
 
-    /// What to call the item at which reading ended.
+    /// The item at which reading ended is named by its whole run if that is short.
+    bool IsShort() const { return m_token.size() <= EnoughToName; }
     QString WrongItem() const
     {
-        constexpr qsizetype Enough = 16;
-        if (m_token.size() <= Enough)
-            return m_token.toString();
-        const QStringView rest = m_token.sliced(m_itemStart);
-        return rest.size() <= Enough ? rest.toString() : rest.first(Enough).toString() + u'\u2026';
+        const QStringView named = IsShort() ? m_token : m_token.sliced(m_itemStart);
+        return named.size() <= EnoughToName ? named.toString()
+                                            : named.first(EnoughToName).toString() + u'\u2026';
     }
 
   private:
+    static constexpr qsizetype EnoughToName = 16;
+
     /// As many as matter: at most one more than an item has.
     qsizetype DigitsAt(qsizetype at) const
     {
@@ -246,12 +247,13 @@ Parsed Parse(QStringView text, Representation form)
     for (qsizetype at = 0; at < text.size();) {
         const qsizetype end = TokenEnd(text, at);
         TokenReader token(text.sliced(at, end - at), form);
+        const qsizetype before = result.bytes.size();
         if (!token.AppendTo(result.bytes)) {
-            const QString refusal =
-                QStringLiteral("Item %1, \"%2\", is not %3.")
-                    .arg(result.bytes.size() + 1)
-                    .arg(token.WrongItem(), QString::fromLatin1(FormOf(form).meaning));
-            return {{}, refusal};
+            const qsizetype readable = token.IsShort() ? before : result.bytes.size();
+            const QString meaning = QString::fromLatin1(FormOf(form).meaning);
+            return {{},
+                    QStringLiteral("Item %1, \"%2\", is not %3.")
+                        .arg(QString::number(readable + 1), token.WrongItem(), meaning)};
         }
         at = end + 1;
     }
