@@ -15,7 +15,7 @@ void SQSendSequenceList::UseMark(int index)
 
 QKeySequence SQSendSequenceList::MarkKey() const
 {
-    return Qt::CTRL | Qt::Key_Return;
+    return Qt::CTRL | Qt::Key_Enter;
 }
 
 QString SQSendSequenceList::MarkCaption(int) const

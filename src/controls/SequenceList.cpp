@@ -23,8 +23,8 @@ constexpr int LargestColumn = 8192;
 
 bool IsKey(const QKeyEvent &event, const QKeySequence &keys)
 {
-    // The key pad's Enter is as good as the other one.
-    const int key = event.key() == Qt::Key_Enter ? int(Qt::Key_Return) : event.key();
+    // Return and the key pad's Enter are one key here.
+    const int key = event.key() == Qt::Key_Return ? int(Qt::Key_Enter) : event.key();
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     return QKeySequence(QKeyCombination(modifiers, Qt::Key(key))) == keys;
 }
@@ -135,7 +135,7 @@ void SequenceList::mouseDoubleClickEvent(QMouseEvent *event)
 void SequenceList::keyPressEvent(QKeyEvent *event)
 {
     const int row = currentIndex().row();
-    const bool edits = IsKey(*event, Qt::Key_Return);
+    const bool edits = IsKey(*event, Qt::Key_Enter);
     const bool marks = IsKey(*event, MarkKey());
     if (event->matches(QKeySequence::Copy)) {
         CopySequence(row);
@@ -183,13 +183,13 @@ void SequenceList::contextMenuEvent(QContextMenuEvent *event)
 void SequenceList::FillMenu(QMenu &menu, int index)
 {
     const auto add = [&](const char *name, const QString &text, const QKeySequence &keys) {
-        QAction *action = menu.addAction(text);
+        // Only shown: the keys themselves are the list's.
+        QAction *action = menu.addAction(text + u'\t' + keys.toString(QKeySequence::NativeText));
         action->setObjectName(QString::fromLatin1(name));
-        action->setShortcut(keys);
         return action;
     };
     if (!IsRow(index)) {
-        QAction *action = add("mnuNew", QStringLiteral("&New..."), Qt::Key_Return);
+        QAction *action = add("mnuNew", QStringLiteral("&New..."), Qt::Key_Enter);
         menu.setDefaultAction(action);
         connect(action, &QAction::triggered, this, [this] { EditRow(Count()); });
         return;
@@ -199,7 +199,7 @@ void SequenceList::FillMenu(QMenu &menu, int index)
                 if (IsRow(index))
                     UseMark(index);
             });
-    QAction *edit = add("mnuEdit", QStringLiteral("&Edit..."), Qt::Key_Return);
+    QAction *edit = add("mnuEdit", QStringLiteral("&Edit..."), Qt::Key_Enter);
     menu.setDefaultAction(edit);
     connect(edit, &QAction::triggered, this, [this, index] { EditRow(index); });
     connect(add("mnuCopy", QStringLiteral("&Copy Sequence"), QKeySequence::Copy),
