@@ -5,6 +5,8 @@
 #include "comm/CommunicationViews.h"
 #include "controls/ClickLabel.h"
 #include "controls/RichTextBox.h"
+#include "controls/SQReceiveSequenceList.h"
+#include "controls/SQSendSequenceList.h"
 #include "project/SettingsRecord.h"
 
 #include <QAction>
@@ -83,6 +85,8 @@ class tst_frmmain : public QObject
     void SplittersAreDraggedAndBounded();
     void ASmallWindowBoundsTheSplittersForGood();
     void TheWindowComesBackWhereItWas();
+    void TheColumnsOfTheListsComeBack();
+    void TheCoveredListTakesNoKeys();
     void AWindowOffEveryScreenIsBroughtBack();
     void ClosingAsks_data();
     void ClosingAsks();
@@ -301,6 +305,32 @@ void tst_frmmain::TheWindowComesBackWhereItWas()
     QCOMPARE((QList<float>{place.MainLeft, place.MainTop, place.MainWidth, place.MainHeight,
                            place.vSplitt, place.hSplitt}),
              (QList<float>{750, 600, 9000, 7500, 4500, 3000}));
+}
+
+void tst_frmmain::TheColumnsOfTheListsComeBack()
+{
+    WindowBench bench([](SettingsRecord &settings) {
+        settings.lists = {{40, 90, 300}, {41, 91, 301, 61}};
+    });
+    QCOMPARE(bench.window->SendList().columnWidth(2), 300);
+    QCOMPARE(bench.window->ReceiveList().columnWidth(3), 61);
+    bench.window->SendList().setColumnWidth(1, 123);
+    bench.window->StorePlace();
+    QCOMPARE(bench.settings.lists.sendWidths, (std::array<qint32, 3>{40, 123, 300}));
+    QCOMPARE(bench.settings.lists.receiveWidths, (std::array<qint32, 4>{41, 91, 301, 61}));
+}
+
+void tst_frmmain::TheCoveredListTakesNoKeys()
+{
+    WindowBench bench;
+    QVERIFY(bench.Find("ActionList")->isEnabled());
+    bench.settings.comm.stored.CommType = 1;
+    bench.window->UpdateStatusPanels();
+    QVERIFY(!bench.Find("ActionList")->isEnabled());
+    QVERIFY(bench.Find("EventList")->isEnabled());
+    bench.settings.comm.stored.CommType = 2;
+    bench.window->UpdateStatusPanels();
+    QVERIFY(bench.Find("ActionList")->isEnabled());
 }
 
 void tst_frmmain::AWindowOffEveryScreenIsBroughtBack()

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "controls/SQReceiveSequenceList.h"
+#include "controls/SQSendSequenceList.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
 #include "repr/Common_Function.h"
@@ -51,6 +53,7 @@ class tst_program : public QObject
     void APictureThatCannotBeWrittenIsReported();
     void TheDemoIsLive_data();
     void TheDemoIsLive();
+    void TheListsOfTheDemoAreUsed();
 };
 
 void tst_program::EachModeTalksToItsLines_data()
@@ -371,6 +374,31 @@ void tst_program::TheDemoIsLive()
     QVERIFY(!bench.stuck);
     QVERIFY(bench.prompts.shown.isEmpty());
     QCOMPARE(bench.store.texts["Communication/CommPortA"], QStringLiteral("77"));
+}
+
+void tst_program::TheListsOfTheDemoAreUsed()
+{
+    ProgramBench bench;
+    bench.line.demo = true;
+    const auto pressIn = [](SequenceList &list, int row, QKeyCombination keys) {
+        list.setCurrentIndex(list.model()->index(row, 0));
+        QTest::keyClick(&list, keys.key(), keys.keyboardModifiers());
+    };
+    bool modified = false;
+    const auto send = [&] {
+        pressIn(bench.program->Window()->SendList(), 0, Qt::CTRL | Qt::Key_Return);
+    };
+    const auto tick = [&] {
+        pressIn(bench.program->Window()->ReceiveList(), 3, Qt::Key_Space);
+        modified = bench.program->Window()->ProjectModified();
+    };
+    bench.Run({{[] {}, [&] { return bench.Running(); }},
+               {send, [&] { return bench.Shown().contains("[the instrument has named itself]"); }},
+               {tick, [&] { return bench.Shown().contains("[a reading]"); }}});
+    QVERIFY(!bench.stuck);
+    QVERIFY(bench.Shown().contains("*IDN?\r\n"));
+    QVERIFY(modified);
+    QCOMPARE(bench.store.texts["Lists/SendNameWidth"], QStringLiteral("140"));
 }
 
 QTEST_MAIN(tst_program)

@@ -5,6 +5,7 @@
 
 #include "about/MdGetSpecialFolders.h"
 #include "app/DemoProject.h"
+#include "app/SequenceLists.h"
 #include "app/frmMain.h"
 #include "platform/DemoInstrument.h"
 #include "platform/QtSerialPort.h"
@@ -74,6 +75,7 @@ int MdMain::Run()
     MainLoop(m_settings, *m_communication, m_views).Run();
 
     m_communication->ClosePorts();
+    m_lists.reset();
     m_window.reset();
     return m_world.prompts.CriticalShown() ? 1 : 0;
 }
@@ -131,6 +133,11 @@ void MdMain::ConnectWindow()
     connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
             &frmMain::SetToolbarState);
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
+    m_lists = std::make_unique<SequenceLists>(
+        SequenceListParts{m_settings, m_sequences, *m_communication, m_world.prompts,
+                          m_window->SendList(), m_window->ReceiveList()});
+    connect(m_lists.get(), &SequenceLists::ProjectChanged, m_window.get(),
+            &frmMain::SetProjectModified);
 }
 
 void MdMain::ShowMainWindow()

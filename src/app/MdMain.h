@@ -21,6 +21,7 @@ class Clock;
 class DemoInstrument;
 class frmMain;
 class QtSerialPort;
+class SequenceLists;
 class SerialPortHub;
 class SettingsStore;
 class UserPrompts;
@@ -88,4 +89,5 @@ class MdMain final : public QObject
     std::unique_ptr<QtSerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;
     std::unique_ptr<frmMain> m_window;
+    std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
 };

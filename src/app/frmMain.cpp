@@ -8,6 +8,8 @@
 #include "controls/ClickLabel.h"
 #include "controls/RichTextAccessible.h"
 #include "controls/RichTextBox.h"
+#include "controls/SQReceiveSequenceList.h"
+#include "controls/SQSendSequenceList.h"
 #include "controls/SplitterHandle.h"
 #include "project/SettingsRecord.h"
 
@@ -122,8 +124,8 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
       m_inner(new QWidget(this)),
       tbToolBar(new QToolBar(m_inner)),
       sbStatusBar(new QStatusBar(m_inner)),
-      ActionList(new QFrame(m_inner)),
-      EventList(new QFrame(m_inner)),
+      ActionList(new SQSendSequenceList(m_inner)),
+      EventList(new SQReceiveSequenceList(m_inner)),
       picSendSequenceDeactivated(new QFrame(m_inner)),
       m_tabBody(new QFrame(m_inner)),
       tsTabStrip1(new QTabBar(m_inner)),
@@ -212,15 +214,12 @@ void frmMain::MakeLists()
         lblTitle[i] = new QLabel(Text(Titles[i]), m_inner);
         lblTitle[i]->setObjectName(QStringLiteral("lblTitle_%1").arg(i));
     }
-    const auto make = [](QFrame *list, const char *name, const char *accessibleName) {
-        list->setObjectName(Text(name));
-        list->setAccessibleName(Text(accessibleName));
-        list->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-        list->setBackgroundRole(QPalette::Base);
-        list->setAutoFillBackground(true);
-    };
-    make(ActionList, "ActionList", "Send Sequences");
-    make(EventList, "EventList", "Receive Sequences");
+    ActionList->setObjectName(QStringLiteral("ActionList"));
+    ActionList->setAccessibleName(QStringLiteral("Send Sequences"));
+    ActionList->SetColumnWidths(m_settings.lists.sendWidths);
+    EventList->setObjectName(QStringLiteral("EventList"));
+    EventList->setAccessibleName(QStringLiteral("Receive Sequences"));
+    EventList->SetColumnWidths(m_settings.lists.receiveWidths);
 }
 
 void frmMain::MakeCover()
@@ -382,6 +381,8 @@ void frmMain::StorePlace()
     place.MainHeight = float(Twips(frame.height()));
     place.vSplitt = float(m_vSplitt);
     place.hSplitt = float(m_hSplitt);
+    ActionList->StoreColumnWidths(m_settings.lists.sendWidths);
+    EventList->StoreColumnWidths(m_settings.lists.receiveWidths);
 }
 
 void frmMain::resizeEvent(QResizeEvent *)
@@ -450,7 +451,9 @@ void frmMain::HSizeControls(int y)
 void frmMain::UpdateStatusPanels()
 {
     const CommConfiguration &comm = m_settings.comm;
-    picSendSequenceDeactivated->setVisible(comm.Mode() == CommMode::MonitorReceiveOnly);
+    const bool covered = comm.Mode() == CommMode::MonitorReceiveOnly;
+    picSendSequenceDeactivated->setVisible(covered);
+    ActionList->setDisabled(covered); // keys must not reach what cannot be seen
     QString ports = QStringLiteral("COM%1").arg(comm.PortA());
     if (comm.TwoChannels())
         ports += QStringLiteral(" / COM%1").arg(comm.PortB());

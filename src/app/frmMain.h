@@ -21,6 +21,8 @@ class QStatusBar;
 class QTabBar;
 class QToolBar;
 class RichTextBox;
+class SQReceiveSequenceList;
+class SQSendSequenceList;
 class SplitterHandle;
 struct SettingsRecord;
 
@@ -60,11 +62,14 @@ class frmMain final : public QWidget
     /// Toolbar place, from 1 on, separators included.
     QAction *ToolbarButton(int index) const;
 
+    SQSendSequenceList &SendList() const { return *ActionList; }
+    SQReceiveSequenceList &ReceiveList() const { return *EventList; }
+
     /// Lay out for the wanted place of a splitter, in twips; the place is bounded and kept.
     void VSizeControls(int x);
     void HSizeControls(int y);
 
-    /// Puts the window's place and its splitters into the settings.
+    /// Puts the window's place, its splitters and the columns of the lists into the settings.
     void StorePlace();
 
   Q_SIGNALS:
@@ -108,8 +113,8 @@ class frmMain final : public QWidget
     QStatusBar *sbStatusBar;
     std::array<ClickLabel *, 6> m_panels{};
     std::array<QLabel *, 3> lblTitle{};
-    QFrame *ActionList;
-    QFrame *EventList;
+    SQSendSequenceList *ActionList;
+    SQReceiveSequenceList *EventList;
     QFrame *picSendSequenceDeactivated;
     QFrame *m_tabBody;
     QTabBar *tsTabStrip1;

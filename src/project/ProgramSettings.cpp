@@ -29,6 +29,7 @@ struct SettingRow {
 };
 
 constexpr const char *Window = "Settings";
+constexpr const char *Lists = "Lists";
 constexpr const char *Colors = "Colors";
 constexpr const char *TextSetup = "TextSetup";
 constexpr const char *Communication = "Communication";
@@ -43,6 +44,11 @@ template <auto Member> SettingField CommField(SettingsRecord &s)
 template <auto Member> SettingField WindowField(SettingsRecord &s)
 {
     return &(s.window.*Member);
+}
+
+template <auto List, size_t Column> SettingField ListField(SettingsRecord &s)
+{
+    return &(s.lists.*List)[Column];
 }
 
 template <auto Member> SettingField StampField(SettingsRecord &s)
@@ -68,6 +74,11 @@ template <auto Copy, size_t Style, auto Member> SettingField StyleField(Settings
 constexpr SettingRow PlaceRow(const char *key, Locate field, const char *missing)
 {
     return {Window, key, field, missing, FlagForm::Words, nullptr, true};
+}
+
+template <auto List, size_t Column> constexpr SettingRow ListRow(const char *key)
+{
+    return {Lists, key, ListField<List, Column>, nullptr};
 }
 
 constexpr SettingRow BackgroundRow(const char *key, const char *missing)
@@ -112,6 +123,14 @@ constexpr std::array SettingRows = {
     SettingRow{Window, "hSplitt", WindowField<&WindowSettings::hSplitt>, "6000"},
     SettingRow{Window, "ProjectPath",
                [](SettingsRecord &s) -> SettingField { return &s.ProjectDirectory; }, nullptr},
+
+    ListRow<&ListSettings::sendWidths, 0>("SendButtonWidth"),
+    ListRow<&ListSettings::sendWidths, 1>("SendNameWidth"),
+    ListRow<&ListSettings::sendWidths, 2>("SendSequenceWidth"),
+    ListRow<&ListSettings::receiveWidths, 0>("ReceiveActiveWidth"),
+    ListRow<&ListSettings::receiveWidths, 1>("ReceiveNameWidth"),
+    ListRow<&ListSettings::receiveWidths, 2>("ReceiveSequenceWidth"),
+    ListRow<&ListSettings::receiveWidths, 3>("ReceiveAnswerWidth"),
 
     BackgroundRow("DispBack", "16777215"),
     ColourRow<Direction1>("Dir1TextColor", "16711680"),

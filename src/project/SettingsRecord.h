@@ -47,10 +47,17 @@ struct WindowSettings {
     float hSplitt = 6000;
 };
 
+/// Widths of the columns of the two sequence lists, in logical pixels.
+struct ListSettings {
+    std::array<qint32, 3> sendWidths = {48, 140, 192};        ///< button, name, sequence
+    std::array<qint32, 4> receiveWidths = {48, 140, 112, 80}; ///< box, name, sequence, answer
+};
+
 /// The state that all parts of the program share; one instance, as long as the program lives.
 struct SettingsRecord {
     CommConfiguration comm;
     WindowSettings window;
+    ListSettings lists;
     DisplaySettings display;     ///< in force
     DisplaySettings displayNext; ///< for the next start; this copy is saved
     StampSettings stamp;

@@ -67,6 +67,21 @@ QString ToUnicode(QByteArrayView text)
     return result;
 }
 
+QString ToShapes(QByteArrayView text)
+{
+    constexpr QChar EmptyBox = u'\u25A1';
+    constexpr QChar SoftHyphen = u'\u00AD';
+    QString result = ToUnicode(text);
+    for (QChar &character : result) {
+        const bool shapeless = character < u' ' || (character >= u'\x7F' && character < u'\xA0');
+        if (shapeless)
+            character = EmptyBox;
+        else if (character == SoftHyphen)
+            character = u'-';
+    }
+    return result;
+}
+
 Encoded FromUnicode(QStringView text)
 {
     Encoded result;

@@ -15,6 +15,10 @@ namespace CodePage1252
 char16_t ToUnicode(uchar byte);
 QString ToUnicode(QByteArrayView text);
 
+/// One visible character for each byte, for texts that nobody copies: an empty box for a byte
+/// without a shape (controls and the five empty codes), a hyphen for the soft hyphen.
+QString ToShapes(QByteArrayView text);
+
 struct Encoded {
     QByteArray bytes;
     /// Index of the first UTF-16 unit that the code page lacks, -1 if it has them all.

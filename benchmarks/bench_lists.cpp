@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SampleTraffic.h"
+#include "controls/SQReceiveSequenceList.h"
+#include "controls/SQSendSequenceList.h"
+#include "sequences/MdSequenceEdition.h"
+#include "sequences/SequenceRows.h"
+
+#include <QApplication>
+#include <QScrollBar>
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+constexpr int SequenceLength = 64;
+
+/// Both tables full, every receive sequence with an answer.
+void FillTables(MdSequenceEdition &tables)
+{
+    SampleTraffic::Random random(3);
+    for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
+        const QByteArray bytes = SampleTraffic::RandomBytes(random, SequenceLength);
+        const QByteArray name = "Sequence " + QByteArray::number(i);
+        tables.EditSend(i) = {name, bytes, {}};
+        tables.EditReceive(i).Name = name;
+        tables.EditReceive(i).Sequence = bytes;
+        tables.EditReceive(i).Answer = qint16(i + 1);
+    }
+    tables.SetSendCount(MdSequenceEdition::Capacity);
+    tables.SetReceiveCount(MdSequenceEdition::Capacity);
+}
+
+/// Both lists in a window of their own, filled.
+struct Lists {
+    MdSequenceEdition tables;
+    SQSendSequenceList send;
+    SQReceiveSequenceList receive;
+
+    Lists()
+    {
+        FillTables(tables);
+        for (SequenceList *list :
+             {static_cast<SequenceList *>(&send), static_cast<SequenceList *>(&receive)}) {
+            list->resize(400, 300);
+            list->show();
+        }
+    }
+    void Refresh(qint16 display)
+    {
+        send.SetRows(SequenceRows::SendRows(tables, display));
+        receive.SetRows(SequenceRows::ReceiveRows(tables, display));
+    }
+    void Paint()
+    {
+        send.grab();
+        receive.grab();
+    }
+};
+
+/// A refresh of both lists, by representation, until it is painted.
+void RefreshLists(benchmark::State &state, bool emptyFirst)
+{
+    Lists lists;
+    for (auto _ : state) {
+        if (emptyFirst) {
+            lists.send.Clear();
+            lists.receive.Clear();
+        }
+        lists.Refresh(qint16(state.range(0)));
+        lists.Paint();
+    }
+}
+
+/// One step of the wheel in each list, until it is painted.
+void ScrollLists(benchmark::State &state)
+{
+    Lists lists;
+    lists.Refresh(qint16(state.range(0)));
+    lists.Paint();
+    int step = 0;
+    for (auto _ : state) {
+        for (QScrollBar *bar : {lists.send.verticalScrollBar(), lists.receive.verticalScrollBar()})
+            bar->setValue((step * 60) % qMax(1, bar->maximum()));
+        lists.Paint();
+        ++step;
+    }
+}
+
+} // namespace
+
+BENCHMARK_CAPTURE(RefreshLists, kept, false)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RefreshLists, emptied, true)->Arg(3)->Unit(benchmark::kMillisecond);
+BENCHMARK(ScrollLists)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "app/SequenceLists.h"
+
+#include "comm/MdCommunication.h"
+#include "controls/SQReceiveSequenceList.h"
+#include "controls/SQSendSequenceList.h"
+#include "platform/UserPrompts.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+#include "sequences/SequenceRows.h"
+
+namespace
+{
+
+template <typename Record> bool IsEmpty(const Record &record)
+{
+    return record.Name.isEmpty() && record.Sequence.isEmpty();
+}
+
+} // namespace
+
+SequenceLists::SequenceLists(const SequenceListParts &parts) : m_parts(parts)
+{
+    ConnectActionList();
+    ConnectEventList();
+    Refresh();
+}
+
+void SequenceLists::Refresh()
+{
+    RefreshActionList();
+    RefreshEventList();
+}
+
+void SequenceLists::RefreshActionList()
+{
+    m_parts.ActionList.SetRows(SequenceRows::SendRows(m_parts.sequences, m_parts.settings.Display));
+}
+
+void SequenceLists::RefreshEventList()
+{
+    m_parts.EventList.SetRows(
+        SequenceRows::ReceiveRows(m_parts.sequences, m_parts.settings.Display));
+}
+
+void SequenceLists::ConnectActionList()
+{
+    const auto *list = &m_parts.ActionList;
+    connect(list, &SQSendSequenceList::SendRequested, this, &SequenceLists::Send);
+    connect(list, &SequenceList::EditRequested, this, &SequenceLists::EditSendAt);
+    connect(list, &SequenceList::EmptyRowRequested, this, [this](int index) {
+        if (HasRoom(index, "send") && IsEmpty(m_parts.sequences.SendAt(index)))
+            EditSendAt(index);
+    });
+}
+
+void SequenceLists::ConnectEventList()
+{
+    const auto *list = &m_parts.EventList;
+    connect(list, &SQReceiveSequenceList::ActivationRequested, this, &SequenceLists::Activate);
+    connect(list, &SequenceList::EditRequested, this, &SequenceLists::EditReceiveAt);
+    connect(list, &SequenceList::EmptyRowRequested, this, [this](int index) {
+        if (HasRoom(index, "receive") && IsEmpty(m_parts.sequences.ReceiveAt(index)))
+            EditReceiveAt(index);
+    });
+}
+
+/// Behind a full table there is no record for the empty row; the user is told.
+bool SequenceLists::HasRoom(int index, const char *kind)
+{
+    if (index < MdSequenceEdition::Capacity)
+        return true;
+    m_parts.prompts.ShowMessage(
+        ExclamationMessage(QStringLiteral("A project cannot hold more than %1 %2 sequences.")
+                               .arg(MdSequenceEdition::Capacity)
+                               .arg(QLatin1String(kind))));
+    return false;
+}
+
+void SequenceLists::Send(int index)
+{
+    // A copy: starting communication may show a message, and the project may change meanwhile.
+    const QByteArray bytes = m_parts.sequences.SendAt(index).Sequence;
+    m_parts.communication.Transmit(bytes);
+}
+
+void SequenceLists::EditSendAt(int index)
+{
+    m_parts.sequences.CurrentSendIndex = index;
+    EditSend();
+}
+
+void SequenceLists::EditReceiveAt(int index)
+{
+    m_parts.sequences.CurrentReceiveIndex = index;
+    EditReceive();
+}
+
+void SequenceLists::Activate(int index, bool active)
+{
+    const qint16 value = active ? 1 : 0;
+    if (m_parts.sequences.ReceiveAt(index).Active == value)
+        return;
+    m_parts.sequences.EditReceive(index).Active = value;
+    m_parts.EventList.SetActive(index, active);
+    Q_EMIT ProjectChanged();
+}

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class MdCommunication;
+class MdSequenceEdition;
+class SQReceiveSequenceList;
+class SQSendSequenceList;
+class UserPrompts;
+struct SettingsRecord;
+
+/// What the sequence lists work with; all of it lives longer than SequenceLists.
+struct SequenceListParts {
+    const SettingsRecord &settings;
+    MdSequenceEdition &sequences;
+    MdCommunication &communication;
+    UserPrompts &prompts;
+    SQSendSequenceList &ActionList;
+    SQReceiveSequenceList &EventList;
+};
+
+/// Fills the two lists from the sequence tables and carries out what is asked for in them.
+class SequenceLists final : public QObject
+{
+    Q_OBJECT
+
+  public:
+    explicit SequenceLists(const SequenceListParts &parts);
+
+    /// Called when the record at CurrentSendIndex or CurrentReceiveIndex is to be edited.
+    std::function<void()> EditSend = [] {};
+    std::function<void()> EditReceive = [] {};
+
+    void RefreshActionList();
+    /// Derives the answer names anew as well.
+    void RefreshEventList();
+    void Refresh();
+
+  Q_SIGNALS:
+    /// A record was changed from within a list.
+    void ProjectChanged();
+
+  private:
+    void ConnectActionList();
+    void ConnectEventList();
+    void Send(int index);
+    void Activate(int index, bool active);
+    bool HasRoom(int index, const char *kind);
+    void EditSendAt(int index);
+    void EditReceiveAt(int index);
+
+    SequenceListParts m_parts;
+};

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "sequences/SequenceRows.h"
+
+#include "repr/Common_Function.h"
+#include "sequences/MdSequenceEdition.h"
+
+#include <array>
+
+namespace SequenceRows
+{
+
+QByteArray ListText(qint16 display, QByteArrayView sequence)
+{
+    using namespace Common_Function;
+    constexpr std::array Converters = {SeqToAsciiList, SeqToHexList, SeqToDecimalList,
+                                       SeqToBinaryList};
+    const bool known = display >= 0 && display < qint16(Converters.size());
+    return Converters[known ? size_t(display) : 0](sequence);
+}
+
+SequenceListRow SendRow(const SendSequence &record, qint16 display)
+{
+    return {record.Name, ListText(display, record.Sequence), QByteArray()};
+}
+
+SequenceListRow ReceiveRow(const ReceiveSequence &record, qint16 display)
+{
+    return {record.Name, ListText(display, record.Sequence), record.AnswerName, record.Comment,
+            record.Active == 1};
+}
+
+QList<SequenceListRow> SendRows(const MdSequenceEdition &sequences, qint16 display)
+{
+    QList<SequenceListRow> rows;
+    rows.reserve(sequences.SendCount());
+    for (int i = 0; i < sequences.SendCount(); ++i)
+        rows << SendRow(sequences.SendAt(i), display);
+    return rows;
+}
+
+QList<SequenceListRow> ReceiveRows(MdSequenceEdition &sequences, qint16 display)
+{
+    QList<SequenceListRow> rows;
+    rows.reserve(sequences.ReceiveCount());
+    for (int i = 0; i < sequences.ReceiveCount(); ++i) {
+        sequences.RefreshAnswerName(i);
+        rows << ReceiveRow(sequences.ReceiveAt(i), display);
+    }
+    return rows;
+}
+
+} // namespace SequenceRows
