@@ -5,7 +5,7 @@
 
 #include "platform/SettingsStore.h"
 
-#include <QHash>
+#include <QMap>
 #include <QString>
 
 #include <utility>
@@ -19,6 +19,14 @@ class ScriptedSettingsStore final : public SettingsStore
         const auto entry = m_texts.constFind({section, key});
         return entry == m_texts.constEnd() ? std::nullopt : std::optional(*entry);
     }
+    QList<Entry> ReadSection(const QString &section) const override
+    {
+        QList<Entry> entries;
+        for (auto text = m_texts.cbegin(); text != m_texts.cend(); ++text)
+            if (text.key().first == section)
+                entries.append({text.key().second, *text});
+        return entries;
+    }
     void Write(const QString &section, const QString &key, const QString &text) override
     {
         m_texts[{section, key}] = text;
@@ -26,5 +34,5 @@ class ScriptedSettingsStore final : public SettingsStore
     QString Flush() override { return {}; }
 
   private:
-    QHash<std::pair<QString, QString>, QString> m_texts;
+    QMap<std::pair<QString, QString>, QString> m_texts;
 };
