@@ -133,7 +133,7 @@ class tst_demoinstrument : public QObject
     void SurvivesAnyNumberOfClosings()
     {
         const DemoInstrument instrument(CommMode::SendReceive);
-        for (int round = 0; round < 5; ++round) {
+        for (int round = 0; round < 3; ++round) {
             Listener listener(instrument.DevicePath(0));
             QVERIFY(listener.IsOpen());
             QTRY_VERIFY(listener.Heard().contains("T=2"));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "comm/PortDevices.h"
-#include "support/ScriptedSettingsStore.h"
+#include "support/MemoryStore.h"
 
 #include <QTest>
 
@@ -61,7 +61,7 @@ class TestPortDevices : public QObject
         QFETCH(int, number);
         QFETCH(QString, assigned);
         QFETCH(QString, stored);
-        ScriptedSettingsStore store;
+        MemoryStore store;
         PortDevices devices(store);
         if (!assigned.isEmpty())
             devices.AssignForRun(number, assigned);

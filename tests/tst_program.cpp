@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "platform/QtSerialPort.h"
+#include "platform/SerialPortHub.h"
 #include "repr/Common_Function.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
@@ -121,7 +123,8 @@ void tst_program::ABurstIsShownToItsLastByte()
         const int width = Widths[size_t(r)];
         QCOMPARE(received(r), qint64(width) * Size);
         const QByteArray shown = bench.Shown(r);
-        const QByteArray lastBytes = bytes.right(shown.size() / width);
+        // What is older may have gaps where a staging box was trimmed before the loop came by.
+        const QByteArray lastBytes = bytes.right(qMin(shown.size(), 120000) / width);
         QVERIFY(lastBytes.size() > 10000);
         QVERIFY(shown.endsWith(Common_Function::SeqToViewText(r, lastBytes)));
     }
@@ -131,29 +134,43 @@ void tst_program::TwoLinesKeepTheirOrderWhileTheWindowStalls()
 {
     PtyPair lineA;
     PtyPair lineB;
-    ProgramBench bench;
-    bench.AssignPort(1, lineA.DeviceName());
-    bench.AssignPort(2, lineB.DeviceName());
-    bench.line.mode = CommMode::MonitorReceiveOnly;
-    bench.line.start = true;
+    const MemoryStore store;
+    PortDevices devices(store);
+    devices.AssignForRun(1, lineA.DeviceName());
+    devices.AssignForRun(2, lineB.DeviceName());
+    SerialPortHub hub;
+    QtSerialPort portA(hub, devices);
+    QtSerialPort portB(hub, devices);
+    SettingsRecord settings;
+    settings.comm.run.mode = CommMode::MonitorReceiveOnly;
+    const MdSequenceEdition tables;
+    CommunicationViews views;
+    MdLogFile log;
+    ScriptedPrompts prompts;
+    const FixedClock clock;
+    MdCommunication communication({settings, tables, views, log, prompts, clock, portA, portB});
+    MainLoop loop(settings, communication, views);
+    communication.OpenPorts();
+
+    // The window's thread handles no event for a second, while the telegrams come one by one.
     QByteArray expected;
-    // The window's thread does nothing else for a second; each telegram is left the time that
-    // the fastest real line would need for it.
-    const auto stall = [&] {
-        for (int i = 0; i < 100; ++i) {
-            for (PtyPair *line : {&lineA, &lineB}) {
-                const QByteArray telegram =
-                    (line == &lineA ? 'A' : 'B') + QByteArray::number(i) + ' ';
-                expected += telegram;
-                line->Write(telegram);
-                QThread::msleep(5);
-            }
+    const QDeadlineTimer stall(1000);
+    for (int i = 0; i < 100 || !stall.hasExpired(); ++i) {
+        for (PtyPair *line : {&lineA, &lineB}) {
+            const QByteArray telegram = (line == &lineA ? 'A' : 'B') + QByteArray::number(i) + ' ';
+            expected += telegram;
+            line->Write(telegram);
+            const QDeadlineTimer arrival(20000);
+            while (hub.Arrivals().WaitingOnAllPorts() < expected.size() && !arrival.hasExpired())
+                QThread::yieldCurrentThread();
         }
+    }
+    expected = expected.right(RichTextModel::MaxViewLength / 2);
+    const auto shown = [&] {
+        loop.Pass();
+        return views.View(Representation::Ascii).Bytes().toByteArray().right(expected.size());
     };
-    bench.Run({{[] {}, [&] { return bench.Running(); }},
-               {stall, [&] { return bench.Shown().size() >= expected.size(); }}});
-    QVERIFY(!bench.stuck);
-    QCOMPARE(bench.Shown(), expected);
+    QTRY_COMPARE(shown(), expected);
 }
 
 void tst_program::AHundredUnplugs()

@@ -4,10 +4,11 @@
 #include "comm/PortDevices.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
+#include "support/MemoryStore.h"
 #include "support/PtyPair.h"
-#include "support/ScriptedSettingsStore.h"
 #include "support/UnprivilegedOpener.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRandomGenerator>
@@ -40,7 +41,7 @@ template <typename Condition> bool WaitStalled(Condition condition)
 {
     const QDeadlineTimer deadline(20000);
     while (!condition() && !deadline.hasExpired())
-        QThread::usleep(100);
+        QThread::yieldCurrentThread();
     return condition();
 }
 
@@ -69,7 +70,7 @@ KernelLine LineOf(const PtyPair &pty)
 
 /// What the two ends of a program share, on a fresh table of devices.
 struct World {
-    ScriptedSettingsStore store;
+    MemoryStore store;
     PortDevices devices{store};
     SerialPortHub hub;
     QList<QByteArray> events; ///< of all stations, in order
@@ -227,6 +228,8 @@ class TestSerialPort : public QObject
         QFETCH(int, waiting);
         QFETCH(int, arriving);
         World world;
+        const auto descriptors = [] { return QDir("/proc/self/fd").count(); };
+        const uint before = descriptors();
         for (int round = 0; round < 20; ++round) {
             Station station(world, 1);
             QVERIFY(!station.port.SetPortOpen(true));
@@ -242,13 +245,14 @@ class TestSerialPort : public QObject
             QCOMPARE(station.departures.first(), station.pty.DeviceName() + " was unplugged");
             if (round > 0)
                 continue;
-            const double before = ProcessorMilliseconds();
+            const double start = ProcessorMilliseconds();
             QTest::qWait(50); // the measured stretch: a busy loop would fill it
-            QVERIFY(ProcessorMilliseconds() - before < 30);
+            QVERIFY(ProcessorMilliseconds() - start < 30);
             QCOMPARE(station.departures.size(), 1);
             QVERIFY(station.port.PortOpen());
             QVERIFY(!station.port.SetPortOpen(false));
         }
+        QCOMPARE(descriptors(), before);
     }
 
     void LineSettingsAreTakenOrRefused_data()

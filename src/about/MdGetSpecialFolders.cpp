@@ -25,7 +25,7 @@ QString WithSeparator(const QString &path)
 
 QString SpecialFolderBelow(const QString &documents, const QString &subFolder)
 {
-    const QString folder =
+    QString folder =
         WithSeparator(WithSeparator(documents.isEmpty() ? NoFolder : documents) + subFolder);
     QDir().mkpath(folder);
     return folder;

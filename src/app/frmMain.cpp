@@ -6,10 +6,12 @@
 #include "app/MainLayout.h"
 #include "comm/CommunicationViews.h"
 #include "controls/ClickLabel.h"
+#include "controls/RichTextAccessible.h"
 #include "controls/RichTextBox.h"
 #include "controls/SplitterHandle.h"
 #include "project/SettingsRecord.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
@@ -40,6 +42,8 @@ using MainLayout::TwipsPerPixel;
 
 /// Room for the ears of the tab strip, which hang below its body.
 constexpr int TabEarsHeight = 400;
+/// What a narrow window leaves the communication status, in pixels.
+constexpr int LeastStatusWidth = 60;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
 
@@ -127,6 +131,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
       HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
 {
     LoadIcons();
+    QAccessible::installFactory(RichTextAccessible::Create);
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(settings.ProgramTitle);
     setWindowIcon(IconNamed("serimonde"));
@@ -230,6 +235,7 @@ void frmMain::MakeCover()
                                   "communication mode (Receive Only). Click here to"));
     text->setObjectName(QStringLiteral("lblSendSequence"));
     text->setWordWrap(true);
+    text->setMinimumWidth(1); // else a narrow list would cut it instead of wrapping it
     auto *link = new ClickLabel(QStringLiteral("change communication mode"));
     link->setObjectName(QStringLiteral("lblClickChangeComm"));
     link->MakeLink();
@@ -316,6 +322,7 @@ void frmMain::MakeStatusBar()
         panel->setToolTip(Text(PanelToolTips[i]));
         panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
         panel->setTextFormat(Qt::PlainText);
+        panel->setMinimumWidth(i == 0 ? LeastStatusWidth : 0);
         sbStatusBar->addWidget(panel, i == 0 ? 1 : 0);
         if (i > 0) {
             connect(panel, &ClickLabel::Clicked, this,

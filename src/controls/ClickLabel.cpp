@@ -22,7 +22,8 @@ void ClickLabel::MakeLink()
 
 QSize ClickLabel::minimumSizeHint() const
 {
-    return {0, QLabel::minimumSizeHint().height()};
+    const QSize least = QLabel::minimumSizeHint();
+    return pixmap().isNull() ? QSize(0, least.height()) : least;
 }
 
 void ClickLabel::mouseReleaseEvent(QMouseEvent *event)

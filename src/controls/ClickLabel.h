@@ -6,7 +6,7 @@
 #include <QLabel>
 
 /// A label that can be clicked, by mouse or, once it takes the focus, by Enter and Space. It may
-/// be narrower than its text, which is then shown cut with an ellipsis.
+/// be narrower than its text, which is then shown cut with an ellipsis; a picture stays whole.
 class ClickLabel final : public QLabel
 {
     Q_OBJECT

@@ -12,10 +12,10 @@ namespace FixedPitchFont
 
 QString ChooseFamily(const QStringList &families)
 {
-    static const QStringList Wanted = {QStringLiteral("Courier New"),
+    static const QStringList wanted = {QStringLiteral("Courier New"),
                                        QStringLiteral("Liberation Mono"),
                                        QStringLiteral("DejaVu Sans Mono")};
-    for (const QString &family : Wanted) {
+    for (const QString &family : wanted) {
         // A family that several foundries offer carries the foundry's name in brackets.
         const QString withFoundry = family + QStringLiteral(" [");
         const auto found =

@@ -59,16 +59,16 @@ constexpr MovementKey MovementKeys[] = {
 };
 
 struct CommandKey {
-    QKeySequence::StandardKey key;
     void (RichTextBox::*command)();
+    QKeySequence::StandardKey key;
     bool edits;
 };
 
 constexpr CommandKey CommandKeys[] = {
-    {QKeySequence::Copy, &RichTextBox::Copy, false},
-    {QKeySequence::SelectAll, &RichTextBox::SelectAll, false},
-    {QKeySequence::Cut, &RichTextBox::Cut, true},
-    {QKeySequence::Paste, &RichTextBox::Paste, true},
+    {&RichTextBox::Copy, QKeySequence::Copy, false},
+    {&RichTextBox::SelectAll, QKeySequence::SelectAll, false},
+    {&RichTextBox::Cut, QKeySequence::Cut, true},
+    {&RichTextBox::Paste, QKeySequence::Paste, true},
 };
 
 struct ErasingKey {

@@ -40,7 +40,7 @@ constexpr int DeviceControlBlock = 1011;
 
 /// One serial port as the program sees it: properties first, then PortOpen, then one
 /// CommEventRaised for what has arrived. Lives on the window's thread; all calls and signals
-/// belong there. No event is raised, on any port, while a handler of another one runs.
+/// belong there. No receive event is raised, on any port, while a handler of one runs.
 class SerialPortControl : public QObject
 {
     Q_OBJECT
@@ -64,7 +64,9 @@ class SerialPortControl : public QObject
     virtual PortResult SetInputLen(int bytes) = 0;
 
     /// Opens or closes. Closing first raises the events for what has been received, then waits
-    /// for bytes still to be sent, one second at most. Closing a closed port succeeds.
+    /// for bytes still to be sent, one second at most. Inside a receive event closing raises none;
+    /// what is left follows when the handler has returned. Opening an open port and closing a
+    /// closed one succeed.
     virtual PortResult SetPortOpen(bool open) = 0;
     virtual bool PortOpen() const = 0;
 
@@ -85,6 +87,8 @@ class SerialPortControl : public QObject
   Q_SIGNALS:
     void CommEventRaised();
     /// The device of an open port went away; raised once, after the events for all that had been
-    /// received. The port stays to be closed by its user. Never raised inside a receive event.
+    /// received. The port stays to be closed by its user; until then Output succeeds in silence.
+    /// Never raised inside a receive event or another Disconnected. Receive events of other ports
+    /// go on while its handler runs. A port closed before that is not reported any more.
     void Disconnected(const QString &description);
 };

@@ -82,6 +82,18 @@ Encoded FromUnicode(QStringView text)
     return result;
 }
 
+QString RefusalOf(QStringView text, qsizetype firstForeign)
+{
+    const bool pair = firstForeign + 1 < text.size() && text[firstForeign].isHighSurrogate() &&
+                      text[firstForeign + 1].isLowSurrogate();
+    const QStringView character = text.sliced(firstForeign, pair ? 2 : 1);
+    const char32_t code = pair ? QChar::surrogateToUcs4(character[0], character[1])
+                               : char32_t(character[0].unicode());
+    const QString number = QString::number(uint(code), 16).toUpper().rightJustified(4, u'0');
+    return QStringLiteral("The character %1 (U+%2) is not in code page 1252.")
+        .arg(character.toString(), number);
+}
+
 uchar ToLower(uchar byte)
 {
     return LowerCase[byte];

@@ -23,6 +23,8 @@ struct Encoded {
 
 /// Encodes up to the first character that the code page lacks.
 Encoded FromUnicode(QStringView text);
+/// Tells the user which character, the one at firstForeign, cannot be taken.
+QString RefusalOf(QStringView text, qsizetype firstForeign);
 
 /// Lower-case form of a letter of the code page; every other byte as it is.
 uchar ToLower(uchar byte);

@@ -6,7 +6,7 @@
 #include "comm/PortDevices.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
-#include "support/ScriptedSettingsStore.h"
+#include "support/MemoryStore.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -82,7 +82,7 @@ class UnprivilegedOpener
 
     static QString Try(const QString &device)
     {
-        const ScriptedSettingsStore store;
+        const MemoryStore store;
         PortDevices devices(store);
         devices.AssignForRun(1, device);
         SerialPortHub hub;

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/MainLoop.h"
+#include "app/frmMain.h"
+#include "comm/CommunicationViews.h"
+#include "comm/MdCommunication.h"
+#include "comm/PortDevices.h"
+#include "log/CommunicationLog.h"
+#include "platform/QtSerialPort.h"
+#include "platform/SerialPortHub.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+#include "support/FixedClock.h"
+#include "support/MemoryStore.h"
+#include "support/ScriptedPrompts.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <vector>
+
+/// A checksum in place of a log: what has gone through the receive path, in its order.
+class ChecksumLog final : public CommunicationLog
+{
+  public:
+    qint64 bytes = 0;
+    quint64 checksum = 0;
+
+    static quint64 Add(quint64 checksum, QByteArrayView text)
+    {
+        for (const char byte : text)
+            checksum = checksum * 1099511628211U + uchar(byte) + 1;
+        return checksum;
+    }
+
+    void WriteText(Representation representation, const QByteArray &text) override
+    {
+        if (representation != Representation::Ascii)
+            return;
+        bytes += text.size();
+        checksum = Add(checksum, text);
+    }
+    void UpdateLogCommands() override {}
+    void StopLog() override {}
+};
+
+/// The program's window, loop, communication and real ports, without a user.
+class LiveProgram
+{
+  public:
+    SettingsRecord settings;
+    MdSequenceEdition tables;
+    CommunicationViews views;
+    ChecksumLog log;
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    MemoryStore store;
+    PortDevices devices{store};
+    SerialPortHub hub;
+    QtSerialPort portA{hub, devices};
+    QtSerialPort portB{hub, devices};
+    MdCommunication communication{{settings, tables, views, log, prompts, clock, portA, portB}};
+    MainLoop loop{settings, communication, views};
+    frmMain window{settings, views};
+    std::vector<double> passes; ///< seconds from the start of one pass to that of the next
+
+    explicit LiveProgram(const QString &device)
+    {
+        devices.AssignForRun(1, device);
+        window.resize(1000, 700);
+        window.show();
+        communication.OpenPorts();
+    }
+
+    /// Passes of the main loop, each noted with its pause, until the work is done.
+    template <typename Done> void RunUntil(Done done)
+    {
+        QElapsedTimer pass;
+        while (!done()) {
+            pass.start();
+            QEventLoop events;
+            QTimer::singleShot(loop.Pass(), Qt::PreciseTimer, &events, &QEventLoop::quit);
+            events.exec();
+            passes.push_back(double(pass.nsecsElapsed()) * 1e-9);
+        }
+    }
+};
+
+/// The value that the given share of all values does not exceed.
+inline double Percentile(std::vector<double> values, double share)
+{
+    if (values.empty())
+        return 0;
+    std::sort(values.begin(), values.end());
+    return values[std::min(values.size() - 1, size_t(share * double(values.size())))];
+}
