@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034
 #
-# What ./run, ./test, ./bench and .ci/run share. They source this file; it sets $repo.
+# What ./run, ./test, ./bench, ./fuzz and .ci/run share. They source this file; it sets $repo.
 
 repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
@@ -11,6 +11,7 @@ run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-serialport-
               qt6-tools-dev libqt6svg6 fonts-liberation)
 test_packages=(xvfb xauth libbenchmark-dev lrzsz poppler-utils)
 lint_packages=(clang-format clang-tidy)
+fuzz_packages=(clang-14 libclang-rt-14-dev)
 
 Say() { printf '%s\n' "$*" >&2; }
 
@@ -97,15 +98,15 @@ SayWhatToInstall() {
     Say "    apt-get update && apt-get install -y --no-install-recommends $*"
 }
 
-# BuildPreset PRESET: configures where that is needed, and builds into build/PRESET.
+# BuildPreset PRESET [TARGET]: configures where that is needed, and builds into build/PRESET.
 BuildPreset() {
-    local preset=$1
+    local preset=$1 target=${2:-all}
     local folder=$repo/build/$preset log=$repo/build/$preset.log
     export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
     if NeedsConfiguring "$folder"; then
         Quietly "Configuring $preset" "$log" cmake -S "$repo" --preset "$preset" --fresh || return
     fi
-    Quietly "Building $preset" "$log" cmake --build "$folder"
+    Quietly "Building $preset" "$log" cmake --build "$folder" --target "$target"
 }
 
 # Changed CMakeLists.txt files are noticed by the build itself.

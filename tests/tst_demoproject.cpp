@@ -3,6 +3,7 @@
 
 #include "app/DemoProject.h"
 
+#include "platform/DemoProtocol.h"
 #include "sequences/MdSequenceEdition.h"
 
 #include <QTest>
@@ -24,12 +25,31 @@ class tst_demoproject : public QObject
         QCOMPARE(sequences.ReceiveCount(), 4);
     }
 
-    void AsksForIdentificationAndMeasurement()
+    void AsksWhatTheInstrumentKnows()
     {
         MdSequenceEdition sequences;
         FillDemoProject(sequences);
         QCOMPARE(sequences.SendAt(0).Sequence, QByteArray("*IDN?\r\n"));
         QCOMPARE(sequences.SendAt(1).Sequence, QByteArray("MEAS?\r\n"));
+        QCOMPARE(sequences.SendAt(2).Sequence, QByteArray("STAT?\r\n"));
+        for (int i = 0; i < sequences.SendCount(); ++i) {
+            QVERIFY(!sequences.SendAt(i).Name.isEmpty());
+            QVERIFY(DemoProtocol::AnswerTo(sequences.SendAt(i).Sequence.trimmed()) !=
+                    DemoProtocol::Text::Refusal);
+        }
+    }
+
+    void KnowsWhatTheInstrumentSays()
+    {
+        MdSequenceEdition sequences;
+        FillDemoProject(sequences);
+        QCOMPARE(sequences.ReceiveAt(1).Sequence, QByteArray("OK\r\n"));
+        QCOMPARE(sequences.ReceiveAt(2).Sequence, QByteArray("SIMULATED INSTRUMENT 1.0\r\n"));
+        for (int i : {1, 2}) {
+            QVERIFY(sequences.ReceiveAt(i).IsWatched());
+            QVERIFY(sequences.ReceiveAt(i).Comment.startsWith('['));
+            QCOMPARE(sequences.ReceiveAt(i).AnswerName, QByteArray());
+        }
     }
 
     void AnswersTheQuestionByItself()
@@ -50,7 +70,9 @@ class tst_demoproject : public QObject
         MdSequenceEdition sequences;
         FillDemoProject(sequences);
         QVERIFY(!sequences.ReceiveAt(3).IsWatched());
-        QVERIFY(!sequences.ReceiveAt(3).Sequence.isEmpty());
+        QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading)
+                    .startsWith(sequences.ReceiveAt(3).Sequence));
+        QCOMPARE(sequences.ReceiveAt(3).Sequence, QByteArray("T="));
     }
 };
 

@@ -5,6 +5,6 @@
 
 class MdSequenceEdition;
 
-/// Replaces the sequences by those of the demo: requests to the simulated instrument, and
-/// sequences that are recognised in what it says.
+/// Replaces the sequences by those of examples/demo.sqx, which is built in: requests to the
+/// simulated instrument, and sequences that are recognised in what it says.
 void FillDemoProject(MdSequenceEdition &sequences);

@@ -33,6 +33,19 @@ std::optional<QString> QtSettingsStore::Read(const QString &section, const QStri
     return value.toString();
 }
 
+QList<SettingsStore::Entry> QtSettingsStore::ReadSection(const QString &section) const
+{
+    const QString prefix = FullKey(section, QString());
+    QList<Entry> entries;
+    for (const QString &fullKey : m_settings.allKeys()) {
+        if (!fullKey.startsWith(prefix))
+            continue;
+        const QString key = fullKey.sliced(prefix.size());
+        entries.append({key, Read(section, key).value_or(QString())});
+    }
+    return entries;
+}
+
 void QtSettingsStore::Write(const QString &section, const QString &key, const QString &text)
 {
     m_settings.setValue(FullKey(section, key), text);

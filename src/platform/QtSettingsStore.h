@@ -14,6 +14,7 @@ class QtSettingsStore final : public SettingsStore
     QtSettingsStore();
 
     std::optional<QString> Read(const QString &section, const QString &key) const override;
+    QList<Entry> ReadSection(const QString &section) const override;
     void Write(const QString &section, const QString &key, const QString &text) override;
     QString Flush() override;
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <optional>
@@ -15,6 +16,14 @@ class SettingsStore
 
     /// Empty if the store holds no such key.
     virtual std::optional<QString> Read(const QString &section, const QString &key) const = 0;
+
+    struct Entry {
+        QString key;
+        QString text;
+    };
+    /// All that the section holds, in the store's own order.
+    virtual QList<Entry> ReadSection(const QString &section) const = 0;
+
     virtual void Write(const QString &section, const QString &key, const QString &text) = 0;
 
     /// Puts what was written in its place. Returns the cause if that fails, else an empty text.

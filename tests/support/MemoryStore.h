@@ -19,6 +19,16 @@ class MemoryStore final : public SettingsStore
         const auto found = texts.find(section + u'/' + key);
         return found == texts.end() ? std::nullopt : std::optional(*found);
     }
+    /// By key.
+    QList<Entry> ReadSection(const QString &section) const override
+    {
+        const QString prefix = section + u'/';
+        QList<Entry> entries;
+        for (auto text = texts.cbegin(); text != texts.cend(); ++text)
+            if (text.key().startsWith(prefix))
+                entries.append({text.key().sliced(prefix.size()), *text});
+        return entries;
+    }
     void Write(const QString &section, const QString &key, const QString &text) override
     {
         texts[section + u'/' + key] = text;

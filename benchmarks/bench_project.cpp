@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SampleTraffic.h"
+#include "platform/SystemFiles.h"
+#include "project/OpenFiles.h"
+#include "project/ProjectFile.h"
+#include "sequences/MdSequenceEdition.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <benchmark/benchmark.h>
+
+namespace
+{
+
+constexpr qsizetype SequenceSize = 64;
+
+/// Both tables full: 1025 send and 1025 receive sequences.
+void FillTables(MdSequenceEdition &tables)
+{
+    SampleTraffic::Random random(3);
+    for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        tables.EditSend(i).Name = "Request " + number;
+        tables.EditSend(i).Sequence = SampleTraffic::RandomBytes(random, SequenceSize);
+        ReceiveSequence &record = tables.EditReceive(i);
+        record.Name = "Reply " + number;
+        record.Sequence = SampleTraffic::RandomBytes(random, SequenceSize);
+        record.Answer = qint16(i + 1);
+        record.Comment = "[reply " + number + " has come]";
+    }
+    tables.SetSendCount(MdSequenceEdition::Capacity);
+    tables.SetReceiveCount(MdSequenceEdition::Capacity);
+}
+
+/// A full project in a file of the system's temporary folder.
+struct Project {
+    QTemporaryDir folder;
+    QString path = folder.filePath(QStringLiteral("full.sqx"));
+    SystemFiles system;
+    OpenFiles files{system};
+    MdSequenceEdition tables;
+
+    Project()
+    {
+        FillTables(tables);
+        ProjectFile::SaveProject(tables, files, path);
+    }
+};
+
+void LoadFullProject(benchmark::State &state)
+{
+    Project project;
+    for (auto _ : state) {
+        if (ProjectFile::LoadProject(project.tables, project.files, project.path))
+            state.SkipWithError("the project was not loaded");
+    }
+    state.SetBytesProcessed(state.iterations() * QFileInfo(project.path).size());
+}
+
+/// Until the disk holds the new file and it has taken the place of the old one: the time is mostly
+/// that of fsync.
+void SaveFullProjectWithFsync(benchmark::State &state)
+{
+    Project project;
+    for (auto _ : state) {
+        if (ProjectFile::SaveProject(project.tables, project.files, project.path))
+            state.SkipWithError("the project was not saved");
+    }
+    state.SetBytesProcessed(state.iterations() * QFileInfo(project.path).size());
+}
+
+BENCHMARK(LoadFullProject)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(SaveFullProjectWithFsync)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+/// Why something could not be done with a file.
+struct FileFailure {
+    bool inUse = false; ///< somebody holds the file open: error 55 of the messages
+    QString description;
+};
+
+/// Empty means success.
+using FileResult = std::optional<FileFailure>;
+
+/// One file that is being written. Destroying it closes it.
+class OutputDevice
+{
+  public:
+    virtual ~OutputDevice() = default;
+
+    struct Taken {
+        qint64 count = 0; ///< bytes taken over, from the first; may be fewer than were given
+        FileResult failure;
+    };
+
+    virtual Taken Write(QByteArrayView bytes) = 0;
+    /// Returns when the disk holds what was written.
+    virtual FileResult Sync() = 0;
+    /// Bytes in the file, negative if the system cannot tell.
+    virtual qint64 Size() const = 0;
+    /// Only of a device made by CreateBeside: the file takes its target's place, at once and whole.
+    virtual FileResult TakePlace() = 0;
+};
+
+/// The system's files. Everything but a regular file is refused, whatever it is opened for.
+class FileSystem
+{
+  public:
+    virtual ~FileSystem() = default;
+
+    struct Created {
+        std::unique_ptr<OutputDevice> device; ///< null if there is a failure
+        FileResult failure;
+    };
+    struct Content {
+        QByteArray bytes;
+        FileResult failure;
+    };
+
+    /// The file itself, made or emptied.
+    virtual Created Create(const QString &path) = 0;
+    /// A nameless file in the folder of path. It vanishes unless it takes the place of path, which
+    /// stays untouched until then.
+    virtual Created CreateBeside(const QString &path) = 0;
+    /// The whole file; one of more than limit bytes is refused before anything is read.
+    virtual Content Read(const QString &path, qint64 limit) = 0;
+    /// One name for a file, however it is reached; it need not exist.
+    virtual QString CanonicalPath(const QString &path) const = 0;
+};

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+
+#include <utility>
+
+/// Reads bytes field by field, as a reader of comma-separated lists does.
+class FieldReader
+{
+  public:
+    explicit FieldReader(QByteArray bytes = {}) : m_bytes(std::move(bytes)) {}
+
+    /// The next field: without leading blanks, up to a comma or a line end (CR LF, LF or CR), which
+    /// is passed over. A field that starts with a double quote runs to the closing one, line ends
+    /// included, or to the end; what stands behind the closing quote is dropped. Empty for an empty
+    /// line and after the end.
+    QByteArray ReadInfo();
+
+    /// No byte is left.
+    bool EndOfFile() const { return m_place >= m_bytes.size(); }
+
+  private:
+    QByteArray TakeUntil(const char *ends);
+    void PassSeparator();
+
+    QByteArray m_bytes;
+    qsizetype m_place = 0;
+};

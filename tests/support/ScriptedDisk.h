@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QMap>
+
+/// A disk in memory with as much room as the test says. When it is full, a write takes what fits
+/// and the next one fails, as on a real disk.
+class ScriptedDisk final : public FileSystem
+{
+  public:
+    static constexpr qint64 Plenty = qint64(1) << 40;
+
+    QMap<QString, QByteArray> files; ///< by path
+    qint64 room = Plenty;            ///< bytes that can still be written
+    bool failSync = false;
+    bool failTakePlace = false;
+    qint64 vanishing = 0; ///< bytes that are said to be written, but are missing in the file
+    int unfinished = 0;   ///< files beside others that exist now
+
+    Created Create(const QString &path) override
+    {
+        files[path].clear();
+        return {std::make_unique<Device>(*this, path, false), {}};
+    }
+    Created CreateBeside(const QString &path) override
+    {
+        ++unfinished;
+        return {std::make_unique<Device>(*this, path, true), {}};
+    }
+    Content Read(const QString &path, qint64 limit) override
+    {
+        if (!files.contains(path) || files[path].size() > limit)
+            return {{}, FileFailure{false, QStringLiteral("cannot be read")}};
+        return {files[path], {}};
+    }
+    QString CanonicalPath(const QString &path) const override { return path; }
+
+  private:
+    class Device final : public OutputDevice
+    {
+      public:
+        Device(ScriptedDisk &disk, QString path, bool beside)
+            : m_disk(disk), m_path(std::move(path)), m_beside(beside)
+        {
+        }
+        ~Device() override { m_disk.unfinished -= m_beside ? 1 : 0; }
+        Q_DISABLE_COPY_MOVE(Device)
+
+        Taken Write(QByteArrayView bytes) override
+        {
+            if (m_disk.room == 0)
+                return {0, NoSpace()};
+            const qint64 count = std::min<qint64>(bytes.size(), m_disk.room);
+            m_disk.room -= count;
+            (m_beside ? m_bytes : m_disk.files[m_path]).append(bytes.first(count));
+            return {count, {}};
+        }
+        FileResult Sync() override
+        {
+            return m_disk.failSync ? FileResult(NoSpace()) : FileResult();
+        }
+        qint64 Size() const override { return m_bytes.size() - m_disk.vanishing; }
+        FileResult TakePlace() override
+        {
+            if (m_disk.failTakePlace)
+                return NoSpace();
+            m_disk.files[m_path] = m_bytes;
+            return {};
+        }
+
+      private:
+        static FileFailure NoSpace() { return {false, QStringLiteral("No space left on device")}; }
+
+        ScriptedDisk &m_disk;
+        QString m_path;
+        bool m_beside;
+        QByteArray m_bytes;
+    };
+};

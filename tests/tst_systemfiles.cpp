@@ -1,0 +1,304 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/SystemFiles.h"
+#include "project/ClInputFile.h"
+#include "project/ClOutputFile.h"
+#include "project/ProjectFile.h"
+#include "sequences/MdSequenceEdition.h"
+#include "support/KillingFiles.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <cstdio>
+
+#include <pwd.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace
+{
+
+const QByteArray OldBytes = "VERSION\r\n3\r\n\r\n";
+
+QByteArray BytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void Put(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("%s cannot be written", qPrintable(path));
+}
+
+void FillTables(MdSequenceEdition &tables)
+{
+    for (int i = 0; i < 500; ++i)
+        tables.EditSend(i).Sequence = QByteArray(64, 'x');
+    tables.SetSendCount(500);
+}
+
+/// Limits the size of every file that this process writes, as a full disk would.
+class SmallDisk
+{
+  public:
+    explicit SmallDisk(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit = {bytes, m_before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SmallDisk() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    Q_DISABLE_COPY_MOVE(SmallDisk)
+
+  private:
+    rlimit m_before = {};
+};
+
+/// What this program does in a process of its own: loads or saves a project without an
+/// administrator's rights, or saves until it is killed at a step.
+int RunAsHelper(const QStringList &arguments)
+{
+    const QString task = arguments[1];
+    const QString path = arguments[2];
+    if (::geteuid() == 0 && task != QStringLiteral("--killed")) {
+        const passwd *nobody = ::getpwnam("nobody");
+        if (!nobody || ::setgid(nobody->pw_gid) != 0 || ::setuid(nobody->pw_uid) != 0)
+            return 1;
+    }
+    SystemFiles system;
+    KillingFiles killing(system, arguments.value(3, QStringLiteral("-1")).toInt());
+    OpenFiles files(killing);
+    MdSequenceEdition tables;
+    FillTables(tables);
+    const auto failure = task == QStringLiteral("--load")
+                             ? ProjectFile::LoadProject(tables, files, path)
+                             : ProjectFile::SaveProject(tables, files, path);
+    if (failure)
+        std::puts(qPrintable(failure->message + u'|' + failure->cause));
+    return 0;
+}
+
+} // namespace
+
+class tst_systemfiles : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void CreatesAndEmptiesFiles()
+    {
+        const QString path = PathOf("log.txt");
+        Put(path, "old and long");
+        QVERIFY(!output.OpenFile(path));
+        QCOMPARE(BytesOf(path), QByteArray());
+        output.WriteInFile("new");
+        QVERIFY(!output.Flush());
+        QCOMPARE(BytesOf(path), QByteArray("new"));
+        output.CloseFile();
+    }
+
+    void ReplacesAFileAndKeepsItsMode()
+    {
+        const QString path = PathOf("a.sqx");
+        Put(path, OldBytes);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(!Save(path));
+        QCOMPARE(QFile::permissions(path) & ~(QFile::ReadUser | QFile::WriteUser),
+                 QFile::ReadOwner | QFile::WriteOwner);
+        QVERIFY(BytesOf(path).size() > 64000);
+        QCOMPARE(Names(), QStringList("a.sqx"));
+    }
+
+    void MakesANewFileAsTheUserWantsThem()
+    {
+        const mode_t before = ::umask(027);
+        QVERIFY(!Save(PathOf("a.sqx")));
+        ::umask(before);
+        struct stat status = {};
+        QCOMPARE(::stat(qPrintable(PathOf("a.sqx")), &status), 0);
+        QCOMPARE(int(status.st_mode & 0777), 0640);
+    }
+
+    void ReplacesTheFileBehindALink()
+    {
+        Put(PathOf("real.sqx"), OldBytes);
+        QVERIFY(QFile::link(PathOf("real.sqx"), PathOf("link.sqx")));
+        QVERIFY(!Save(PathOf("link.sqx")));
+        QVERIFY(QFileInfo(PathOf("link.sqx")).isSymLink());
+        QVERIFY(BytesOf(PathOf("real.sqx")).size() > 64000);
+    }
+
+    void KnowsAFileByAllItsNames()
+    {
+        Put(PathOf("real.sqx"), OldBytes);
+        QVERIFY(QFile::link(PathOf("real.sqx"), PathOf("link.sqx")));
+        QVERIFY(!output.OpenFile(PathOf("real.sqx")));
+        ClInputFile input(files);
+        QVERIFY(input.OpenFile(PathOf("link.sqx"))->inUse);
+        QVERIFY(input.OpenFile(folder->path() + QStringLiteral("/./real.sqx"))->inUse);
+        output.CloseFile();
+        QVERIFY(!input.OpenFile(PathOf("link.sqx")));
+    }
+
+    void RefusesWhatIsNoFile_data()
+    {
+        QTest::addColumn<QString>("path");
+        QTest::newRow("a folder") << QString();
+        QTest::newRow("a device") << QStringLiteral("/dev/null");
+        QTest::newRow("a full device") << QStringLiteral("/dev/full");
+        QTest::newRow("a pipe that nobody writes to") << QStringLiteral("pipe");
+        QTest::newRow("a folder that is missing") << QStringLiteral("none/a.sqx");
+        QTest::newRow("a file as a folder") << QStringLiteral("file/a.sqx");
+        QTest::newRow("a name that is too long") << QString(300, u'x');
+    }
+    void RefusesWhatIsNoFile()
+    {
+        QFETCH(const QString, path);
+        Put(PathOf("file"), OldBytes);
+        QCOMPARE(::mkfifo(qPrintable(PathOf("pipe")), 0600), 0);
+        const QString target = QDir(folder->path()).filePath(path);
+        ClInputFile input(files);
+        QVERIFY(!input.OpenFile(target)->description.isEmpty());
+        QVERIFY(!output.OpenFile(target)->description.isEmpty());
+        QVERIFY(!output.OpenForReplacing(target)->description.isEmpty());
+        QCOMPARE(Names(), QStringList({"file", "pipe"}));
+        QVERIFY(!QFileInfo(QStringLiteral("/dev/null")).isFile());
+    }
+
+    void RefusesAFileAboveTheLimitUnread()
+    {
+        const QString path = PathOf("large.sqx");
+        QFile large(path);
+        QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(64 * 1024 * 1024 + 1));
+        large.close();
+        MdSequenceEdition tables;
+        const auto failure = ProjectFile::LoadProject(tables, files, path);
+        QCOMPARE(failure->message, QStringLiteral("Errow while loading the project"));
+        QVERIFY(failure->cause.contains(QStringLiteral("67108865")));
+        QVERIFY(large.resize(64 * 1024 * 1024));
+        QCOMPARE(ProjectFile::LoadProject(tables, files, path)->message,
+                 QStringLiteral("Error while loading the project"));
+    }
+
+    void ObeysMissingRights_data()
+    {
+        QTest::addColumn<QString>("task");
+        QTest::addColumn<int>("folderMode");
+        QTest::addColumn<int>("fileMode");
+        QTest::addColumn<QString>("said");
+        const QString load = QStringLiteral("Errow while loading the project|Permission denied\n");
+        const QString save =
+            QStringLiteral("Error while saving the project file|Permission denied\n");
+        QTest::newRow("loading an unreadable file") << "--load" << 0755 << 0000 << load;
+        QTest::newRow("saving onto a read-only file") << "--save" << 0777 << 0444 << save;
+        QTest::newRow("saving into a read-only folder") << "--save" << 0555 << 0666 << save;
+    }
+    void ObeysMissingRights()
+    {
+        QFETCH(const QString, task);
+        QFETCH(const int, folderMode);
+        QFETCH(const int, fileMode);
+        const QString path = PathOf("a.sqx");
+        Put(path, OldBytes);
+        QCOMPARE(::chmod(qPrintable(path), mode_t(fileMode)), 0);
+        QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(folderMode)), 0);
+        QTEST(Helper({task, path}), "said");
+        QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(0700)), 0);
+        QCOMPARE(::chmod(qPrintable(path), mode_t(0600)), 0);
+        QCOMPARE(BytesOf(path), OldBytes);
+        QCOMPARE(Names(), QStringList("a.sqx"));
+    }
+
+    void KeepsTheOldFileOnAFullDisk()
+    {
+        const QString path = PathOf("a.sqx");
+        QVERIFY(!Save(path));
+        const qint64 need = BytesOf(path).size();
+        for (const qint64 room : {qint64(0), qint64(1), need / 2, need - 1, need}) {
+            Put(path, OldBytes);
+            ProjectFile::Result failure;
+            {
+                const SmallDisk small{rlim_t(room)};
+                failure = Save(path);
+            }
+            QCOMPARE(failure.has_value(), room < need);
+            QCOMPARE(BytesOf(path).size(), room < need ? OldBytes.size() : need);
+            QCOMPARE(Names(), QStringList("a.sqx"));
+        }
+    }
+
+    void KeepsTheOldFileWhenKilled()
+    {
+        const QString path = PathOf("a.sqx");
+        int step = 0;
+        for (bool killed = true; killed; ++step) {
+            Put(path, OldBytes);
+            killed = Helper({QStringLiteral("--killed"), path, QString::number(step)}).isNull();
+            QCOMPARE(BytesOf(path) == OldBytes, killed);
+            QCOMPARE(Names(), QStringList("a.sqx"));
+        }
+        QVERIFY(step > 4);
+    }
+
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(folder->isValid());
+    }
+    void cleanup() { output.CloseFile(); }
+
+  private:
+    QString PathOf(const char *name) const { return folder->filePath(QString::fromLatin1(name)); }
+
+    QStringList Names() const
+    {
+        return QDir(folder->path())
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    }
+
+    ProjectFile::Result Save(const QString &path)
+    {
+        MdSequenceEdition tables;
+        FillTables(tables);
+        return ProjectFile::SaveProject(tables, files, path);
+    }
+
+    /// What the helper said; null if it was killed.
+    static QString Helper(const QStringList &arguments)
+    {
+        QProcess process;
+        process.start(QCoreApplication::applicationFilePath(), arguments);
+        if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
+            return {};
+        const QString said = QString::fromUtf8(process.readAllStandardOutput());
+        return said.isNull() ? QStringLiteral("") : said;
+    }
+
+    std::unique_ptr<QTemporaryDir> folder;
+    SystemFiles system;
+    OpenFiles files{system};
+    ClOutputFile output{files};
+};
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() > 2 &&
+        QStringList({"--load", "--save", "--killed"}).contains(arguments[1]))
+        return RunAsHelper(arguments);
+    tst_systemfiles test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_systemfiles.moc"
