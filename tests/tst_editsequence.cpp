@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace
 {
@@ -494,6 +495,11 @@ void tst_EditSequence::ScrollsLongSequencesFluently()
         QVERIFY(desk.editor.viewport()->rect().contains(desk.editor.CaretRect().toAlignedRect()));
         desk.Type("<Ctrl+Home>");
         QCOMPARE(desk.editor.verticalScrollBar()->value(), 0);
+        QWidget *view = desk.editor.viewport();
+        QWheelEvent wheel(QPointF(9, 9), view->mapToGlobal(QPointF(9, 9)), {}, {0, -120}, {}, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(view, &wheel);
+        QCOMPARE(desk.editor.verticalScrollBar()->value(), QApplication::wheelScrollLines());
     }
 }
 

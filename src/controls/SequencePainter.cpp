@@ -47,7 +47,7 @@ SequencePainter::SequencePainter(const QFont &font, qreal devicePixelRatio)
 
     const qreal ratio = devicePixelRatio > 0 ? devicePixelRatio : 1;
     const auto whole = [ratio](qreal length) { return std::ceil(length * ratio) / ratio; };
-    m_unit = qMax(std::floor(m_advance * ratio / ControlPictures::Pitch), 1.0) / ratio;
+    m_unit = qMax(std::floor(m_advance * ratio / (ControlPictures::Pitch + 2)), 1.0) / ratio;
     const qreal text = whole(m_font.ascent()) + whole(m_font.descent());
     m_rowHeight = text + whole(2); // room between the grounds of the pictures
     m_baseline = whole((m_rowHeight - text) / 2) + whole(m_font.ascent());
