@@ -33,6 +33,17 @@ QStyleOptionButton ButtonOption(const QStyleOptionViewItem &cell, QSize size, bo
     return button;
 }
 
+/// A style may draw the outline of a box in a shade of the window, which on a dark base nobody
+/// sees. A tone between base and text stands out on both.
+QColor OutlineTone(const QPalette &palette)
+{
+    const QColor base = palette.color(QPalette::Base);
+    const QColor text = palette.color(QPalette::Text);
+    const auto between = [](int from, int to) { return from + (to - from) * 3 / 5; };
+    return {between(base.red(), text.red()), between(base.green(), text.green()),
+            between(base.blue(), text.blue())};
+}
+
 /// A triangle that points to where the bytes go.
 void PaintArrow(QPainter &painter, const QRect &button, const QColor &colour)
 {
@@ -89,6 +100,7 @@ void SequenceListDelegate::PaintActiveBox(QPainter &painter, const QStyleOptionV
     const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &cell, cell.widget),
                      style->pixelMetric(QStyle::PM_IndicatorHeight, &cell, cell.widget));
     QStyleOptionButton box = ButtonOption(cell, size, row == m_pressedRow);
+    box.palette.setColor(QPalette::Window, OutlineTone(cell.palette));
     box.state |= m_model.RowAt(row).active ? QStyle::State_On : QStyle::State_Off;
     style->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, cell.widget);
 }
