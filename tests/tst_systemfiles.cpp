@@ -139,6 +139,13 @@ class tst_systemfiles : public QObject
         QVERIFY(BytesOf(PathOf("real.sqx")).size() > 64000);
     }
 
+    void SavesUnderTheLongestNameThatThereIs()
+    {
+        const QString name = QString(251, u'x') + QStringLiteral(".sqx");
+        QVERIFY(!Save(folder->filePath(name)));
+        QCOMPARE(Names(), QStringList(name));
+    }
+
     void KnowsAFileByAllItsNames()
     {
         Put(PathOf("real.sqx"), OldBytes);
