@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "project/FieldReader.h"
+#include "project/OpenFiles.h"
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
 #include "support/ScriptedDisk.h"

@@ -105,7 +105,7 @@ class tst_projectdamage : public QObject
             QVERIFY(loaded.IsSound());
             // The keyword of a record stands behind all records that are whole in the file.
             const auto keywords = cut.count("\r\n\r\nSEND") + cut.count("\r\n\r\nRECEIVE");
-            const QByteArray tail = cut.sliced(cut.lastIndexOf("SEND\r\n") + 6);
+            const QByteArray tail = cut.mid(cut.lastIndexOf("SEND\r\n") + 6);
             const int cutIndex = tail.contains('\n') ? -1 : tail.trimmed().toInt();
             for (int i = 0; i < std::min<qsizetype>(keywords - 1, whole.tables.SendCount()); ++i) {
                 if (i == cutIndex) // "12" may have become "1", which is then this record

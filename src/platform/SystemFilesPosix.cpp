@@ -83,11 +83,10 @@ Target LookAt(const QByteArray &name)
 {
     Target target;
     target.exists = ::stat(name.constData(), &target.status) == 0;
-    if (!target.exists && errno != ENOENT)
-        target.failure = SystemFailure();
-    else if (target.exists && !S_ISREG(target.status.st_mode))
+    const bool missing = !target.exists && errno == ENOENT;
+    if (target.exists && !S_ISREG(target.status.st_mode))
         target.failure = NotAFile(target.status.st_mode);
-    else if (target.exists && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
+    else if (!missing && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
         target.failure = SystemFailure();
     return target;
 }
@@ -95,12 +94,13 @@ Target LookAt(const QByteArray &name)
 QByteArray FolderOf(const QByteArray &name)
 {
     const qsizetype end = name.lastIndexOf('/');
-    return end < 0 ? QByteArray(".") : name.first(end + 1);
+    return end < 0 ? QByteArray("./") : name.first(end + 1);
 }
 
 QByteArray NewNameBeside(const QByteArray &name)
 {
-    return name + '.' + QByteArray::number(QRandomGenerator::global()->generate(), 36);
+    return FolderOf(name) + ".saving-" +
+           QByteArray::number(QRandomGenerator::global()->generate(), 36);
 }
 
 /// A file without a name, so that nothing is left behind however the program ends. Not every file
@@ -274,7 +274,7 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
 QString SystemFiles::CanonicalPath(const QString &path) const
 {
     const QFileInfo file(path);
-    if (const QString whole = file.canonicalFilePath(); !whole.isEmpty())
+    if (QString whole = file.canonicalFilePath(); !whole.isEmpty())
         return whole;
     const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
     if (folder.isEmpty())

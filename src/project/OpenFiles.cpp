@@ -5,7 +5,7 @@
 
 QString OpenFiles::Hold(const QString &path)
 {
-    const QString name = m_fileSystem.CanonicalPath(path);
+    QString name = m_fileSystem.CanonicalPath(path);
     if (m_held.contains(name))
         return {};
     m_held.insert(name);

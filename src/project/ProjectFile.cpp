@@ -10,7 +10,6 @@
 #include "repr/Common_Function.h"
 #include "sequences/MdSequenceEdition.h"
 
-
 #include <limits>
 
 namespace
@@ -168,8 +167,8 @@ class RecordReader
             return 0;
         const auto number = WholeNumber(m_fields.ReadInfo());
         if (!number) {
-            failure = LoadFailure(QStringLiteral("%1 is not a whole 16-bit number")
-                                      .arg(QLatin1StringView(what)));
+            failure = LoadFailure(
+                QStringLiteral("%1 is not a whole 16-bit number").arg(QLatin1StringView(what)));
         }
         return number.value_or(0);
     }
