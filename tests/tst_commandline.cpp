@@ -21,7 +21,7 @@ void tst_commandline::EverythingAtOnce()
     const auto parsed =
         ParseCommandLine({"serimonde", "--port", "1=/dev/ttyUSB0", "--port=255=a=b", "--mode", "2",
                           "--settings", "921600,e,7,2", "--start", "--quit-after", "0.5",
-                          "--screenshot", "a.png", "--demo", "-platform", "offscreen"});
+                          "--screenshot", "a.png", "--demo", "my.sqx", "-platform", "offscreen"});
     QCOMPARE(parsed.error, QString());
     QCOMPARE(parsed.line.ports, (QHash<int, QString>{{1, "/dev/ttyUSB0"}, {255, "a=b"}}));
     QCOMPARE(parsed.line.mode, CommMode::MonitorReceiveAndModify);
@@ -29,6 +29,7 @@ void tst_commandline::EverythingAtOnce()
     QVERIFY(parsed.line.start && parsed.line.demo && parsed.line.Unattended());
     QCOMPARE(*parsed.line.quitAfterSeconds, 0.5);
     QCOMPARE(parsed.line.screenshot, QStringLiteral("a.png"));
+    QCOMPARE(parsed.line.project, QStringLiteral("my.sqx"));
 }
 
 void tst_commandline::NothingIsARunAtTheKeyboard()
@@ -65,7 +66,7 @@ void tst_commandline::WrongUsage_data()
     QTest::newRow("a screenshot without a file") << QStringList{"--screenshot="} << "file";
     QTest::newRow("a log, which is not built") << QStringList{"--log", "x.txt"} << "--log";
     QTest::newRow("overwriting, which is not built") << QStringList{"--overwrite"} << "--overwrite";
-    QTest::newRow("a project, which is not built") << QStringList{"a.sqx"} << "a.sqx";
+    QTest::newRow("two projects") << QStringList{"a.sqx", "b.sqx"} << "a.sqx b.sqx";
 }
 
 void tst_commandline::WrongUsage()

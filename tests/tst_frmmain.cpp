@@ -75,6 +75,7 @@ class tst_frmmain : public QObject
     void TheToolbarHasItsButtonsInTheirPlaces();
     void TheMenusHaveTheirEntries();
     void WhatIsNotBuiltDoesNotPretend();
+    void RecentProjectsComeUnderTheirSeparator();
     void ToolbarStates();
     void StatusPanels_data();
     void StatusPanels();
@@ -153,13 +154,36 @@ void tst_frmmain::TheMenusHaveTheirEntries()
 void tst_frmmain::WhatIsNotBuiltDoesNotPretend()
 {
     const WindowBench bench;
-    for (const char *entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuPrintProject",
-                              "mnuPrintCommunication", "mnuHelpContents", "mnuHelpAbout"})
+    for (const char *entry :
+         {"mnuPrintProject", "mnuPrintCommunication", "mnuHelpContents", "mnuHelpAbout"})
         QVERIFY2(!bench.Find<QAction>(entry)->isEnabled(), entry);
-    for (const int button : {1, 2, 10, 17, 19, 20})
+    for (const int button : {10, 17, 19, 20})
         QVERIFY(!bench.window->ToolbarButton(button)->isEnabled());
-    QVERIFY(!bench.Find<QAction>("mnuRecentProject_0")->isVisible());
-    QVERIFY(bench.Find<QAction>("mnuToolsOptions")->isEnabled());
+    for (const char *entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuToolsOptions"})
+        QVERIFY2(bench.Find<QAction>(entry)->isEnabled(), entry);
+}
+
+void tst_frmmain::RecentProjectsComeUnderTheirSeparator()
+{
+    const WindowBench bench;
+    const auto visible = [&] {
+        QStringList texts;
+        for (const QAction *action : bench.Find<QMenu>("mnuFile")->actions()) {
+            if (action->objectName().startsWith("mnuRecent") && action->isVisible())
+                texts << action->text();
+        }
+        return texts;
+    };
+    QCOMPARE(visible(), QStringList());
+    QVERIFY(!bench.Find<QAction>("mnuFileBar2")->isVisible());
+    bench.window->ShowRecentProjects({"/a/R&D", "/b/two"});
+    QCOMPARE(visible(), (QStringList{"/a/R&&D", "/b/two"}));
+    QVERIFY(bench.Find<QAction>("mnuFileBar2")->isVisible());
+    const QSignalSpy chosen(bench.window.get(), &frmMain::RecentProjectChosen);
+    bench.Find<QAction>("mnuRecentProject_0")->trigger();
+    QCOMPARE(chosen.first().first().toString(), QStringLiteral("/a/R&D"));
+    bench.window->ShowRecentProjects({"1", "2", "3", "4", "5"});
+    QCOMPARE(visible(), (QStringList{"1", "2", "3", "4"}));
 }
 
 void tst_frmmain::ToolbarStates()

@@ -285,7 +285,7 @@ void tst_program::AModifiedProjectAsksBeforeClosing_data()
     QTest::addColumn<bool>("stays");
     QTest::newRow("No leaves") << PromptAnswer::No << false;
     QTest::newRow("Cancel stays") << PromptAnswer::Cancel << true;
-    QTest::newRow("Yes stays, because nothing can be saved yet") << PromptAnswer::Yes << true;
+    QTest::newRow("Yes stays if the save dialog is cancelled") << PromptAnswer::Yes << true;
 }
 
 void tst_program::AModifiedProjectAsksBeforeClosing()

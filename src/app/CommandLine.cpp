@@ -133,10 +133,6 @@ QString RefuseUnbuilt(const QCommandLineParser &parser)
         if (parser.isSet(QString::fromLatin1(name)))
             return QStringLiteral("--%1 is not available in this version").arg(QLatin1String(name));
     }
-    if (!parser.positionalArguments().isEmpty()) {
-        return QStringLiteral("project files are not available in this version: %1")
-            .arg(parser.positionalArguments().first());
-    }
     return {};
 }
 
@@ -168,14 +164,18 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
                 parsed.error = QStringLiteral("--%1 %2: %3").arg(NameOf(row), value, wrong);
         }
     }
+    const QStringList projects = parser.positionalArguments();
     if (parsed.error.isEmpty())
         parsed.error = RefuseUnbuilt(parser);
+    if (parsed.error.isEmpty() && projects.size() > 1)
+        parsed.error = QStringLiteral("one project file at most: %1").arg(projects.join(u' '));
+    parsed.line.project = projects.value(0);
     return parsed;
 }
 
 QString CommandLineHelp()
 {
-    QString text = QStringLiteral("Usage: serimonde [options]\n\n"
+    QString text = QStringLiteral("Usage: serimonde [options] [project.sqx]\n\n"
                                   "Tests and monitors serial communication.\n\nOptions:\n");
     for (const OptionRow &row : OptionRows) {
         QString usage = QStringLiteral("  --") + NameOf(row);

@@ -23,6 +23,7 @@ struct CommandLine {
     bool demo = false;
     std::optional<double> quitAfterSeconds; ///< set: the run is unattended
     QString screenshot;                     ///< PNG file, empty for none
+    QString project;                        ///< project file to open, empty for none
 
     bool Unattended() const { return quitAfterSeconds.has_value(); }
 };

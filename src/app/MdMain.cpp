@@ -13,6 +13,8 @@
 #include "platform/SettingsStore.h"
 #include "platform/UserPrompts.h"
 #include "project/ProgramSettings.h"
+#include "sequences/frmEditAction.h"
+#include "sequences/frmEditEvent.h"
 
 #include <QApplication>
 #include <QDir>
@@ -56,8 +58,10 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_hub(std::make_unique<SerialPortHub>()),
       MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
       MSCommB(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
-      m_communication(std::make_unique<MdCommunication>(CommunicationParts{
-          m_settings, m_sequences, m_views, m_log, world.prompts, world.clock, *MSCommA, *MSCommB}))
+      m_communication(std::make_unique<MdCommunication>(
+          CommunicationParts{m_settings, m_sequences, m_views, m_log, world.prompts, world.clock,
+                             *MSCommA, *MSCommB})),
+      m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files})
 {
 }
 
@@ -125,7 +129,7 @@ void MdMain::AttachDemo()
 
 void MdMain::ConnectWindow()
 {
-    m_window->AskSaveChanges = [this] { return AskSaveChanges(); };
+    m_window->AskSaveChanges = [this] { return m_project.AskSaveChanges(); };
     m_window->Unload = [this] { UnloadMainWindow(); };
     connect(m_window.get(), &frmMain::CommandChosen, this, &MdMain::Execute);
     connect(m_communication.get(), &MdCommunication::PortStatusChanged, m_window.get(),
@@ -133,9 +137,20 @@ void MdMain::ConnectWindow()
     connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
             &frmMain::SetToolbarState);
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
+    connect(m_window.get(), &frmMain::RecentProjectChosen, this,
+            [this](const QString &entry) { m_project.OpenRecentProject(entry); });
+    ConnectLists();
+    m_project.Attach(*this);
+    m_project.ShowRecentProjects();
+}
+
+void MdMain::ConnectLists()
+{
     m_lists = std::make_unique<SequenceLists>(
         SequenceListParts{m_settings, m_sequences, *m_communication, m_world.prompts,
                           m_window->SendList(), m_window->ReceiveList()});
+    m_lists->EditSend = [this] { EditSendSequence(); };
+    m_lists->EditReceive = [this] { EditReceiveSequence(); };
     connect(m_lists.get(), &SequenceLists::ProjectChanged, m_window.get(),
             &frmMain::SetProjectModified);
 }
@@ -143,6 +158,8 @@ void MdMain::ConnectWindow()
 void MdMain::ShowMainWindow()
 {
     m_window->show();
+    if (!m_line.project.isEmpty())
+        QTimer::singleShot(0, m_window.get(), [this] { m_project.OpenFile(m_line.project); });
     if (m_line.start || m_line.demo) {
         QTimer::singleShot(0, m_communication.get(), &MdCommunication::OpenPorts);
     }
@@ -159,26 +176,21 @@ void MdMain::SetProgramTitle(const QString &title)
         m_window->setWindowTitle(title);
 }
 
-bool MdMain::AskSaveChanges()
-{
-    if (!m_window->ProjectModified())
-        return true;
-    const PromptAnswer answer =
-        m_world.prompts.ShowMessage({.text = QStringLiteral("Save changes for this project?"),
-                                     .icon = PromptIcon::Question,
-                                     .buttons = PromptButtons::YesNoCancel,
-                                     .defaultAnswer = PromptAnswer::No,
-                                     .caption = m_settings.ProgramTitle});
-    if (answer == PromptAnswer::Yes) {
-        m_world.prompts.ShowMessage(
-            InformationMessage(QStringLiteral("Projects cannot be saved in this version.")));
-    }
-    return answer == PromptAnswer::No;
-}
-
 void MdMain::Execute(Command command)
 {
     switch (command) {
+    case Command::New:
+        m_project.NewProject();
+        break;
+    case Command::Open:
+        m_project.OpenProject();
+        break;
+    case Command::Save:
+        m_project.SaveProject();
+        break;
+    case Command::SaveAs:
+        m_project.SaveProjectAs();
+        break;
     case Command::Start:
         m_communication->OpenPorts();
         break;
@@ -199,6 +211,64 @@ void MdMain::Execute(Command command)
     }
 }
 
+void MdMain::EditSendSequence()
+{
+    frmEditAction editor({m_settings, m_sequences, m_world.prompts, m_sendMode,
+                          [this](int index) {
+                              m_lists->ShowSendRecord(index);
+                              SetProjectModified(true);
+                          },
+                          [this](int index) {
+                              m_lists->RemoveSendRow(index);
+                              SetProjectModified(true);
+                          }},
+                         m_window.get());
+    editor.exec();
+}
+
+void MdMain::EditReceiveSequence()
+{
+    frmEditEvent editor({m_settings, m_sequences, m_world.prompts, m_receiveMode,
+                         [this](int index) {
+                             m_lists->ShowReceiveRecord(index);
+                             SetProjectModified(true);
+                         },
+                         [this](int index) {
+                             m_lists->RemoveReceiveRow(index);
+                             SetProjectModified(true);
+                         }},
+                        m_window.get());
+    editor.exec();
+}
+
+bool MdMain::ProjectModified() const
+{
+    return m_window->ProjectModified();
+}
+
+void MdMain::SetProjectModified(bool modified)
+{
+    if (modified)
+        m_window->SetProjectModified();
+    else
+        m_window->SetProjectUnmodified();
+}
+
+void MdMain::SetCaption(const QString &caption)
+{
+    m_window->setWindowTitle(caption);
+}
+
+void MdMain::RefreshLists()
+{
+    m_lists->Refresh();
+}
+
+void MdMain::ShowRecentProjects(const QStringList &projects)
+{
+    m_window->ShowRecentProjects(projects);
+}
+
 void MdMain::ShowOptions()
 {
     m_communication->ClosePorts();
@@ -213,6 +283,7 @@ void MdMain::ShowOptions()
 void MdMain::UnloadMainWindow()
 {
     WriteScreenshot();
+    m_project.ShowRecentProjects();
     const QString fault =
         ProgramSettings::SaveSettings(m_world.store, m_settings, m_window->isMinimized());
     if (!fault.isEmpty()) {

@@ -6,10 +6,14 @@
 #include "app/CommandLine.h"
 #include "app/MainCommands.h"
 #include "app/MainLoop.h"
+#include "app/MdProject.h"
+#include "app/ProjectWindow.h"
 #include "comm/CommunicationViews.h"
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
 #include "log/MdLogFile.h"
+#include "platform/SystemFiles.h"
+#include "project/OpenFiles.h"
 #include "project/SettingsRecord.h"
 #include "sequences/MdSequenceEdition.h"
 
@@ -28,7 +32,7 @@ class UserPrompts;
 
 /// The program: owns the state that everything shares, brings its parts up in their order, runs
 /// the main loop and carries out the commands that belong to no other part.
-class MdMain final : public QObject
+class MdMain final : public QObject, private ProjectWindow
 {
     Q_OBJECT
 
@@ -50,9 +54,6 @@ class MdMain final : public QObject
     /// Sets the title of program and window.
     void SetProgramTitle(const QString &title);
 
-    /// True: the caller may replace or leave the project. False: the user wants to stay.
-    bool AskSaveChanges();
-
     /// Carries out a command of the main window.
     void Execute(Command command);
 
@@ -66,12 +67,21 @@ class MdMain final : public QObject
     CommunicationViews &Views() { return m_views; }
 
   private:
+    bool ProjectModified() const override;
+    void SetProjectModified(bool modified) override;
+    void SetCaption(const QString &caption) override;
+    void RefreshLists() override;
+    void ShowRecentProjects(const QStringList &projects) override;
+
     bool LoadMainWindow();
     void ApplyCommandLine();
     void AttachDemo();
     void ConnectWindow();
     void ShowMainWindow();
+    void ConnectLists();
     void ShowOptions();
+    void EditSendSequence();
+    void EditReceiveSequence();
     void UnloadMainWindow();
     void WriteScreenshot();
 
@@ -88,6 +98,11 @@ class MdMain final : public QObject
     std::unique_ptr<QtSerialPort> MSCommA;
     std::unique_ptr<QtSerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;
+    SystemFiles m_fileSystem;
+    OpenFiles m_files{m_fileSystem};
+    MdProject m_project;
+    Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
+    Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
 };

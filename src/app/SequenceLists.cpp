@@ -51,7 +51,7 @@ void SequenceLists::ConnectActionList()
     connect(list, &SQSendSequenceList::SendRequested, this, &SequenceLists::Send);
     connect(list, &SequenceList::EditRequested, this, &SequenceLists::EditSendAt);
     connect(list, &SequenceList::EmptyRowRequested, this, [this](int index) {
-        if (HasRoom(index, "send") && IsEmpty(m_parts.sequences.SendAt(index)))
+        if (HasRoom(index) && IsEmpty(m_parts.sequences.SendAt(index)))
             EditSendAt(index);
     });
 }
@@ -62,20 +62,17 @@ void SequenceLists::ConnectEventList()
     connect(list, &SQReceiveSequenceList::ActivationRequested, this, &SequenceLists::Activate);
     connect(list, &SequenceList::EditRequested, this, &SequenceLists::EditReceiveAt);
     connect(list, &SequenceList::EmptyRowRequested, this, [this](int index) {
-        if (HasRoom(index, "receive") && IsEmpty(m_parts.sequences.ReceiveAt(index)))
+        if (HasRoom(index) && IsEmpty(m_parts.sequences.ReceiveAt(index)))
             EditReceiveAt(index);
     });
 }
 
 /// Behind a full table there is no record for the empty row; the user is told.
-bool SequenceLists::HasRoom(int index, const char *kind)
+bool SequenceLists::HasRoom(int index)
 {
     if (index < MdSequenceEdition::Capacity)
         return true;
-    m_parts.prompts.ShowMessage(
-        ExclamationMessage(QStringLiteral("A project cannot hold more than %1 %2 sequences.")
-                               .arg(MdSequenceEdition::Capacity)
-                               .arg(QLatin1String(kind))));
+    m_parts.prompts.ShowMessage(ExclamationMessage(MdSequenceEdition::FullTableText()));
     return false;
 }
 
@@ -84,6 +81,40 @@ void SequenceLists::Send(int index)
     // A copy: starting communication may show a message, and the project may change meanwhile.
     const QByteArray bytes = m_parts.sequences.SendAt(index).Sequence;
     m_parts.communication.Transmit(bytes);
+}
+
+void SequenceLists::ShowSendRecord(int index)
+{
+    const SequenceListRow row =
+        SequenceRows::SendRow(m_parts.sequences.SendAt(index), m_parts.settings.Display);
+    if (index < m_parts.ActionList.Count())
+        m_parts.ActionList.ModifyRow(index, row);
+    else
+        m_parts.ActionList.AddRow(row);
+    RefreshEventList();
+}
+
+void SequenceLists::RemoveSendRow(int index)
+{
+    m_parts.ActionList.DeleteRow(index);
+    RefreshEventList();
+}
+
+void SequenceLists::ShowReceiveRecord(int index)
+{
+    const SequenceListRow row =
+        SequenceRows::ReceiveRow(m_parts.sequences.ReceiveAt(index), m_parts.settings.Display);
+    if (index < m_parts.EventList.Count())
+        m_parts.EventList.ModifyRow(index, row);
+    else
+        m_parts.EventList.AddRow(row);
+}
+
+void SequenceLists::RemoveReceiveRow(int index)
+{
+    // The ticks stay with their places, so the rows behind have other ones now.
+    m_parts.EventList.DeleteRow(index);
+    RefreshEventList();
 }
 
 void SequenceLists::EditSendAt(int index)

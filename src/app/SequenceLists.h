@@ -41,6 +41,14 @@ class SequenceLists final : public QObject
     void RefreshEventList();
     void Refresh();
 
+    /// After a record was applied: its row is changed, or added behind the last one. Answer names
+    /// follow the send sequences.
+    void ShowSendRecord(int index);
+    void ShowReceiveRecord(int index);
+    /// After a record was deleted.
+    void RemoveSendRow(int index);
+    void RemoveReceiveRow(int index);
+
   Q_SIGNALS:
     /// A record was changed from within a list.
     void ProjectChanged();
@@ -50,7 +58,7 @@ class SequenceLists final : public QObject
     void ConnectEventList();
     void Send(int index);
     void Activate(int index, bool active);
-    bool HasRoom(int index, const char *kind);
+    bool HasRoom(int index);
     void EditSendAt(int index);
     void EditReceiveAt(int index);
 

@@ -182,10 +182,29 @@ void frmMain::MakeMenus()
                               : new QAction(this);
         action->setSeparator(!entry.caption);
         action->setObjectName(Text(entry.name));
-        action->setVisible(entry.command != Command::OpenRecent);
         menu->addAction(action);
         if (entry.command == Command::Save)
             mnuFileSave = action;
+        if (entry.command == Command::OpenRecent)
+            mnuRecentProject << action;
+    }
+    mnuFileBar2 = findChild<QAction *>(QStringLiteral("mnuFileBar2"));
+    mnuFileBar2->setVisible(false);
+    for (QAction *recent : std::as_const(mnuRecentProject)) {
+        recent->setVisible(false);
+        connect(recent, &QAction::triggered, this,
+                [this, recent] { Q_EMIT RecentProjectChosen(recent->data().toString()); });
+    }
+}
+
+/// The text is also kept beside the caption, in which "&" has to stand doubled.
+void frmMain::ShowRecentProjects(const QStringList &projects)
+{
+    for (qsizetype i = 0; i < std::min(projects.size(), mnuRecentProject.size()); ++i) {
+        mnuFileBar2->setVisible(true);
+        mnuRecentProject[i]->setText(QString(projects[i]).replace(u'&', QLatin1String("&&")));
+        mnuRecentProject[i]->setData(projects[i]);
+        mnuRecentProject[i]->setVisible(true);
     }
 }
 

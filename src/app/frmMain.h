@@ -7,6 +7,7 @@
 #include "comm/MdCommunication.h"
 #include "repr/Representation.h"
 
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
@@ -59,6 +60,9 @@ class frmMain final : public QWidget
     void SetProjectUnmodified() { EnableSave(false); }
     bool ProjectModified() const;
 
+    /// Shows these in the recent entries of the menu; without any the entries stay as they are.
+    void ShowRecentProjects(const QStringList &projects);
+
     /// Toolbar place, from 1 on, separators included.
     QAction *ToolbarButton(int index) const;
 
@@ -74,6 +78,8 @@ class frmMain final : public QWidget
 
   Q_SIGNALS:
     void CommandChosen(Command command);
+    /// A recent project, as it was given to ShowRecentProjects.
+    void RecentProjectChosen(const QString &project);
 
   protected:
     void closeEvent(QCloseEvent *event) override;
@@ -122,4 +128,6 @@ class frmMain final : public QWidget
     SplitterHandle *VimgSplitter;
     SplitterHandle *HimgSplitter;
     QAction *mnuFileSave = nullptr;
+    QAction *mnuFileBar2 = nullptr; ///< above the recent projects
+    QList<QAction *> mnuRecentProject;
 };

@@ -46,3 +46,10 @@ PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
     m_out << '\n' << Qt::flush;
     return prompt.defaultAnswer;
 }
+
+QString ConsolePrompts::ChooseFile(const FileDialogRequest &request)
+{
+    m_out << "question: " << request.title << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
+          << Qt::flush;
+    return {};
+}

@@ -4,6 +4,8 @@
 #include "platform/QtPrompts.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QMessageBox>
 
 namespace
@@ -90,4 +92,21 @@ PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
     box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
     box.setEscapeButton(EscapeOf(prompt.buttons));
     return AnswerOf(box.exec(), prompt.buttons);
+}
+
+QString QtPrompts::ChooseFile(const FileDialogRequest &request)
+{
+    QFileDialog dialog(QApplication::activeWindow(), request.title, request.folder,
+                       request.filter.section(u'|', 0, 0));
+    if (request.purpose == FileDialogRequest::Purpose::Save) {
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+        dialog.setDefaultSuffix(request.filter.section(u'.', -1));
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    } else {
+        dialog.setFileMode(QFileDialog::ExistingFile);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return QDir::toNativeSeparators(dialog.selectedFiles().first());
 }

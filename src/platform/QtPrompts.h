@@ -10,4 +10,5 @@ class QtPrompts final : public UserPrompts
 {
   public:
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
+    QString ChooseFile(const FileDialogRequest &request) override;
 };

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/FileDialogRequest.h"
+
 #include <QString>
 
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
@@ -28,6 +30,9 @@ class UserPrompts
     virtual ~UserPrompts() = default;
 
     virtual PromptAnswer ShowMessage(const MessagePrompt &prompt) = 0;
+
+    /// The chosen path, absolute; empty if the user cancelled.
+    virtual QString ChooseFile(const FileDialogRequest &request) = 0;
 
     /// Whether a message with the critical icon has been shown in this run.
     bool CriticalShown() const { return m_criticalShown; }

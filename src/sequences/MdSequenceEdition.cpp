@@ -18,6 +18,12 @@ int TouchedRecords(int count)
 
 } // namespace
 
+QString MdSequenceEdition::FullTableText()
+{
+    return QStringLiteral("A project cannot hold more than %1 send and %1 receive sequences.")
+        .arg(Capacity);
+}
+
 void MdSequenceEdition::SetSendCount(int count)
 {
     m_sendCount = std::clamp(count, 0, Capacity);

@@ -6,6 +6,8 @@
 #include "sequences/ReceiveSequence.h"
 #include "sequences/SendSequence.h"
 
+#include <QString>
+
 #include <vector>
 
 /// The project's two sequence tables. Records 0 to count - 1 are in use, the record behind them
@@ -15,6 +17,9 @@ class MdSequenceEdition
   public:
     /// Records of each table; indexes outside 0 to Capacity - 1 must not be asked for.
     static constexpr int Capacity = 1025;
+
+    /// What the user is told who wants to add to a full table.
+    static QString FullTableText();
 
     MdSequenceEdition() : m_send(Capacity), m_receive(Capacity) {}
 

@@ -6,6 +6,7 @@
 #include "platform/UserPrompts.h"
 
 #include <QList>
+#include <QStringList>
 
 #include <functional>
 
@@ -16,6 +17,8 @@ class ScriptedPrompts final : public UserPrompts
   public:
     QList<MessagePrompt> shown;
     QList<PromptAnswer> answers;                 ///< for the next boxes, first one first
+    QList<FileDialogRequest> asked;              ///< file dialogs
+    QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
@@ -24,5 +27,11 @@ class ScriptedPrompts final : public UserPrompts
         shown << prompt;
         whileStanding();
         return answers.isEmpty() ? prompt.defaultAnswer : answers.takeFirst();
+    }
+
+    QString ChooseFile(const FileDialogRequest &request) override
+    {
+        asked << request;
+        return chosen.isEmpty() ? QString() : chosen.takeFirst();
     }
 };
