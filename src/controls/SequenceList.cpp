@@ -128,8 +128,8 @@ void SequenceList::mouseDoubleClickEvent(QMouseEvent *event)
     const QModelIndex index = indexAt(place);
     if (MarkAt(place) >= 0)
         mousePressEvent(event);
-    else if (index.isValid())
-        EditRow(index.row());
+    else
+        EditRow(index.isValid() ? index.row() : Count()); // the room below belongs to the empty row
 }
 
 void SequenceList::keyPressEvent(QKeyEvent *event)

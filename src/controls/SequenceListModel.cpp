@@ -6,6 +6,9 @@
 #include "controls/SequenceToolTip.h"
 #include "repr/CodePage1252.h"
 
+#include <QGuiApplication>
+#include <QPalette>
+
 #include <array>
 
 namespace
@@ -93,7 +96,10 @@ QVariant SequenceListModel::data(const QModelIndex &index, int role) const
 {
     switch (role) {
     case Qt::DisplayRole:
-        return CellText(index.row(), index.column());
+        return IsInvitation(index) ? QStringLiteral("New...")
+                                   : CellText(index.row(), index.column());
+    case Qt::ForegroundRole:
+        return IsInvitation(index) ? QGuiApplication::palette().placeholderText() : QVariant();
     case Qt::ToolTipRole:
         return ToolTipText(index.row(), index.column());
     case Qt::AccessibleTextRole:
@@ -107,6 +113,12 @@ QVariant SequenceListModel::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+/// The one cell of the empty row that says what the row is for.
+bool SequenceListModel::IsInvitation(const QModelIndex &index) const
+{
+    return index.column() == NameColumn && !Holds(index.row());
 }
 
 QString SequenceListModel::CellText(int row, int column) const

@@ -45,6 +45,7 @@ class SequenceListModel final : public QAbstractTableModel
 
   private:
     bool Holds(int index) const { return index >= 0 && index < Count(); }
+    bool IsInvitation(const QModelIndex &index) const;
     QString CellText(int row, int column) const;
     QString SpokenText(int row, int column) const;
     QString ToolTipText(int row, int column) const;

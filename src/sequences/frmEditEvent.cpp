@@ -35,6 +35,7 @@ void frmEditEvent::MakeAction()
 {
     auto *tabs = new QTabBar;
     tabs->setObjectName(QStringLiteral("tbsEvent"));
+    tabs->setExpanding(false);
     tabs->addTab(QStringLiteral("Answer"));
     tabs->addTab(QStringLiteral("Comment"));
     auto *pages = new QStackedWidget;

@@ -51,8 +51,8 @@ frmEditSequence::frmEditSequence(const Names &names, const SequenceEditorParts &
       cmdForward(MakeButton("cmdForward", "&Forward", this)),
       cmdOK(MakeButton("cmdOK", "OK", this)),
       CmdCancel(MakeButton("CmdCancel", "Cancel", this)),
-      cmdApply(MakeButton("cmdApply", "&Apply", this)),
-      cmdDelete(MakeButton("cmdDelete", "&Delete Sequence", this))
+      cmdApply(MakeButton("cmdApply", "Apply", this)),
+      cmdDelete(MakeButton("cmdDelete", "Delete Sequence", this))
 {
     setObjectName(Text(names.form));
     setWindowTitle(Text(names.caption));
