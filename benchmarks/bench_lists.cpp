@@ -4,8 +4,12 @@
 #include "SampleTraffic.h"
 #include "controls/SQReceiveSequenceList.h"
 #include "controls/SQSendSequenceList.h"
+#include "project/SettingsRecord.h"
 #include "sequences/MdSequenceEdition.h"
 #include "sequences/SequenceRows.h"
+#include "sequences/frmEditAction.h"
+#include "sequences/frmEditEvent.h"
+#include "support/ScriptedPrompts.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -89,8 +93,26 @@ void ScrollLists(benchmark::State &state)
     }
 }
 
+/// An editor opened on record 1000 of full tables, until it is painted.
+template <typename Editor> void OpenEditor(benchmark::State &state)
+{
+    const SettingsRecord settings;
+    MdSequenceEdition tables;
+    FillTables(tables);
+    ScriptedPrompts prompts;
+    Representation mode = Representation::Hex;
+    tables.CurrentSendIndex = tables.CurrentReceiveIndex = 1000;
+    for (auto _ : state) {
+        Editor editor({settings, tables, prompts, mode, [](int) {}, [](int) {}});
+        editor.show();
+        editor.grab();
+    }
+}
+
 } // namespace
 
+BENCHMARK(OpenEditor<frmEditAction>)->Unit(benchmark::kMillisecond);
+BENCHMARK(OpenEditor<frmEditEvent>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RefreshLists, kept, false)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RefreshLists, emptied, true)->Arg(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(ScrollLists)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
