@@ -53,7 +53,7 @@ class ArrivalQueue
     /// The device is gone; nothing of the port is pushed any more.
     void PushDeparture(ArrivalPort *port, const QString &description);
 
-    /// To be called before taking, so that a push from here on wakes up again.
+    /// Pushes from here on wake up again. What was pushed before has to be looked for once more.
     void BeginTaking() { m_woken.store(false); }
     /// Has the taking go on later; pushes do so by themselves.
     void WakeUp();

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QMetaObject>
 #include <QScopedValueRollback>
+#include <QTimer>
 
 namespace
 {
@@ -24,20 +25,26 @@ SerialPortHub::SerialPortHub(QObject *parent)
 {
 }
 
+/// While bytes wait, the one wake-up stays under way and goes on through a timer: a posted event
+/// would be handled before the window's own turn comes.
 void SerialPortHub::Dispatch()
 {
-    m_arrivals.BeginTaking();
-    if (m_inReceiveEvent)
-        return; // whoever raises that event goes on when its handler has returned
-
+    if (m_inReceiveEvent) { // whoever raises that event goes on when its handler has returned
+        m_arrivals.BeginTaking();
+        return;
+    }
     QElapsedTimer elapsed;
     elapsed.start();
-    while (RaiseOldest()) {
-        if (elapsed.elapsed() >= DispatchMilliseconds) {
-            m_arrivals.WakeUp();
-            break;
+    bool more = true;
+    while (more && elapsed.elapsed() < DispatchMilliseconds) {
+        more = RaiseOldest();
+        if (!more) {
+            m_arrivals.BeginTaking();
+            more = RaiseOldest(); // what came before the next push would wake up again
         }
     }
+    if (more)
+        QTimer::singleShot(0, this, &SerialPortHub::Dispatch);
     RaiseDepartures();
 }
 
