@@ -3,7 +3,6 @@
 
 #include "app/CommandLine.h"
 #include "app/MdMain.h"
-#include "app/frmMain.h"
 #include "platform/ConsolePrompts.h"
 #include "platform/Display.h"
 #include "platform/QtPrompts.h"
@@ -12,6 +11,7 @@
 #include "platform/TerminationWatch.h"
 
 #include <QApplication>
+#include <QRegularExpression>
 #include <QSessionManager>
 #include <QTextStream>
 
@@ -37,7 +37,7 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     if (line.Unattended())
         prompts = std::make_unique<ConsolePrompts>(errors);
     else
-        prompts = std::make_unique<QtPrompts>();
+        prompts = std::make_unique<QtPrompts>(errors);
 
     QtSettingsStore store;
     if (!store.ReadingFault().isEmpty()) {
@@ -48,9 +48,9 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     const SystemClock clock;
     MdMain program({store, *prompts, clock}, line);
 
-    const auto closeUnasked = [&program] {
-        if (program.Window())
-            program.Window()->CloseUnasked();
+    const auto closeUnasked = [&program, &prompts] {
+        prompts->EndUnasked();
+        program.CloseUnasked();
     };
     const TerminationWatch termination;
     QObject::connect(&termination, &TerminationWatch::Terminating, &program, closeUnasked);
@@ -79,7 +79,9 @@ int main(int argc, char *argv[])
         output << "Serimonde " << SERIMONDE_VERSION << '\n';
         return 0;
     }
-    const bool platformGiven = Arguments(argc, argv).contains(QStringLiteral("-platform"));
+    const bool platformGiven = !Arguments(argc, argv)
+                                    .filter(QRegularExpression(QStringLiteral("^--?platform(=|$)")))
+                                    .isEmpty();
     if (!platformGiven && !DisplayFault().isEmpty()) {
         errors << "serimonde: " << DisplayFault() << '\n';
         return StartFailed;

@@ -107,6 +107,8 @@ class tst_editors : public QObject
     void LeavingAChangedRecordAsks_data();
     void LeavingAChangedRecordAsks();
     void CancelLosesTheChangeWithoutAsking();
+    void EnterPressesTheFocusedButton_data();
+    void EnterPressesTheFocusedButton();
     void DeletingShowsWhatMovedIn();
     void ADeletionMayBeCalledOff();
     void AFullTableTakesNoMore();
@@ -214,6 +216,29 @@ void tst_editors::CancelLosesTheChangeWithoutAsking()
     bench.Press("CmdCancel");
     QVERIFY(bench.prompts.shown.isEmpty() && bench.changes.isEmpty());
     QCOMPARE(bench.tables.SendAt(1).Name, QByteArray("two"));
+}
+
+void tst_editors::EnterPressesTheFocusedButton_data()
+{
+    QTest::addColumn<QByteArray>("focus");
+    QTest::addColumn<QByteArray>("stored");
+    QTest::addColumn<bool>("open");
+    QTest::newRow("a field: OK") << QByteArray("txtActionName") << QByteArray("new") << false;
+    QTest::newRow("Cancel") << QByteArray("CmdCancel") << QByteArray("two") << false;
+    QTest::newRow("Apply") << QByteArray("cmdApply") << QByteArray("new") << true;
+}
+
+void tst_editors::EnterPressesTheFocusedButton()
+{
+    QFETCH(QByteArray, focus);
+    EditorBench bench;
+    bench.Open<frmEditAction>(1);
+    QVERIFY(QTest::qWaitForWindowActive(bench.editor.get()));
+    bench.Type("txtActionName", "new");
+    bench.Find<QWidget>(focus)->setFocus();
+    QTest::keyClick(bench.Find<QWidget>(focus), Qt::Key_Return);
+    QTEST(bench.tables.SendAt(1).Name, "stored");
+    QTEST(bench.editor->isVisible(), "open");
 }
 
 void tst_editors::DeletingShowsWhatMovedIn()

@@ -91,6 +91,7 @@ class tst_frmmain : public QObject
     void AWindowOffEveryScreenIsBroughtBack();
     void ClosingAsks_data();
     void ClosingAsks();
+    void TheSystemTakesTheQuestionBack();
     void ClosingEndsOtherForms();
     void TypingWhileStoppedIsAComment();
     void TheCaretIsNoted();
@@ -397,6 +398,22 @@ void tst_frmmain::ClosingAsks()
     QTEST(bench.settings.QuitRequested, "gone");
     QTEST(!bench.window->isVisible(), "gone");
     QCOMPARE(unloaded, bench.settings.QuitRequested ? 1 : 0);
+}
+
+void tst_frmmain::TheSystemTakesTheQuestionBack()
+{
+    WindowBench bench;
+    int asked = 0;
+    bench.window->AskSaveChanges = [&] {
+        ++asked;
+        QDialog question;
+        QTimer::singleShot(0, bench.window.get(), [&] { bench.window->CloseUnasked(); });
+        return question.exec() == QDialog::Accepted;
+    };
+    bench.window->close();
+    QCOMPARE(asked, 1);
+    QVERIFY(bench.settings.QuitRequested);
+    QVERIFY(!bench.window->isVisible());
 }
 
 void tst_frmmain::ClosingEndsOtherForms()

@@ -32,12 +32,14 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
     QString caption = QStringLiteral("Serimonde");
     QStringList recent;
     int refreshes = 0;
+    int busy = 0;
 
     ProjectBench() { project.Attach(*this); }
 
     bool ProjectModified() const override { return modified; }
     void SetProjectModified(bool is) override { modified = is; }
     void SetCaption(const QString &text) override { caption = text; }
+    void SetBusy(bool is) override { busy += is ? 1 : -1; }
     void RefreshLists() override { ++refreshes; }
     void ShowRecentProjects(const QStringList &projects) override { recent = projects; }
 
@@ -88,6 +90,8 @@ class tst_project : public QObject
     void OpeningStopsCommunicationAndNamesTheProject();
     void AFailedLoadLeavesTheProjectUnnamed_data();
     void AFailedLoadLeavesTheProjectUnnamed();
+    void TheCommandLineOpensTheFileItNames_data();
+    void TheCommandLineOpensTheFileItNames();
     void ANewProjectIsEmptyAndUnnamed();
     void TheQuestionGuards_data();
     void TheQuestionGuards();
@@ -250,6 +254,37 @@ void tst_project::AFailedLoadLeavesTheProjectUnnamed()
     QCOMPARE(bench.refreshes, 1);
     QVERIFY(bench.store.texts.isEmpty());
     QCOMPARE(bench.ReadFile("bad.sqx"), file);
+}
+
+void tst_project::TheCommandLineOpensTheFileItNames_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("message");
+    QTest::newRow("a project") << "good.sqx"
+                               << "~/|good|Serimonde - good|unmodified|~/good" << false;
+    QTest::newRow("without extension") << "good"
+                                       << "~/|good|Serimonde - good|unmodified|~/good" << false;
+    QTest::newRow("capitals, which a save would not meet") << "UP.SQX"
+                                                           << "||Serimonde|unmodified" << false;
+    QTest::newRow("another kind of file") << "good.txt"
+                                          << "||Serimonde|unmodified" << true;
+    QTest::newRow("an extension of something missing") << "good.xyz"
+                                                       << "||Serimonde|unmodified" << true;
+}
+
+void tst_project::TheCommandLineOpensTheFileItNames()
+{
+    QFETCH(QString, argument);
+    QFETCH(bool, message);
+    ProjectBench bench;
+    for (const char *name : {"good.sqx", "UP.SQX", "good.txt"})
+        bench.WriteFile(name, PingFile);
+    bench.project.OpenFile(bench.Path(argument));
+    QTEST(bench.State(), "state");
+    QCOMPARE(bench.tables.SendCount(), message ? 0 : 1);
+    QCOMPARE(bench.prompts.shown.size(), message ? 1 : 0);
+    QCOMPARE(bench.busy, 0);
 }
 
 void tst_project::ANewProjectIsEmptyAndUnnamed()

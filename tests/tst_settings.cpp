@@ -217,6 +217,9 @@ void tst_settings::TextsThatDoNotConvert_data()
     QTest::newRow("an empty text for a number") << "LogFile"
                                                 << "Format"
                                                 << "";
+    QTest::newRow("more than 16 bits for a flag") << "TextSetup"
+                                                  << "BldCmt"
+                                                  << "70000";
     QTest::newRow("a word for a flag") << "Stamp"
                                        << "NewLine"
                                        << "yes";

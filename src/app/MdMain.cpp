@@ -79,6 +79,7 @@ int MdMain::Run()
     MainLoop(m_settings, *m_communication, m_views).Run();
 
     m_communication->ClosePorts();
+    m_communication->ShowWaitingReports();
     m_lists.reset();
     m_window.reset();
     return m_world.prompts.CriticalShown() ? 1 : 0;
@@ -115,13 +116,15 @@ void MdMain::ApplyCommandLine()
 void MdMain::AttachDemo()
 {
     const CommMode mode = m_line.mode.value_or(CommMode::SendReceive);
-    m_settings.comm.run = {mode, DemoLine, DemoPortA, DemoPortB};
     m_demo = std::make_unique<DemoInstrument>(mode);
     if (!m_demo->ErrorText().isEmpty()) {
         m_world.prompts.ShowMessage(
             CriticalMessage(QStringLiteral("The simulated instrument could not be attached. ") +
                             m_demo->ErrorText()));
+        m_demo.reset(); // and no demo: COM1 would be one of the user's own devices
+        return;
     }
+    m_settings.comm.run = {mode, DemoLine, DemoPortA, DemoPortB};
     m_devices.AssignForRun(DemoPortA, m_demo->DevicePath(0));
     m_devices.AssignForRun(DemoPortB, m_demo->DevicePath(1));
     FillDemoProject(m_sequences);
@@ -160,13 +163,22 @@ void MdMain::ShowMainWindow()
     m_window->show();
     if (!m_line.project.isEmpty())
         QTimer::singleShot(0, m_window.get(), [this] { m_project.OpenFile(m_line.project); });
-    if (m_line.start || m_line.demo) {
+    if (m_line.start || m_demo)
         QTimer::singleShot(0, m_communication.get(), &MdCommunication::OpenPorts);
-    }
     if (m_line.quitAfterSeconds) {
         const auto delay = std::chrono::milliseconds(qint64(*m_line.quitAfterSeconds * 1000));
         QTimer::singleShot(delay, m_window.get(), &QWidget::close);
     }
+}
+
+void MdMain::CloseUnasked()
+{
+    if (m_window) {
+        m_window->CloseUnasked();
+        return;
+    }
+    frmMain::UnloadForms(nullptr);
+    m_settings.QuitRequested = true;
 }
 
 void MdMain::SetProgramTitle(const QString &title)
@@ -256,7 +268,17 @@ void MdMain::SetProjectModified(bool modified)
 
 void MdMain::SetCaption(const QString &caption)
 {
-    m_window->setWindowTitle(caption);
+    // Qt takes [*] for the mark of a modified document unless it is doubled.
+    m_window->setWindowTitle(
+        QString(caption).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+}
+
+void MdMain::SetBusy(bool busy)
+{
+    if (busy)
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QGuiApplication::restoreOverrideCursor();
 }
 
 void MdMain::RefreshLists()

@@ -51,6 +51,9 @@ class MdMain final : public QObject, private ProjectWindow
     /// the start failed or a critical message was given.
     int Run();
 
+    /// The system ends the program: open dialogs are rejected and the window closes unasked.
+    void CloseUnasked();
+
     /// Sets the title of program and window.
     void SetProgramTitle(const QString &title);
 
@@ -70,6 +73,7 @@ class MdMain final : public QObject, private ProjectWindow
     bool ProjectModified() const override;
     void SetProjectModified(bool modified) override;
     void SetCaption(const QString &caption) override;
+    void SetBusy(bool busy) override;
     void RefreshLists() override;
     void ShowRecentProjects(const QStringList &projects) override;
 

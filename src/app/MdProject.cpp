@@ -20,6 +20,7 @@
 namespace
 {
 
+const QString Extension = QStringLiteral(".sqx");
 const QString Filter = QStringLiteral("Serimonde Project Files (*.sqx)|*.sqx");
 
 } // namespace
@@ -56,7 +57,7 @@ void MdProject::OpenProject()
                                                      .filter = Filter,
                                                      .folder = StartFolder()});
     if (!path.isEmpty())
-        Load(Split(path));
+        LoadChosen(path);
 }
 
 void MdProject::OpenRecentProject(const QString &entry)
@@ -67,18 +68,33 @@ void MdProject::OpenRecentProject(const QString &entry)
     const Names whole = {stripped.folder, PathParts::FileName(entry)};
     const QString path = ProjectFile::PathOf(stripped.folder, stripped.name);
     if (QFileInfo::exists(path))
-        Load(stripped);
-    else if (QFileInfo::exists(ProjectFile::PathOf(whole.folder, whole.name)))
-        Load(whole);
+        Load(stripped, path);
+    else if (const QString other = ProjectFile::PathOf(whole.folder, whole.name);
+             QFileInfo::exists(other))
+        Load(whole, other);
     else
         ShowFailure(QStringLiteral("Could not find project file ") + path);
 }
 
 void MdProject::OpenFile(const QString &path)
 {
-    const QFileInfo file(path);
-    const QString absolute = QDir::toNativeSeparators(file.absoluteFilePath());
-    Load(Split(absolute));
+    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    const bool found = QFileInfo::exists(absolute);
+    LoadChosen(found ? absolute : absolute + Extension);
+}
+
+/// The file itself, however its extension is written. Where the rules for project names lead to
+/// another file, the project stays unnamed, so that a save asks for its place.
+void MdProject::LoadChosen(const QString &path)
+{
+    const Names names = Split(path);
+    const bool isProject = path.endsWith(Extension, Qt::CaseInsensitive);
+    if (ProjectFile::PathOf(names.folder, names.name) == path)
+        Load(names, path);
+    else if (isProject || !QFileInfo::exists(path))
+        Load({}, path);
+    else
+        ShowFailure(QStringLiteral("Errow while loading the project"));
 }
 
 bool MdProject::SaveProject()
@@ -106,29 +122,32 @@ bool MdProject::SaveProjectAs()
     return true;
 }
 
-/// Asks for a file until it is one that may be written; empty if the user cancels.
+/// Asks for a file until it is one that may be written; empty if the user cancels, or if the
+/// program ends meanwhile.
 QString MdProject::ChooseTarget()
 {
+    FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
+                                 .title = QStringLiteral("Save Project"),
+                                 .filter = Filter,
+                                 .folder = StartFolder()};
     for (;;) {
-        const QString path =
-            m_parts.prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Save,
-                                        .title = QStringLiteral("Save Project"),
-                                        .filter = Filter,
-                                        .folder = StartFolder()});
-        if (path.isEmpty())
-            return {};
+        const QString path = m_parts.prompts.ChooseFile(request);
         const Names names = Split(path);
         const QString target = ProjectFile::PathOf(names.folder, names.name);
-        if (!QFileInfo::exists(target))
+        if (path.isEmpty() || !QFileInfo::exists(target))
             return path;
         const PromptAnswer answer = m_parts.prompts.ShowMessage(
             {.text = QStringLiteral("%1 already exists. Do you want to replace it?").arg(target),
              .icon = PromptIcon::Exclamation,
              .buttons = PromptButtons::YesNo,
              .defaultAnswer = PromptAnswer::No,
-             .caption = QStringLiteral("Save Project")});
+             .caption = request.title});
         if (answer == PromptAnswer::Yes)
             return path;
+        if (m_parts.settings.QuitRequested)
+            return {};
+        request.folder = names.folder;
+        request.name = PathParts::FileName(path);
     }
 }
 
@@ -150,25 +169,28 @@ QString MdProject::StartFolder() const
 
 /// Replaces the project. After a failure what could be read stays, but without a name, so that a
 /// later save cannot put it in the place of the file it came from.
-void MdProject::Load(const Names &names)
+void MdProject::Load(const Names &names, const QString &path)
 {
     m_parts.communication.ClosePorts();
-    const auto failure = ProjectFile::LoadProject(m_parts.sequences, m_parts.files,
-                                                  ProjectFile::PathOf(names.folder, names.name));
+    m_window->SetBusy(true);
+    const auto failure = ProjectFile::LoadProject(m_parts.sequences, m_parts.files, path);
+    m_window->SetBusy(false);
     NameProject(failure ? Names{} : names);
     m_window->RefreshLists();
     const bool anyLeft = m_parts.sequences.SendCount() + m_parts.sequences.ReceiveCount() > 0;
     m_window->SetProjectModified(failure && anyLeft);
     if (failure)
         ShowFailure(failure->message);
-    else
+    else if (!names.name.isEmpty())
         Remember(names);
 }
 
 bool MdProject::Save(const Names &names)
 {
+    m_window->SetBusy(true);
     const auto failure = ProjectFile::SaveProject(m_parts.sequences, m_parts.files,
                                                   ProjectFile::PathOf(names.folder, names.name));
+    m_window->SetBusy(false);
     if (failure)
         ShowFailure(failure->message);
     else

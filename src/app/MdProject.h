@@ -60,7 +60,8 @@ class MdProject
     static Names Split(const QString &path);
     QString StartFolder() const;
     QString ChooseTarget();
-    void Load(const Names &names);
+    void LoadChosen(const QString &path);
+    void Load(const Names &names, const QString &path);
     bool Save(const Names &names);
     void NameProject(const Names &names);
     void Remember(const Names &names);

@@ -15,6 +15,8 @@ class ProjectWindow
     virtual bool ProjectModified() const = 0;
     virtual void SetProjectModified(bool modified) = 0;
     virtual void SetCaption(const QString &caption) = 0;
+    /// Shows the hourglass pointer, or takes it back.
+    virtual void SetBusy(bool busy) = 0;
     /// Shows the sequence tables in both lists anew.
     virtual void RefreshLists() = 0;
     /// The entries of the recent projects, at most four, as they are to be read.

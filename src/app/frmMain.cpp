@@ -20,6 +20,7 @@
 #include <QDialog>
 #include <QFrame>
 #include <QMenuBar>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
@@ -526,21 +527,26 @@ bool frmMain::ProjectModified() const
     return ToolbarButton(MainCommands::ButtonIndex::Save)->isEnabled();
 }
 
+/// While a close is being asked about, that close goes through: its question is taken back.
 void frmMain::CloseUnasked()
 {
-    m_closing = UnloadMode::System;
-    close();
+    m_unasked = true;
+    if (m_asking)
+        UnloadForms(this);
+    else
+        close();
 }
 
 void frmMain::closeEvent(QCloseEvent *event)
 {
-    if (m_closing != UnloadMode::System)
-        m_closing = event->spontaneous() ? UnloadMode::ControlMenu : UnloadMode::Code;
-    if (!QueryUnload(m_closing)) {
+    const UnloadMode mode = m_unasked              ? UnloadMode::System
+                            : event->spontaneous() ? UnloadMode::ControlMenu
+                                                   : UnloadMode::Code;
+    if (!QueryUnload(mode)) {
         event->ignore();
         return;
     }
-    UnloadOtherForms();
+    UnloadForms(this);
     StorePlace();
     Unload();
     m_settings.QuitRequested = true;
@@ -551,20 +557,23 @@ bool frmMain::QueryUnload(UnloadMode mode)
 {
     if (m_settings.QuitRequested)
         return true;
-    const bool mayGo = mode == UnloadMode::System || AskSaveChanges();
+    bool mayGo = mode == UnloadMode::System;
+    if (!mayGo) {
+        const QScopedValueRollback<bool> asking(m_asking, true);
+        mayGo = AskSaveChanges() || m_unasked;
+    }
     m_settings.QuitRequested = mayGo;
     return mayGo;
 }
 
-/// The newest form first; a dialog ends as if it had been cancelled.
-void frmMain::UnloadOtherForms()
+void frmMain::UnloadForms(const QWidget *except)
 {
     const QWidgetList forms = QApplication::topLevelWidgets();
     for (auto form = forms.rbegin(); form != forms.rend(); ++form) {
         auto *dialog = qobject_cast<QDialog *>(*form);
         if (dialog)
             dialog->reject();
-        else if (*form != this)
+        else if (*form != except)
             (*form)->close();
     }
 }

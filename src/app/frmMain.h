@@ -46,6 +46,9 @@ class frmMain final : public QWidget
     /// Called once when the window goes away, after all other forms have gone.
     std::function<void()> Unload = [] {};
 
+    /// Closes all forms but one, the newest first; a dialog ends as if it had been cancelled.
+    static void UnloadForms(const QWidget *except);
+
     /// Closes as the system does, without a question.
     void CloseUnasked();
 
@@ -105,13 +108,13 @@ class frmMain final : public QWidget
     void PlaceBars();
 
     bool QueryUnload(UnloadMode mode);
-    void UnloadOtherForms();
 
     SettingsRecord &m_settings;
     CommunicationViews &m_views;
-    UnloadMode m_closing = UnloadMode::Code;
-    int m_vSplitt; ///< left edge of VimgSplitter, twips
-    int m_hSplitt; ///< top of HimgSplitter, twips
+    bool m_unasked = false; ///< the system wants the window to go
+    bool m_asking = false;  ///< the question before a close stands
+    int m_vSplitt;          ///< left edge of VimgSplitter, twips
+    int m_hSplitt;          ///< top of HimgSplitter, twips
 
     QMenuBar *m_menuBar;
     QWidget *m_inner; ///< everything below the menu bar

@@ -59,6 +59,9 @@ class MdCommunication final : public QObject
     /// it is stopped. In mode 1 nothing is sent.
     void Transmit(const QByteArray &bytes);
 
+    /// Shows the reports that wait for the event loop to run, which it will not do again.
+    void ShowWaitingReports() { m_reports.ShowWaiting(); }
+
     /// A port raised an event; reads its CommEvent.
     void OnCommEvent(Channel channel);
     /// The device of an open port went away.

@@ -11,7 +11,6 @@
 
 void ClickLabel::MakeLink()
 {
-    m_link = true;
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::PointingHandCursor);
     QFont underlined = font();

@@ -26,7 +26,4 @@ class ClickLabel final : public QLabel
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
-
-  private:
-    bool m_link = false;
 };

@@ -8,6 +8,8 @@
 #include <QToolTip>
 #include <QValidator>
 
+#include <limits>
+
 namespace
 {
 
@@ -19,6 +21,7 @@ class CodePageValidator final : public QValidator
 
     State validate(QString &input, int &) const override
     {
+        input.replace(QLatin1String("\r\n"), QLatin1String(" "));
         for (QChar &character : input) {
             if (character == u'\r' || character == u'\n' || character == QChar::LineSeparator ||
                 character == QChar::ParagraphSeparator)
@@ -37,6 +40,7 @@ class CodePageValidator final : public QValidator
 
 CodePageEdit::CodePageEdit(QWidget *parent) : QLineEdit(parent)
 {
+    setMaxLength(std::numeric_limits<int>::max());
     setValidator(new CodePageValidator(m_refusal, this));
     connect(this, &QLineEdit::inputRejected, this,
             [this] { QToolTip::showText(mapToGlobal(QPoint(0, height())), m_refusal, this); });
@@ -44,10 +48,12 @@ CodePageEdit::CodePageEdit(QWidget *parent) : QLineEdit(parent)
 
 QByteArray CodePageEdit::Text() const
 {
-    return CodePage1252::FromUnicode(text()).bytes;
+    return text() == m_shown ? m_given : CodePage1252::FromUnicode(text()).bytes;
 }
 
 void CodePageEdit::SetText(const QByteArray &text)
 {
+    m_given = text;
     setText(CodePage1252::ToUnicode(text));
+    m_shown = this->text();
 }

@@ -15,9 +15,12 @@ class CodePageEdit final : public QLineEdit
   public:
     explicit CodePageEdit(QWidget *parent = nullptr);
 
+    /// As it was given to SetText while it reads as then, line breaks included.
     QByteArray Text() const;
     void SetText(const QByteArray &text);
 
   private:
+    QByteArray m_given;
+    QString m_shown;   ///< as what it was shown then
     QString m_refusal; ///< why the latest input was refused
 };

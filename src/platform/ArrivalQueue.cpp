@@ -54,9 +54,11 @@ void ArrivalQueue::Append(Block block)
            std::prev(place)->taken == 0 && std::prev(place)->port != block.port)
         --place;
 
-    // Blocks stay small, so that the space of a front that has been taken is soon given back.
+    // Blocks stay small, so that the space of a front that has been taken is soon given back, and
+    // short, so that bytes of another port whose thread was late still find their place.
     if (place != m_blocks.begin() && std::prev(place)->port == block.port &&
-        std::prev(place)->bytes.size() + block.bytes.size() <= MostBytesOfARead)
+        std::prev(place)->bytes.size() + block.bytes.size() <= MostBytesOfARead &&
+        block.arrival - std::prev(place)->arrival <= LongestBlock)
         std::prev(place)->bytes += block.bytes;
     else
         m_blocks.insert(place, std::move(block));

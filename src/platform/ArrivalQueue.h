@@ -28,6 +28,8 @@ class ArrivalQueue
     static constexpr qsizetype LimitPerPort = 4 * 1024 * 1024;
     /// The most that one read of a port brings.
     static constexpr qsizetype MostBytesOfARead = 64 * 1024;
+    /// Bytes of one port that came within this time may be kept as one block.
+    static constexpr std::chrono::milliseconds LongestBlock{1};
 
     struct Arrival {
         ArrivalPort *port = nullptr;

@@ -40,7 +40,9 @@ QString AnswerText(PromptAnswer answer)
 PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 {
     NoteIcon(prompt.icon);
-    m_out << KindOf(prompt) << ": " << prompt.text.simplified();
+    QString line = prompt.text;
+    line.replace(u'\r', u' ').replace(u'\n', u' ');
+    m_out << KindOf(prompt) << ": " << line;
     if (prompt.buttons != PromptButtons::Ok)
         m_out << " -> " << AnswerText(prompt.defaultAnswer);
     m_out << '\n' << Qt::flush;

@@ -17,4 +17,5 @@ struct FileDialogRequest {
     QString title;
     QString filter; ///< description and pattern, parted by "|", as "Texts (*.txt)|*.txt"
     QString folder; ///< where it starts
+    QString name{}; ///< what stands in its name field at first
 };

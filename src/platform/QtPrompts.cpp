@@ -6,7 +6,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
+
+#include <algorithm>
 
 namespace
 {
@@ -58,17 +61,18 @@ QMessageBox::StandardButton ButtonOf(PromptAnswer answer)
     return QMessageBox::Ok;
 }
 
-/// Escape and the frame's close button say No where there is no Cancel.
-QMessageBox::StandardButton EscapeOf(PromptButtons buttons)
+/// What a box stands over. When another program has the focus that is no active window.
+QWidget *Owner()
 {
-    switch (buttons) {
-    case PromptButtons::Ok:
-        return QMessageBox::Ok;
-    case PromptButtons::YesNo:
-        return QMessageBox::No;
-    default:
-        return QMessageBox::Cancel;
+    for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
+        if (window)
+            return window;
     }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    });
+    return shown == windows.end() ? nullptr : *shown;
 }
 
 PromptAnswer AnswerOf(int button, PromptButtons buttons)
@@ -77,7 +81,7 @@ PromptAnswer AnswerOf(int button, PromptButtons buttons)
         if (button == ButtonOf(answer) && ButtonsOf(buttons).testFlag(ButtonOf(answer)))
             return answer;
     }
-    return buttons == PromptButtons::YesNo ? PromptAnswer::No : PromptAnswer::Cancel;
+    return EscapeAnswer(buttons);
 }
 
 } // namespace
@@ -85,19 +89,25 @@ PromptAnswer AnswerOf(int button, PromptButtons buttons)
 PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
 {
     NoteIcon(prompt.icon);
+    if (Ending()) {
+        MessagePrompt escaped = prompt;
+        escaped.defaultAnswer = EscapeAnswer(prompt.buttons);
+        return m_console.ShowMessage(escaped);
+    }
     QMessageBox box(IconOf(prompt.icon), prompt.caption, prompt.text, ButtonsOf(prompt.buttons),
-                    QApplication::activeWindow());
+                    Owner());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
-    box.setEscapeButton(EscapeOf(prompt.buttons));
+    box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));
     return AnswerOf(box.exec(), prompt.buttons);
 }
 
 QString QtPrompts::ChooseFile(const FileDialogRequest &request)
 {
-    QFileDialog dialog(QApplication::activeWindow(), request.title, request.folder,
-                       request.filter.section(u'|', 0, 0));
+    if (Ending())
+        return m_console.ChooseFile(request);
+    QFileDialog dialog(Owner(), request.title, request.folder, request.filter.section(u'|', 0, 0));
     if (request.purpose == FileDialogRequest::Purpose::Save) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);
@@ -106,7 +116,14 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
     } else {
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
-        return {};
-    return QDir::toNativeSeparators(dialog.selectedFiles().first());
+    dialog.selectFile(request.name);
+    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QFileInfo chosen(dialog.selectedFiles().first());
+        if (chosen.dir().exists())
+            return QDir::toNativeSeparators(chosen.absoluteFilePath());
+        ShowMessage({.text = QStringLiteral("The folder %1 does not exist.").arg(chosen.path()),
+                     .icon = PromptIcon::Exclamation,
+                     .caption = request.title});
+    }
+    return {};
 }

@@ -3,12 +3,18 @@
 
 #pragma once
 
-#include "platform/UserPrompts.h"
+#include "platform/ConsolePrompts.h"
 
-/// Prompts as message boxes over the active window.
+/// Prompts as message boxes over the active window; once the program is being ended, lines of text.
 class QtPrompts final : public UserPrompts
 {
   public:
+    /// The stream must live as long as this object.
+    explicit QtPrompts(QTextStream &errors) : m_console(errors) {}
+
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
+
+  private:
+    ConsolePrompts m_console;
 };

@@ -20,6 +20,7 @@ QtSettingsStore::QtSettingsStore()
     : m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Serimonde"))
 {
     m_settings.setFallbacksEnabled(false);
+    m_settings.allKeys(); // reads all sections, so that status() tells of faults in any of them
 }
 
 std::optional<QString> QtSettingsStore::Read(const QString &section, const QString &key) const

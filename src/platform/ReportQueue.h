@@ -20,9 +20,10 @@ class ReportQueue final : public QObject
 
     void Post(const MessagePrompt &prompt);
 
-  private:
+    /// Shows at once what waits. Inside a box that it shows, nothing happens.
     void ShowWaiting();
 
+  private:
     UserPrompts &m_prompts;
     QList<MessagePrompt> m_waiting; ///< the first one stands while m_showing
     bool m_showing = false;

@@ -34,15 +34,35 @@ class UserPrompts
     /// The chosen path, absolute; empty if the user cancelled.
     virtual QString ChooseFile(const FileDialogRequest &request) = 0;
 
+    /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
+    /// once as if the user had escaped from it.
+    void EndUnasked() { m_ending = true; }
+
     /// Whether a message with the critical icon has been shown in this run.
     bool CriticalShown() const { return m_criticalShown; }
 
   protected:
     void NoteIcon(PromptIcon icon) { m_criticalShown |= icon == PromptIcon::Critical; }
 
+    bool Ending() const { return m_ending; }
+
   private:
     bool m_criticalShown = false;
+    bool m_ending = false;
 };
+
+/// What Escape and the frame's close button answer: No where there is no Cancel.
+inline PromptAnswer EscapeAnswer(PromptButtons buttons)
+{
+    switch (buttons) {
+    case PromptButtons::Ok:
+        return PromptAnswer::Ok;
+    case PromptButtons::YesNo:
+        return PromptAnswer::No;
+    default:
+        return PromptAnswer::Cancel;
+    }
+}
 
 inline MessagePrompt CriticalMessage(const QString &text)
 {

@@ -25,7 +25,7 @@ template <typename Integer> bool ReadInteger(const QString &text, Integer &value
 bool ReadFlag(const QString &text, bool &value)
 {
     const QString word = text.trimmed().toLower();
-    qint32 number = 0;
+    qint16 number = 0;
     if (word == QLatin1StringView("true"))
         value = true;
     else if (word == QLatin1StringView("false"))

@@ -15,7 +15,7 @@ enum class FlagForm { Words, Digits };
 
 /// Converts a stored text into the field. False, and the field unchanged, if it does not convert:
 /// whole numbers must fit their type, a float must be finite, a flag must be "True" or "False" in
-/// any case or a whole number.
+/// any case or a whole number of 16 bits.
 bool ReadSetting(const QString &text, const SettingField &field);
 
 /// The text to store: shortest form, a full stop in floats and never an exponent.

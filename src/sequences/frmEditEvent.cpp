@@ -91,6 +91,7 @@ QWidget *frmEditEvent::MakeCommentPage()
     TxtComment->setAccessibleName(QStringLiteral("Comment"));
     m_commentNote->setObjectName(QStringLiteral("TxtCommentNote"));
     m_commentNote->setWordWrap(true);
+    m_commentNote->hide();
     ChkInsertCminEM->setObjectName(QStringLiteral("ChkInsertCminEM"));
     ChkInsertCminEM->setText(QStringLiteral("Additonally insert the comment into the log file"));
 

@@ -32,7 +32,6 @@ QPushButton *MakeButton(const char *name, const char *caption, QWidget *parent)
 {
     auto *button = new QPushButton(Text(caption), parent);
     button->setObjectName(Text(name));
-    button->setAutoDefault(false);
     return button;
 }
 
@@ -131,6 +130,8 @@ void frmEditSequence::MakeButtons()
     row->addStretch();
     for (QPushButton *button : {cmdOK, CmdCancel, cmdApply})
         row->addWidget(button);
+    setTabOrder(cmdForward, cmdDelete);
+    setTabOrder(cmdDelete, cmdOK);
     static_cast<QVBoxLayout *>(layout())->addLayout(row);
 
     connect(cmdBack, &QPushButton::clicked, this, [this] { Step(-1); });
@@ -152,6 +153,8 @@ void frmEditSequence::Open()
 void frmEditSequence::ChooseMode(Representation mode)
 {
     m_parts.mode = mode;
+    for (const Representation r : AllRepresentations) // Tab leads to the chosen one
+        m_modes[size_t(r)]->setFocusPolicy(r == mode ? Qt::StrongFocus : Qt::ClickFocus);
     m_sequence->SetEditMode(EditModes::OfRepresentation(mode));
 }
 
