@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/DemoInstrument.h"
+#include "support/Cases.h"
 
 #include <QRegularExpression>
-#include <QTest>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -52,25 +52,17 @@ class tst_demoinstrument : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void OffersTheChannelsOfItsMode_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("second");
-        QTest::newRow("one channel to talk to a device") << 0 << false;
-        QTest::newRow("two channels to listen") << 1 << true;
-        QTest::newRow("two channels to listen and modify") << 2 << true;
-    }
     void OffersTheChannelsOfItsMode()
     {
-        QFETCH(const int, mode);
-        QFETCH(const bool, second);
-        const DemoInstrument instrument{CommMode(mode)};
-        QCOMPARE(instrument.ErrorText(), QString());
-        QVERIFY(instrument.DevicePath(0).startsWith("/dev/"));
-        QCOMPARE(!instrument.DevicePath(1).isEmpty(), second);
-        QVERIFY(instrument.DevicePath(0) != instrument.DevicePath(1));
-        QCOMPARE(instrument.DevicePath(2), QString());
-        QCOMPARE(instrument.DevicePath(-1), QString());
+        for (const int mode : {0, 1, 2}) {
+            const DemoInstrument instrument{CommMode(mode)};
+            QCOMPARE(instrument.ErrorText(), QString());
+            QVERIFY(instrument.DevicePath(0).startsWith("/dev/"));
+            QCOMPARE(instrument.DevicePath(1).isEmpty(), mode == 0); // two to listen
+            QVERIFY(instrument.DevicePath(0) != instrument.DevicePath(1));
+            QCOMPARE(instrument.DevicePath(2), QString());
+            QCOMPARE(instrument.DevicePath(-1), QString());
+        }
     }
 
     void SendsReadingsAndStatusFramesUnasked()
@@ -88,36 +80,23 @@ class tst_demoinstrument : public QObject
 
     void AnswersRequests_data()
     {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("identification")
-            << QByteArray("*IDN?\r\n") << QByteArray("SIMULATED INSTRUMENT 1.0\r\n");
-        QTest::newRow("status frame") << QByteArray("STAT?\r\n") << QByteArray("\x02S");
-        QTest::newRow("the answer to its question")
-            << QByteArray("YES\r\n") << QByteArray("OK\r\n");
-        QTest::newRow("carriage return alone ends a request")
-            << QByteArray("*IDN?\r") << QByteArray("SIMULATED INSTRUMENT 1.0\r\n");
-        QTest::newRow("unknown") << QByteArray("WHO?\r\n") << QByteArray("ERROR\r\n");
+        const Cases<QByteArrayList, QByteArray> row("request", "answer");
+        row("identification", {"*IDN?\r\n"}, "SIMULATED INSTRUMENT 1.0\r\n");
+        row("status frame", {"STAT?\r\n"}, "\x02S");
+        row("carriage return alone ends a request", {"*IDN?\r"}, "SIMULATED INSTRUMENT 1.0\r\n");
+        row("a reading, asked for in pieces", {"ME", "AS?\r\n"}, "T=21.7 C\r\n");
+        row("unknown", {"WHO?\r\n"}, "ERROR\r\n");
     }
     void AnswersRequests()
     {
-        QFETCH(const QByteArray, request);
+        QFETCH(const QByteArrayList, request);
         QFETCH(const QByteArray, answer);
         const DemoInstrument instrument(CommMode::SendReceive);
         Listener listener(instrument.DevicePath(0));
         QTRY_COMPARE(listener.Heard(), Reading);
-        QVERIFY(listener.Say(request));
+        for (const QByteArray &piece : request)
+            QVERIFY(listener.Say(piece));
         QTRY_COMPARE(listener.Heard().mid(Reading.size(), answer.size()), answer);
-    }
-
-    void MeasuresWhenAskedInPieces()
-    {
-        const DemoInstrument instrument(CommMode::SendReceive);
-        Listener listener(instrument.DevicePath(0));
-        QTRY_COMPARE(listener.Heard(), Reading);
-        QVERIFY(listener.Say("ME"));
-        QVERIFY(listener.Say("AS?\r\n"));
-        QTRY_COMPARE(listener.Heard(), Reading + "T=21.7 C\r\n");
     }
 
     void AsksAQuestionAndAcknowledgesItsAnswer()
