@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/DemoInstrument.h"
-#include "support/Cases.h"
 
 #include <QRegularExpression>
+#include <QTest>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -78,25 +78,22 @@ class tst_demoinstrument : public QObject
         QTRY_VERIFY(QString::fromLatin1(listener.Heard()).count(reading) >= 2);
     }
 
-    void AnswersRequests_data()
-    {
-        const Cases<QByteArrayList, QByteArray> row("request", "answer");
-        row("identification", {"*IDN?\r\n"}, "SIMULATED INSTRUMENT 1.0\r\n");
-        row("status frame", {"STAT?\r\n"}, "\x02S");
-        row("carriage return alone ends a request", {"*IDN?\r"}, "SIMULATED INSTRUMENT 1.0\r\n");
-        row("a reading, asked for in pieces", {"ME", "AS?\r\n"}, "T=21.7 C\r\n");
-        row("unknown", {"WHO?\r\n"}, "ERROR\r\n");
-    }
     void AnswersRequests()
     {
-        QFETCH(const QByteArrayList, request);
-        QFETCH(const QByteArray, answer);
-        const DemoInstrument instrument(CommMode::SendReceive);
-        Listener listener(instrument.DevicePath(0));
-        QTRY_COMPARE(listener.Heard(), Reading);
-        for (const QByteArray &piece : request)
-            QVERIFY(listener.Say(piece));
-        QTRY_COMPARE(listener.Heard().mid(Reading.size(), answer.size()), answer);
+        const std::pair<QByteArrayList, QByteArray> talks[] = {
+            {{"*IDN?\r\n"}, "SIMULATED INSTRUMENT 1.0\r\n"},
+            {{"*IDN?\r"}, "SIMULATED INSTRUMENT 1.0\r\n"},
+            {{"STAT?\r\n"}, "\x02S"},
+            {{"ME", "AS?\r\n"}, "T=21.7 C\r\n"}, // in pieces
+            {{"WHO?\r\n"}, "ERROR\r\n"}};
+        for (const auto &[request, answer] : talks) {
+            const DemoInstrument instrument(CommMode::SendReceive);
+            Listener listener(instrument.DevicePath(0));
+            QTRY_COMPARE(listener.Heard(), Reading);
+            for (const QByteArray &piece : request)
+                QVERIFY(listener.Say(piece));
+            QTRY_COMPARE(listener.Heard().mid(Reading.size(), answer.size()), answer);
+        }
     }
 
     void AsksAQuestionAndAcknowledgesItsAnswer()

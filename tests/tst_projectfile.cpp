@@ -98,29 +98,31 @@ class tst_projectfile : public QObject
         QCOMPARE(tables.SendAt(0).Sequence, QByteArray(1, '\0'));
     }
 
-    void ReadsEveryVersion_data()
-    {
-        const Cases<QByteArray, int, QByteArray> row("rest", "active", "comment");
-        row("1", "", 1, "before"); // is active and keeps the place's comment
-        row("2", "0\r\n", 0, "before");
-        row("3", "0\r\nCOMMENT a\r\n", 0, "a");
-    }
     void ReadsEveryVersion()
     {
-        QFETCH(const QByteArray, rest);
-        const QByteArray version = QTest::currentDataTag();
-        MdSequenceEdition tables;
-        tables.EditReceive(0).Comment = "before";
-        tables.EditReceive(0).Active = 0;
-        tables.SetReceiveCount(1);
-        QCOMPARE(Read(tables, "VERSION\r\n" + version + "\r\n\r\nSEND\r\n0\r\nx\r\n065\r\n\r\n" +
-                                  "RECEIVE\r\n0\r\ny\r\n066\r\n-7\r\n" + rest + "\r\n"),
-                 QString());
-        QCOMPARE(tables.SendAt(0).Sequence, QByteArray("A"));
-        QCOMPARE(tables.ReceiveAt(0).Sequence, QByteArray("B"));
-        QCOMPARE(tables.ReceiveAt(0).Answer, qint16(-7));
-        QTEST(int(tables.ReceiveAt(0).Active), "active");
-        QTEST(tables.ReceiveAt(0).Comment, "comment");
+        const struct {
+            QByteArray version;
+            QByteArray rest;
+            int active;
+            QByteArray comment;
+        } versions[] = {{"1", "", 1, "before"}, // is active and keeps the place's comment
+                        {"2", "0\r\n", 0, "before"},
+                        {"3", "0\r\nCOMMENT a\r\n", 0, "a"}};
+        for (const auto &[version, rest, active, comment] : versions) {
+            MdSequenceEdition tables;
+            tables.EditReceive(0).Comment = "before";
+            tables.EditReceive(0).Active = 0;
+            tables.SetReceiveCount(1);
+            QCOMPARE(Read(tables, "VERSION\r\n" + version +
+                                      "\r\n\r\nSEND\r\n0\r\nx\r\n065\r\n\r\n" +
+                                      "RECEIVE\r\n0\r\ny\r\n066\r\n-7\r\n" + rest + "\r\n"),
+                     QString());
+            QCOMPARE(tables.SendAt(0).Sequence, "A");
+            QCOMPARE(tables.ReceiveAt(0).Sequence, "B");
+            QCOMPARE(tables.ReceiveAt(0).Answer, qint16(-7));
+            QCOMPARE(int(tables.ReceiveAt(0).Active), active);
+            QCOMPARE(tables.ReceiveAt(0).Comment, comment);
+        }
     }
 
     void ReadsComments()

@@ -36,28 +36,27 @@ class tst_RichTextModel : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void AppendTrims_data()
-    {
-        const Cases<qsizetype, qsizetype, qsizetype> row("before", "appended", "after");
-        row("exactly the limit is kept whole", 127990, 10, 128000);
-        row("one character more costs 2,048", 127991, 10, 125953);
-        row("far beyond the limit it costs 2,048 all the same", 200000, 10, 197962);
-        row("an empty append trims too", 128001, 0, 125953);
-        row("the hard limit itself is not cut at once", 1048575, 1, 1046528);
-        row("beyond the hard limit all but 128,000 are cut", 1048575, 2, 128000);
-    }
-
     void AppendTrims()
     {
-        QFETCH(qsizetype, before);
-        QFETCH(qsizetype, appended);
-        RichTextModel model;
-        model.SetText(QByteArray(before, 'x'), Plain);
-        const qint64 end = model.End();
-        model.AppendStyled(QByteArray(appended, 'y'), Red);
-        QTEST(model.Length(), "after");
-        QCOMPARE(model.End(), end + appended);
-        QVERIFY(model.Bytes().endsWith(QByteArray(appended, 'y')));
+        const struct {
+            qsizetype before, appended, after;
+        } lengths[] = {
+            {127990, 10, 128000},  // exactly the limit is kept whole
+            {127991, 10, 125953},  // one character more costs 2,048
+            {200000, 10, 197962},  // far beyond the limit it costs 2,048 all the same
+            {128001, 0, 125953},   // an empty append trims too
+            {1048575, 1, 1046528}, // the hard limit itself is not cut at once
+            {1048575, 2, 128000},  // beyond it all but 128,000 are cut
+        };
+        for (const auto &[before, appended, after] : lengths) {
+            RichTextModel model;
+            model.SetText(QByteArray(before, 'x'), Plain);
+            const qint64 end = model.End();
+            model.AppendStyled(QByteArray(appended, 'y'), Red);
+            QCOMPARE(model.Length(), after);
+            QCOMPARE(model.End(), end + appended);
+            QVERIFY(model.Bytes().endsWith(QByteArray(appended, 'y')));
+        }
     }
 
     void MoveTakesStylesAndTrims()

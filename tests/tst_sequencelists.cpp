@@ -4,7 +4,6 @@
 #include "controls/SQReceiveSequenceList.h"
 #include "controls/SQSendSequenceList.h"
 #include "controls/SequenceToolTip.h"
-#include "support/Cases.h"
 
 #include <QAccessible>
 #include <QAction>
@@ -15,6 +14,7 @@
 #include <QMenu>
 #include <QRegularExpression>
 #include <QScrollBar>
+#include <QTest>
 
 namespace
 {
@@ -303,31 +303,29 @@ class tst_sequencelists : public QObject
         QVERIFY(bench.ToolTip(3, MarkColumn).contains("new sequence"));
     }
 
-    void ALongSequenceIsWrappedInItsToolTip_data()
-    {
-        const Cases<QByteArray, int, bool> row("text", "lines", "whole");
-        row("short", "41 | 42", 1, true);
-        row("64 bytes in HEX", QByteArray("41 | ").repeated(63) + "41", 4, true);
-        row("no blanks", QByteArray(97, 'x'), 2, true);
-        row("as long as a tip may be", QByteArray(4096, 'x'), 43, true);
-        row("longer", QByteArray(4097, 'x'), 43, false);
-    }
-
     void ALongSequenceIsWrappedInItsToolTip()
     {
-        QFETCH(QByteArray, text);
-        QFETCH(bool, whole);
-        const QString tip = SequenceToolTip::Text({"", text, ""}, "Mono");
-        const QString sequence = tip.section("'\">", 1).section("</span>", 0, 0);
-        QTEST(int(sequence.split('\n').size()), "lines");
-        for (const QString &line : sequence.split('\n'))
-            QVERIFY(line.size() <= 96 + 1); // and the ellipsis
-        QCOMPARE(!sequence.endsWith(QChar(0x2026)), whole);
-        if (whole)
-            QCOMPARE(QString(sequence).remove('\n'), QString::fromLatin1(text));
+        const struct {
+            QByteArray text;
+            qsizetype lines;
+            bool whole;
+        } tips[] = {{"41 | 42", 1, true},
+                    {QByteArray("41 | ").repeated(63) + "41", 4, true},
+                    {QByteArray(97, 'x'), 2, true},
+                    {QByteArray(4096, 'x'), 43, true},
+                    {QByteArray(4097, 'x'), 43, false}};
+        for (const auto &[text, lines, whole] : tips) {
+            const QString tip = SequenceToolTip::Text({"", text, ""}, "Mono");
+            const QString sequence = tip.section("'\">", 1).section("</span>", 0, 0);
+            QCOMPARE(sequence.split('\n').size(), lines);
+            for (const QString &line : sequence.split('\n'))
+                QVERIFY(line.size() <= 96 + 1); // and the ellipsis
+            QCOMPARE(!sequence.endsWith(QChar(0x2026)), whole);
+            QVERIFY(!whole || QString(sequence).remove('\n') == QString::fromLatin1(text));
+        }
     }
 
-    void WidthsAreBoundedAndKept()
+    void WidthsAreBounded()
     {
         SendBench bench;
         bench.list.SetColumnWidths(std::array<qint32, 3>{50, -7, 2000000000});

@@ -4,8 +4,9 @@
 #include "app/SequenceLists.h"
 #include "controls/SQReceiveSequenceList.h"
 #include "controls/SQSendSequenceList.h"
-#include "support/Cases.h"
 #include "support/CommunicationBench.h"
+
+#include <QTest>
 
 namespace
 {
@@ -53,11 +54,6 @@ class WiringBench
         }
         return rows;
     }
-    void Show(qint16 display)
-    {
-        comm.settings.Display = display;
-        lists.Refresh();
-    }
 
   private:
     static QString Number(int index) { return QString::number(index); }
@@ -70,27 +66,29 @@ class tst_sequencewiring : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void TheListsShowEveryRepresentation_data()
-    {
-        const Cases<int, QString, QString> row("display", "ask", "question");
-        row("ASCII", 0, "ask/H | i | \u0081/", "question/?/binary");
-        row("HEX", 1, "ask/48 | 69 | 0D/", "question/3F/binary");
-        row("Decimal", 2, "ask/072 | 105 | 013/", "question/063/binary");
-        row("Binary", 3, "ask/01001000 | 01101001 | 00001101/", "question/00111111/binary");
-        row("without a meaning", 4, "ask/H | i | \u0081/", "question/?/binary");
-        row("negative", -1, "ask/H | i | \u0081/", "question/?/binary");
-    }
-
     void TheListsShowEveryRepresentation()
     {
-        QFETCH(int, display);
+        const struct {
+            qint16 display;
+            QString ask;
+            QString question;
+        } displays[] = {
+            {1, "ask/48 | 69 | 0D/", "question/3F/binary"},
+            {0, "ask/H | i | \u0081/", "question/?/binary"},
+            {2, "ask/072 | 105 | 013/", "question/063/binary"},
+            {4, "ask/H | i | \u0081/", "question/?/binary"}, // without a meaning
+            {3, "ask/01001000 | 01101001 | 00001101/", "question/00111111/binary"},
+            {-1, "ask/H | i | \u0081/", "question/?/binary"},
+        };
         WiringBench bench;
-        bench.Show(1);
-        bench.Show(qint16(display));
-        QCOMPARE(bench.Rows(bench.sendList).size(), 3);
-        QTEST(bench.Rows(bench.sendList).first(), "ask");
-        QCOMPARE(bench.Rows(bench.receiveList).size(), 2);
-        QTEST(bench.Rows(bench.receiveList).first(), "question");
+        for (const auto &[display, ask, question] : displays) {
+            bench.comm.settings.Display = display;
+            bench.lists.Refresh();
+            QCOMPARE(bench.Rows(bench.sendList).size(), 3);
+            QCOMPARE(bench.Rows(bench.sendList).first(), ask);
+            QCOMPARE(bench.Rows(bench.receiveList).size(), 2);
+            QCOMPARE(bench.Rows(bench.receiveList).first(), question);
+        }
         QCOMPARE(bench.receiveList.RowAt(0).comment, QByteArray("[asked]"));
     }
 
@@ -109,25 +107,19 @@ class tst_sequencewiring : public QObject
         QCOMPARE(bench.comm.tables.ReceiveAt(3).AnswerName, QByteArray());
     }
 
-    void SendingInEachMode_data()
-    {
-        const Cases<int, QByteArray, QByteArray> row("mode", "sent", "shown");
-        const QByteArray sent("\0\xFFHi\r", 5);
-        row("sending and receiving", 0, sent, "0:\x81\xFFHi\r");
-        row("receiving only", 1, "", "");
-        row("receiving and modifying", 2, sent, "0:\x81\xFFHi\r");
-    }
     void SendingInEachMode()
     {
-        QFETCH(const int, mode);
-        WiringBench bench;
-        bench.comm.settings.comm.stored.CommType = mode;
-        Q_EMIT bench.sendList.SendRequested(1); // starts the communication first
-        QVERIFY(bench.comm.communication.Running());
-        Q_EMIT bench.sendList.SendRequested(0);
-        QTEST(bench.comm.portA.sent, "sent");
-        QTEST(bench.comm.StagedAscii(), "shown");
-        QCOMPARE(bench.comm.portB.sent, QByteArray());
+        const QByteArray bytes("\0\xFFHi\r", 5);
+        for (const int mode : {0, 1, 2}) { // the second receives only
+            WiringBench bench;
+            bench.comm.settings.comm.stored.CommType = mode;
+            Q_EMIT bench.sendList.SendRequested(1); // starts the communication first
+            QVERIFY(bench.comm.communication.Running());
+            Q_EMIT bench.sendList.SendRequested(0);
+            QCOMPARE(bench.comm.portA.sent, mode == 1 ? QByteArray() : bytes);
+            QCOMPARE(bench.comm.StagedAscii(), mode == 1 ? "" : "0:\x81\xFFHi\r");
+            QCOMPARE(bench.comm.portB.sent, QByteArray());
+        }
     }
 
     void NothingIsSentWhenThePortsStayClosed()

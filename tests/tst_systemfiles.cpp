@@ -6,13 +6,13 @@
 #include "project/ClOutputFile.h"
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
-#include "support/Cases.h"
 #include "support/KillingFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <csignal>
 #include <cstdio>
@@ -176,29 +176,29 @@ class tst_systemfiles : public QObject
                  "Error while loading the project");
     }
 
-    void ObeysMissingRights_data()
-    {
-        const Cases<QString, int, int, QString> row("task", "folderMode", "fileMode", "said");
-        const QString load = "Errow while loading the project|Permission denied\n";
-        const QString save = "Error while saving the project file|Permission denied\n";
-        row("loading an unreadable file", "--load", 0755, 0000, load);
-        row("saving onto a read-only file", "--save", 0777, 0444, save);
-        row("saving into a read-only folder", "--save", 0555, 0666, save);
-    }
     void ObeysMissingRights()
     {
-        QFETCH(const QString, task);
-        QFETCH(const int, folderMode);
-        QFETCH(const int, fileMode);
+        const QString load = "Errow while loading the project|Permission denied\n";
+        const QString save = "Error while saving the project file|Permission denied\n";
+        const struct {
+            QString task;
+            int folderMode, fileMode;
+            QString said;
+        } rights[] = {{"--load", 0755, 0000, load},
+                      {"--save", 0777, 0444, save},
+                      {"--save", 0555, 0666, save}};
         const QString path = PathOf("a.sqx");
         Put(path, OldBytes);
-        QCOMPARE(::chmod(qPrintable(path), mode_t(fileMode)), 0);
-        QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(folderMode)), 0);
-        QTEST(Helper({task, path}), "said");
-        QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(0700)), 0);
-        QCOMPARE(::chmod(qPrintable(path), mode_t(0600)), 0);
-        QCOMPARE(BytesOf(path), OldBytes);
-        QCOMPARE(Names(), QStringList("a.sqx"));
+        for (const auto &[task, folderMode, fileMode, said] : rights) {
+            QCOMPARE(::chmod(qPrintable(path), mode_t(fileMode)), 0);
+            QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(folderMode)), 0);
+            const QString heard = Helper({task, path});
+            QCOMPARE(::chmod(qPrintable(folder->path()), mode_t(0700)), 0);
+            QCOMPARE(::chmod(qPrintable(path), mode_t(0600)), 0);
+            QCOMPARE(heard, said);
+            QCOMPARE(BytesOf(path), OldBytes);
+            QCOMPARE(Names(), QStringList("a.sqx"));
+        }
     }
 
     void KeepsTheOldFileOnAFullDisk()
