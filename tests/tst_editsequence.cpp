@@ -9,7 +9,6 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QWheelEvent>
 
 namespace
 {
@@ -27,7 +26,7 @@ const TypingCase TypingCases[] = {
     {"HEX, typed blanks do no harm", Hex, "", "0d0A, D 41 |424", "0D 0A 0D 41 42 04"},
     {"Backspace takes digits and items back", Hex, "", "4142<BS>3<BS><BS><BS>", "04"},
     {"Backspace on nothing", Hex, "", "<BS>41", "41"},
-    {"Ctrl+Backspace takes an item", Hex, "ABC", "<End><Ctrl+BS>", "41 42"},
+    {"Ctrl+Backspace takes an item", Hex, "ABC", "<End><Ctrl+Backspace>", "41 42"},
     {"Delete inside takes a digit", Hex, "ABC", "<Right><Del>5", "45 42 43"},
     {"Delete behind an unfinished item takes the next", Hex, "ABC", "5<Del>", "05 42 43"},
     {"Delete before an unfinished item takes it", Hex, "ABC", "5<Left><Del>", "41 42 43"},
@@ -50,7 +49,8 @@ const TypingCase TypingCases[] = {
     {"ASCII, the code page", Ascii, "AC", "<Right>| ,\u20AC\u00FC", "41 7C 20 2C 80 FC 43"},
     {"ASCII, overtyping", Ascii, "AC", "<Ins>xyz<Enter>", "78 79 7A 0D"},
     {"ASCII, erasing", Ascii, "ABC", "<Del><End><BS>", "42"},
-    {"ASCII, erasing words", Ascii, "one two three", "<Ctrl+Del><End><Ctrl+BS>", "74 77 6F 20"},
+    {"ASCII, erasing words", Ascii, "one two three", "<Ctrl+Del><End><Ctrl+Backspace>",
+     "74 77 6F 20"},
     {"ASCII, Enter over a selection", Ascii, "ABC", "<Right><Shift+End><Enter>", "41 0D"},
     {"all of it goes", Binary, "ABC", "<All><BS>", ""},
     {"G in HEX", Hex, "", "4G", "04", "HEX takes the digits 0 to 9 and A to F."},
@@ -373,10 +373,6 @@ class tst_EditSequence : public QObject
             QVERIFY(view->rect().contains(desk.editor.CaretRect().toAlignedRect()));
             desk.Type("<Ctrl+Home>");
             QCOMPARE(bar->value(), 0);
-            QWheelEvent wheel(QPointF(9, 9), view->mapToGlobal(QPointF(9, 9)), {}, {0, -120}, {},
-                              {}, Qt::NoScrollPhase, false);
-            QApplication::sendEvent(view, &wheel);
-            QCOMPARE(bar->value(), QApplication::wheelScrollLines());
         }
     }
 

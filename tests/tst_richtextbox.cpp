@@ -194,20 +194,18 @@ class tst_RichTextBox : public QObject
             Qt::Key key;
             Qt::KeyboardModifiers modifiers;
             const char *selected; ///< of a caret before "three"
-        } strokes[] = {
-            {Qt::Key_Right, Shift, "t"},
-            {Qt::Key_Left, Shift, " "},
-            {Qt::Key_Right, Both, "three"},
-            {Qt::Key_Left, Both, "two "},
-            {Qt::Key_Down, Shift, "three\r\nfour fiv"},
-            {Qt::Key_Up, Shift, ""},
-            {Qt::Key_Home, Shift, "one two "},
-            {Qt::Key_End, Shift, "three"},
-            {Qt::Key_Home, Both, "one two "},
-            {Qt::Key_End, Both, "three\r\nfour five"},
-            {Qt::Key_PageDown, Shift, "three\r\nfour fiv"},
-            {Qt::Key_A, Qt::ControlModifier, "one two three\r\nfour five"},
-        };
+        } strokes[] = {{Qt::Key_Right, Shift, "t"},
+                       {Qt::Key_Left, Shift, " "},
+                       {Qt::Key_Right, Both, "three"},
+                       {Qt::Key_Left, Both, "two "},
+                       {Qt::Key_Down, Shift, "three\r\nfour fiv"},
+                       {Qt::Key_Up, Shift, ""},
+                       {Qt::Key_Home, Shift, "one two "},
+                       {Qt::Key_End, Shift, "three"},
+                       {Qt::Key_Home, Both, "one two "},
+                       {Qt::Key_End, Both, "three\r\nfour five"},
+                       {Qt::Key_PageDown, Shift, "three\r\nfour fiv"},
+                       {Qt::Key_A, Qt::ControlModifier, "one two three\r\nfour five"}};
         Desk desk("one two three\r\nfour five");
         desk.model.SetReadOnly(true);
         for (const auto &[key, modifiers, selected] : strokes) {

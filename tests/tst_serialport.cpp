@@ -147,6 +147,8 @@ class TestSerialPort : public QObject
                 QVERIFY(a.pty.Write("second") && b.pty.Write("third"));
                 QTRY_COMPARE(world.Waiting(), 11); // a dialog's event loop, as it were
                 QCoreApplication::processEvents();
+            } else if (a.received.size() > 11) {
+                QVERIFY(!a.port.SetPortOpen(false));
             }
             --depth;
         };
@@ -154,37 +156,22 @@ class TestSerialPort : public QObject
             connect(&station->port, &SerialPortControl::CommEventRaised, this, linger);
         QVERIFY(a.pty.Write("first"));
         QTRY_VERIFY(a.received == "firstsecond" && b.received == "third");
-        QCOMPARE(deepest, 1);
-    }
-
-    void ACloseInsideAnEventNestsNone()
-    {
-        World world;
-        Station station(world, 1);
-        int depth = 0;
-        int deepest = 0;
-        connect(&station.port, &SerialPortControl::CommEventRaised, this, [&] {
-            deepest = std::max(deepest, ++depth);
-            QVERIFY(!station.port.SetPortOpen(false));
-            --depth;
-        });
-        QVERIFY(station.pty.Write(RandomBytes(2000)));
+        QVERIFY(a.pty.Write(RandomBytes(2000))); // several events: the first of them closes
         QVERIFY(WaitStalled([&] { return world.Waiting() == 2000; }));
-        QTRY_COMPARE(station.received.size(), 2000);
+        QTRY_COMPARE(a.received.size(), 2011);
         QCOMPARE(deepest, 1);
-        QVERIFY(!station.port.PortOpen());
+        QVERIFY(!a.port.PortOpen());
     }
 
     void AnUnpluggedDeviceIsReportedOnce_data()
     {
         const Cases<int, int, int> row("sent", "waiting", "arriving");
-        row("idle", 0, 0, 0);
         row("output waiting", 200 * Kibi, 0, 0);
         row("events waiting", 0, 100 * Kibi, 0);
         row("bytes on their way", 0, 0, 4000);
         row("everything at once", 200 * Kibi, 5000, 4000);
+        row("idle", 0, 0, 0);
     }
-
     void AnUnpluggedDeviceIsReportedOnce()
     {
         QFETCH(int, sent);
