@@ -52,25 +52,17 @@ class tst_demoinstrument : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void OffersTheChannelsOfItsMode_data()
-    {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<bool>("second");
-        QTest::newRow("one channel to talk to a device") << 0 << false;
-        QTest::newRow("two channels to listen") << 1 << true;
-        QTest::newRow("two channels to listen and modify") << 2 << true;
-    }
     void OffersTheChannelsOfItsMode()
     {
-        QFETCH(const int, mode);
-        QFETCH(const bool, second);
-        const DemoInstrument instrument{CommMode(mode)};
-        QCOMPARE(instrument.ErrorText(), QString());
-        QVERIFY(instrument.DevicePath(0).startsWith("/dev/"));
-        QCOMPARE(!instrument.DevicePath(1).isEmpty(), second);
-        QVERIFY(instrument.DevicePath(0) != instrument.DevicePath(1));
-        QCOMPARE(instrument.DevicePath(2), QString());
-        QCOMPARE(instrument.DevicePath(-1), QString());
+        for (const int mode : {0, 1, 2}) {
+            const DemoInstrument instrument{CommMode(mode)};
+            QCOMPARE(instrument.ErrorText(), QString());
+            QVERIFY(instrument.DevicePath(0).startsWith("/dev/"));
+            QCOMPARE(instrument.DevicePath(1).isEmpty(), mode == 0); // two to listen
+            QVERIFY(instrument.DevicePath(0) != instrument.DevicePath(1));
+            QCOMPARE(instrument.DevicePath(2), QString());
+            QCOMPARE(instrument.DevicePath(-1), QString());
+        }
     }
 
     void SendsReadingsAndStatusFramesUnasked()
@@ -86,38 +78,22 @@ class tst_demoinstrument : public QObject
         QTRY_VERIFY(QString::fromLatin1(listener.Heard()).count(reading) >= 2);
     }
 
-    void AnswersRequests_data()
-    {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<QByteArray>("answer");
-        QTest::newRow("identification")
-            << QByteArray("*IDN?\r\n") << QByteArray("SIMULATED INSTRUMENT 1.0\r\n");
-        QTest::newRow("status frame") << QByteArray("STAT?\r\n") << QByteArray("\x02S");
-        QTest::newRow("the answer to its question")
-            << QByteArray("YES\r\n") << QByteArray("OK\r\n");
-        QTest::newRow("carriage return alone ends a request")
-            << QByteArray("*IDN?\r") << QByteArray("SIMULATED INSTRUMENT 1.0\r\n");
-        QTest::newRow("unknown") << QByteArray("WHO?\r\n") << QByteArray("ERROR\r\n");
-    }
     void AnswersRequests()
     {
-        QFETCH(const QByteArray, request);
-        QFETCH(const QByteArray, answer);
-        const DemoInstrument instrument(CommMode::SendReceive);
-        Listener listener(instrument.DevicePath(0));
-        QTRY_COMPARE(listener.Heard(), Reading);
-        QVERIFY(listener.Say(request));
-        QTRY_COMPARE(listener.Heard().mid(Reading.size(), answer.size()), answer);
-    }
-
-    void MeasuresWhenAskedInPieces()
-    {
-        const DemoInstrument instrument(CommMode::SendReceive);
-        Listener listener(instrument.DevicePath(0));
-        QTRY_COMPARE(listener.Heard(), Reading);
-        QVERIFY(listener.Say("ME"));
-        QVERIFY(listener.Say("AS?\r\n"));
-        QTRY_COMPARE(listener.Heard(), Reading + "T=21.7 C\r\n");
+        const std::pair<QByteArrayList, QByteArray> talks[] = {
+            {{"*IDN?\r\n"}, "SIMULATED INSTRUMENT 1.0\r\n"},
+            {{"*IDN?\r"}, "SIMULATED INSTRUMENT 1.0\r\n"},
+            {{"STAT?\r\n"}, "\x02S"},
+            {{"ME", "AS?\r\n"}, "T=21.7 C\r\n"}, // in pieces
+            {{"WHO?\r\n"}, "ERROR\r\n"}};
+        for (const auto &[request, answer] : talks) {
+            const DemoInstrument instrument(CommMode::SendReceive);
+            Listener listener(instrument.DevicePath(0));
+            QTRY_COMPARE(listener.Heard(), Reading);
+            for (const QByteArray &piece : request)
+                QVERIFY(listener.Say(piece));
+            QTRY_COMPARE(listener.Heard().mid(Reading.size(), answer.size()), answer);
+        }
     }
 
     void AsksAQuestionAndAcknowledgesItsAnswer()

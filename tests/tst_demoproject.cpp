@@ -13,7 +13,7 @@ class tst_demoproject : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void ReplacesWhatWasThere()
+    void SpeaksAsTheInstrumentDoes()
     {
         MdSequenceEdition sequences;
         for (int i = 0; i < 9; ++i)
@@ -22,57 +22,26 @@ class tst_demoproject : public QObject
         FillDemoProject(sequences);
         QCOMPARE(sequences.SendCount(), 4);
         QCOMPARE(sequences.SendAt(4).Name, QByteArray());
-        QCOMPARE(sequences.ReceiveCount(), 4);
-    }
-
-    void AsksWhatTheInstrumentKnows()
-    {
-        MdSequenceEdition sequences;
-        FillDemoProject(sequences);
-        QCOMPARE(sequences.SendAt(0).Sequence, QByteArray("*IDN?\r\n"));
-        QCOMPARE(sequences.SendAt(1).Sequence, QByteArray("MEAS?\r\n"));
-        QCOMPARE(sequences.SendAt(2).Sequence, QByteArray("STAT?\r\n"));
-        for (int i = 0; i < sequences.SendCount(); ++i) {
+        const char *const requests[] = {"*IDN?\r\n", "MEAS?\r\n", "STAT?\r\n", "YES\r\n"};
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(sequences.SendAt(i).Sequence, requests[i]);
             QVERIFY(!sequences.SendAt(i).Name.isEmpty());
             QVERIFY(DemoProtocol::AnswerTo(sequences.SendAt(i).Sequence.trimmed()) !=
                     DemoProtocol::Text::Refusal);
         }
-    }
-
-    void KnowsWhatTheInstrumentSays()
-    {
-        MdSequenceEdition sequences;
-        FillDemoProject(sequences);
-        QCOMPARE(sequences.ReceiveAt(1).Sequence, QByteArray("OK\r\n"));
-        QCOMPARE(sequences.ReceiveAt(2).Sequence, QByteArray("SIMULATED INSTRUMENT 1.0\r\n"));
-        for (int i : {1, 2}) {
-            QVERIFY(sequences.ReceiveAt(i).IsWatched());
-            QVERIFY(sequences.ReceiveAt(i).Comment.startsWith('['));
-            QCOMPARE(sequences.ReceiveAt(i).AnswerName, QByteArray());
+        QCOMPARE(sequences.ReceiveCount(), 4);
+        const char *const heard[] = {"READY?\r\n", "OK\r\n", "SIMULATED INSTRUMENT 1.0\r\n", "T="};
+        for (int i = 0; i < 4; ++i) {
+            const ReceiveSequence &record = sequences.ReceiveAt(i);
+            QCOMPARE(record.Sequence, heard[i]);
+            QCOMPARE(record.IsWatched(), i < 3);
+            QVERIFY(i == 3 || record.Comment.startsWith('['));
         }
-    }
-
-    void AnswersTheQuestionByItself()
-    {
-        MdSequenceEdition sequences;
-        FillDemoProject(sequences);
-        const ReceiveSequence &question = sequences.ReceiveAt(0);
-        QCOMPARE(question.Sequence, QByteArray("READY?\r\n"));
-        QVERIFY(question.IsWatched());
-        QVERIFY(!question.Comment.isEmpty());
-        QCOMPARE(question.AnswerName, sequences.SendAt(3).Name);
-        QVERIFY(sequences.AnswerOf(question) != nullptr);
-        QCOMPARE(sequences.AnswerOf(question)->Sequence, QByteArray("YES\r\n"));
-    }
-
-    void LeavesOneSequenceInactive()
-    {
-        MdSequenceEdition sequences;
-        FillDemoProject(sequences);
-        QVERIFY(!sequences.ReceiveAt(3).IsWatched());
-        QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading)
-                    .startsWith(sequences.ReceiveAt(3).Sequence));
-        QCOMPARE(sequences.ReceiveAt(3).Sequence, QByteArray("T="));
+        // The question is answered by itself.
+        QCOMPARE(sequences.ReceiveAt(0).AnswerName, sequences.SendAt(3).Name);
+        QCOMPARE(sequences.AnswerOf(sequences.ReceiveAt(0)), &sequences.SendAt(3));
+        QCOMPARE(sequences.AnswerOf(sequences.ReceiveAt(1)), nullptr);
+        QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading).startsWith(heard[3]));
     }
 };
 

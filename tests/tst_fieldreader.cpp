@@ -3,8 +3,7 @@
 
 #include "project/DecimalList.h"
 #include "project/FieldReader.h"
-
-#include <QTest>
+#include "support/Cases.h"
 
 class tst_fieldreader : public QObject
 {
@@ -13,12 +12,7 @@ class tst_fieldreader : public QObject
   private Q_SLOTS:
     void ReadsFields_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArrayList>("fields");
-        const auto row = [](const char *name, const QByteArray &text,
-                            const QByteArrayList &fields) {
-            QTest::newRow(name) << text << fields;
-        };
+        const Cases<QByteArray, QByteArrayList> row("text", "fields");
         row("nothing has no field", "", {});
         row("a line is a field", "abc\r\n", {"abc"});
         row("the last line needs no end", "a\r\nb", {"a", "b"});
@@ -58,54 +52,24 @@ class tst_fieldreader : public QObject
         QVERIFY(reader.EndOfFile());
     }
 
-    void ReadsDecimalLists_data()
-    {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("bytes");
-        const auto row = [](const char *text, const QByteArray &bytes) {
-            QTest::newRow(text) << QByteArray(text) << bytes;
-        };
-        row("065 | 013", "A\r");
-        row("65|13", "A\r");
-        row("", QByteArray(1, '\0'));
-        row("|", QByteArray(2, '\0'));
-        row("065 |", QByteArray("A\0", 2));
-        row("abc", QByteArray(1, '\0'));
-        row("65abc", "A");
-        row("6 5", "\x06");
-        row("  65", "A");
-        row("+65", "A");
-        row("-0.4", QByteArray(1, '\0'));
-        row("6.5e1", "A");
-        row("6.5E+1", "A");
-        row("650e-1", "A");
-        row("65e", "A");
-        row("65e+", "A");
-        row(".5", QByteArray(1, '\0'));
-        row("1.5", "\x02");
-        row("2.5", "\x02");
-        row("65.", "A");
-        row(".", QByteArray(1, '\0'));
-        row("-", QByteArray(1, '\0'));
-        row("1e-999", QByteArray(1, '\0'));
-        row("&H41", QByteArray(1, '\0'));
-        row("inf", QByteArray(1, '\0'));
-        row("255.5", {});
-        row("255.4", "\xFF");
-        row("-0.6", {});
-        row("256", {});
-        row("-1", {});
-        row("1e999", {});
-        row("065 | 1e3", {});
-    }
-    /// No bytes expected: the list is refused.
     void ReadsDecimalLists()
     {
-        QFETCH(const QByteArray, text);
-        QFETCH(const QByteArray, bytes);
-        const auto read = DecimalListToSeq(text);
-        QCOMPARE(read.has_value(), !bytes.isEmpty());
-        QCOMPARE(read.value_or(QByteArray()), bytes);
+        const QByteArray zero(1, '\0');
+        const std::pair<QByteArrayList, QByteArray> lists[] = {
+            {{"065 | 013", "65|13"}, "A\r"},
+            {{"65abc", "  65", "+65", "6.5e1", "6.5E+1", "650e-1", "65e", "65e+", "65."}, "A"},
+            {{"", "abc", "-0.4", ".5", ".", "-", "1e-999", "&H41", "inf"}, zero},
+            {{"|"}, zero + zero},
+            {{"065 |"}, "A" + zero},
+            {{"6 5"}, "\x06"},
+            {{"1.5", "2.5"}, "\x02"},
+            {{"255.4"}, "\xFF"},
+        };
+        for (const auto &[texts, bytes] : lists)
+            for (const QByteArray &text : texts)
+                QVERIFY2(DecimalListToSeq(text) == bytes, text);
+        for (const char *text : {"255.5", "-0.6", "256", "-1", "1e999", "065 | 1e3"})
+            QVERIFY2(!DecimalListToSeq(text), text);
     }
 };
 

@@ -3,9 +3,10 @@
 
 #include "project/ClInputFile.h"
 #include "project/ClOutputFile.h"
+#include "support/Cases.h"
 #include "support/ScriptedDisk.h"
 
-#include <QTest>
+#include <functional>
 
 namespace
 {
@@ -21,17 +22,15 @@ class tst_outputfile : public QObject
   private Q_SLOTS:
     void StartsZonesOf14Columns_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<int>("count");
-        QTest::addColumn<int>("blanks");
-        QTest::newRow("from the line's start") << QByteArray() << 1 << 14;
-        QTest::newRow("from inside a zone") << QByteArray("abc") << 1 << 11;
-        QTest::newRow("from the last column of a zone") << QByteArray("abcdefghijklm") << 1 << 1;
-        QTest::newRow("from a zone's start") << QByteArray("abcdefghijklmn") << 1 << 14;
-        QTest::newRow("twice") << QByteArray("abc") << 2 << 25;
-        QTest::newRow("after a line end") << QByteArray("abcdef\r\nab") << 1 << 12;
-        QTest::newRow("not at all") << QByteArray("abc") << 0 << 0;
-        QTest::newRow("less than that") << QByteArray("abc") << -5 << 0;
+        const Cases<QByteArray, int, int> row("before", "count", "blanks");
+        row("from the line's start", "", 1, 14);
+        row("from inside a zone", "abc", 1, 11);
+        row("from the last column of a zone", "abcdefghijklm", 1, 1);
+        row("from a zone's start", "abcdefghijklmn", 1, 14);
+        row("twice", "abc", 2, 25);
+        row("after a line end", "abcdef\r\nab", 1, 12);
+        row("not at all", "abc", 0, 0);
+        row("less than that", "abc", -5, 0);
     }
     void StartsZonesOf14Columns()
     {
@@ -39,35 +38,25 @@ class tst_outputfile : public QObject
         QFETCH(const int, count);
         QFETCH(const int, blanks);
         file.OpenFile(Path);
-        file.WriteInFile(before);
+        for (const char byte : before) // the column is kept from write to write
+            file.WriteInFile(QByteArray(1, byte));
         file.WriteTabInFile(qint16(count));
         file.NextLine();
-        file.CloseFile();
-        QCOMPARE(disk.files[Path], before + QByteArray(blanks, ' ') + "\r\n");
-    }
-
-    void KeepsTheColumnFromWriteToWrite()
-    {
-        file.OpenFile(Path);
-        file.WriteInFile("ab");
-        file.WriteInFile("c");
-        file.WriteTabInFile(1);
-        file.WriteInFile("d");
-        file.WriteTabInFile(1);
-        file.NextLine();
         file.WriteTabInFile(1);
         file.CloseFile();
-        QCOMPARE(disk.files[Path], "abc" + QByteArray(11, ' ') + "d" + QByteArray(13, ' ') +
-                                       "\r\n" + QByteArray(14, ' '));
+        QCOMPARE(disk.files[Path], before + QByteArray(blanks, ' ') + "\r\n" + QByteArray(14, ' '));
     }
 
     void HandsOverAtFlush()
     {
+        file.WriteInFile("lost, as it is closed");
+        QVERIFY(!file.Flush());
+        QVERIFY(disk.files.isEmpty());
         QVERIFY(!file.OpenFile(Path));
         file.WriteInFile("received");
         QCOMPARE(disk.files[Path], QByteArray());
         QVERIFY(!file.Flush());
-        QCOMPARE(disk.files[Path], QByteArray("received"));
+        QCOMPARE(disk.files[Path], "received");
         QVERIFY(!file.Failure());
     }
 
@@ -80,11 +69,11 @@ class tst_outputfile : public QObject
         QCOMPARE(file.Failure()->description, QStringLiteral("No space left on device"));
         file.WriteInFile("second\r\n");
         QVERIFY(file.Failure());
-        QCOMPARE(disk.files[Path], QByteArray("firs"));
+        QCOMPARE(disk.files[Path], "firs");
         disk.room = ScriptedDisk::Plenty;
         file.WriteInFile("third\r\n");
         QVERIFY(!file.Failure());
-        QCOMPARE(disk.files[Path], QByteArray("first line\r\nsecond\r\nthird\r\n"));
+        QCOMPARE(disk.files[Path], "first line\r\nsecond\r\nthird\r\n");
     }
 
     void HoldsBackAMebibyteAndNoMore()
@@ -117,50 +106,41 @@ class tst_outputfile : public QObject
     void KeepsTheOldFileUntilTheNewOneIsWhole()
     {
         disk.files[Path] = "old";
+        file.OpenForReplacing(Path);
+        file.WriteInFile("given up");
+        file.CloseFile();
+        QCOMPARE(disk.files[Path], "old");
+        QCOMPARE(disk.unfinished, 0);
         QVERIFY(!file.OpenForReplacing(Path));
         file.WriteInFile("new");
         file.Flush();
-        QCOMPARE(disk.files[Path], QByteArray("old"));
+        QCOMPARE(disk.files[Path], "old");
         QVERIFY(!file.Commit());
-        QCOMPARE(disk.files[Path], QByteArray("new"));
+        QCOMPARE(disk.files[Path], "new");
         QCOMPARE(disk.unfinished, 0);
         QVERIFY(file.Commit());
     }
 
-    void LeavesTheOldFileIfNotCommitted()
-    {
-        disk.files[Path] = "old";
-        file.OpenForReplacing(Path);
-        file.WriteInFile("new");
-        file.CloseFile();
-        QCOMPARE(disk.files[Path], QByteArray("old"));
-        QCOMPARE(disk.unfinished, 0);
-    }
-
-    void ReplacesNothingByHalfAFile_data()
-    {
-        QTest::addColumn<int>("step");
-        QTest::newRow("the disk is full") << 0;
-        QTest::newRow("it fails to hold what it took") << 1;
-        QTest::newRow("bytes are missing in the file") << 2;
-        QTest::newRow("the name cannot be taken over") << 3;
-    }
     void ReplacesNothingByHalfAFile()
     {
-        QFETCH(const int, step);
-        disk.files[Path] = "old";
-        disk.room = step == 0 ? 2 : ScriptedDisk::Plenty;
-        disk.failSync = step == 1;
-        disk.vanishing = step == 2 ? 1 : 0;
-        disk.failTakePlace = step == 3;
-        file.OpenForReplacing(Path);
-        file.WriteInFile("new");
-        const FileResult failure = file.Commit();
-        QVERIFY(failure);
-        QVERIFY(!failure->description.isEmpty());
-        QCOMPARE(disk.files[Path], QByteArray("old"));
-        QCOMPARE(disk.unfinished, 0);
-        QVERIFY(!file.IsOpen());
+        const std::pair<const char *, std::function<void()>> accidents[] = {
+            {"the disk is full", [this] { disk.room = 2; }},
+            {"it fails to hold what it took", [this] { disk.failSync = true; }},
+            {"bytes are missing in the file", [this] { disk.vanishing = 1; }},
+            {"the name cannot be taken over", [this] { disk.failTakePlace = true; }},
+        };
+        for (const auto &[name, happens] : accidents) {
+            init();
+            disk.files[Path] = "old";
+            happens();
+            file.OpenForReplacing(Path);
+            file.WriteInFile("new");
+            const FileResult failure = file.Commit();
+            QVERIFY2(failure && !failure->description.isEmpty(), name);
+            QCOMPARE(disk.files[Path], "old");
+            QCOMPARE(disk.unfinished, 0);
+            QVERIFY(!file.IsOpen());
+        }
     }
 
     void IsAloneWithItsFile()
@@ -175,14 +155,6 @@ class tst_outputfile : public QObject
         QVERIFY(file.OpenFile(Path)->inUse);
         input.CloseFile();
         QVERIFY(!file.OpenFile(Path));
-    }
-
-    void IgnoresWritesWhileClosed()
-    {
-        file.WriteInFile("lost");
-        file.NextLine();
-        QVERIFY(!file.Flush());
-        QVERIFY(disk.files.isEmpty());
     }
 
     void init()

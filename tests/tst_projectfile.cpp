@@ -5,9 +5,8 @@
 #include "project/FieldReader.h"
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
+#include "support/Cases.h"
 #include "support/ScriptedDisk.h"
-
-#include <QTest>
 
 namespace
 {
@@ -18,6 +17,7 @@ const QByteArray PingProject = "VERSION\r\n3\r\n\r\n"
                                "COMMENT got OK\r\n\r\n";
 const QString Path = QStringLiteral("/projects/ping.sqx");
 
+const char *const SaveMessage = "Error while saving the project file";
 const char *const LoadMessage = "Errow while loading the project";
 const char *const FirstLineMessage = "Error while loading the project";
 const char *const VersionMessage = "Unknown project file version";
@@ -49,37 +49,27 @@ class tst_projectfile : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void JoinsFolderNameAndExtension()
+    void WritesAndReadsByteForByte()
     {
-        QCOMPARE(ProjectFile::PathOf(QStringLiteral("/a/"), QStringLiteral("b")),
-                 QStringLiteral("/a/b.sqx"));
-        QCOMPARE(ProjectFile::PathOf(QStringLiteral("/a/b"), QString()),
-                 QStringLiteral("/a/b.sqx"));
-    }
-
-    void WritesByteForByte()
-    {
-        MdSequenceEdition tables;
-        FillPingProject(tables);
-        QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
+        QCOMPARE(ProjectFile::PathOf("/projects/", "ping"), Path);
+        QCOMPARE(ProjectFile::PathOf("/projects/ping", QString()), Path);
+        MdSequenceEdition saved;
+        FillPingProject(saved);
+        QVERIFY(!ProjectFile::SaveProject(saved, files, Path));
         QCOMPARE(disk.files[Path], PingProject);
-    }
 
-    void ReadsByteForByte()
-    {
-        disk.files[Path] = PingProject;
         MdSequenceEdition tables;
         QVERIFY(!ProjectFile::LoadProject(tables, files, Path));
         QCOMPARE(tables.SendCount(), 1);
-        QCOMPARE(tables.SendAt(0).Name, QByteArray("Ping"));
-        QCOMPARE(tables.SendAt(0).Sequence, QByteArray("A\r"));
+        QCOMPARE(tables.SendAt(0).Name, "Ping");
+        QCOMPARE(tables.SendAt(0).Sequence, "A\r");
         QCOMPARE(tables.ReceiveCount(), 1);
         const ReceiveSequence &reply = tables.ReceiveAt(0);
-        QCOMPARE(reply.Name, QByteArray("Reply"));
-        QCOMPARE(reply.Sequence, QByteArray("OK"));
+        QCOMPARE(reply.Name, "Reply");
+        QCOMPARE(reply.Sequence, "OK");
         QCOMPARE(reply.Answer, qint16(1));
         QCOMPARE(reply.Active, qint16(1));
-        QCOMPARE(reply.Comment, QByteArray("got OK"));
+        QCOMPARE(reply.Comment, "got OK");
     }
 
     void WritesWhatIsUnusual()
@@ -108,86 +98,69 @@ class tst_projectfile : public QObject
         QCOMPARE(tables.SendAt(0).Sequence, QByteArray(1, '\0'));
     }
 
-    void ReadsEveryVersion_data()
-    {
-        QTest::addColumn<QByteArray>("version");
-        QTest::addColumn<QByteArray>("rest");
-        QTest::addColumn<int>("active");
-        QTest::addColumn<QByteArray>("comment");
-        QTest::newRow("1 is active and keeps the place's comment")
-            << QByteArray("1") << QByteArray() << 1 << QByteArray("before");
-        QTest::newRow("2 keeps the place's comment")
-            << QByteArray("2") << QByteArray("0\r\n") << 0 << QByteArray("before");
-        QTest::newRow("3 has its own comment")
-            << QByteArray("3") << QByteArray("0\r\nCOMMENT a\r\n") << 0 << QByteArray("a");
-    }
     void ReadsEveryVersion()
     {
-        QFETCH(const QByteArray, version);
-        QFETCH(const QByteArray, rest);
-        MdSequenceEdition tables;
-        tables.EditReceive(0).Comment = "before";
-        tables.EditReceive(0).Active = 0;
-        tables.SetReceiveCount(1);
-        QCOMPARE(Read(tables, "VERSION\r\n" + version + "\r\n\r\nSEND\r\n0\r\nx\r\n065\r\n\r\n" +
-                                  "RECEIVE\r\n0\r\ny\r\n066\r\n-7\r\n" + rest + "\r\n"),
-                 QString());
-        QCOMPARE(tables.SendAt(0).Sequence, QByteArray("A"));
-        QCOMPARE(tables.ReceiveAt(0).Sequence, QByteArray("B"));
-        QCOMPARE(tables.ReceiveAt(0).Answer, qint16(-7));
-        QTEST(int(tables.ReceiveAt(0).Active), "active");
-        QTEST(tables.ReceiveAt(0).Comment, "comment");
+        const struct {
+            QByteArray version;
+            QByteArray rest;
+            int active;
+            QByteArray comment;
+        } versions[] = {{"1", "", 1, "before"}, // is active and keeps the place's comment
+                        {"2", "0\r\n", 0, "before"},
+                        {"3", "0\r\nCOMMENT a\r\n", 0, "a"}};
+        for (const auto &[version, rest, active, comment] : versions) {
+            MdSequenceEdition tables;
+            tables.EditReceive(0).Comment = "before";
+            tables.EditReceive(0).Active = 0;
+            tables.SetReceiveCount(1);
+            QCOMPARE(Read(tables, "VERSION\r\n" + version +
+                                      "\r\n\r\nSEND\r\n0\r\nx\r\n065\r\n\r\n" +
+                                      "RECEIVE\r\n0\r\ny\r\n066\r\n-7\r\n" + rest + "\r\n"),
+                     QString());
+            QCOMPARE(tables.SendAt(0).Sequence, "A");
+            QCOMPARE(tables.ReceiveAt(0).Sequence, "B");
+            QCOMPARE(tables.ReceiveAt(0).Answer, qint16(-7));
+            QCOMPARE(int(tables.ReceiveAt(0).Active), active);
+            QCOMPARE(tables.ReceiveAt(0).Comment, comment);
+        }
     }
 
-    void ReadsComments_data()
-    {
-        QTest::addColumn<QByteArray>("comment");
-        QTest::newRow("COMMENT ") << QByteArray();
-        QTest::newRow("COMMENT") << QByteArray();
-        QTest::newRow("COMMENTx") << QByteArray();
-        QTest::newRow("COMMENT a") << QByteArray("a");
-        QTest::newRow("COMMENTxab ") << QByteArray("ab ");
-        QTest::newRow("comment a") << QByteArray();
-        QTest::newRow("COMMENT a,b") << QByteArray("a");
-        QTest::newRow("") << QByteArray();
-    }
     void ReadsComments()
     {
-        MdSequenceEdition tables;
-        tables.EditReceive(0).Comment = "before";
-        QCOMPARE(Read(tables, QByteArray("VERSION\r\n3\r\nRECEIVE\r\n0\r\ny\r\n066\r\n0\r\n1\r\n") +
-                                  QTest::currentDataTag() + "\r\n"),
-                 QString());
-        QTEST(tables.ReceiveAt(0).Comment, "comment");
+        const std::pair<QByteArray, QByteArray> lines[] = {
+            {"COMMENT ", ""}, {"COMMENT", ""},   {"COMMENTx", ""},     {"COMMENT a", "a"},
+            {"", ""},         {"comment a", ""}, {"COMMENT a,b", "a"}, {"COMMENTxab ", "ab "}};
+        for (const auto &[line, comment] : lines) {
+            MdSequenceEdition tables;
+            tables.EditReceive(0).Comment = "before";
+            QCOMPARE(Read(tables,
+                          "VERSION\r\n3\r\nRECEIVE\r\n0\r\ny\r\n066\r\n0\r\n1\r\n" + line + "\r\n"),
+                     QString());
+            QCOMPARE(tables.ReceiveAt(0).Comment, comment);
+        }
     }
 
     void JudgesFiles_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QByteArrayList>("names");
-        const auto row = [](const char *name, const QByteArray &bytes, const char *message,
-                            const QByteArrayList &names = {}) {
-            QTest::newRow(name) << bytes << QString::fromLatin1(message) << names;
-        };
+        const Cases<QByteArray, QString, QByteArrayList> row("bytes", "message", "names");
         const QByteArray a = "SEND\r\n0\r\na\r\n065\r\n\r\n";
         const QByteArray head = "VERSION\r\n3\r\n\r\n";
-        row("zero bytes", "", FirstLineMessage);
-        row("another first line", "Version\r\n3\r\n", FirstLineMessage);
-        row("a blank first line", "\r\nVERSION\r\n3\r\n", FirstLineMessage);
+        row("zero bytes", "", FirstLineMessage, {});
+        row("another first line", "Version\r\n3\r\n", FirstLineMessage, {});
+        row("a blank first line", "\r\nVERSION\r\n3\r\n", FirstLineMessage, {});
         row("blanks around the first line", "  VERSION \r\n3\r\n" + a, "", {"a"});
         row("bare line feeds", QByteArray(head + a).replace("\r\n", "\n"), "", {"a"});
-        row("no records", head, "");
-        row("no version", "VERSION\r\n", LoadMessage);
-        row("a version that is no number", "VERSION\r\n3x\r\n", LoadMessage);
-        row("a version that is not whole", "VERSION\r\n3.0\r\n", LoadMessage);
-        row("a version beyond 16 bits", "VERSION\r\n32768\r\n", LoadMessage);
+        row("no records", head, "", {});
+        row("no version", "VERSION\r\n", LoadMessage, {});
+        row("a version that is no number", "VERSION\r\n3x\r\n", LoadMessage, {});
+        row("a version that is not whole", "VERSION\r\n3.0\r\n", LoadMessage, {});
+        row("a version beyond 16 bits", "VERSION\r\n32768\r\n", LoadMessage, {});
         row("blanks around the version", "VERSION\r\n 3 \r\n" + a, "", {"a"});
-        row("an unknown version without records", "VERSION\r\n4\r\n\r\n", "");
-        row("an unknown version with a record", "VERSION\r\n4\r\n" + a, VersionMessage);
-        row("version 0 with a record", "VERSION\r\n0\r\n" + a, VersionMessage);
+        row("an unknown version without records", "VERSION\r\n4\r\n\r\n", "", {});
+        row("an unknown version with a record", "VERSION\r\n4\r\n" + a, VersionMessage, {});
+        row("version 0 with a record", "VERSION\r\n0\r\n" + a, VersionMessage, {});
         row("an unknown version with a receive record", "VERSION\r\n-1\r\nRECEIVE\r\n0\r\n",
-            VersionMessage);
+            VersionMessage, {});
         row("unknown lines between records", head + "x\r\n\r\nsend\r\nSEND \r\n" + a, "", {"a"});
         row("blanks before a keyword", head + "  " + a, "", {"a"});
         row("the same index twice", head + a + "SEND\r\n0\r\nb\r\n066\r\n", "", {"b", ""});
@@ -244,9 +217,9 @@ class tst_projectfile : public QObject
         log.OpenFile(Path);
         MdSequenceEdition tables;
         QCOMPARE(ProjectFile::LoadProject(tables, files, Path)->message,
-                 QStringLiteral("Could not load project. File already in use."));
+                 "Could not load project. File already in use.");
         QCOMPARE(ProjectFile::SaveProject(tables, files, Path)->message,
-                 QStringLiteral("Error while saving the project file"));
+                 QLatin1String(SaveMessage));
     }
 
     void SavesAllOrNothing()
@@ -262,8 +235,8 @@ class tst_projectfile : public QObject
             QCOMPARE(disk.files[Path], fits ? PingProject : QByteArray("old"));
             QCOMPARE(disk.unfinished, 0);
             if (failure) {
-                QCOMPARE(failure->message, QStringLiteral("Error while saving the project file"));
-                QCOMPARE(failure->cause, QStringLiteral("No space left on device"));
+                QCOMPARE(failure->message, QLatin1String(SaveMessage));
+                QCOMPARE(failure->cause, "No space left on device");
             }
         }
     }

@@ -3,10 +3,10 @@
 
 #include "platform/QtSettingsStore.h"
 #include "project/RecentProjects.h"
+#include "support/Cases.h"
 #include "support/MemoryStore.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace
 {
@@ -41,10 +41,7 @@ class OrderlyStore final : public SettingsStore
         return std::nullopt;
     }
     QList<Entry> ReadSection(const QString &) const override { return entries; }
-    void Write(const QString &, const QString &key, const QString &text) override
-    {
-        entries.append({key, text});
-    }
+    void Write(const QString &, const QString &, const QString &) override {}
     QString Flush() override { return {}; }
 };
 
@@ -55,32 +52,19 @@ class tst_recentprojects : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void Finds_data()
-    {
-        QTest::addColumn<QString>("project");
-        QTest::addColumn<int>("place");
-        QTest::newRow("the first") << "/p/a" << 1;
-        QTest::newRow("in other letter case") << "/P/B" << 2;
-        QTest::newRow("the last of two equal ones") << "/p/c" << 4;
-        QTest::newRow("none") << "/p/d" << 0;
-    }
     void Finds()
     {
-        QFETCH(const QString, project);
         MemoryStore store;
-        Fill(store, {"/p/a", "/p/b", "/p/C", "/p/c"});
-        QTEST(RecentProjects::FindRecentProject(store, project), "place");
+        Fill(store, {"/p/a", "/p/b", "/p/C", "/p/c"}); // the last of two equal ones counts
+        const std::pair<const char *, int> places[] = {
+            {"/p/a", 1}, {"/P/B", 2}, {"/p/c", 4}, {"/p/d", 0}};
+        for (const auto &[project, place] : places)
+            QCOMPARE(RecentProjects::FindRecentProject(store, project), place);
     }
 
     void Updates_data()
     {
-        QTest::addColumn<QStringList>("before");
-        QTest::addColumn<QString>("project");
-        QTest::addColumn<QStringList>("after");
-        const auto row = [](const char *name, const QStringList &before, const char *project,
-                            const QStringList &after) {
-            QTest::newRow(name) << before << QString::fromLatin1(project) << after;
-        };
+        const Cases<QStringList, QString, QStringList> row("before", "project", "after");
         row("the first project of all", {}, "a", {"a", "", "", ""});
         row("a new one moves all down", {"a", "b"}, "c", {"c", "a", "b", ""});
         row("a fifth drops the oldest", {"a", "b", "c", "d"}, "e", {"e", "a", "b", "c"});
@@ -104,23 +88,15 @@ class tst_recentprojects : public QObject
 
     void FillsTheMenuInTheStoresOrder()
     {
-        OrderlyStore store;
-        store.entries = {{"RecentProject3", "c"}, {"RecentProject1", "a"}, {"RecentProject2", "b"}};
-        QCOMPARE(RecentProjects::ListForMenu(store), QStringList({"c", "a", "b"}));
-    }
-
-    void FillsNoMoreThanFourEntries()
-    {
+        OrderlyStore orderly;
+        QCOMPARE(RecentProjects::ListForMenu(orderly), QStringList());
+        orderly.entries = {
+            {"RecentProject3", "c"}, {"RecentProject1", "a"}, {"RecentProject2", "b"}};
+        QCOMPARE(RecentProjects::ListForMenu(orderly), QStringList({"c", "a", "b"}));
         MemoryStore store;
         Fill(store, {"a", "b", "c", "d", "e"});
         QCOMPARE(RecentProjects::ListForMenu(store), QStringList({"a", "b", "c", "d"}));
-    }
-
-    void HidesTheMenuWithoutALatestProject()
-    {
-        MemoryStore store;
-        QCOMPARE(RecentProjects::ListForMenu(store), QStringList());
-        Fill(store, {"", "b"});
+        Fill(store, {""}); // without a latest project there is no menu
         QCOMPARE(RecentProjects::ListForMenu(store), QStringList());
     }
 
@@ -132,12 +108,12 @@ class tst_recentprojects : public QObject
             QtSettingsStore store;
             store.Write(QStringLiteral("Recently"), QStringLiteral("Other"), QStringLiteral("x"));
             for (const char *project : {"/p/a, b", "/p/\xC3\xA4", "/p/c"})
-                RecentProjects::UpdateRecentProjects(store, QString::fromUtf8(project));
+                RecentProjects::UpdateRecentProjects(store, project);
             QCOMPARE(store.Flush(), QString());
         }
         const QtSettingsStore store;
         QCOMPARE(RecentProjects::ListForMenu(store),
-                 QStringList({"/p/c", QString::fromUtf8("/p/\xC3\xA4"), "/p/a, b"}));
+                 QStringList({"/p/c", "/p/\xC3\xA4", "/p/a, b"}));
     }
 };
 

@@ -4,9 +4,9 @@
 #include "controls/RichTextCaret.h"
 #include "controls/RichTextLayout.h"
 #include "controls/RichTextModel.h"
+#include "support/Cases.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <algorithm>
 #include <vector>
@@ -16,18 +16,33 @@ namespace
 
 using Movement = RichTextCaret::Movement;
 
-/// The rows, separated by bars.
-QByteArray Rows(const RichTextLayout &layout)
-{
-    QByteArray rows;
-    for (qsizetype row = 0; row < layout.RowCount(); ++row) {
-        const qint64 from = layout.RowStart(row);
-        rows += row > 0 ? "|" : "";
-        rows +=
-            layout.Model().Bytes().sliced(from - layout.Model().Begin(), layout.RowEnd(row) - from);
+/// A text, laid out in rows of some columns, with the caret in it.
+struct Page {
+    RichTextModel model;
+    RichTextLayout layout{model};
+    RichTextCaret caret{model, layout};
+
+    explicit Page(const QByteArray &text = {}, int columns = 8) { Append(text, columns); }
+
+    void Append(const QByteArray &text, int columns = 8)
+    {
+        model.AppendStyled(text, {});
+        layout.Update(columns);
     }
-    return rows;
-}
+    /// The rows, separated by bars.
+    QByteArray Rows() const
+    {
+        QByteArrayList rows;
+        for (qsizetype row = 0; row < layout.RowCount(); ++row) {
+            const qint64 from = layout.RowStart(row);
+            rows << model.Bytes()
+                        .sliced(from - model.Begin(), layout.RowEnd(row) - from)
+                        .toByteArray();
+        }
+        return rows.join('|');
+    }
+    QByteArray Selected() const { return model.SelectedText().toByteArray(); }
+};
 
 /// Where a row that begins at from ends: the plain rules, one row at a time.
 qsizetype ReferenceRowEnd(const QByteArray &text, qsizetype from, int columns)
@@ -84,11 +99,7 @@ class tst_RichTextLayout : public QObject
   private Q_SLOTS:
     void Wraps_data()
     {
-        QTest::addColumn<QByteArrayList>("appends");
-        QTest::addColumn<QByteArray>("rows");
-        const auto row = [](const char *name, const QByteArrayList &appends, const char *rows) {
-            QTest::newRow(name) << appends << QByteArray(rows);
-        };
+        const Cases<QByteArrayList, QByteArray> row("appends", "rows");
         row("an empty text has one row", {""}, "");
         row("a word goes to the next row whole", {"abc def ghij"}, "abc def |ghij");
         row("a row may be full to its end", {"abcdefgh"}, "abcdefgh");
@@ -109,99 +120,59 @@ class tst_RichTextLayout : public QObject
 
     void Wraps()
     {
-        QFETCH(QByteArrayList, appends);
-        RichTextModel model;
-        RichTextLayout layout(model);
-        for (const QByteArray &append : appends) {
-            model.AppendStyled(append, {});
-            layout.Update(8);
-        }
-        QTEST(Rows(layout), "rows");
+        QFETCH(const QByteArrayList, appends);
+        Page page;
+        for (const QByteArray &append : appends)
+            page.Append(append);
+        QTEST(page.Rows(), "rows");
     }
 
     void MapsColumns()
     {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        model.AppendStyled("ab\tc\r\nxyz uvw", {});
-        layout.Update(12);
-        QCOMPARE(layout.RowTextEnd(0), 4);
-        QCOMPARE(layout.RowEnd(0), 6);
-        QCOMPARE(layout.ColumnOf(0, 3), 8);
-        QCOMPARE(layout.ColumnOf(0, 6), 9);
-        QCOMPARE(layout.RowOf(5), 0);
-        QCOMPARE(layout.RowOf(6), 1);
-        QCOMPARE(layout.RowOf(13), 1);
-        QCOMPARE(layout.PositionAt(0, -3), 0);
-        QCOMPARE(layout.PositionAt(0, 1.4), 1);
-        QCOMPARE(layout.PositionAt(0, 1.6), 2);
-        QCOMPARE(layout.PositionAt(0, 4.9), 2);
-        QCOMPARE(layout.PositionAt(0, 5.1), 3);
-        QCOMPARE(layout.PositionAt(0, 99), 4);
-        QCOMPARE(layout.PositionAt(1, 99), 13);
+        const Page page("ab\tc\r\nxyz uvw", 12);
+        QCOMPARE(page.layout.ColumnOf(0, 3), 8);
+        QCOMPARE(page.layout.ColumnOf(0, 6), 9);
+        QCOMPARE(page.layout.RowOf(5), 0);
+        QCOMPARE(page.layout.RowOf(6), 1);
+        const std::pair<double, qint64> places[] = {{-3, 0},  {1.4, 1}, {1.6, 2},
+                                                    {4.9, 2}, {5.1, 3}, {99, 4}};
+        for (const auto &[column, position] : places)
+            QCOMPARE(page.layout.PositionAt(0, column), position);
+        QCOMPARE(page.layout.PositionAt(1, 99), 13);
     }
 
-    void ACutKeepsTheRows()
+    void LaysOutAnewWhatIsNotJustLonger()
     {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        model.AppendStyled(QByteArray(128000, 'x'), {});
-        layout.Update(100);
-        QCOMPARE(layout.RowCount(), 1280);
-        model.AppendStyled("y", {});
-        layout.Update(100);
-        QCOMPARE(layout.RowStart(0), 2048);
-        QCOMPARE(layout.RowStart(1), 2100);
-        QCOMPARE(layout.RowCount(), 1261);
-        QCOMPARE(layout.RowEnd(1260), 128001);
-        layout.Update(64);
-        QCOMPARE(layout.RowStart(1), 2048 + 64);
-    }
-
-    void ACutBeyondAllRowsBeginsAnew()
-    {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        model.AppendStyled("short", {});
-        layout.Update(100);
-        model.AppendStyled(QByteArray(RichTextModel::HardLimit, 'x'), {});
-        layout.Update(100);
-        QCOMPARE(layout.RowCount(), 1280);
-        QCOMPARE(layout.RowStart(0), model.Begin());
-    }
-
-    void AnEditLaysOutAnew()
-    {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        model.AppendStyled("abcdefghij", {});
-        layout.Update(8);
-        model.Replace(2, 2, " ", {});
-        layout.Update(8);
-        QCOMPARE(Rows(layout), QByteArray("ab |cdefghij"));
-        model.SetText("new", {});
-        layout.Update(8);
-        QCOMPARE(Rows(layout), QByteArray("new"));
+        Page page("short", 100);
+        page.Append(QByteArray(RichTextModel::HardLimit, 'x'), 100); // cuts all that was there
+        QCOMPARE(page.layout.RowCount(), 1280);
+        QCOMPARE(page.layout.RowStart(0), page.model.Begin());
+        page.model.SetText("abcdefghij", {});
+        page.layout.Update(8);
+        page.model.Replace(page.model.Begin() + 2, page.model.Begin() + 2, " ", {});
+        page.layout.Update(8);
+        QCOMPARE(page.Rows(), "ab |cdefghij");
+        page.model.SetText("new", {});
+        page.layout.Update(8);
+        QCOMPARE(page.Rows(), "new");
     }
 
     void LaysOutAPart()
     {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        model.AppendStyled("abcdefghij klmnop qrs", {});
-        layout.LayOutPart(2, 13, 5);
-        QCOMPARE(Rows(layout), QByteArray("cdefg|hij |kl"));
+        Page page("abcdefghij klmnop qrs");
+        page.layout.LayOutPart(2, 13, 5);
+        QCOMPARE(page.Rows(), "cdefg|hij |kl");
     }
 
     void EqualsTheReference()
     {
         QRandomGenerator random(4711);
-        RichTextModel model;
-        RichTextLayout layout(model);
+        Page page({}, 20);
+        const RichTextModel &model = page.model;
+        const RichTextLayout &layout = page.layout;
         QByteArray all; // everything ever appended
         qint64 origin = 0;
         int columns = 20;
-        layout.Update(columns);
         for (int step = 0; step < 150; ++step) {
             const qint64 lastStart = layout.RowStart(layout.RowCount() - 1);
             const int kind = random.bounded(20);
@@ -209,7 +180,7 @@ class tst_RichTextLayout : public QObject
             const int room = int(RichTextModel::MaxViewLength - model.Length());
             const QByteArray text =
                 RandomText(random, kind < 8 && room > 0 ? room : random.bounded(200));
-            model.AppendStyled(text, {});
+            page.model.AppendStyled(text, {});
             all += text;
             if (kind == 19) {
                 columns = 1 + random.bounded(120);
@@ -217,7 +188,7 @@ class tst_RichTextLayout : public QObject
             } else if (model.Begin() >= lastStart) {
                 origin = model.Begin();
             }
-            layout.Update(columns);
+            page.layout.Update(columns);
 
             std::vector<qint64> expected = ReferenceStarts(all, origin, columns);
             const auto cut = std::upper_bound(expected.begin(), expected.end(), model.Begin()) - 1;
@@ -234,15 +205,7 @@ class tst_RichTextLayout : public QObject
 
     void CaretMoves_data()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<QList<int>>("movements");
-        QTest::addColumn<int>("to");
-        const auto row = [](const char *name, int from, QList<Movement> movements, int to) {
-            QList<int> numbers;
-            for (const Movement movement : movements)
-                numbers << int(movement);
-            QTest::newRow(name) << from << numbers << to;
-        };
+        const Cases<int, QList<Movement>, int> row("from", "movements", "to");
         // Rows of eight columns: "abcdefgh" "ijk lm" CR LF, "n" CR LF, "opq"; starts 0 8 16 19.
         row("right over CR LF", 14, {Movement::NextCharacter}, 16);
         row("left over CR LF", 16, {Movement::PreviousCharacter}, 14);
@@ -267,56 +230,40 @@ class tst_RichTextLayout : public QObject
 
     void CaretMoves()
     {
-        QFETCH(int, from);
-        QFETCH(QList<int>, movements);
-        RichTextModel model;
-        RichTextLayout layout(model);
-        RichTextCaret caret(model, layout);
-        model.AppendStyled("abcdefghijk lm\r\nn\r\nopq", {});
-        layout.Update(8);
-        caret.SetPageRows(2);
-        model.Select(from, from);
-        for (const int movement : movements)
-            caret.Move(Movement(movement), false);
-        QTEST(int(model.Caret()), "to");
-        model.Select(from, from);
-        for (const int movement : movements)
-            caret.Move(Movement(movement), true);
-        QTEST(int(model.Caret()), "to");
-        QCOMPARE(model.Anchor(), from);
+        QFETCH(const int, from);
+        QFETCH(const QList<Movement>, movements);
+        Page page("abcdefghijk lm\r\nn\r\nopq");
+        page.caret.SetPageRows(2);
+        for (const bool selecting : {false, true}) {
+            page.model.Select(from, from);
+            for (const Movement movement : movements)
+                page.caret.Move(movement, selecting);
+            QTEST(int(page.model.Caret()), "to");
+        }
+        QCOMPARE(page.model.Anchor(), from);
     }
 
     void CaretLeavesASelectionAtItsEnds()
     {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        RichTextCaret caret(model, layout);
-        model.AppendStyled("abcdef", {});
-        layout.Update(8);
-        model.Select(1, 4);
-        caret.Move(Movement::PreviousCharacter, false);
-        QCOMPARE(model.Caret(), 1);
-        model.Select(4, 1);
-        caret.Move(Movement::NextCharacter, false);
-        QCOMPARE(model.Caret(), 4);
+        Page page("abcdef");
+        page.model.Select(1, 4);
+        page.caret.Move(Movement::PreviousCharacter, false);
+        QCOMPARE(page.model.Caret(), 1);
+        page.model.Select(4, 1);
+        page.caret.Move(Movement::NextCharacter, false);
+        QCOMPARE(page.model.Caret(), 4);
     }
 
-    void DragsSelectWordsAndLines()
+    void DragsSelectWords()
     {
-        RichTextModel model;
-        RichTextLayout layout(model);
-        RichTextCaret caret(model, layout);
-        model.AppendStyled("one two three\nfour", {});
-        layout.Update(40);
-        caret.Press(0, 5.2, RichTextCaret::Unit::Word, false);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("two"));
-        caret.DragTo(0, 9);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("two three"));
-        caret.DragTo(0, 1);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("one two"));
-        QCOMPARE(model.Caret(), 0);
-        caret.Press(0, 5, RichTextCaret::Unit::Line, false);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("one two three\n"));
+        Page page("one two three\nfour", 40);
+        page.caret.Press(0, 5.2, RichTextCaret::Unit::Word, false);
+        QCOMPARE(page.Selected(), "two");
+        page.caret.DragTo(0, 9);
+        QCOMPARE(page.Selected(), "two three");
+        page.caret.DragTo(0, 1);
+        QCOMPARE(page.Selected(), "one two");
+        QCOMPARE(page.model.Caret(), 0);
     }
 };
 

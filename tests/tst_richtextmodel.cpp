@@ -3,10 +3,9 @@
 
 #include "controls/RichTextModel.h"
 #include "controls/RichTextSteps.h"
-#include "controls/RichTextTyping.h"
+#include "support/Cases.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 namespace
 {
@@ -30,11 +29,6 @@ QString Told(const RichTextModel &model)
     return from == model.End() ? told : QStringLiteral("runs do not cover the content");
 }
 
-void Fill(RichTextModel &model, qsizetype length)
-{
-    model.SetText(QByteArray(length, 'x'), Plain);
-}
-
 } // namespace
 
 class tst_RichTextModel : public QObject
@@ -42,106 +36,67 @@ class tst_RichTextModel : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void AppendsMergeEqualStyles()
-    {
-        RichTextModel model;
-        model.AppendStyled("ab", Red);
-        model.AppendStyled("c", Red);
-        model.AppendStyled("", Blue);
-        model.AppendStyled("d", Plain);
-        QCOMPARE(Told(model), QStringLiteral("r[abc]p[d]"));
-        QCOMPARE(model.RunAt(2).style, Red);
-        QCOMPARE(model.RunAt(3).style, Plain);
-    }
-
-    void AppendTrims_data()
-    {
-        QTest::addColumn<qsizetype>("before");
-        QTest::addColumn<qsizetype>("appended");
-        QTest::addColumn<qsizetype>("after");
-        const auto row = [](const char *name, int before, int appended, int after) {
-            QTest::newRow(name) << qsizetype(before) << qsizetype(appended) << qsizetype(after);
-        };
-        row("exactly the limit is kept whole", 127990, 10, 128000);
-        row("one character more costs 2,048", 127991, 10, 125953);
-        row("far beyond the limit it costs 2,048 all the same", 200000, 10, 197962);
-        row("an empty append trims too", 128001, 0, 125953);
-        row("the hard limit itself is not cut at once", 1048575, 1, 1046528);
-        row("beyond the hard limit all but 128,000 are cut", 1048575, 2, 128000);
-    }
-
     void AppendTrims()
     {
-        QFETCH(qsizetype, before);
-        QFETCH(qsizetype, appended);
-        RichTextModel model;
-        Fill(model, before);
-        const qint64 end = model.End();
-        model.AppendStyled(QByteArray(appended, 'y'), Red);
-        QTEST(model.Length(), "after");
-        QCOMPARE(model.End(), end + appended);
-        QVERIFY(model.Bytes().endsWith(QByteArray(appended, 'y')));
+        const struct {
+            qsizetype before, appended, after;
+        } lengths[] = {
+            {127990, 10, 128000},  // exactly the limit is kept whole
+            {127991, 10, 125953},  // one character more costs 2,048
+            {200000, 10, 197962},  // far beyond the limit it costs 2,048 all the same
+            {128001, 0, 125953},   // an empty append trims too
+            {1048575, 1, 1046528}, // the hard limit itself is not cut at once
+            {1048575, 2, 128000},  // beyond it all but 128,000 are cut
+        };
+        for (const auto &[before, appended, after] : lengths) {
+            RichTextModel model;
+            model.SetText(QByteArray(before, 'x'), Plain);
+            const qint64 end = model.End();
+            model.AppendStyled(QByteArray(appended, 'y'), Red);
+            QCOMPARE(model.Length(), after);
+            QCOMPARE(model.End(), end + appended);
+            QVERIFY(model.Bytes().endsWith(QByteArray(appended, 'y')));
+        }
     }
 
-    void MoveTakesStylesAndEmptiesTheSource()
+    void MoveTakesStylesAndTrims()
     {
         RichTextModel source;
         RichTextModel view;
-        view.AppendStyled("a", Red);
-        source.AppendStyled("b", Red);
+        view.SetText(QByteArray(130000, 'x'), Plain);
+        const QSignalSpy changed(&view, &RichTextModel::Changed);
+        view.MoveViewContent(source); // of nothing changes nothing
+        QCOMPARE(view.Length(), 130000);
+        QCOMPARE(changed.count(), 0);
+        source.AppendStyled("b", Plain);
+        source.AppendStyled("", Red);
         source.AppendStyled("c", Blue);
         view.MoveViewContent(source);
-        QCOMPARE(Told(view), QStringLiteral("r[ab]b[c]"));
         QCOMPARE(source.Length(), 0);
         QCOMPARE(Told(source), QString());
         source.AppendStyled("d", Blue);
         view.MoveViewContent(source);
-        QCOMPARE(Told(view), QStringLiteral("r[ab]b[cd]"));
-    }
-
-    void OnlyAMoveOfSomethingTrims()
-    {
-        RichTextModel source;
-        RichTextModel view;
-        Fill(view, 130000);
-        QSignalSpy changed(&view, &RichTextModel::Changed);
-        view.MoveViewContent(source);
-        QCOMPARE(view.Length(), 130000);
-        QCOMPARE(changed.count(), 0);
-        source.AppendStyled("y", Plain);
-        view.MoveViewContent(source);
-        QCOMPARE(view.Length(), 130001 - 2048);
-        QCOMPARE(changed.count(), 1);
+        QCOMPARE(Told(view), "p[" + QString(130000 - 2048, u'x') + "b]b[cd]");
+        QCOMPARE(changed.count(), 2);
     }
 
     void SelectionStaysOnItsCharacters()
     {
         RichTextModel model;
-        model.AppendStyled(QByteArray(2000, 'a') + "0123456789" + QByteArray(126000, 'b'), Plain);
-        QCOMPARE(model.Begin(), 2048);
-
-        Fill(model, 0);
         model.AppendStyled(QByteArray(2046, 'a') + "0123456789" + QByteArray(125944, 'b'), Plain);
-        model.Select(model.Begin() + 2050, model.Begin() + 2045);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("a0123"));
+        model.Select(2050, 2045);
+        QCOMPARE(model.SelectedText().toByteArray(), "a0123");
         model.AppendStyled("c", Plain);
-        QCOMPARE(model.SelectedText().toByteArray(), QByteArray("23"));
-        QCOMPARE(model.Anchor(), model.Begin() + 2);
-        QCOMPARE(model.Caret(), model.Begin());
+        QCOMPARE(model.SelectedText().toByteArray(), "23");
+        QCOMPARE(model.Anchor(), 2050);
+        QCOMPARE(model.Caret(), 2048);
         model.Select(-5, model.End() + 100);
         QCOMPARE(model.SelectedText().size(), model.Length());
     }
 
     void Find_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("pattern");
-        QTest::addColumn<qint64>("from");
-        QTest::addColumn<qint64>("found");
-        const auto row = [](const char *name, QByteArray text, QByteArray pattern, int from,
-                            int found) {
-            QTest::newRow(name) << text << pattern << qint64(from) << qint64(found);
-        };
+        const Cases<QByteArray, QByteArray, qint64, qint64> row("text", "pattern", "from", "found");
         row("the first of two", "0D 0D 0D", "0D 0D", 0, 0);
         row("matches may overlap", "0D 0D 0D", "0D 0D", 1, 3);
         row("none after the last", "0D 0D 0D", "0D 0D", 4, -1);
@@ -155,6 +110,7 @@ class tst_RichTextModel : public QObject
         row("from before the begin", "abc", "a", -7, 0);
         row("from behind the end", "abc", "c", 9, -1);
         row("a zero byte", QByteArray("a\0b", 3), QByteArray("\0b", 2), 0, 1);
+        row("behind a cut", "needle" + QByteArray(128000, '.') + "Needle", "needle", 0, 128006);
     }
 
     void Find()
@@ -167,26 +123,10 @@ class tst_RichTextModel : public QObject
         QTEST(model.Find(pattern, from), "found");
     }
 
-    void FindTellsPositionsBehindACut()
-    {
-        RichTextModel model;
-        model.AppendStyled("needle" + QByteArray(128000, '.') + "Needle", Plain);
-        QCOMPARE(model.Begin(), 2048);
-        QCOMPARE(model.Find("needle", 0), 128006);
-    }
-
     void Replace_data()
     {
-        QTest::addColumn<int>("from");
-        QTest::addColumn<int>("to");
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<TextStyle>("style");
-        QTest::addColumn<QString>("told");
-        const auto row = [](const char *name, int from, int to, const char *text, TextStyle style,
-                            const char *told) {
-            QTest::newRow(name) << from << to << QByteArray(text) << style
-                                << QString::fromLatin1(told);
-        };
+        const Cases<int, int, QByteArray, TextStyle, QString> row("from", "to", "text", "style",
+                                                                  "told");
         row("in the middle it splits a run", 1, 1, "X", Blue, "r[a]b[X]r[bc]p[def]");
         row("in the same style it joins the run", 1, 1, "X", Red, "r[aXbc]p[def]");
         row("between two runs it joins the earlier", 3, 3, "X", Red, "r[abcX]p[def]");
@@ -220,50 +160,39 @@ class tst_RichTextModel : public QObject
     void TypingBeyondTheLimitTrims()
     {
         RichTextModel model;
-        Fill(model, 128000);
+        model.SetText(QByteArray(128000, 'x'), Plain);
         model.Replace(model.End(), model.End(), "y", Red);
         QCOMPARE(model.Length(), 125953);
-        Fill(model, 130000);
+        model.SetText(QByteArray(130000, 'x'), Plain);
         model.Replace(model.Begin(), model.Begin() + 1, {}, Plain);
         QCOMPARE(model.Length(), 129999);
     }
 
     void Steps()
     {
+        using namespace RichTextSteps;
         RichTextModel model;
         model.AppendStyled("ab, c\r\n\r\nd", Plain);
-        QCOMPARE(RichTextSteps::Next(model, 5), 7);
-        QCOMPARE(RichTextSteps::Next(model, 6), 7);
-        QCOMPARE(RichTextSteps::Previous(model, 7), 5);
-        QCOMPARE(RichTextSteps::Previous(model, 6), 5);
-        QCOMPARE(RichTextSteps::Previous(model, 0), 0);
-        QCOMPARE(RichTextSteps::Next(model, 10), 10);
-        QCOMPARE(RichTextSteps::NextWord(model, 0), 2);
-        QCOMPARE(RichTextSteps::NextWord(model, 2), 4);
-        QCOMPARE(RichTextSteps::NextWord(model, 5), 7);
-        QCOMPARE(RichTextSteps::PreviousWord(model, 10), 9);
-        QCOMPARE(RichTextSteps::PreviousWord(model, 9), 7);
-        QCOMPARE(RichTextSteps::PreviousWord(model, 4), 2);
-        QCOMPARE(RichTextSteps::WordAt(model, 1), (RichTextSteps::Span{0, 2}));
-        QCOMPARE(RichTextSteps::WordAt(model, 5), (RichTextSteps::Span{4, 5}));
-        QCOMPARE(RichTextSteps::WordAt(model, 7), (RichTextSteps::Span{7, 7}));
-        QCOMPARE(RichTextSteps::LineAt(model, 6), (RichTextSteps::Span{0, 7}));
-        QCOMPARE(RichTextSteps::LineAt(model, 7), (RichTextSteps::Span{7, 9}));
-        QCOMPARE(RichTextSteps::LineAt(model, 10), (RichTextSteps::Span{9, 10}));
-    }
-
-    void TypingIsEncodedOrRefusedWhole()
-    {
-        RichTextModel model;
-        model.AppendStyled("abc", Plain);
-        model.Select(1, 2);
-        QCOMPARE(RichTextTyping::Insert(model, u"x\u20AC", Red), QString());
-        QCOMPARE(Told(model), QString::fromLatin1("p[a]r[x\x80]p[c]"));
-        QCOMPARE(RichTextTyping::Insert(model, u"ok \u03A9 \u03B1", Red),
-                 QStringLiteral("The character \u03A9 (U+03A9) is not in code page 1252."));
-        QCOMPARE(RichTextTyping::Insert(model, u"\U0001F600", Red),
-                 QStringLiteral("The character \U0001F600 (U+1F600) is not in code page 1252."));
-        QCOMPARE(model.Length(), 4);
+        const auto steps = [&model](auto step) {
+            QList<qint64> all;
+            for (qint64 from = 0; from <= 10; ++from)
+                all << step(model, from);
+            return all;
+        };
+        QCOMPARE(steps(Next), (QList<qint64>{1, 2, 3, 4, 5, 7, 7, 9, 9, 10, 10}));
+        QCOMPARE(steps(Previous), (QList<qint64>{0, 0, 1, 2, 3, 4, 5, 5, 7, 7, 9}));
+        const std::pair<qint64, qint64> words[] = {{0, 2}, {2, 4}, {5, 7}};
+        for (const auto &[from, to] : words)
+            QCOMPARE(NextWord(model, from), to);
+        const std::pair<qint64, qint64> back[] = {{10, 9}, {9, 7}, {4, 2}};
+        for (const auto &[from, to] : back)
+            QCOMPARE(PreviousWord(model, from), to);
+        QCOMPARE(WordAt(model, 1), (Span{0, 2}));
+        QCOMPARE(WordAt(model, 5), (Span{4, 5}));
+        QCOMPARE(WordAt(model, 7), (Span{7, 7}));
+        QCOMPARE(LineAt(model, 6), (Span{0, 7}));
+        QCOMPARE(LineAt(model, 7), (Span{7, 9}));
+        QCOMPARE(LineAt(model, 10), (Span{9, 10}));
     }
 };
 

@@ -12,8 +12,8 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTest>
 
 namespace
@@ -40,8 +40,7 @@ template <typename List> class ListBench
         list.resize(400, 300);
         list.SetRows(ThreeRows);
         const auto note = [this](const char *what) {
-            return
-                [this, what](int index) { asked << QStringLiteral("%1 %2").arg(what).arg(index); };
+            return [this, what](int index) { asked << QString("%1 %2").arg(what).arg(index); };
         };
         QObject::connect(&list, &List::EditRequested, &list, note("Edit"));
         QObject::connect(&list, &List::EmptyRowRequested, &list, note("Empty"));
@@ -49,7 +48,7 @@ template <typename List> class ListBench
             QObject::connect(&list, &List::SendRequested, &list, note("Send"));
         } else {
             QObject::connect(&list, &List::ActivationRequested, &list, [this](int i, bool active) {
-                asked << QStringLiteral("Active %1 %2").arg(i).arg(active ? "on" : "off");
+                asked << QString("Active %1 %2").arg(i).arg(active ? "on" : "off");
             });
         }
         list.show();
@@ -59,6 +58,17 @@ template <typename List> class ListBench
     {
         return list.model()->index(row, column).data().toString();
     }
+    /// The texts of a row behind its mark, or the headings.
+    QString Row(int row) const
+    {
+        QStringList texts;
+        for (int i = row < 0 ? 0 : 1; i < list.model()->columnCount(); ++i)
+            texts << (row < 0 ? list.model()->headerData(i, Qt::Horizontal).toString()
+                              : Text(row, i));
+        return texts.join('/');
+    }
+    /// What was asked for since the last look.
+    QString Asked() { return std::exchange(asked, {}).join(", "); }
     QString ToolTip(int row, int column) const
     {
         return list.model()->index(row, column).data(Qt::ToolTipRole).toString();
@@ -109,311 +119,237 @@ class tst_sequencelists : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void HeadingsAndRowsStandInTheirColumns();
-    void AnEmptyRowStandsBehindTheLast();
-    void RowsAreAddedChangedAndDeleted();
-    void ARefreshKeepsThePlace();
-    void TheMouseSendsAndEdits();
-    void AButtonLeftWhileHeldDownDoesNothing();
-    void TheKeysSendAndEdit();
-    void ATickAsksAndDoesNotChangeByItself();
-    void TheKeysTick();
-    void TheMenusFollowTheRow();
-    void TheSequenceIsCopiedAsItIs();
-    void TypingFindsARowByItsName();
-    void BytesWithoutAShapeAreBoxes();
-    void ToolTipsTellEverything();
-    void ALongSequenceIsWrappedInItsToolTip_data();
-    void ALongSequenceIsWrappedInItsToolTip();
-    void WidthsAreBoundedAndKept();
-    void TheReaderHearsWhatIsSeen();
+    void RowsStandUnderTheirHeadings()
+    {
+        const SendBench send;
+        const ReceiveBench receive;
+        QCOMPARE(send.Row(-1), "Send/Name/Sequence");
+        QCOMPARE(receive.Row(-1), "Active/Name/Sequence/Answer");
+        QCOMPARE(send.Row(0), "one/01 | 02");
+        QCOMPARE(receive.Row(0), "one/01 | 02/first");
+    }
+
+    void RowsAreAddedChangedAndDeletedBeforeTheEmptyOne()
+    {
+        SendBench bench;
+        const auto names = [&] {
+            QStringList texts;
+            for (int i = 0; i < bench.list.model()->rowCount(); ++i)
+                texts << bench.Text(i, NameColumn);
+            return texts.join(',');
+        };
+        bench.list.AddRow({"four", "", ""});
+        QCOMPARE(bench.list.Count(), 4);
+        QCOMPARE(names(), "one,two,three,four,New...");
+        bench.list.ModifyRow(1, {"new", "", ""});
+        bench.list.DeleteRow(0);
+        for (const int outside : {-1, 3}) {
+            bench.list.ModifyRow(outside, {"lost", "", ""});
+            bench.list.DeleteRow(outside);
+        }
+        QCOMPARE(names(), "new,three,four,New...");
+        bench.list.Clear();
+        QCOMPARE(names(), "New...");
+        bench.DoubleClick(0, NameColumn);
+        QCOMPARE(bench.Asked(), "Empty 0");
+    }
+
+    void ARefreshKeepsThePlace()
+    {
+        SendBench bench;
+        QList<SequenceListRow> rows(1025, {"name", "41 | 42", ""});
+        bench.list.SetRows(rows);
+        bench.list.setCurrentIndex(bench.list.model()->index(700, NameColumn));
+        const int scrolled = bench.list.verticalScrollBar()->value();
+        QVERIFY(scrolled > 0);
+        rows[700].name = "renamed";
+        bench.list.SetRows(rows);
+        QCOMPARE(bench.list.currentIndex().row(), 700);
+        QCOMPARE(bench.list.verticalScrollBar()->value(), scrolled);
+        QCOMPARE(bench.Text(700, NameColumn), "renamed");
+        bench.list.SetRows(ThreeRows);
+        QVERIFY(bench.list.currentIndex().row() < 4);
+    }
+
+    void TheMouseSendsAndEdits()
+    {
+        SendBench bench;
+        bench.Click(1, MarkColumn);
+        bench.Click(1, NameColumn);
+        bench.Click(3, MarkColumn); // the empty row has no button
+        QCOMPARE(bench.Asked(), "Send 1");
+        bench.DoubleClick(2, SequenceColumn);
+        bench.DoubleClick(3, NameColumn);
+        QCOMPARE(bench.Asked(), "Edit 2, Empty 3");
+        QTest::mouseDClick(bench.list.viewport(), Qt::LeftButton, {}, {100, 290}); // below all rows
+        QTest::mouseClick(bench.list.viewport(), Qt::RightButton, {}, bench.Place(0, MarkColumn));
+        QCOMPARE(bench.Asked(), "Empty 3");
+        bench.DoubleClick(0, MarkColumn);
+        QTest::mouseRelease(bench.list.viewport(), Qt::LeftButton, {}, bench.Place(0, MarkColumn));
+        QCOMPARE(bench.Asked(), "Send 0, Send 0"); // two quick clicks send twice
+    }
+
+    void AButtonLeftWhileHeldDownDoesNothing()
+    {
+        SendBench bench;
+        QWidget *viewport = bench.list.viewport();
+        QTest::mousePress(viewport, Qt::LeftButton, {}, bench.Place(1, MarkColumn));
+        const QImage down = viewport->grab().toImage();
+        QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
+        QVERIFY(viewport->grab().toImage() != down);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, bench.Place(2, MarkColumn));
+        QCOMPARE(bench.Asked(), "");
+    }
+
+    void TheKeysSendAndEdit()
+    {
+        SendBench bench;
+        bench.list.activateWindow();
+        bench.list.setFocus(Qt::TabFocusReason);
+        QTRY_COMPARE(bench.list.currentIndex().row(), 0);
+        bench.Press({Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter});
+        QCOMPARE(bench.Asked(), "Edit 1, Edit 1");
+        bench.Press({Qt::Key_Return, Qt::Key_Enter}, Qt::ControlModifier);
+        bench.Press({Qt::Key_Space});
+        QCOMPARE(bench.Asked(), "Send 1, Send 1");
+        bench.Press({Qt::Key_End});
+        bench.Press({Qt::Key_Return}, Qt::ControlModifier);
+        QCOMPARE(bench.Asked(), "");
+        bench.Press({Qt::Key_Return});
+        QCOMPARE(bench.Asked(), "Empty 3");
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+        QCoreApplication::sendEvent(&bench.list, &held);
+        QCOMPARE(bench.Asked(), "");
+    }
+
+    void ATickAsksAndDoesNotChangeByItself()
+    {
+        ReceiveBench bench;
+        const auto ticks = [&] {
+            QList<int> all;
+            for (int row = 0; row < 4; ++row)
+                all << bench.list.model()->index(row, MarkColumn).data(Qt::CheckStateRole).toInt();
+            return all;
+        };
+        bench.Click(0, MarkColumn);
+        bench.Click(1, MarkColumn);
+        bench.Click(3, MarkColumn);
+        QCOMPARE(bench.Asked(), "Active 0 off, Active 1 on");
+        QCOMPARE(ticks(), (QList{2, 0, 2, 0}));
+        bench.list.SetActive(0, false);
+        bench.list.SetActive(1, true);
+        bench.list.SetActive(3, true);
+        QCOMPARE(ticks(), (QList{0, 2, 2, 0}));
+        bench.Click(0, MarkColumn);
+        bench.Press({Qt::Key_Down, Qt::Key_Space, Qt::Key_End, Qt::Key_Space});
+        QCOMPARE(bench.Asked(), "Active 0 on, Active 1 off");
+    }
+
+    void TheMenusFollowTheRow()
+    {
+        SendBench send;
+        QCOMPARE(send.UseMenu(send.Place(1, NameColumn), "mnuMark"),
+                 (QStringList{"&Send", "&Edit...", "&Copy Sequence"}));
+        send.UseMenu(send.Place(2, NameColumn), "mnuEdit");
+        QCOMPARE(send.UseMenu(send.Place(3, NameColumn), "mnuNew"), QStringList{"&New..."});
+        send.UseMenu({100, 290}, "mnuNew"); // below all rows
+        QCOMPARE(send.Asked(), "Send 1, Edit 2, Empty 3, Empty 3");
+
+        ReceiveBench receive;
+        QCOMPARE(receive.UseMenu(receive.Place(0, NameColumn), "mnuMark").first(), "De&activate");
+        receive.Click(1, NameColumn);
+        QCOMPARE(receive.UseMenu({5, 5}, "mnuMark", QContextMenuEvent::Keyboard).first(),
+                 "&Activate");
+        QCOMPARE(receive.Asked(), "Active 0 off, Active 1 on");
+    }
+
+    void TheSequenceIsCopiedAsItIs()
+    {
+        SendBench bench;
+        bench.Click(0, NameColumn);
+        QTest::keyClicks(&bench.list, "tw"); // finds a row by its name
+        bench.Press({Qt::Key_C}, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("A | \u0081"));
+        bench.UseMenu(bench.Place(0, NameColumn), "mnuCopy");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "01 | 02");
+    }
+
+    void BytesWithoutAShapeAreBoxes()
+    {
+        SendBench bench;
+        bench.list.ModifyRow(0,
+                             {QByteArray("a\0\x1F\x7F\x80\x81\x9D\xA0\xAD\xFF", 10), "\x81", ""});
+        QCOMPARE(bench.Text(0, NameColumn),
+                 QStringLiteral("a\u25A1\u25A1\u25A1\u20AC\u25A1\u25A1\u00A0-\u00FF"));
+        const QModelIndex cell = bench.list.model()->index(0, SequenceColumn);
+        const QFontMetrics metrics(cell.data(Qt::FontRole).value<QFont>());
+        QVERIFY(metrics.inFont(QChar(0x25A1)));
+        QCOMPARE(metrics.horizontalAdvance(QChar(0x25A1)), metrics.horizontalAdvance(u'0'));
+        QCOMPARE(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'W'));
+    }
+
+    void ToolTipsTellEverything()
+    {
+        ReceiveBench bench;
+        bench.list.ModifyRow(0, {"<one>", "3C | 26", "an answer", "5 < 6 & more", true});
+        for (const int column : {NameColumn, SequenceColumn, AnswerColumn}) {
+            const QString tip = bench.ToolTip(0, column);
+            for (const char *part :
+                 {"&lt;one&gt;", "3C | 26", "Answer: an answer", "Comment: 5 &lt; 6 &amp; more"})
+                QVERIFY2(tip.contains(part), qPrintable(tip));
+        }
+        QVERIFY(!bench.ToolTip(1, NameColumn).contains(QRegularExpression("Answer|Comment")));
+        QVERIFY(bench.ToolTip(0, MarkColumn).contains("Space"));
+        QVERIFY(bench.ToolTip(3, MarkColumn).contains("new sequence"));
+    }
+
+    void ALongSequenceIsWrappedInItsToolTip()
+    {
+        const struct {
+            QByteArray text;
+            qsizetype lines;
+            bool whole;
+        } tips[] = {{"41 | 42", 1, true},
+                    {QByteArray("41 | ").repeated(63) + "41", 4, true},
+                    {QByteArray(97, 'x'), 2, true},
+                    {QByteArray(4096, 'x'), 43, true},
+                    {QByteArray(4097, 'x'), 43, false}};
+        for (const auto &[text, lines, whole] : tips) {
+            const QString tip = SequenceToolTip::Text({"", text, ""}, "Mono");
+            const QString sequence = tip.section("'\">", 1).section("</span>", 0, 0);
+            QCOMPARE(sequence.split('\n').size(), lines);
+            for (const QString &line : sequence.split('\n'))
+                QVERIFY(line.size() <= 96 + 1); // and the ellipsis
+            QCOMPARE(!sequence.endsWith(QChar(0x2026)), whole);
+            QVERIFY(!whole || QString(sequence).remove('\n') == QString::fromLatin1(text));
+        }
+    }
+
+    void WidthsAreBounded()
+    {
+        SendBench bench;
+        bench.list.SetColumnWidths(std::array<qint32, 3>{50, -7, 2000000000});
+        std::array<qint32, 3> widths{};
+        bench.list.StoreColumnWidths(widths);
+        QCOMPARE(widths, (std::array<qint32, 3>{50, 24, 8192}));
+    }
+
+    void TheReaderHearsWhatIsSeen()
+    {
+        ReceiveBench bench;
+        QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(&bench.list);
+        const auto cell = [&](int row, int column) {
+            const QAccessibleInterface *told = reader->tableInterface()->cellAt(row, column);
+            const QAccessible::State state = told->state();
+            return told->text(QAccessible::Name) + (state.checkable ? ", a box" : "") +
+                   (state.checked ? ", ticked" : "");
+        };
+        QCOMPARE(cell(0, MarkColumn), "Active, a box, ticked");
+        QCOMPARE(cell(1, MarkColumn), "Not active, a box");
+        QCOMPARE(cell(1, NameColumn), "two");
+        QCOMPARE(cell(3, NameColumn), "Empty row");
+    }
 };
-
-void tst_sequencelists::HeadingsAndRowsStandInTheirColumns()
-{
-    const auto headings = [](const QTreeView &list) {
-        QStringList texts;
-        for (int i = 0; i < list.model()->columnCount(); ++i)
-            texts << list.model()->headerData(i, Qt::Horizontal).toString();
-        return texts;
-    };
-    const SendBench send;
-    const ReceiveBench receive;
-    QCOMPARE(headings(send.list), (QStringList{"Send", "Name", "Sequence"}));
-    QCOMPARE(headings(receive.list), (QStringList{"Active", "Name", "Sequence", "Answer"}));
-    QCOMPARE(send.Text(0, NameColumn) + '/' + send.Text(0, SequenceColumn),
-             QStringLiteral("one/01 | 02"));
-    QCOMPARE(receive.Text(0, AnswerColumn), QStringLiteral("first"));
-    QVERIFY(send.list.header()->sectionResizeMode(NameColumn) == QHeaderView::Interactive);
-}
-
-void tst_sequencelists::AnEmptyRowStandsBehindTheLast()
-{
-    SendBench bench;
-    QCOMPARE(bench.list.Count(), 3);
-    QCOMPARE(bench.list.model()->rowCount(), 4);
-    QCOMPARE(bench.Text(3, NameColumn), QStringLiteral("New..."));
-    bench.list.Clear();
-    QCOMPARE(bench.list.model()->rowCount(), 1);
-    bench.DoubleClick(0, NameColumn);
-    QCOMPARE(bench.asked, QStringList{"Empty 0"});
-}
-
-void tst_sequencelists::RowsAreAddedChangedAndDeleted()
-{
-    SendBench bench;
-    const auto names = [&] {
-        QStringList texts;
-        for (int i = 0; i < bench.list.model()->rowCount(); ++i)
-            texts << bench.Text(i, NameColumn);
-        return texts.join(',');
-    };
-    bench.list.AddRow({"four", "", ""});
-    QCOMPARE(names(), QStringLiteral("one,two,three,four,New..."));
-    bench.list.ModifyRow(1, {"new", "", ""});
-    QCOMPARE(names(), QStringLiteral("one,new,three,four,New..."));
-    bench.list.DeleteRow(0);
-    QCOMPARE(names(), QStringLiteral("new,three,four,New..."));
-    for (const int outside : {-1, 3}) {
-        bench.list.ModifyRow(outside, {"lost", "", ""});
-        bench.list.DeleteRow(outside);
-    }
-    QCOMPARE(names(), QStringLiteral("new,three,four,New..."));
-}
-
-void tst_sequencelists::ARefreshKeepsThePlace()
-{
-    SendBench bench;
-    QList<SequenceListRow> rows(1025, {"name", "41 | 42", ""});
-    bench.list.SetRows(rows);
-    bench.list.setCurrentIndex(bench.list.model()->index(700, NameColumn));
-    const int scrolled = bench.list.verticalScrollBar()->value();
-    QVERIFY(scrolled > 0);
-    rows[700].name = "renamed";
-    bench.list.SetRows(rows);
-    QCOMPARE(bench.list.currentIndex().row(), 700);
-    QCOMPARE(bench.list.verticalScrollBar()->value(), scrolled);
-    QCOMPARE(bench.Text(700, NameColumn), QStringLiteral("renamed"));
-    bench.list.SetRows(ThreeRows);
-    QCOMPARE(bench.list.model()->rowCount(), 4);
-    QVERIFY(bench.list.currentIndex().row() < 4);
-}
-
-void tst_sequencelists::TheMouseSendsAndEdits()
-{
-    SendBench bench;
-    bench.Click(1, MarkColumn);
-    bench.Click(1, NameColumn);
-    bench.Click(3, MarkColumn); // the empty row has no button
-    QCOMPARE(bench.asked, QStringList{"Send 1"});
-    bench.asked.clear();
-    bench.DoubleClick(2, SequenceColumn);
-    bench.DoubleClick(3, NameColumn);
-    QCOMPARE(bench.asked, (QStringList{"Edit 2", "Empty 3"}));
-    bench.asked.clear();
-    QTest::mouseDClick(bench.list.viewport(), Qt::LeftButton, {}, {100, 290}); // below all rows
-    QTest::mouseClick(bench.list.viewport(), Qt::RightButton, {}, bench.Place(0, MarkColumn));
-    QCOMPARE(bench.asked, QStringList{"Empty 3"});
-    bench.asked.clear();
-    bench.DoubleClick(0, MarkColumn);
-    QTest::mouseRelease(bench.list.viewport(), Qt::LeftButton, {}, bench.Place(0, MarkColumn));
-    QCOMPARE(bench.asked, (QStringList{"Send 0", "Send 0"})); // two quick clicks send twice
-}
-
-void tst_sequencelists::AButtonLeftWhileHeldDownDoesNothing()
-{
-    SendBench bench;
-    QWidget *viewport = bench.list.viewport();
-    const auto picture = [&] { return viewport->grab().toImage(); };
-    QTest::mousePress(viewport, Qt::LeftButton, {}, bench.Place(1, MarkColumn));
-    const QImage down = picture();
-    QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
-    QVERIFY(picture() != down);
-    QTest::mouseMove(viewport, bench.Place(1, MarkColumn));
-    QCOMPARE(picture(), down);
-    QTest::mouseRelease(viewport, Qt::LeftButton, {}, bench.Place(2, MarkColumn));
-    QCOMPARE(bench.asked, QStringList());
-}
-
-void tst_sequencelists::TheKeysSendAndEdit()
-{
-    SendBench bench;
-    bench.list.activateWindow();
-    bench.list.setFocus(Qt::TabFocusReason);
-    QTRY_COMPARE(bench.list.currentIndex().row(), 0);
-    bench.Press({Qt::Key_Down, Qt::Key_Return, Qt::Key_Enter});
-    QCOMPARE(bench.asked, (QStringList{"Edit 1", "Edit 1"}));
-    bench.asked.clear();
-    bench.Press({Qt::Key_Return, Qt::Key_Enter}, Qt::ControlModifier);
-    bench.Press({Qt::Key_Space});
-    QCOMPARE(bench.asked, (QStringList{"Send 1", "Send 1"}));
-    bench.asked.clear();
-    bench.Press({Qt::Key_End});
-    bench.Press({Qt::Key_Return}, Qt::ControlModifier);
-    QCOMPARE(bench.asked, QStringList());
-    bench.Press({Qt::Key_Return});
-    QCOMPARE(bench.asked, QStringList{"Empty 3"});
-    bench.asked.clear();
-    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
-    QCoreApplication::sendEvent(&bench.list, &held);
-    QCOMPARE(bench.asked, QStringList());
-}
-
-void tst_sequencelists::ATickAsksAndDoesNotChangeByItself()
-{
-    ReceiveBench bench;
-    const auto ticks = [&] {
-        QList<int> states;
-        for (int row = 0; row < 4; ++row)
-            states << bench.list.model()->index(row, MarkColumn).data(Qt::CheckStateRole).toInt();
-        return states;
-    };
-    bench.Click(0, MarkColumn);
-    bench.Click(1, MarkColumn);
-    bench.Click(3, MarkColumn);
-    QCOMPARE(bench.asked, (QStringList{"Active 0 off", "Active 1 on"}));
-    QCOMPARE(ticks(), (QList{2, 0, 2, 0}));
-    bench.list.SetActive(0, false);
-    bench.list.SetActive(1, true);
-    bench.list.SetActive(3, true);
-    QCOMPARE(ticks(), (QList{0, 2, 2, 0}));
-    bench.Click(0, MarkColumn);
-    QCOMPARE(bench.asked.last(), QStringLiteral("Active 0 on"));
-}
-
-void tst_sequencelists::TheKeysTick()
-{
-    ReceiveBench bench;
-    bench.Click(1, NameColumn);
-    bench.Press({Qt::Key_Space});
-    QCOMPARE(bench.asked, QStringList{"Active 1 on"});
-    bench.Press({Qt::Key_End, Qt::Key_Space});
-    bench.Press({Qt::Key_Up, Qt::Key_Return}, {});
-    QCOMPARE(bench.asked, (QStringList{"Active 1 on", "Edit 2"}));
-}
-
-void tst_sequencelists::TheMenusFollowTheRow()
-{
-    SendBench send;
-    QCOMPARE(send.UseMenu(send.Place(1, NameColumn), "mnuMark"),
-             (QStringList{"&Send", "&Edit...", "&Copy Sequence"}));
-    send.UseMenu(send.Place(2, NameColumn), "mnuEdit");
-    QCOMPARE(send.UseMenu(send.Place(3, NameColumn), "mnuNew"), QStringList{"&New..."});
-    send.UseMenu({100, 290}, "mnuNew"); // below all rows
-    QCOMPARE(send.asked, (QStringList{"Send 1", "Edit 2", "Empty 3", "Empty 3"}));
-
-    ReceiveBench receive;
-    QCOMPARE(receive.UseMenu(receive.Place(0, NameColumn), "mnuMark").first(),
-             QStringLiteral("De&activate"));
-    receive.Click(1, NameColumn);
-    QCOMPARE(receive.UseMenu({5, 5}, "mnuMark", QContextMenuEvent::Keyboard).first(),
-             QStringLiteral("&Activate"));
-    QCOMPARE(receive.asked, (QStringList{"Active 0 off", "Active 1 on"}));
-}
-
-void tst_sequencelists::TheSequenceIsCopiedAsItIs()
-{
-    SendBench bench;
-    bench.Click(1, NameColumn);
-    bench.Press({Qt::Key_C}, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("A | \u0081"));
-    bench.UseMenu(bench.Place(0, NameColumn), "mnuCopy");
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("01 | 02"));
-}
-
-void tst_sequencelists::TypingFindsARowByItsName()
-{
-    SendBench bench;
-    bench.Click(0, NameColumn);
-    QTest::keyClicks(&bench.list, "th");
-    QCOMPARE(bench.list.currentIndex().row(), 2);
-}
-
-void tst_sequencelists::BytesWithoutAShapeAreBoxes()
-{
-    SendBench bench;
-    bench.list.ModifyRow(0, {QByteArray("a\0\x1F\x7F\x80\x81\x9D\xA0\xAD\xFF", 10), "\x81", ""});
-    QCOMPARE(bench.Text(0, NameColumn),
-             QStringLiteral("a\u25A1\u25A1\u25A1\u20AC\u25A1\u25A1\u00A0-\u00FF"));
-    const QModelIndex cell = bench.list.model()->index(0, SequenceColumn);
-    const QFontMetrics metrics(cell.data(Qt::FontRole).value<QFont>());
-    QVERIFY(metrics.inFont(QChar(0x25A1)));
-    QCOMPARE(metrics.horizontalAdvance(QChar(0x25A1)), metrics.horizontalAdvance(u'0'));
-    QCOMPARE(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'W'));
-}
-
-void tst_sequencelists::ToolTipsTellEverything()
-{
-    ReceiveBench bench;
-    bench.list.ModifyRow(0, {"<one>", "3C | 26", "an answer", "5 < 6 & more", true});
-    for (const int column : {NameColumn, SequenceColumn, AnswerColumn}) {
-        const QString tip = bench.ToolTip(0, column);
-        for (const char *part :
-             {"&lt;one&gt;", "3C | 26", "Answer: an answer", "Comment: 5 &lt; 6 &amp; more"})
-            QVERIFY2(tip.contains(part), qPrintable(tip));
-    }
-    QVERIFY(!bench.ToolTip(1, NameColumn).contains("Answer"));
-    QVERIFY(!bench.ToolTip(1, NameColumn).contains("Comment"));
-    QVERIFY(bench.ToolTip(0, MarkColumn).contains("Space"));
-    QVERIFY(bench.ToolTip(3, MarkColumn).contains("new sequence"));
-}
-
-void tst_sequencelists::ALongSequenceIsWrappedInItsToolTip_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("lines");
-    QTest::addColumn<bool>("whole");
-    QTest::newRow("short") << QByteArray("41 | 42") << 1 << true;
-    QTest::newRow("64 bytes in HEX") << QByteArray("41 | ").repeated(63) + "41" << 4 << true;
-    QTest::newRow("no blanks") << QByteArray("x").repeated(97) << 2 << true;
-    QTest::newRow("as long as a tip may be") << QByteArray("x").repeated(4096) << 43 << true;
-    QTest::newRow("longer") << QByteArray("x").repeated(4097) << 43 << false;
-}
-
-void tst_sequencelists::ALongSequenceIsWrappedInItsToolTip()
-{
-    QFETCH(QByteArray, text);
-    QFETCH(bool, whole);
-    const QString tip = SequenceToolTip::Text({"", text, ""}, "Mono");
-    const QString sequence = tip.section("'\">", 1).section("</span>", 0, 0);
-    QTEST(int(sequence.split('\n').size()), "lines");
-    for (const QString &line : sequence.split('\n'))
-        QVERIFY(line.size() <= 96 + 1); // and the ellipsis
-    QCOMPARE(!sequence.endsWith(QChar(0x2026)), whole);
-    if (whole)
-        QCOMPARE(QString(sequence).remove('\n'), QString::fromLatin1(text));
-}
-
-void tst_sequencelists::WidthsAreBoundedAndKept()
-{
-    SendBench bench;
-    bench.list.SetColumnWidths(std::array<qint32, 3>{50, -7, 2000000000});
-    std::array<qint32, 3> widths{};
-    bench.list.StoreColumnWidths(widths);
-    QCOMPARE(widths, (std::array<qint32, 3>{50, 24, 8192}));
-    const int edge = bench.list.header()->sectionViewportPosition(1) - 1;
-    QWidget *header = bench.list.header()->viewport();
-    QTest::mousePress(header, Qt::LeftButton, {}, {edge, 5});
-    QTest::mouseMove(header, {edge + 30, 5});
-    QTest::mouseRelease(header, Qt::LeftButton, {}, {edge + 30, 5});
-    bench.list.StoreColumnWidths(widths);
-    QCOMPARE(widths[0], 80);
-}
-
-void tst_sequencelists::TheReaderHearsWhatIsSeen()
-{
-    ReceiveBench bench;
-    const auto cell = [&](int row, int column) {
-        QAccessibleInterface *table = QAccessible::queryAccessibleInterface(&bench.list);
-        return table->tableInterface()->cellAt(row, column);
-    };
-    QCOMPARE(cell(0, MarkColumn)->text(QAccessible::Name), QStringLiteral("Active"));
-    QVERIFY(cell(0, MarkColumn)->state().checked && cell(0, MarkColumn)->state().checkable);
-    QCOMPARE(cell(1, MarkColumn)->text(QAccessible::Name), QStringLiteral("Not active"));
-    QVERIFY(!cell(1, MarkColumn)->state().checked);
-    QCOMPARE(cell(1, NameColumn)->text(QAccessible::Name), QStringLiteral("two"));
-    QCOMPARE(cell(3, NameColumn)->text(QAccessible::Name), QStringLiteral("Empty row"));
-}
 
 QTEST_MAIN(tst_sequencelists)
 #include "tst_sequencelists.moc"
