@@ -24,6 +24,7 @@ class RichTextAccessible final : public QAccessibleWidget, public QAccessibleTex
     void *interface_cast(QAccessible::InterfaceType type) override;
 
     int characterCount() const override;
+    using QAccessibleWidget::text; // the texts of the widget, beside those of its content
     QString text(int startOffset, int endOffset) const override;
     QString textBeforeOffset(int offset, QAccessible::TextBoundaryType boundary, int *startOffset,
                              int *endOffset) const override;

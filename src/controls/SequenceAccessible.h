@@ -26,6 +26,7 @@ class SequenceAccessible final : public QAccessibleWidget, public QAccessibleTex
     void *interface_cast(QAccessible::InterfaceType type) override;
 
     int characterCount() const override;
+    using QAccessibleWidget::text; // the texts of the widget, beside those of its content
     QString text(int startOffset, int endOffset) const override;
     int cursorPosition() const override;
     void setCursorPosition(int position) override;
