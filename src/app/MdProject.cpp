@@ -131,7 +131,7 @@ QString MdProject::ChooseTarget()
                                  .filter = Filter,
                                  .folder = StartFolder()};
     for (;;) {
-        const QString path = m_parts.prompts.ChooseFile(request);
+        QString path = m_parts.prompts.ChooseFile(request);
         const Names names = Split(path);
         const QString target = ProjectFile::PathOf(names.folder, names.name);
         if (path.isEmpty() || !QFileInfo::exists(target))

@@ -36,7 +36,7 @@ QString FileName(const QString &path)
 
 QString WithoutExtension(const QString &fileName)
 {
-    const QString name = fileName.trimmed();
+    QString name = fileName.trimmed();
     if (name.size() < LeastLength)
         return name;
     return name.left(name.indexOf(u'.', name.size() - LongestTail));

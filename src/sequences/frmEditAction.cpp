@@ -10,7 +10,7 @@ frmEditAction::frmEditAction(const SequenceEditorParts &parts, QWidget *parent)
                        "1 - Name", "AXEditAction"},
                       parts, parent)
 {
-    Open();
+    ShowFirst();
 }
 
 int frmEditAction::CurrentIndex() const

@@ -28,7 +28,7 @@ frmEditEvent::frmEditEvent(const SequenceEditorParts &parts, QWidget *parent)
 {
     MakeAction();
     FillAnswers();
-    Open();
+    ShowFirst();
 }
 
 void frmEditEvent::MakeAction()

@@ -142,7 +142,7 @@ void frmEditSequence::MakeButtons()
     connect(cmdApply, &QPushButton::clicked, this, &frmEditSequence::ApplyAndStay);
 }
 
-void frmEditSequence::Open()
+void frmEditSequence::ShowFirst()
 {
     const size_t mode = size_t(m_parts.mode);
     m_modes[mode < m_modes.size() ? mode : 0]->setChecked(true);

@@ -41,8 +41,8 @@ class frmEditSequence : public QDialog
 
     frmEditSequence(const Names &names, const SequenceEditorParts &parts, QWidget *parent);
 
-    /// To be called at the end of the derived constructor.
-    void Open();
+    /// Shows the current record; to be called at the end of the derived constructor.
+    void ShowFirst();
 
     virtual int CurrentIndex() const = 0;
     virtual void SetCurrentIndex(int index) = 0;
