@@ -243,24 +243,6 @@ std::unique_ptr<QMenu> RichTextBox::MakeContextMenu()
 
 // --- Keyboard -----------------------------------------------------------------------------------
 
-bool RichTextBox::event(QEvent *event)
-{
-    if (event->type() == QEvent::ShortcutOverride) {
-        // A key that means something here is not a shortcut of the window.
-        const auto &key = *static_cast<QKeyEvent *>(event);
-        if (HandleKey(key, false)) {
-            event->accept();
-            return true;
-        }
-    }
-    return RichTextView::event(event);
-}
-
-void RichTextBox::keyPressEvent(QKeyEvent *event)
-{
-    event->setAccepted(HandleKey(*event, true));
-}
-
 void RichTextBox::keyReleaseEvent(QKeyEvent *event)
 {
     RichTextView::keyReleaseEvent(event);

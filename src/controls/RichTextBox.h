@@ -38,13 +38,11 @@ class RichTextBox final : public RichTextView
     void CaretReleased(qsizetype index);
 
   protected:
-    bool event(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
 
@@ -57,8 +55,7 @@ class RichTextBox final : public RichTextView
     void ReleaseCaret();
     void PublishSelection();
 
-    /// Does what a key asks for, or, when not in earnest, only tells whether it would.
-    bool HandleKey(const QKeyEvent &event, bool inEarnest);
+    bool HandleKey(const QKeyEvent &event, bool inEarnest) override;
     bool HandleMovementKey(const QKeyEvent &event, bool inEarnest);
     bool HandleCommandKey(const QKeyEvent &event, bool inEarnest);
     bool HandleEditingKey(const QKeyEvent &event, bool inEarnest);

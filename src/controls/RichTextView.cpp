@@ -8,7 +8,6 @@
 #include "repr/CodePage1252.h"
 
 #include <QAccessible>
-#include <QApplication>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
@@ -25,7 +24,7 @@ constexpr int Margin = 4; ///< pixels between the viewport's edges and the text
 } // namespace
 
 RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
-    : QAbstractScrollArea(parent),
+    : CaretScrollArea(parent),
       m_model(model),
       m_layout(model),
       m_caret(model, m_layout),
@@ -35,7 +34,6 @@ RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(&m_model, &RichTextModel::Changed, this, &RichTextView::FollowModel);
-    connect(&m_blinking, &QTimer::timeout, this, &RichTextView::ToggleCaret);
 }
 
 void RichTextView::FollowModel()
@@ -121,14 +119,14 @@ void RichTextView::RenewPainter()
 
 void RichTextView::changeEvent(QEvent *event)
 {
-    QAbstractScrollArea::changeEvent(event);
+    CaretScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         RenewPainter();
 }
 
 void RichTextView::showEvent(QShowEvent *event)
 {
-    QAbstractScrollArea::showEvent(event);
+    CaretScrollArea::showEvent(event);
     if (m_pixelRatio != devicePixelRatioF())
         RenewPainter();
     FollowModel();
@@ -258,7 +256,7 @@ void RichTextView::paintEvent(QPaintEvent *)
                      palette().color(group, QPalette::Highlight),
                      palette().color(group, QPalette::HighlightedText)});
     painter.translate(-Margin, -Margin);
-    if (m_caretVisible)
+    if (CaretVisible())
         PaintCaret(painter);
 }
 
@@ -266,37 +264,6 @@ void RichTextView::PaintCaret(QPainter &painter) const
 {
     const QColor ground = viewport()->palette().color(QPalette::Base);
     painter.fillRect(CaretRect(), qGray(ground.rgb()) < 128 ? Qt::white : Qt::black);
-}
-
-void RichTextView::RestartBlinking()
-{
-    m_caretVisible = hasFocus();
-    const int flashTime = QApplication::cursorFlashTime();
-    if (m_caretVisible && flashTime > 1)
-        m_blinking.start(flashTime / 2);
-    else
-        m_blinking.stop();
-    updateMicroFocus();
-}
-
-void RichTextView::ToggleCaret()
-{
-    m_caretVisible = !m_caretVisible;
-    viewport()->update(CaretRect().toAlignedRect());
-}
-
-void RichTextView::focusInEvent(QFocusEvent *event)
-{
-    QAbstractScrollArea::focusInEvent(event);
-    RestartBlinking();
-    viewport()->update();
-}
-
-void RichTextView::focusOutEvent(QFocusEvent *event)
-{
-    QAbstractScrollArea::focusOutEvent(event);
-    RestartBlinking();
-    viewport()->update();
 }
 
 RichTextView::Cell RichTextView::CellAt(const QPointF &point)

@@ -3,12 +3,10 @@
 
 #pragma once
 
+#include "controls/CaretScrollArea.h"
 #include "controls/RichTextCaret.h"
 #include "controls/RichTextLayout.h"
 #include "controls/RichTextPainter.h"
-
-#include <QAbstractScrollArea>
-#include <QTimer>
 
 class RichTextModel;
 
@@ -16,7 +14,7 @@ class RichTextModel;
 /// the end of the text while it is scrolled to its end; otherwise it stays on the text it shows,
 /// also when the front is cut. While hidden it does nothing; it lays out when shown. The model must
 /// outlive it.
-class RichTextView : public QAbstractScrollArea
+class RichTextView : public CaretScrollArea
 {
     Q_OBJECT
 
@@ -52,15 +50,13 @@ class RichTextView : public QAbstractScrollArea
     /// Scrolls the caret into sight and lets it blink anew.
     void ShowCaret();
     /// In the viewport, as of the last layout.
-    QRectF CaretRect() const { return m_caretRect; }
+    QRectF CaretRect() const override { return m_caretRect; }
 
     void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
   private:
     /// All that decides what the viewport shows; while it stays the same nothing is painted.
@@ -88,8 +84,6 @@ class RichTextView : public QAbstractScrollArea
     QRectF CellRect(qsizetype row, int column) const;
     void PlaceCaretRect();
     void PaintCaret(QPainter &painter) const;
-    void RestartBlinking();
-    void ToggleCaret();
 
     RichTextModel &m_model;
     RichTextLayout m_layout;
@@ -104,7 +98,5 @@ class RichTextView : public QAbstractScrollArea
     qint64 m_announcedCaret = 0;
     qint64 m_announcedEnd = 0;
 
-    QTimer m_blinking;
-    bool m_caretVisible = false;
     QRectF m_caretRect;
 };

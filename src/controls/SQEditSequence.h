@@ -71,7 +71,6 @@ class SQEditSequence final : public SequenceView
     void Changed();
 
   protected:
-    bool event(QEvent *event) override;
     bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -79,7 +78,6 @@ class SQEditSequence final : public SequenceView
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
-    void keyPressEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
@@ -93,8 +91,7 @@ class SQEditSequence final : public SequenceView
     void TellAssistivePrograms(bool changed);
     void ShowRefusal(const QString &refusal);
 
-    /// Does what a key asks for, or, when not in earnest, only tells whether it would.
-    bool HandleKey(const QKeyEvent &event, bool inEarnest);
+    bool HandleKey(const QKeyEvent &event, bool inEarnest) override;
     bool HandleMovementKey(const QKeyEvent &event, bool inEarnest);
     bool HandleCommandKey(const QKeyEvent &event, bool inEarnest);
     bool HandleTypingKey(const QKeyEvent &event, bool inEarnest);

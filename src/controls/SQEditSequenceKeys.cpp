@@ -139,24 +139,6 @@ QString TypedText(const QKeyEvent &event)
 
 } // namespace
 
-bool SQEditSequence::event(QEvent *event)
-{
-    if (event->type() == QEvent::ShortcutOverride) {
-        // A key that means something here is not a shortcut of the window.
-        const auto &key = *static_cast<QKeyEvent *>(event);
-        if (HandleKey(key, false)) {
-            event->accept();
-            return true;
-        }
-    }
-    return SequenceView::event(event);
-}
-
-void SQEditSequence::keyPressEvent(QKeyEvent *event)
-{
-    event->setAccepted(HandleKey(*event, true));
-}
-
 bool SQEditSequence::HandleKey(const QKeyEvent &event, bool inEarnest)
 {
     return HandleMovementKey(event, inEarnest) || HandleCommandKey(event, inEarnest) ||

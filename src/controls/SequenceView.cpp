@@ -23,7 +23,7 @@ constexpr int Margin = 4; ///< pixels between the viewport's edges and the items
 } // namespace
 
 SequenceView::SequenceView(QWidget *parent)
-    : QAbstractScrollArea(parent),
+    : CaretScrollArea(parent),
       m_painter(FixedPitchFont::ViewFont(), 1),
       lblPosition(new QLabel(this))
 {
@@ -34,7 +34,6 @@ SequenceView::SequenceView(QWidget *parent)
     setFont(FixedPitchFont::ViewFont());
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    connect(&m_blinking, &QTimer::timeout, this, &SequenceView::ToggleCaret);
     RenewPainter();
 }
 
@@ -162,7 +161,7 @@ void SequenceView::RenewPainter()
 
 void SequenceView::changeEvent(QEvent *event)
 {
-    QAbstractScrollArea::changeEvent(event);
+    CaretScrollArea::changeEvent(event);
     if (event->type() == QEvent::FontChange)
         RenewPainter();
     else if (event->type() == QEvent::EnabledChange)
@@ -171,7 +170,7 @@ void SequenceView::changeEvent(QEvent *event)
 
 void SequenceView::showEvent(QShowEvent *event)
 {
-    QAbstractScrollArea::showEvent(event);
+    CaretScrollArea::showEvent(event);
     if (m_pixelRatio != devicePixelRatioF())
         RenewPainter();
 }
@@ -220,7 +219,7 @@ void SequenceView::paintEvent(QPaintEvent *)
                      palette().color(group, QPalette::Highlight),
                      palette().color(group, QPalette::HighlightedText)});
     painter.translate(-Margin, -Margin);
-    if (m_caretVisible)
+    if (CaretVisible())
         PaintCaret(painter);
 }
 
@@ -230,35 +229,4 @@ void SequenceView::PaintCaret(QPainter &painter) const
     if (CaretRect().width() >= m_painter.Advance())
         colour.setAlphaF(0.4F);
     painter.fillRect(CaretRect(), colour);
-}
-
-void SequenceView::RestartBlinking()
-{
-    m_caretVisible = hasFocus();
-    const int flashTime = QApplication::cursorFlashTime();
-    if (m_caretVisible && flashTime > 1)
-        m_blinking.start(flashTime / 2);
-    else
-        m_blinking.stop();
-    updateMicroFocus();
-}
-
-void SequenceView::ToggleCaret()
-{
-    m_caretVisible = !m_caretVisible;
-    viewport()->update(CaretRect().toAlignedRect());
-}
-
-void SequenceView::focusInEvent(QFocusEvent *event)
-{
-    QAbstractScrollArea::focusInEvent(event);
-    RestartBlinking();
-    viewport()->update();
-}
-
-void SequenceView::focusOutEvent(QFocusEvent *event)
-{
-    QAbstractScrollArea::focusOutEvent(event);
-    RestartBlinking();
-    viewport()->update();
 }

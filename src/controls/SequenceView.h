@@ -3,18 +3,16 @@
 
 #pragma once
 
+#include "controls/CaretScrollArea.h"
 #include "controls/SequenceEditing.h"
 #include "controls/SequenceLayout.h"
 #include "controls/SequencePainter.h"
-
-#include <QAbstractScrollArea>
-#include <QTimer>
 
 class QLabel;
 
 /// Shows a sequence that is being edited, and in a line below how long it is and where the caret
 /// is; what keys and mouse do to it is the derived class's work.
-class SequenceView : public QAbstractScrollArea
+class SequenceView : public CaretScrollArea
 {
     Q_OBJECT
 
@@ -27,7 +25,7 @@ class SequenceView : public QAbstractScrollArea
 
     /// Where the item of a byte stands in the viewport, visible or not.
     QRectF ItemRect(qsizetype byte) const;
-    QRectF CaretRect() const;
+    QRectF CaretRect() const override;
     void ScrollToByte(qsizetype byte);
 
     QSize sizeHint() const override;
@@ -58,8 +56,6 @@ class SequenceView : public QAbstractScrollArea
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
-    void focusInEvent(QFocusEvent *event) override;
-    void focusOutEvent(QFocusEvent *event) override;
 
   private:
     QString PositionText() const;
@@ -68,8 +64,6 @@ class SequenceView : public QAbstractScrollArea
     void RenewPainter();
     QSize SizeOf(int columns, int rows) const;
     void PaintCaret(QPainter &painter) const;
-    void RestartBlinking();
-    void ToggleCaret();
 
     /// What a layout is made for.
     struct LaidOut {
@@ -87,6 +81,4 @@ class SequenceView : public QAbstractScrollArea
     qreal m_pixelRatio = 1;
     QLabel *lblPosition;
     bool m_caretAtRowEnd = false;
-    QTimer m_blinking;
-    bool m_caretVisible = false;
 };
