@@ -18,10 +18,11 @@ class tst_commandline : public QObject
 
 void tst_commandline::EverythingAtOnce()
 {
-    const auto parsed =
-        ParseCommandLine({"serimonde", "--port", "1=/dev/ttyUSB0", "--port=255=a=b", "--mode", "2",
-                          "--settings", "921600,e,7,2", "--start", "--quit-after", "0.5",
-                          "--screenshot", "a.png", "--demo", "my.sqx", "-platform", "offscreen"});
+    const auto parsed = ParseCommandLine(
+        {"serimonde",   "--port",       "1=/dev/ttyUSB0", "--port=255=a=b", "--mode",
+         "2",           "--settings",   "921600,e,7,2",   "--start",        "--quit-after",
+         "0.5",         "--screenshot", "a.png",          "--log",          "l.txt",
+         "--overwrite", "--demo",       "my.sqx",         "-platform",      "offscreen"});
     QCOMPARE(parsed.error, QString());
     QCOMPARE(parsed.line.ports, (QHash<int, QString>{{1, "/dev/ttyUSB0"}, {255, "a=b"}}));
     QCOMPARE(parsed.line.mode, CommMode::MonitorReceiveAndModify);
@@ -29,6 +30,8 @@ void tst_commandline::EverythingAtOnce()
     QVERIFY(parsed.line.start && parsed.line.demo && parsed.line.Unattended());
     QCOMPARE(*parsed.line.quitAfterSeconds, 0.5);
     QCOMPARE(parsed.line.screenshot, QStringLiteral("a.png"));
+    QCOMPARE(parsed.line.log, QStringLiteral("l.txt"));
+    QVERIFY(parsed.line.overwrite);
     QCOMPARE(parsed.line.project, QStringLiteral("my.sqx"));
 }
 
@@ -64,8 +67,8 @@ void tst_commandline::WrongUsage_data()
     QTest::newRow("negative seconds") << QStringList{"--quit-after=-1"} << "seconds";
     QTest::newRow("endless seconds") << QStringList{"--quit-after", "inf"} << "seconds";
     QTest::newRow("a screenshot without a file") << QStringList{"--screenshot="} << "file";
-    QTest::newRow("a log, which is not built") << QStringList{"--log", "x.txt"} << "--log";
-    QTest::newRow("overwriting, which is not built") << QStringList{"--overwrite"} << "--overwrite";
+    QTest::newRow("a log without a name") << QStringList{"--log", "logs/"} << "file";
+    QTest::newRow("overwriting without a log") << QStringList{"--overwrite"} << "--log";
     QTest::newRow("two projects") << QStringList{"a.sqx", "b.sqx"} << "a.sqx b.sqx";
 }
 

@@ -7,12 +7,14 @@
 #include "controls/RichTextBox.h"
 #include "controls/SQReceiveSequenceList.h"
 #include "controls/SQSendSequenceList.h"
+#include "platform/QtPrompts.h"
 #include "project/SettingsRecord.h"
 
 #include <QAction>
 #include <QDialog>
 #include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTabBar>
@@ -93,6 +95,7 @@ class tst_frmmain : public QObject
     void ClosingAsks();
     void TheSystemTakesTheQuestionBack();
     void ClosingEndsOtherForms();
+    void ANoticeBlocksNothing();
     void TypingWhileStoppedIsAComment();
     void TheCaretIsNoted();
 };
@@ -158,7 +161,7 @@ void tst_frmmain::WhatIsNotBuiltDoesNotPretend()
     for (const char *entry :
          {"mnuPrintProject", "mnuPrintCommunication", "mnuHelpContents", "mnuHelpAbout"})
         QVERIFY2(!bench.Find<QAction>(entry)->isEnabled(), entry);
-    for (const int button : {10, 17, 19, 20})
+    for (const int button : {10, 17})
         QVERIFY(!bench.window->ToolbarButton(button)->isEnabled());
     for (const char *entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuToolsOptions"})
         QVERIFY2(bench.Find<QAction>(entry)->isEnabled(), entry);
@@ -192,7 +195,7 @@ void tst_frmmain::ToolbarStates()
     const WindowBench bench;
     const auto enabled = [&] {
         QList<int> buttons;
-        for (const int i : {3, 7, 8, 9, 12, 13, 15}) {
+        for (const int i : {3, 7, 8, 9, 12, 13, 15, 19, 20}) {
             if (bench.window->ToolbarButton(i)->isEnabled())
                 buttons << i;
         }
@@ -207,6 +210,8 @@ void tst_frmmain::ToolbarStates()
     bench.window->SetProjectUnmodified();
     QCOMPARE(enabled(), (QList{7, 8, 9, 12, 15}));
     QVERIFY(!bench.Find<QAction>("mnuFileSave")->isEnabled());
+    bench.window->EnableLogCommands(false, true);
+    QCOMPARE(enabled().last(), 20);
 }
 
 void tst_frmmain::StatusPanels_data()
@@ -426,6 +431,38 @@ void tst_frmmain::ClosingEndsOtherForms()
     QCOMPARE(dialog.exec(), int(QDialog::Rejected));
     QVERIFY(!seenByUnload);
     QVERIFY(bench.settings.QuitRequested);
+}
+
+void tst_frmmain::ANoticeBlocksNothing()
+{
+    const WindowBench bench;
+    QString lines;
+    QTextStream errors(&lines);
+    QtPrompts prompts(errors);
+    const auto boxes = [&] {
+        QStringList texts;
+        for (const auto *box : bench.window->findChildren<QMessageBox *>())
+            if (box->isVisible())
+                texts << box->text();
+        return texts;
+    };
+    const auto tell = [&](const char *about, const char *text) {
+        prompts.ShowNotice(about, CriticalMessage(text));
+    };
+    tell("one file", "1");
+    tell("one file", "2");
+    tell("another", "3");
+    QCOMPARE(boxes(), QStringList({"1", "3"}));
+    QVERIFY(!QApplication::activeModalWidget() && prompts.CriticalShown());
+    QTest::keyClick(bench.window->findChild<QMessageBox *>(), Qt::Key_Escape);
+    tell("one file", "4");
+    QTRY_COMPARE(boxes(), QStringList({"3", "4"}));
+    frmMain::UnloadForms(bench.window.get());
+    QCOMPARE(boxes(), QStringList());
+    prompts.EndUnasked();
+    tell("one file", "5");
+    QCOMPARE(boxes(), QStringList());
+    QCOMPARE(lines, "critical: 5\n");
 }
 
 void tst_frmmain::TypingWhileStoppedIsAComment()

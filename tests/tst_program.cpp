@@ -8,6 +8,7 @@
 #include "repr/Common_Function.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
+#include "support/RecordingLog.h"
 
 #include <QAction>
 #include <QFile>
@@ -148,7 +149,7 @@ void tst_program::TwoLinesKeepTheirOrderWhileTheWindowStalls()
     settings.comm.run.mode = CommMode::MonitorReceiveOnly;
     const MdSequenceEdition tables;
     CommunicationViews views;
-    MdLogFile log;
+    RecordingLog log;
     ScriptedPrompts prompts;
     const FixedClock clock;
     MdCommunication communication({settings, tables, views, log, prompts, clock, portA, portB});

@@ -76,6 +76,7 @@ const QList<std::pair<QString, QString>> Defaults = {
     {"LogFile/HEX", "False"},
     {"LogFile/Binary", "False"},
     {"LogFile/Format", "0"},
+    {"LogFile/Folder", ""},
 };
 
 } // namespace

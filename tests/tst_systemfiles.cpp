@@ -107,6 +107,18 @@ class tst_systemfiles : public QObject
         output.CloseFile();
     }
 
+    void TellsThatAFileHasBeenDeleted()
+    {
+        const QString path = PathOf("log.txt");
+        QVERIFY(!output.OpenFile(path));
+        QVERIFY(QFile::remove(path));
+        for (int i = 0; i < 2; ++i) { // again and again
+            output.WriteInFile("lost");
+            const FileResult failure = output.Flush();
+            QVERIFY(failure && failure->description.contains("deleted"));
+        }
+    }
+
     void ReplacesTheFileBehindALinkAndKeepsItsMode()
     {
         const QString path = PathOf("a.sqx");

@@ -3,6 +3,8 @@
 
 #include "app/CommandLine.h"
 
+#include "project/PathParts.h"
+
 #include <QCommandLineParser>
 
 #include <algorithm>
@@ -74,6 +76,13 @@ QString ApplyScreenshot(CommandLine &line, const QString &value)
     return value.isEmpty() ? QStringLiteral("it must name a file") : QString();
 }
 
+QString ApplyLog(CommandLine &line, const QString &value)
+{
+    line.log = value;
+    return PathParts::FileName(value).trimmed().isEmpty() ? QStringLiteral("it must name a file")
+                                                          : QString();
+}
+
 template <auto Flag> QString ApplyFlag(CommandLine &line, const QString &)
 {
     line.*Flag = true;
@@ -98,6 +107,9 @@ constexpr std::array OptionRows = {
     OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings},
     OptionRow{"start", nullptr, "start communication when the window is up",
               ApplyFlag<&CommandLine::start>},
+    OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog},
+    OptionRow{"overwrite", nullptr, "let --log overwrite existing files",
+              ApplyFlag<&CommandLine::overwrite>},
     OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter},
     OptionRow{"screenshot", "FILE", "write a PNG of the window just before closing",
               ApplyScreenshot},
@@ -105,9 +117,6 @@ constexpr std::array OptionRows = {
     OptionRow{"help", nullptr, "show this text", ApplyHelp},
     OptionRow{"version", nullptr, "show the version", ApplyVersion},
 };
-
-/// Options whose work this version does not do yet; they are refused by name.
-constexpr std::array<const char *, 2> NotYet = {"log", "overwrite"};
 
 /// Options that the toolkit takes for itself, with a value each.
 constexpr std::array<const char *, 6> ToolkitOptions = {"platform",   "platformtheme", "style",
@@ -126,16 +135,6 @@ QString NameOf(const OptionRow &row)
     return QString::fromLatin1(row.name);
 }
 
-/// What stands in the command line but is not to be had in this version; empty if nothing does.
-QString RefuseUnbuilt(const QCommandLineParser &parser)
-{
-    for (const char *name : NotYet) {
-        if (parser.isSet(QString::fromLatin1(name)))
-            return QStringLiteral("--%1 is not available in this version").arg(QLatin1String(name));
-    }
-    return {};
-}
-
 } // namespace
 
 ParsedCommandLine ParseCommandLine(const QStringList &arguments)
@@ -146,8 +145,6 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
         parser.addOption(OptionOf(row.name, row.value));
     for (const char *name : ToolkitOptions)
         parser.addOption(OptionOf(name, "value"));
-    parser.addOption(OptionOf(NotYet[0], "FILE"));
-    parser.addOption(OptionOf(NotYet[1], nullptr));
 
     ParsedCommandLine parsed;
     if (!parser.parse(arguments)) {
@@ -165,8 +162,8 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
         }
     }
     const QStringList projects = parser.positionalArguments();
-    if (parsed.error.isEmpty())
-        parsed.error = RefuseUnbuilt(parser);
+    if (parsed.error.isEmpty() && parsed.line.overwrite && parsed.line.log.isEmpty())
+        parsed.error = QStringLiteral("--overwrite has a meaning only together with --log");
     if (parsed.error.isEmpty() && projects.size() > 1)
         parsed.error = QStringLiteral("one project file at most: %1").arg(projects.join(u' '));
     parsed.line.project = projects.value(0);

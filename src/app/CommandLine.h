@@ -21,6 +21,8 @@ struct CommandLine {
     std::optional<LineSettings> line;
     bool start = false;
     bool demo = false;
+    QString log;            ///< file that names the log to be started, empty for none
+    bool overwrite = false; ///< files of that log that exist already
     std::optional<double> quitAfterSeconds; ///< set: the run is unattended
     QString screenshot;                     ///< PNG file, empty for none
     QString project;                        ///< project file to open, empty for none

@@ -54,6 +54,7 @@ QString WritePng(const QPixmap &picture, const QString &path)
 MdMain::MdMain(const World &world, const CommandLine &line)
     : m_world(world),
       m_line(line),
+      m_log({m_settings, world.prompts, m_files, [this] { return PortsOpen(); }}),
       m_devices(world.store),
       m_hub(std::make_unique<SerialPortHub>()),
       MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
@@ -66,6 +67,11 @@ MdMain::MdMain(const World &world, const CommandLine &line)
 }
 
 MdMain::~MdMain() = default;
+
+bool MdMain::PortsOpen() const
+{
+    return m_communication && m_communication->Running();
+}
 
 int MdMain::Run()
 {
@@ -111,6 +117,8 @@ void MdMain::ApplyCommandLine()
         m_settings.comm.run.mode = m_line.mode;
     if (m_line.line)
         m_settings.comm.run.line = m_line.line;
+    if (!m_line.log.isEmpty())
+        m_log.Arm(m_line.log, m_line.overwrite);
 }
 
 void MdMain::AttachDemo()
@@ -211,6 +219,12 @@ void MdMain::Execute(Command command)
         break;
     case Command::Clean:
         m_views.ClearViews();
+        break;
+    case Command::StartLog:
+        m_log.StartLog();
+        break;
+    case Command::StopLog:
+        m_log.StopLog();
         break;
     case Command::Options:
         ShowOptions();

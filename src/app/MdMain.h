@@ -77,6 +77,7 @@ class MdMain final : public QObject, private ProjectWindow
     void RefreshLists() override;
     void ShowRecentProjects(const QStringList &projects) override;
 
+    bool PortsOpen() const;
     bool LoadMainWindow();
     void ApplyCommandLine();
     void AttachDemo();
@@ -95,6 +96,8 @@ class MdMain final : public QObject, private ProjectWindow
     SettingsRecord m_settings;
     MdSequenceEdition m_sequences;
     CommunicationViews m_views;
+    SystemFiles m_fileSystem;
+    OpenFiles m_files{m_fileSystem};
     MdLogFile m_log;
     PortDevices m_devices;
     std::unique_ptr<DemoInstrument> m_demo; ///< outlives the ports that listen to it
@@ -102,8 +105,6 @@ class MdMain final : public QObject, private ProjectWindow
     std::unique_ptr<QtSerialPort> MSCommA;
     std::unique_ptr<QtSerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;
-    SystemFiles m_fileSystem;
-    OpenFiles m_files{m_fileSystem};
     MdProject m_project;
     Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
     Representation m_receiveMode = Representation::Ascii; ///< of the receive editor

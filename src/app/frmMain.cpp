@@ -155,6 +155,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
     ShowPortStatus(QStringLiteral("Communication port is closed"));
     UpdateStatusPanels();
     SetToolbarState(MdCommunication::ToolbarState::Closed);
+    EnableLogCommands(false, false);
     SetProjectUnmodified();
 }
 

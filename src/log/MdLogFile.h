@@ -4,24 +4,77 @@
 #pragma once
 
 #include "log/CommunicationLog.h"
+#include "log/LogNames.h"
+#include "project/ClOutputFile.h"
 
 #include <QObject>
 
-/// The communication log. It cannot be started yet: LogState stays 0, nothing is written and
-/// neither of its commands is ever available.
+#include <functional>
+#include <optional>
+
+class UserPrompts;
+
+/// What the log works with; all of it lives longer than MdLogFile.
+struct LogParts {
+    SettingsRecord &settings;
+    UserPrompts &prompts;
+    OpenFiles &files;
+    std::function<bool()> portsOpen; ///< whether communication runs
+};
+
+/// The communication log: one text file for each representation that the user wants, written
+/// while the ports are open. What is written is with the operating system as soon as the events
+/// that brought it have been handled. A write that fails is told and ends nothing.
 class MdLogFile final : public QObject, public CommunicationLog
 {
     Q_OBJECT
 
   public:
-    /// 0: not logging.
-    int LogState() const { return 0; }
+    /// Values of LogState.
+    static constexpr int StateOff = 0;
+    static constexpr int StateLogging = 2;
 
-    void WriteText(Representation, const QByteArray &) override {}
-    void UpdateLogCommands() override { Q_EMIT CommandsChanged(false, false); }
-    void StopLog() override { UpdateLogCommands(); }
+    explicit MdLogFile(const LogParts &parts);
+
+    int LogState() const { return m_logState; }
+
+    /// Asks the user for a file and starts. Nothing happens while the log runs or the ports are
+    /// closed.
+    void StartLog();
+
+    /// Starts by itself as soon as the ports are open, once, as if the user had chosen this path.
+    /// If a file of the log exists then, this is refused unless it may be overwritten.
+    void Arm(const QString &path, bool mayOverwrite);
+
+    void WriteText(Representation representation, const QByteArray &text) override;
+    void UpdateLogCommands() override;
+    /// Closes all files; tells if one could not take the rest of its text.
+    void StopLog() override;
 
   Q_SIGNALS:
     /// Whether logging can be started and stopped now.
     void CommandsChanged(bool canStart, bool canStop);
+
+  private:
+    struct ArmedStart {
+        QString path;
+        bool mayOverwrite;
+    };
+
+    bool CanStart() const;
+    std::optional<LogNames> AskForNames();
+    void StartArmed(const ArmedStart &start);
+    QStringList ExistingFiles(const LogNames &names) const;
+    bool Open(const LogNames &names);
+    FileResult Close();
+    void FlushBurst();
+    void TellOfFailedWrite(const LogForm &form);
+    ClOutputFile &FileOf(Representation r) { return m_outputs[size_t(r)]; }
+
+    LogParts m_parts;
+    std::array<ClOutputFile, RepresentationCount> m_outputs; ///< by representation
+    LogNames m_names;                                        ///< of the files that are open
+    int m_logState = StateOff;
+    bool m_flushUnderWay = false;
+    std::optional<ArmedStart> m_armed;
 };

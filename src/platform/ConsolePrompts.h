@@ -16,6 +16,7 @@ class ConsolePrompts final : public UserPrompts
     explicit ConsolePrompts(QTextStream &out) : m_out(out) {}
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
+    void ShowNotice(const QString &, const MessagePrompt &prompt) override { ShowMessage(prompt); }
     QString ChooseFile(const FileDialogRequest &request) override;
 
   private:

@@ -5,6 +5,18 @@
 
 #include <QString>
 
+/// The classic flag word of file dialogs.
+namespace FileDialogFlags
+{
+constexpr quint32 HideReadOnly = 0x4;       ///< no box for opening read-only; there never is one
+constexpr quint32 AllowMultiselect = 0x200; ///< without effect: the answer is one path
+constexpr quint32 PathMustExist = 0x800;    ///< a name in a missing folder is refused
+constexpr quint32 CreatePrompt = 0x2000;    ///< without effect: whether a file is made, and which,
+                                            ///< only the caller knows
+constexpr quint32 Explorer = 0x80000;       ///< the look; the dialog has one
+constexpr quint32 LongNames = 0x200000;     ///< as always
+} // namespace FileDialogFlags
+
 /// One dialog that lets the user choose a file. Whether an existing file may be overwritten is
 /// not its affair: only the caller knows which file will be written.
 struct FileDialogRequest {
@@ -15,7 +27,8 @@ struct FileDialogRequest {
 
     Purpose purpose = Purpose::Open;
     QString title;
-    QString filter; ///< description and pattern, parted by "|", as "Texts (*.txt)|*.txt"
+    QString filter; ///< description and pattern, parted by "|", as "Texts | *.txt"
     QString folder; ///< where it starts
     QString name{}; ///< what stands in its name field at first
+    quint32 flags = FileDialogFlags::PathMustExist;
 };

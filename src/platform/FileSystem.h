@@ -30,6 +30,7 @@ class OutputDevice
         FileResult failure;
     };
 
+    /// A file made by Create that has been deleted meanwhile takes the bytes, and fails.
     virtual Taken Write(QByteArrayView bytes) = 0;
     /// Returns when the disk holds what was written.
     virtual FileResult Sync() = 0;
@@ -61,6 +62,8 @@ class FileSystem
     virtual Created CreateBeside(const QString &path) = 0;
     /// The whole file; one of more than limit bytes is refused before anything is read.
     virtual Content Read(const QString &path, qint64 limit) = 0;
+    /// Whether something stands there, be it a file or not.
+    virtual bool Exists(const QString &path) const = 0;
     /// One name for a file, however it is reached; it need not exist.
     virtual QString CanonicalPath(const QString &path) const = 0;
 };

@@ -10,6 +10,7 @@
 #include <QMessageBox>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -61,10 +62,19 @@ QMessageBox::StandardButton ButtonOf(PromptAnswer answer)
     return QMessageBox::Ok;
 }
 
+/// A box that nobody waits for. It owns no other box, because it may go at any moment.
+class NoticeBox final : public QMessageBox
+{
+  public:
+    using QMessageBox::QMessageBox;
+};
+
 /// What a box stands over. When another program has the focus that is no active window.
 QWidget *Owner()
 {
     for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
+        while (dynamic_cast<NoticeBox *>(window))
+            window = window->parentWidget();
         if (window)
             return window;
     }
@@ -73,6 +83,18 @@ QWidget *Owner()
         return window->isVisible() && window->windowType() == Qt::Window;
     });
     return shown == windows.end() ? nullptr : *shown;
+}
+
+void Furnish(QMessageBox &box, const MessagePrompt &prompt)
+{
+    box.setIcon(IconOf(prompt.icon));
+    box.setWindowTitle(prompt.caption);
+    box.setText(prompt.text);
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    box.setStandardButtons(ButtonsOf(prompt.buttons));
+    box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
+    box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));
 }
 
 PromptAnswer AnswerOf(int button, PromptButtons buttons)
@@ -84,7 +106,22 @@ PromptAnswer AnswerOf(int button, PromptButtons buttons)
     return EscapeAnswer(buttons);
 }
 
+/// In the form of the toolkit, which wants the pattern in brackets.
+QString NameFilter(const QString &filter)
+{
+    const QString description = filter.section(u'|', 0, 0).trimmed();
+    const QString pattern = filter.section(u'|', 1).trimmed();
+    return description.contains(pattern) ? description
+                                         : QStringLiteral("%1 (%2)").arg(description, pattern);
+}
+
 } // namespace
+
+QtPrompts::~QtPrompts()
+{
+    for (const QPointer<QMessageBox> &notice : std::as_const(m_notices))
+        delete notice;
+}
 
 PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
 {
@@ -94,20 +131,34 @@ PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
         escaped.defaultAnswer = EscapeAnswer(prompt.buttons);
         return m_console.ShowMessage(escaped);
     }
-    QMessageBox box(IconOf(prompt.icon), prompt.caption, prompt.text, ButtonsOf(prompt.buttons),
-                    Owner());
-    box.setTextFormat(Qt::PlainText);
-    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
-    box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));
+    QMessageBox box(Owner());
+    Furnish(box, prompt);
     return AnswerOf(box.exec(), prompt.buttons);
+}
+
+void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
+{
+    NoteIcon(prompt.icon);
+    if (Ending()) {
+        m_console.ShowNotice(about, prompt);
+        return;
+    }
+    QPointer<QMessageBox> &standing = m_notices[about];
+    if (standing && standing->isVisible())
+        return;
+    standing = new NoticeBox(Owner());
+    Furnish(*standing, prompt);
+    standing->setWindowModality(Qt::NonModal);
+    standing->setAttribute(Qt::WA_DeleteOnClose);
+    standing->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
+    standing->show();
 }
 
 QString QtPrompts::ChooseFile(const FileDialogRequest &request)
 {
     if (Ending())
         return m_console.ChooseFile(request);
-    QFileDialog dialog(Owner(), request.title, request.folder, request.filter.section(u'|', 0, 0));
+    QFileDialog dialog(Owner(), request.title, request.folder, NameFilter(request.filter));
     if (request.purpose == FileDialogRequest::Purpose::Save) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);
@@ -119,7 +170,8 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
     dialog.selectFile(request.name);
     while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         const QFileInfo chosen(dialog.selectedFiles().first());
-        if (chosen.dir().exists())
+        const bool folderMatters = (request.flags & FileDialogFlags::PathMustExist) != 0;
+        if (!folderMatters || chosen.dir().exists())
             return QDir::toNativeSeparators(chosen.absoluteFilePath());
         ShowMessage({.text = QStringLiteral("The folder %1 does not exist.").arg(chosen.path()),
                      .icon = PromptIcon::Exclamation,

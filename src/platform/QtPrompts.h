@@ -5,16 +5,25 @@
 
 #include "platform/ConsolePrompts.h"
 
+#include <QHash>
+#include <QPointer>
+
+class QMessageBox;
+
 /// Prompts as message boxes over the active window; once the program is being ended, lines of text.
 class QtPrompts final : public UserPrompts
 {
   public:
     /// The stream must live as long as this object.
     explicit QtPrompts(QTextStream &errors) : m_console(errors) {}
+    ~QtPrompts() override;
+    Q_DISABLE_COPY_MOVE(QtPrompts)
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
+    void ShowNotice(const QString &about, const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
 
   private:
     ConsolePrompts m_console;
+    QHash<QString, QPointer<QMessageBox>> m_notices; ///< by what they are about
 };

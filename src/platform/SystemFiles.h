@@ -12,5 +12,6 @@ class SystemFiles final : public FileSystem
     Created Create(const QString &path) override;
     Created CreateBeside(const QString &path) override;
     Content Read(const QString &path, qint64 limit) override;
+    bool Exists(const QString &path) const override;
     QString CanonicalPath(const QString &path) const override;
 };

@@ -145,6 +145,8 @@ class PosixOutput final : public OutputDevice
         } while (count < 0 && errno == EINTR);
         if (count < 0)
             return {0, SystemFailure()};
+        if (Deleted())
+            return {count, FileFailure{false, QStringLiteral("The file has been deleted")}};
         return {count, {}};
     }
 
@@ -181,6 +183,13 @@ class PosixOutput final : public OutputDevice
     }
 
   private:
+    /// What is written then reaches nobody. A file that has yet to take its place has no name.
+    bool Deleted() const
+    {
+        struct stat status = {};
+        return m_target.isEmpty() && ::fstat(m_file.Number(), &status) == 0 && status.st_nlink == 0;
+    }
+
     /// A file can only be renamed once it has a name.
     FileResult GiveName()
     {
@@ -269,6 +278,11 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
                                        .arg(limit)}};
     }
     return ReadAll(file.Number(), status.st_size, limit);
+}
+
+bool SystemFiles::Exists(const QString &path) const
+{
+    return QFileInfo::exists(path);
 }
 
 QString SystemFiles::CanonicalPath(const QString &path) const

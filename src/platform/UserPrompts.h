@@ -31,6 +31,10 @@ class UserPrompts
 
     virtual PromptAnswer ShowMessage(const MessagePrompt &prompt) = 0;
 
+    /// Tells something without waiting for the user, whose other windows stay in use. While the
+    /// box of an earlier notice about the same still stands, this one opens none.
+    virtual void ShowNotice(const QString &about, const MessagePrompt &prompt) = 0;
+
     /// The chosen path, absolute; empty if the user cancelled.
     virtual QString ChooseFile(const FileDialogRequest &request) = 0;
 

@@ -79,7 +79,7 @@ void ClOutputFile::KeepForLater(QByteArrayView text)
 
 FileResult ClOutputFile::Flush()
 {
-    if (IsOpen())
+    if (IsOpen() && !m_buffer.isEmpty())
         m_failure = WriteHeld();
     return m_failure;
 }

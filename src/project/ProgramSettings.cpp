@@ -167,6 +167,7 @@ constexpr std::array SettingRows = {
     SettingRow{LogFile, "HEX", LogField<&LogSettings::HEX>, "False"},
     SettingRow{LogFile, "Binary", LogField<&LogSettings::Binary>, "False"},
     SettingRow{LogFile, "Format", LogField<&LogSettings::Format>, "0"},
+    SettingRow{LogFile, "Folder", LogField<&LogSettings::Folder>, ""},
 };
 
 } // namespace

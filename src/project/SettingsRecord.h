@@ -35,6 +35,7 @@ struct LogSettings {
     bool HEX = false;
     bool Binary = false;
     qint16 Format = 0; ///< kept for the user; log files are plain text in either case
+    QString Folder;    ///< of the last log, with trailing separator; empty before the first one
 };
 
 /// Place of the main window and of its splitters, in twips.

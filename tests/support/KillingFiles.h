@@ -25,6 +25,7 @@ class KillingFiles final : public FileSystem
         return created;
     }
     Content Read(const QString &path, qint64 limit) override { return m_real.Read(path, limit); }
+    bool Exists(const QString &path) const override { return m_real.Exists(path); }
     QString CanonicalPath(const QString &path) const override { return m_real.CanonicalPath(path); }
 
   private:

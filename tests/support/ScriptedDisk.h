@@ -16,6 +16,7 @@ class ScriptedDisk final : public FileSystem
 
     QMap<QString, QByteArray> files; ///< by path
     qint64 room = Plenty;            ///< bytes that can still be written
+    QString refused;                 ///< path that cannot be made
     bool failSync = false;
     bool failTakePlace = false;
     qint64 vanishing = 0; ///< bytes that are said to be written, but are missing in the file
@@ -23,6 +24,8 @@ class ScriptedDisk final : public FileSystem
 
     Created Create(const QString &path) override
     {
+        if (path == refused)
+            return {nullptr, FileFailure{false, QStringLiteral("Read-only file system")}};
         files[path].clear();
         return {std::make_unique<Device>(*this, path, false), {}};
     }
@@ -37,6 +40,7 @@ class ScriptedDisk final : public FileSystem
             return {{}, FileFailure{false, QStringLiteral("cannot be read")}};
         return {files[path], {}};
     }
+    bool Exists(const QString &path) const override { return files.contains(path); }
     QString CanonicalPath(const QString &path) const override { return path; }
 
   private:

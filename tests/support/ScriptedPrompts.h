@@ -18,6 +18,8 @@ class ScriptedPrompts final : public UserPrompts
     QList<MessagePrompt> shown;
     QList<PromptAnswer> answers;                 ///< for the next boxes, first one first
     QList<FileDialogRequest> asked;              ///< file dialogs
+    QList<MessagePrompt> notices;                ///< those that opened a box
+    QStringList standing;                        ///< what boxes of notices are about, until closed
     QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
@@ -29,9 +31,19 @@ class ScriptedPrompts final : public UserPrompts
         return answers.isEmpty() ? prompt.defaultAnswer : answers.takeFirst();
     }
 
+    void ShowNotice(const QString &about, const MessagePrompt &prompt) override
+    {
+        NoteIcon(prompt.icon);
+        if (standing.contains(about))
+            return;
+        standing << about;
+        notices << prompt;
+    }
+
     QString ChooseFile(const FileDialogRequest &request) override
     {
         asked << request;
+        whileStanding();
         return chosen.isEmpty() ? QString() : chosen.takeFirst();
     }
 };

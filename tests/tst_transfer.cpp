@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "repr/Common_Function.h"
+#include "support/ProgramBench.h"
+#include "support/PtyPair.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <thread>
+
+namespace
+{
+
+/// Joins two lines: what comes from one goes to the other and, copied, to a third, where somebody
+/// listens. It works in a thread of its own from Start on.
+class Relay
+{
+  public:
+    enum Side { Sender, Receiver };
+
+    PtyPair lines[2];
+    PtyPair copies[2];
+    std::atomic<qint64> counts[2] = {0, 0}; ///< bytes from each side
+    QByteArray dumps[2];                    ///< those bytes, to be read after Stop
+    std::atomic<bool> senderEnded = false;  ///< set from outside
+    std::atomic<bool> stop = false;         ///< likewise
+
+    ~Relay() { Stop(); }
+    void Start() { m_thread = std::thread(&Relay::Run, this); }
+    void Stop()
+    {
+        stop = true;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+
+  private:
+    static constexpr int QuietMilliseconds = 500;
+
+    void Run()
+    {
+        QElapsedTimer quiet;
+        quiet.start();
+        bool ended = false;
+        while (!stop) {
+            for (const Side side : {Sender, Receiver}) {
+                const QByteArray bytes = lines[side].Read(512, 2);
+                if (!bytes.isEmpty())
+                    quiet.start();
+                Pass(side, bytes);
+            }
+            // Sometimes the sender ends before its last two bytes are out.
+            if (senderEnded && !ended && quiet.hasExpired(QuietMilliseconds)) {
+                ended = true;
+                if (!dumps[Sender].endsWith("OO"))
+                    Pass(Sender, "OO");
+            }
+        }
+    }
+    void Pass(Side side, const QByteArray &bytes)
+    {
+        copies[side].Write(bytes);
+        lines[1 - side].Write(bytes);
+        dumps[side] += bytes;
+        counts[side] += bytes.size();
+    }
+
+    std::thread m_thread;
+};
+
+/// A program of somebody else that speaks on the device end of a line.
+class LineProgram
+{
+  public:
+    LineProgram(const char *name, const QString &folder, const PtyPair &line)
+    {
+        m_program = QStandardPaths::findExecutable(QLatin1String(name));
+        m_process.setWorkingDirectory(folder);
+        m_process.setStandardInputFile(line.DeviceName());
+        m_process.setStandardOutputFile(line.DeviceName());
+    }
+    void Start(const QStringList &arguments) { m_process.start(m_program, arguments); }
+    bool Running() const { return m_process.state() != QProcess::NotRunning; }
+    bool Succeeded() const
+    {
+        return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
+
+  private:
+    QString m_program;
+    QProcess m_process;
+};
+
+QByteArray BytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The bytes of both directions from the text of a log with a stamped line for each change of
+/// direction, of which the first is given.
+std::array<QByteArray, 2> DirectionsOf(const QByteArray &hexLog, int first)
+{
+    const QByteArray stamp = "5/11/26 07:13:49  - ";
+    std::array<QByteArray, 2> directions;
+    int direction = first;
+    for (const QByteArray &line : hexLog.split('\n')) {
+        if (!line.startsWith(stamp))
+            continue;
+        directions[size_t(direction)] += QByteArray::fromHex(line.sliced(stamp.size()));
+        direction = 1 - direction;
+    }
+    return directions;
+}
+
+} // namespace
+
+/// A file goes from one program to another over the lines while Serimonde listens to both.
+class tst_transfer : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void TheLogsHoldBothDirections()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir("received"));
+        QByteArray content(200000, Qt::Uninitialized);
+        QRandomGenerator random(20261105);
+        for (char &byte : content)
+            byte = char(random.bounded(256));
+        QFile file(folder.filePath("data.bin"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+        file.close();
+
+        Relay relay;
+        LineProgram sz("sz", folder.path(), relay.lines[Relay::Sender]);
+        LineProgram rz("rz", folder.filePath("received"), relay.lines[Relay::Receiver]);
+        ProgramBench bench;
+        for (const char *key : {"LogFile/ASCII", "LogFile/HEX", "LogFile/Decimal", "LogFile/Binary",
+                                "Stamp/Date", "Stamp/Time"})
+            bench.store.texts[key] = "True";
+        bench.AssignPort(1, relay.copies[Relay::Sender].DeviceName());
+        bench.AssignPort(2, relay.copies[Relay::Receiver].DeviceName());
+        bench.line.mode = CommMode::MonitorReceiveOnly;
+        bench.line.start = true;
+        bench.line.log = folder.filePath("heard.txt");
+        const auto startReceiver = [&] {
+            relay.Start();
+            rz.Start({"-b", "-q", "-y"});
+        };
+        const auto transferred = [&] {
+            relay.senderEnded = !sz.Running();
+            return !sz.Running() && !rz.Running();
+        };
+        const auto listened = [&] {
+            return bench.program->Views().StagingBox(Representation::Ascii).End() >=
+                   relay.counts[0] + relay.counts[1];
+        };
+        const int status =
+            bench.Run({{[] {}, [&] { return bench.Running(); }},
+                       {startReceiver, [&] { return relay.counts[Relay::Receiver] > 0; }},
+                       {[&] {
+                            sz.Start({"-b", "-q", folder.filePath("data.bin")});
+                        },
+                        transferred},
+                       {[] {}, listened}});
+        relay.Stop();
+        QVERIFY(!bench.stuck);
+        QVERIFY(sz.Succeeded() && rz.Succeeded());
+        QCOMPARE(status, 0);
+        QVERIFY(bench.prompts.shown.isEmpty() && bench.prompts.notices.isEmpty());
+        QVERIFY(BytesOf(folder.filePath("received/data.bin")) == content);
+
+        const auto heard = DirectionsOf(BytesOf(folder.filePath("heard_hex.txt")), Relay::Receiver);
+        for (const Relay::Side side : {Relay::Sender, Relay::Receiver}) {
+            QCOMPARE(heard[side].size(), relay.counts[side]);
+            QVERIFY(heard[side] == relay.dumps[side]);
+        }
+        QVERIFY(relay.counts[Relay::Sender] > content.size());
+        for (const char *other : {"asc", "dec", "bin"})
+            QVERIFY(QFileInfo::exists(folder.filePath(QString("heard_%1.txt").arg(other))));
+    }
+};
+
+QTEST_MAIN(tst_transfer)
+#include "tst_transfer.moc"
