@@ -8,9 +8,10 @@
 #include "comm/CommunicationViews.h"
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
-#include "log/CommunicationLog.h"
+#include "log/MdLogFile.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
+#include "platform/SystemFiles.h"
 #include "project/SettingsRecord.h"
 #include "sequences/MdSequenceEdition.h"
 #include "support/FixedClock.h"
@@ -26,12 +27,13 @@
 #include <algorithm>
 #include <vector>
 
-/// A checksum in place of a log: what has gone through the receive path, in its order.
+/// A checksum of what has gone through the receive path, in its order, on its way to the log.
 class ChecksumLog final : public CommunicationLog
 {
   public:
     qint64 bytes = 0;
     quint64 checksum = 0;
+    CommunicationLog *next = nullptr;
 
     static quint64 Add(quint64 checksum, QByteArrayView text)
     {
@@ -42,13 +44,14 @@ class ChecksumLog final : public CommunicationLog
 
     void WriteText(Representation representation, const QByteArray &text) override
     {
+        next->WriteText(representation, text);
         if (representation != Representation::Ascii)
             return;
         bytes += text.size();
         checksum = Add(checksum, text);
     }
-    void UpdateLogCommands() override {}
-    void StopLog() override {}
+    void UpdateLogCommands() override { next->UpdateLogCommands(); }
+    void StopLog() override { next->StopLog(); }
 };
 
 /// The program's window, loop, communication and real ports, without a user.
@@ -67,12 +70,20 @@ class LiveProgram
     QtSerialPort portA{hub, devices};
     QtSerialPort portB{hub, devices};
     MdCommunication communication{{settings, tables, views, log, prompts, clock, portA, portB}};
+    SystemFiles system;
+    OpenFiles files{system};
+    MdLogFile logFile{{settings, prompts, files, [this] { return communication.Running(); }}};
     MainLoop loop{settings, communication, views};
     frmMain window{settings, views};
     std::vector<double> passes; ///< seconds from the start of one pass to that of the next
 
-    explicit LiveProgram(const QString &device)
+    /// Opens the port; with a log in all four forms if it is given a name.
+    explicit LiveProgram(const QString &device, const QString &logName = {})
     {
+        log.next = &logFile;
+        settings.log = {true, true, true, true, 0, {}};
+        if (!logName.isEmpty())
+            logFile.Arm(logName, false);
         devices.AssignForRun(1, device);
         window.resize(1000, 700);
         window.show();

@@ -3,13 +3,16 @@
 
 #include "LiveProgram.h"
 #include "SampleTraffic.h"
+#include "repr/Common_Function.h"
 #include "support/PtyPair.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <atomic>
 #include <ctime>
 #include <memory>
@@ -44,15 +47,37 @@ QByteArray ShowableBytes(qsizetype count)
     return SampleTraffic::RandomBytes(random, count).replace('\0', 'x');
 }
 
-/// 64 MiB as fast as a pseudo-terminal takes them, while the window is shown off-screen. The
-/// sender's share of the processor time is measured on its own and left out.
-void Blast(benchmark::State &state)
+/// Whether the file holds the text so many times and nothing else.
+bool HoldsRepeated(const QString &path, const QByteArray &text, qint64 times)
 {
-    constexpr qint64 Size = 64 * Mebibyte;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() != text.size() * times)
+        return false;
+    for (qint64 i = 0; i < times; ++i)
+        if (file.read(text.size()) != text)
+            return false;
+    return true;
+}
+
+bool LogsAreWhole(const QString &logName, const QByteArray &block, qint64 times)
+{
+    return std::all_of(LogForms.begin(), LogForms.end(), [&](const LogForm &form) {
+        return HoldsRepeated(LogNames::Of(logName).PathOf(form),
+                             Common_Function::SeqToViewText(form.representation, block), times);
+    });
+}
+
+/// So many MiB as fast as a pseudo-terminal takes them, while the window is shown off-screen. The
+/// sender's share of the processor time is measured on its own and left out.
+void Blast(benchmark::State &state, int mebibytes, bool logged)
+{
+    const qint64 size = mebibytes * Mebibyte;
     const QByteArray block = ShowableBytes(64 * 1024);
+    const QTemporaryDir folder;
+    const QString logName = logged ? folder.filePath("blast.txt") : QString();
     for (auto _ : state) {
         PtyPair line;
-        LiveProgram program(line.DeviceName());
+        LiveProgram program(line.DeviceName(), logName);
         program.RunUntil([&] { return program.passes.size() > 20; });
         const double memoryBefore = ResidentBytes();
         const double cpuBefore = CpuSeconds();
@@ -62,7 +87,7 @@ void Blast(benchmark::State &state)
         QElapsedTimer timer;
         timer.start();
         std::thread sender([&] {
-            for (qint64 done = 0; done < Size; done += block.size()) {
+            for (qint64 done = 0; done < size; done += block.size()) {
                 line.Write(block);
                 sent = ChecksumLog::Add(sent, block);
             }
@@ -73,15 +98,18 @@ void Blast(benchmark::State &state)
         double memoryMost = memoryBefore;
         program.RunUntil([&] {
             memoryMost = std::max(memoryMost, ResidentBytes());
-            return program.log.bytes >= Size;
+            return program.log.bytes >= size;
         });
         const double seconds = double(timer.nsecsElapsed()) * 1e-9;
         sender.join();
-        if (program.log.bytes != Size || program.log.checksum != sent)
+        program.communication.ClosePorts();
+        if (logged && !LogsAreWhole(logName, block, size / block.size()))
+            state.SkipWithError("bytes are missing in a log");
+        if (program.log.bytes != size || program.log.checksum != sent)
             state.SkipWithError("bytes were lost or changed");
         state.SetIterationTime(seconds);
-        state.counters["MB/s"] = double(Size) / seconds * 1e-6;
-        state.counters["CPU_s/MB"] = (CpuSeconds() - cpuBefore - senderCpu) / (double(Size) * 1e-6);
+        state.counters["MB/s"] = double(size) / seconds * 1e-6;
+        state.counters["CPU_s/MB"] = (CpuSeconds() - cpuBefore - senderCpu) / (double(size) * 1e-6);
         state.counters["pass_p99_ms"] = 1000 * Percentile(program.passes, 0.99);
         state.counters["growth_MiB"] = (memoryMost - memoryBefore) / double(Mebibyte);
     }
@@ -177,7 +205,14 @@ void AutomaticAnswer(benchmark::State &state, int noiseRate)
     }
 }
 
-BENCHMARK(Blast)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(Blast, without logs, 64, false)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(Blast, into four logs, 16, true)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond);
 BENCHMARK_CAPTURE(AutomaticAnswer, idle, 0)
     ->UseManualTime()
     ->Iterations(1)
