@@ -76,14 +76,12 @@ class tst_log : public QObject
         const Cases<QString, QString> row("chosen", "ascii");
         row("a plain name", "/logs/test.txt", "/logs/test_asc.txt");
         row("a log file means its log", "/logs/x_dec.txt", "/logs/x_asc.txt");
-        row("of two suffixes one goes", "/x_bin_hex.txt", "/x_bin_asc.txt");
         row("a name that is a suffix stays", "/_hex.txt", "/_hex_asc.txt");
         row("capitals are no suffix", "/x_ASC.txt", "/x_ASC_asc.txt");
         row("four characters keep their extension", "/a.tx", "/a.tx_asc.txt");
         row("five lose it", "/ab.tx", "/ab_asc.txt");
         row("a long extension stays", "/log.2026", "/log.2026_asc.txt");
         row("blanks around go", "/ test.txt ", "/test_asc.txt");
-        row("no folder", "test", "test_asc.txt");
     }
     void NamesAreMadeFromWhatWasChosen()
     {
@@ -245,20 +243,6 @@ class tst_log : public QObject
         bench.Receive(bench.portA, "h");
         QCOMPARE(bench.disk.files["/elsewhere/b_asc.txt"], "h");
         QCOMPARE(bench.Ascii(), "abc");
-    }
-
-    void NothingIsMissingOnceThereIsRoomAgain()
-    {
-        LogBench bench;
-        bench.OpenAndStart();
-        bench.disk.room = 2;
-        bench.Receive(bench.portA, "abc");
-        bench.Receive(bench.portA, "def");
-        bench.disk.room = ScriptedDisk::Plenty;
-        bench.Receive(bench.portA, "ghi");
-        QCOMPARE(bench.Ascii(), "abcdefghi");
-        bench.communication.ClosePorts();
-        QVERIFY(bench.prompts.shown.isEmpty());
     }
 
     void AFileThatCannotBeOpenedStartsNoLog()

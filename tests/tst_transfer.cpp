@@ -1,18 +1,16 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "repr/Common_Function.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
 
 #include <QFile>
 #include <QProcess>
-#include <QRandomGenerator>
-#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
+#include <random>
 #include <thread>
 
 namespace
@@ -75,28 +73,18 @@ class Relay
     std::thread m_thread;
 };
 
-/// A program of somebody else that speaks on the device end of a line.
-class LineProgram
+/// Starts a program of somebody else, which speaks on the device end of the line.
+void StartOn(QProcess &process, const PtyPair &line, const QString &command)
 {
-  public:
-    LineProgram(const char *name, const QString &folder, const PtyPair &line)
-    {
-        m_program = QStandardPaths::findExecutable(QLatin1String(name));
-        m_process.setWorkingDirectory(folder);
-        m_process.setStandardInputFile(line.DeviceName());
-        m_process.setStandardOutputFile(line.DeviceName());
-    }
-    void Start(const QStringList &arguments) { m_process.start(m_program, arguments); }
-    bool Running() const { return m_process.state() != QProcess::NotRunning; }
-    bool Succeeded() const
-    {
-        return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
-    }
+    process.setStandardInputFile(line.DeviceName());
+    process.setStandardOutputFile(line.DeviceName());
+    process.startCommand(command);
+}
 
-  private:
-    QString m_program;
-    QProcess m_process;
-};
+bool Succeeded(const QProcess &process)
+{
+    return process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+}
 
 QByteArray BytesOf(const QString &path)
 {
@@ -133,16 +121,18 @@ class tst_transfer : public QObject
         const QTemporaryDir folder;
         QVERIFY(QDir(folder.path()).mkdir("received"));
         QByteArray content(200000, Qt::Uninitialized);
-        QRandomGenerator random(20261105);
+        std::mt19937 random(20261105);
         for (char &byte : content)
-            byte = char(random.bounded(256));
+            byte = char(random());
         QFile file(folder.filePath("data.bin"));
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
         file.close();
 
         Relay relay;
-        LineProgram sz("sz", folder.path(), relay.lines[Relay::Sender]);
-        LineProgram rz("rz", folder.filePath("received"), relay.lines[Relay::Receiver]);
+        QProcess sz;
+        QProcess rz;
+        sz.setWorkingDirectory(folder.path());
+        rz.setWorkingDirectory(folder.filePath("received"));
         ProgramBench bench;
         for (const char *key : {"LogFile/ASCII", "LogFile/HEX", "LogFile/Decimal", "LogFile/Binary",
                                 "Stamp/Date", "Stamp/Time"})
@@ -154,35 +144,36 @@ class tst_transfer : public QObject
         bench.line.log = folder.filePath("heard.txt");
         const auto startReceiver = [&] {
             relay.Start();
-            rz.Start({"-b", "-q", "-y"});
+            StartOn(rz, relay.lines[Relay::Receiver], "rz -b -q -y");
+        };
+        const auto startSender = [&] {
+            StartOn(sz, relay.lines[Relay::Sender], "sz -b -q data.bin");
         };
         const auto transferred = [&] {
-            relay.senderEnded = !sz.Running();
-            return !sz.Running() && !rz.Running();
+            relay.senderEnded = sz.state() == QProcess::NotRunning;
+            return relay.senderEnded && rz.state() == QProcess::NotRunning;
+        };
+        const auto heard = [&] {
+            return DirectionsOf(BytesOf(folder.filePath("heard_hex.txt")), Relay::Receiver);
         };
         const auto listened = [&] {
-            return bench.program->Views().StagingBox(Representation::Ascii).End() >=
-                   relay.counts[0] + relay.counts[1];
+            return heard()[0].size() + heard()[1].size() >= relay.counts[0] + relay.counts[1];
         };
         const int status =
             bench.Run({{[] {}, [&] { return bench.Running(); }},
                        {startReceiver, [&] { return relay.counts[Relay::Receiver] > 0; }},
-                       {[&] {
-                            sz.Start({"-b", "-q", folder.filePath("data.bin")});
-                        },
-                        transferred},
+                       {startSender, transferred},
                        {[] {}, listened}});
         relay.Stop();
         QVERIFY(!bench.stuck);
-        QVERIFY(sz.Succeeded() && rz.Succeeded());
+        QVERIFY(Succeeded(sz) && Succeeded(rz));
         QCOMPARE(status, 0);
         QVERIFY(bench.prompts.shown.isEmpty() && bench.prompts.notices.isEmpty());
         QVERIFY(BytesOf(folder.filePath("received/data.bin")) == content);
 
-        const auto heard = DirectionsOf(BytesOf(folder.filePath("heard_hex.txt")), Relay::Receiver);
         for (const Relay::Side side : {Relay::Sender, Relay::Receiver}) {
-            QCOMPARE(heard[side].size(), relay.counts[side]);
-            QVERIFY(heard[side] == relay.dumps[side]);
+            QCOMPARE(heard()[side].size(), relay.counts[side]);
+            QVERIFY(heard()[side] == relay.dumps[side]);
         }
         QVERIFY(relay.counts[Relay::Sender] > content.size());
         for (const char *other : {"asc", "dec", "bin"})
