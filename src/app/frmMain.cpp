@@ -141,6 +141,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
     setMinimumWidth(Pixels(MainLayout::MinimumWidth));
     MakeMenus();
     MakeToolbar();
+    MakeKeys();
     MakeLists();
     MakeCover();
     MakeViews();
@@ -228,6 +229,15 @@ void frmMain::MakeToolbar()
     }
 }
 
+void frmMain::MakeKeys()
+{
+    for (const MainCommands::KeyCommand &key : MainCommands::Keys()) {
+        QAction *action = MakeAction(key.command, Text(key.caption), key.shortcut);
+        action->setObjectName(Text(key.name));
+        addAction(action);
+    }
+}
+
 void frmMain::MakeLists()
 {
     for (size_t i = 0; i < lblTitle.size(); ++i) {
@@ -293,7 +303,7 @@ void frmMain::MakeViews()
         box->setObjectName(Text(Boxes[size_t(r)].name));
         box->setAccessibleName(Text(Boxes[size_t(r)].accessibleName));
         connect(box, &RichTextBox::CaretReleased, this,
-                [this](qsizetype index) { m_settings.CaretPosition = index; });
+                [this](qint64 position) { m_settings.CaretPosition = position; });
         m_boxes[size_t(r)] = box;
     }
 }
@@ -317,6 +327,14 @@ void frmMain::ShowView(int tab)
         m_boxes[size_t(i)]->setVisible(i == tab);
     m_settings.DisplayedRepresentation = Representation(tab);
     m_settings.CaretPosition = 0;
+}
+
+QRect frmMain::ShowSelection()
+{
+    RichTextBox &box = *m_boxes[size_t(m_settings.DisplayedRepresentation)];
+    box.ScrollToSelection();
+    const QRect seen = box.SelectionRect();
+    return {box.viewport()->mapToGlobal(seen.topLeft()), seen.size()};
 }
 
 void frmMain::MakeSplitters()

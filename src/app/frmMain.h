@@ -66,6 +66,10 @@ class frmMain final : public QWidget
     /// Shows these in the recent entries of the menu; without any the entries stay as they are.
     void ShowRecentProjects(const QStringList &projects);
 
+    /// Scrolls what is selected in the shown view into sight; returns where it stands on the
+    /// screen.
+    QRect ShowSelection();
+
     /// Toolbar place, from 1 on, separators included.
     QAction *ToolbarButton(int index) const;
 
@@ -91,6 +95,7 @@ class frmMain final : public QWidget
   private:
     void MakeMenus();
     void MakeToolbar();
+    void MakeKeys();
     void MakeLists();
     void MakeCover();
     void MakeViews();
