@@ -329,12 +329,12 @@ void frmMain::ShowView(int tab)
     m_settings.CaretPosition = 0;
 }
 
-QRect frmMain::ShowSelection()
+DialogPlace::Sight frmMain::ShowSelection()
 {
     RichTextBox &box = *m_boxes[size_t(m_settings.DisplayedRepresentation)];
     box.ScrollToSelection();
-    const QRect seen = box.SelectionRect();
-    return {box.viewport()->mapToGlobal(seen.topLeft()), seen.size()};
+    const QPoint origin = box.viewport()->mapToGlobal(QPoint(0, 0));
+    return {box.SelectionRect().translated(origin), box.viewport()->rect().translated(origin)};
 }
 
 void frmMain::MakeSplitters()

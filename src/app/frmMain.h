@@ -5,6 +5,7 @@
 
 #include "app/MainCommands.h"
 #include "comm/MdCommunication.h"
+#include "find/DialogPlace.h"
 #include "repr/Representation.h"
 
 #include <QStringList>
@@ -66,9 +67,8 @@ class frmMain final : public QWidget
     /// Shows these in the recent entries of the menu; without any the entries stay as they are.
     void ShowRecentProjects(const QStringList &projects);
 
-    /// Scrolls what is selected in the shown view into sight; returns where it stands on the
-    /// screen.
-    QRect ShowSelection();
+    /// Scrolls what is selected in the shown view into sight.
+    DialogPlace::Sight ShowSelection();
 
     /// Toolbar place, from 1 on, separators included.
     QAction *ToolbarButton(int index) const;

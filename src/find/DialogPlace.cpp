@@ -27,26 +27,30 @@ int Area(const QRect &rect)
     return rect.isValid() ? rect.width() * rect.height() : 0;
 }
 
+/// The places beside what is to be seen, corners included.
+QList<QRect> PlacesBeside(const QRect &seen, const QRect &dialog, const QRect &screen)
+{
+    QList<QRect> places;
+    for (const int x : {dialog.x(), seen.left() - Gap - dialog.width(), seen.right() + 1 + Gap}) {
+        for (const int y :
+             {dialog.y(), seen.top() - Gap - dialog.height(), seen.bottom() + 1 + Gap})
+            places << OnScreen(QRect(QPoint(x, y), dialog.size()), screen);
+    }
+    return places;
+}
+
 } // namespace
 
-QPoint DialogPlace::Beside(const QRect &dialog, const QRect &seen, const QRect &screen)
+QPoint DialogPlace::Beside(const QRect &dialog, const Sight &sight, const QRect &screen)
 {
-    if (!dialog.intersects(seen))
+    if (!dialog.intersects(sight.hit))
         return dialog.topLeft();
-    const int above = seen.top() - Gap - dialog.height();
-    const int below = seen.bottom() + 1 + Gap;
-    const int before = seen.left() - Gap - dialog.width();
-    const int behind = seen.right() + 1 + Gap;
-    QList<QRect> places;
-    for (const QPoint &corner :
-         {QPoint(dialog.x(), above), QPoint(dialog.x(), below), QPoint(before, dialog.y()),
-          QPoint(behind, dialog.y()), QPoint(before, above), QPoint(behind, above),
-          QPoint(before, below), QPoint(behind, below)})
-        places << OnScreen(QRect(corner, dialog.size()), screen);
     const auto cost = [&](const QRect &place) {
-        return std::tuple(Area(place & seen),
+        return std::tuple(Area(place & sight.hit), Area(place & sight.view),
                           (place.topLeft() - dialog.topLeft()).manhattanLength());
     };
+    const QList<QRect> places =
+        PlacesBeside(sight.hit, dialog, screen) + PlacesBeside(sight.view, dialog, screen);
     return std::min_element(places.begin(), places.end(),
                             [&](const QRect &a, const QRect &b) { return cost(a) < cost(b); })
         ->topLeft();

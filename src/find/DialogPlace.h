@@ -8,9 +8,14 @@
 namespace DialogPlace
 {
 
-/// Where a dialog goes so that it does not cover what is to be seen: its own place if it does not
-/// lie over it, else the nearest place beside it on the screen. Where there is no such place it
-/// covers as little as possible.
-QPoint Beside(const QRect &dialog, const QRect &seen, const QRect &screen);
+/// What was found and the view that shows it, both in pixels of the screen.
+struct Sight {
+    QRect hit;
+    QRect view;
+};
+
+/// Where a dialog goes so that it does not cover the hit. It stays where it is if it does not;
+/// else it leaves as much of the view as it can, so that the next hit need not move it again.
+QPoint Beside(const QRect &dialog, const Sight &sight, const QRect &screen);
 
 } // namespace DialogPlace

@@ -4,7 +4,6 @@
 #include "find/frmFind.h"
 
 #include "controls/SQEditSequence.h"
-#include "find/DialogPlace.h"
 #include "repr/CodePage1252.h"
 #include "sequences/EditModeOptions.h"
 #include "sequences/MdSequenceEdition.h"
@@ -238,9 +237,9 @@ void frmFind::FindNext(FindKind kind)
         StandBeside(m_parts.ShowHit());
 }
 
-void frmFind::StandBeside(const QRect &hit)
+void frmFind::StandBeside(const DialogPlace::Sight &sight)
 {
-    const QPoint place = DialogPlace::Beside(frameGeometry(), hit, screen()->availableGeometry());
+    const QPoint place = DialogPlace::Beside(frameGeometry(), sight, screen()->availableGeometry());
     if (place != pos())
         move(place);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "find/DialogPlace.h"
 #include "find/MdFind.h"
 
 #include <QDialog>
@@ -22,8 +23,8 @@ class SQEditSequence;
 struct FindParts {
     MdFind &find;
     const MdSequenceEdition &sequences;
-    /// Scrolls the hit into sight and returns where it stands on the screen.
-    std::function<QRect()> ShowHit;
+    /// Scrolls the hit into sight and returns where it stands.
+    std::function<DialogPlace::Sight()> ShowHit;
 };
 
 /// The find dialog. It opens as it was left: every way out is Cancel and stores what is chosen.
@@ -54,7 +55,7 @@ class frmFind final : public QDialog
     void EnableDefined();
     QByteArray SequenceOf(FindKind kind) const;
     void FindNext(FindKind kind);
-    void StandBeside(const QRect &hit);
+    void StandBeside(const DialogPlace::Sight &sight);
 
     QPushButton *FindButton(FindKind kind) const { return m_findButtons[size_t(kind)]; }
 
