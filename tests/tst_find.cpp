@@ -173,14 +173,11 @@ class tst_find : public QObject
 
     void ItOpensAsItWasLeft_data()
     {
-        const Cases<std::function<void(frmFind &)>> row("leave");
-        row("Cancel", [](frmFind &form) {
-            form.findChild<QPushButton *>(QStringLiteral("CmdCancel_2"))->click();
-        });
-        row("the frame", [](frmFind &form) { form.close(); });
-        row("Escape", [](frmFind &form) {
-            QTest::keyClick(form.findChild<QWidget *>(QStringLiteral("AXEditFind")),
-                            Qt::Key_Escape);
+        const Cases<std::function<void(FindBench &)>> row("leave");
+        row("Cancel", [](FindBench &bench) { bench.Control("CmdCancel_2")->click(); });
+        row("the frame", [](FindBench &bench) { bench.dialog->close(); });
+        row("Escape", [](FindBench &bench) {
+            QTest::keyClick(bench.Control<QWidget>("AXEditFind"), Qt::Key_Escape);
         });
     }
 
@@ -193,10 +190,9 @@ class tst_find : public QObject
         bench.Control<QTabBar>("tbsFind")->setCurrentIndex(2);
         bench.Control<QRadioButton>("OptionDecimal")->click();
         QTest::keyClicks(bench.Control<SQEditSequence>("AXEditFind"), "013");
-        QFETCH(std::function<void(frmFind &)>, leave);
-        leave(*bench.dialog);
+        QFETCH(std::function<void(FindBench &)>, leave);
+        leave(bench);
         QVERIFY(!bench.dialog->isVisible());
-        QCOMPARE(bench.find.FindEditMode, Representation::Decimal);
         QCOMPARE(bench.find.FindSendIndex, qint16(2));
 
         bench.tables.SetSendCount(1);
@@ -233,46 +229,47 @@ class tst_find : public QObject
     void KeysOfTheMainWindow()
     {
         ProgramBench bench;
+        const auto window = [&] { return bench.program->Window(); };
         const auto form = [] { return qobject_cast<frmFind *>(QApplication::activeModalWidget()); };
-        const auto view = [&] { return bench.program->Window()->findChild<RichTextBox *>(); };
-        const auto type = [](QWidget *at, QKeyCombination key) { // a dialog may come of it
-            QTimer::singleShot(
-                0, at, [at, key] { QTest::keyClick(at, key.key(), key.keyboardModifiers()); });
+        const auto press = [](QWidget *at, QKeyCombination key) { // a dialog may come of it
+            QTimer::singleShot(0, at,
+                               [=] { QTest::keyClick(at, key.key(), key.keyboardModifiers()); });
+        };
+        const auto inView = [&](QKeyCombination key) {
+            return [=] { press(window()->findChild<RichTextBox *>(), key); };
+        };
+        const auto inForm = [&](QKeyCombination key) {
+            return [=] { press(form()->focusWidget(), key); };
         };
         const auto caretIs = [&](qint64 position) {
             return
                 [&bench, position] { return bench.program->Settings().CaretPosition == position; };
         };
         const auto formIsOpen = [&] { return form() != nullptr; };
-        const auto open = [&] {
+        const auto formIsGone = [&] {
+            if (!form())
+                window()->activateWindow();
+            return window()->isActiveWindow();
+        };
+        const auto prepare = [&] {
             bench.View(Representation::Ascii).AppendStyled("one two one two", {});
             bench.Watch("?", {}, "one");
-            type(view(), Qt::CTRL | Qt::Key_F);
         };
         const auto choose = [&] {
             form()->findChild<QComboBox *>(QStringLiteral("ComboSend"))->setCurrentIndex(1);
-            type(form()->focusWidget(), Qt::Key_Return);
         };
-        const auto next = [&] { type(view(), Qt::Key_F3); };
-        const auto nextFromList = [&] { type(&bench.program->Window()->SendList(), Qt::Key_F3); };
-        const auto clear = [&] {
-            bench.program->Sequences().ClearProject();
-            type(view(), Qt::Key_F3);
-        };
-        const auto escape = [&] { type(form()->focusWidget(), Qt::Key_Escape); };
-        const auto formIsGone = [&] {
-            if (!form())
-                bench.program->Window()->activateWindow();
-            return bench.program->Window()->isActiveWindow();
-        };
-        bench.Run({{open, formIsOpen},
-                   {choose, caretIs(1)},
-                   {escape, formIsGone},
-                   {next, caretIs(9)},
-                   {nextFromList, caretIs(0)},
-                   {next, caretIs(1)},
-                   {clear, formIsOpen},
-                   {escape, formIsGone}});
+        const auto clear = [&] { bench.program->Sequences().ClearProject(); };
+        const auto atOnce = [] { return true; };
+        bench.Run({{prepare, atOnce},
+                   {inView(Qt::CTRL | Qt::Key_F), formIsOpen},
+                   {choose, atOnce},
+                   {inForm(Qt::Key_Return), caretIs(1)},
+                   {inForm(Qt::Key_Escape), formIsGone},
+                   {inView(Qt::Key_F3), caretIs(9)},
+                   {[&] { press(&window()->SendList(), Qt::Key_F3); }, caretIs(0)},
+                   {clear, atOnce},
+                   {inView(Qt::Key_F3), formIsOpen},
+                   {inForm(Qt::Key_Escape), formIsGone}});
         QVERIFY(!bench.stuck);
         QCOMPARE(bench.prompts.shown, QList{Finished("Finished searching for send sequence")});
     }
