@@ -3,6 +3,10 @@
 
 #include "comm/CommunicationViews.h"
 #include "controls/RichTextBox.h"
+#include "find/MdFind.h"
+#include "project/SettingsRecord.h"
+#include "sequences/MdSequenceEdition.h"
+#include "support/ScriptedPrompts.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -147,6 +151,31 @@ void Relayout(benchmark::State &state)
     }
 }
 
+/// One search step through a full view for three bytes that match nearly everywhere, and at last
+/// at its end.
+void Search(benchmark::State &state, Representation shown, const QByteArray &almost,
+            const QByteArray &end, const QByteArray &sequence)
+{
+    SettingsRecord settings;
+    const MdSequenceEdition tables;
+    CommunicationViews views;
+    ScriptedPrompts prompts;
+    MdFind find(settings, tables, views, prompts);
+    settings.DisplayedRepresentation = shown;
+    views.View(shown).SetText(
+        almost.repeated(128000 / almost.size()).first(128000 - end.size()) + end, Blue);
+    for (auto _ : state) {
+        settings.CaretPosition = 0;
+        if (!find.FindNext(FindKind::Defined, sequence))
+            state.SkipWithError("not found");
+    }
+}
+
+BENCHMARK_CAPTURE(Search, Hex, Representation::Hex, "0D 0D 0A 0D 0D 0B ", "0D 0D 0D ", "\r\r\r")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Search, AsciiAnyCase, Representation::Ascii, "\xC4\xE4x\xE4\xC4y", "\xC4\xE4\xC4",
+                  "\xE4\xC4\xE4")
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(MainLoopPass)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(60);
 BENCHMARK(Relayout)->Unit(benchmark::kMillisecond);
 

@@ -22,7 +22,7 @@ constexpr std::array<ToolbarButton, 20> ToolbarButtons = {{
     {"Cut", "Cut", "cut", Command::None, nullptr},
     {"Copy", "Copy", "copy", Command::None, nullptr},
     {"Paste", "Paste", "paste", Command::None, nullptr},
-    {"Find", "Find a Sequence Within The Communication Window", "find", Command::Find, nullptr},
+    {"Find", "Find a Sequence Within The Communication Window", "find", Command::Find, "Ctrl+F"},
     Separator,
     {"Start", "Start Communication", "start", Command::Start, "F5"},
     {"Stop", "Stop Communication", "stop", Command::Stop, "Shift+F5"},
@@ -78,10 +78,14 @@ constexpr std::array<MenuEntry, 24> MenuEntries = {{
     Entry("mnuHelpAbout", "&About...", Command::About),
 }};
 
+constexpr std::array KeyCommands = {
+    KeyCommand{"keyFindNext", "Find Next", Command::FindNext, "F3"},
+};
+
 constexpr std::array BuiltCommands = {
-    Command::None,       Command::New,      Command::Open,    Command::Save,  Command::SaveAs,
-    Command::OpenRecent, Command::Exit,     Command::Options, Command::Start, Command::Stop,
-    Command::Clean,      Command::StartLog, Command::StopLog};
+    Command::None,       Command::New,      Command::Open,    Command::Save,     Command::SaveAs,
+    Command::OpenRecent, Command::Exit,     Command::Options, Command::Start,    Command::Stop,
+    Command::Find,       Command::FindNext, Command::Clean,   Command::StartLog, Command::StopLog};
 
 } // namespace
 
@@ -96,6 +100,11 @@ std::span<const ToolbarButton> Toolbar()
 std::span<const MenuEntry> Menus()
 {
     return MenuEntries;
+}
+
+std::span<const KeyCommand> Keys()
+{
+    return KeyCommands;
 }
 
 bool IsBuilt(Command command)

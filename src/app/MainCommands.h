@@ -19,6 +19,7 @@ enum class Command {
     Exit,
     Options,
     Find,
+    FindNext,
     Start,
     Stop,
     Clean,
@@ -69,6 +70,16 @@ struct MenuEntry {
 };
 
 std::span<const MenuEntry> Menus();
+
+/// A command that has a key and nothing to click.
+struct KeyCommand {
+    const char *name;
+    const char *caption;
+    Command command;
+    const char *shortcut;
+};
+
+std::span<const KeyCommand> Keys();
 
 /// Whether this version can do what the command asks; the others stay disabled.
 bool IsBuilt(Command command);

@@ -7,6 +7,7 @@
 #include "app/DemoProject.h"
 #include "app/SequenceLists.h"
 #include "app/frmMain.h"
+#include "find/frmFind.h"
 #include "platform/DemoInstrument.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
@@ -62,7 +63,8 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_communication(std::make_unique<MdCommunication>(
           CommunicationParts{m_settings, m_sequences, m_views, m_log, world.prompts, world.clock,
                              *MSCommA, *MSCommB})),
-      m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files})
+      m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files}),
+      m_find(m_settings, m_sequences, m_views, world.prompts)
 {
 }
 
@@ -211,6 +213,12 @@ void MdMain::Execute(Command command)
     case Command::SaveAs:
         m_project.SaveProjectAs();
         break;
+    case Command::Find:
+        ShowFind();
+        break;
+    case Command::FindNext:
+        FindNext();
+        break;
     case Command::Start:
         m_communication->OpenPorts();
         break;
@@ -314,6 +322,22 @@ void MdMain::ShowOptions()
                            "options --mode, --port and --settings set a run's communication.")));
     }
     m_window->UpdateStatusPanels();
+}
+
+void MdMain::ShowFind()
+{
+    frmFind dialog({m_find, m_sequences, [this] { return m_window->ShowSelection(); }},
+                   m_window.get());
+    dialog.exec();
+}
+
+void MdMain::FindNext()
+{
+    const std::optional<QByteArray> sequence = m_find.ChosenSequence();
+    if (!sequence)
+        ShowFind();
+    else if (m_find.FindNext(m_find.FindTab, *sequence))
+        m_window->ShowSelection();
 }
 
 void MdMain::UnloadMainWindow()

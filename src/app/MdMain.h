@@ -11,6 +11,7 @@
 #include "comm/CommunicationViews.h"
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
+#include "find/MdFind.h"
 #include "log/MdLogFile.h"
 #include "platform/SystemFiles.h"
 #include "project/OpenFiles.h"
@@ -85,6 +86,8 @@ class MdMain final : public QObject, private ProjectWindow
     void ShowMainWindow();
     void ConnectLists();
     void ShowOptions();
+    void ShowFind();
+    void FindNext();
     void EditSendSequence();
     void EditReceiveSequence();
     void UnloadMainWindow();
@@ -106,6 +109,7 @@ class MdMain final : public QObject, private ProjectWindow
     std::unique_ptr<QtSerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;
     MdProject m_project;
+    MdFind m_find;
     Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
     Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
     std::unique_ptr<frmMain> m_window;

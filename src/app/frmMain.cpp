@@ -141,6 +141,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
     setMinimumWidth(Pixels(MainLayout::MinimumWidth));
     MakeMenus();
     MakeToolbar();
+    MakeKeys();
     MakeLists();
     MakeCover();
     MakeViews();
@@ -229,6 +230,15 @@ void frmMain::MakeToolbar()
     }
 }
 
+void frmMain::MakeKeys()
+{
+    for (const MainCommands::KeyCommand &key : MainCommands::Keys()) {
+        QAction *action = MakeAction(key.command, Text(key.caption), key.shortcut);
+        action->setObjectName(Text(key.name));
+        addAction(action);
+    }
+}
+
 void frmMain::MakeLists()
 {
     for (size_t i = 0; i < lblTitle.size(); ++i) {
@@ -294,7 +304,7 @@ void frmMain::MakeViews()
         box->setObjectName(Text(Boxes[size_t(r)].name));
         box->setAccessibleName(Text(Boxes[size_t(r)].accessibleName));
         connect(box, &RichTextBox::CaretReleased, this,
-                [this](qsizetype index) { m_settings.CaretPosition = index; });
+                [this](qint64 position) { m_settings.CaretPosition = position; });
         m_boxes[size_t(r)] = box;
     }
 }
@@ -318,6 +328,14 @@ void frmMain::ShowView(int tab)
         m_boxes[size_t(i)]->setVisible(i == tab);
     m_settings.DisplayedRepresentation = Representation(tab);
     m_settings.CaretPosition = 0;
+}
+
+DialogPlace::Sight frmMain::ShowSelection()
+{
+    RichTextBox &box = *m_boxes[size_t(m_settings.DisplayedRepresentation)];
+    box.ScrollToSelection();
+    const QPoint origin = box.viewport()->mapToGlobal(QPoint(0, 0));
+    return {box.SelectionRect().translated(origin), box.viewport()->rect().translated(origin)};
 }
 
 void frmMain::MakeSplitters()

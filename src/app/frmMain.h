@@ -5,6 +5,7 @@
 
 #include "app/MainCommands.h"
 #include "comm/MdCommunication.h"
+#include "find/DialogPlace.h"
 #include "repr/Representation.h"
 
 #include <QStringList>
@@ -66,6 +67,9 @@ class frmMain final : public QWidget
     /// Shows these in the recent entries of the menu; without any the entries stay as they are.
     void ShowRecentProjects(const QStringList &projects);
 
+    /// Scrolls what is selected in the shown view into sight.
+    DialogPlace::Sight ShowSelection();
+
     /// Toolbar place, from 1 on, separators included.
     QAction *ToolbarButton(int index) const;
 
@@ -91,6 +95,7 @@ class frmMain final : public QWidget
   private:
     void MakeMenus();
     void MakeToolbar();
+    void MakeKeys();
     void MakeLists();
     void MakeCover();
     void MakeViews();

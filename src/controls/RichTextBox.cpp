@@ -142,6 +142,7 @@ void RichTextBox::Press(const QMouseEvent &event, RichTextCaret::Unit unit)
 
 void RichTextBox::mousePressEvent(QMouseEvent *event)
 {
+    m_pressedButtons |= event->button();
     const bool near =
         (event->position() - m_doubleClick).manhattanLength() < QApplication::startDragDistance();
     const bool third = near && m_sinceDoubleClick.isValid() &&
@@ -153,6 +154,7 @@ void RichTextBox::mousePressEvent(QMouseEvent *event)
 
 void RichTextBox::mouseDoubleClickEvent(QMouseEvent *event)
 {
+    m_pressedButtons |= event->button();
     if (event->button() != Qt::LeftButton)
         return;
     Press(*event, RichTextCaret::Unit::Word);
@@ -199,12 +201,14 @@ void RichTextBox::mouseReleaseEvent(QMouseEvent *event)
         Press(*event, RichTextCaret::Unit::Character);
         Insert(clipboard.text(QClipboard::Selection));
     }
-    ReleaseCaret();
+    if (m_pressedButtons.testFlag(event->button()))
+        ReleaseCaret();
+    m_pressedButtons.setFlag(event->button(), false);
 }
 
 void RichTextBox::ReleaseCaret()
 {
-    Q_EMIT CaretReleased(Model().SelectionStart() - Model().Begin());
+    Q_EMIT CaretReleased(Model().SelectionStart());
 }
 
 /// What is selected can be pasted with the middle button, where the system knows that.
@@ -243,10 +247,25 @@ std::unique_ptr<QMenu> RichTextBox::MakeContextMenu()
 
 // --- Keyboard -----------------------------------------------------------------------------------
 
+void RichTextBox::keyPressEvent(QKeyEvent *event)
+{
+    m_pressedKeys.insert(event->key());
+    RichTextView::keyPressEvent(event);
+}
+
 void RichTextBox::keyReleaseEvent(QKeyEvent *event)
 {
     RichTextView::keyReleaseEvent(event);
-    ReleaseCaret();
+    if (m_pressedKeys.remove(event->key()))
+        ReleaseCaret();
+}
+
+/// What is held down now is let go elsewhere.
+void RichTextBox::focusOutEvent(QFocusEvent *event)
+{
+    m_pressedKeys.clear();
+    m_pressedButtons = {};
+    RichTextView::focusOutEvent(event);
 }
 
 bool RichTextBox::HandleKey(const QKeyEvent &event, bool inEarnest)

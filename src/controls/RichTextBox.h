@@ -6,6 +6,7 @@
 #include "controls/RichTextView.h"
 
 #include <QElapsedTimer>
+#include <QSet>
 
 #include <memory>
 
@@ -33,9 +34,9 @@ class RichTextBox final : public RichTextView
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
   Q_SIGNALS:
-    /// A key or a mouse button was released; start of the selection, counted from the content's
-    /// begin.
-    void CaretReleased(qsizetype index);
+    /// A key or a mouse button was released that had been pressed here; start of the selection, as
+    /// the model counts.
+    void CaretReleased(qint64 position);
 
   protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -43,7 +44,9 @@ class RichTextBox final : public RichTextView
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
+    void focusOutEvent(QFocusEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
 
   private:
@@ -65,6 +68,8 @@ class RichTextBox final : public RichTextView
     bool CanEdit() const;
 
     TextStyle m_typingStyle;
+    QSet<int> m_pressedKeys; ///< those held down whose press came here
+    Qt::MouseButtons m_pressedButtons;
     QTimer m_dragging;
     QPointF m_mouse;
     QElapsedTimer m_sinceDoubleClick;

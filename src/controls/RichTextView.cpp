@@ -234,6 +234,19 @@ QRectF RichTextView::CharacterRect(qint64 position)
     return rect;
 }
 
+QRect RichTextView::SelectionRect()
+{
+    const qint64 last = qMax(m_model.SelectionStart(), m_model.SelectionEnd() - 1);
+    const QRectF from = CharacterRect(m_model.SelectionStart());
+    const QRectF to = CharacterRect(last);
+    QRectF rect = from | to;
+    if (from.top() < to.top()) {
+        rect.setLeft(0);
+        rect.setRight(viewport()->width());
+    }
+    return rect.toAlignedRect() & viewport()->rect();
+}
+
 void RichTextView::PlaceCaretRect()
 {
     // Blanks may hang over the row's end; the caret stays in sight.
@@ -250,11 +263,11 @@ void RichTextView::paintEvent(QPaintEvent *)
     LayOut(); // a picture can be asked for while the box is hidden
     QPainter painter(viewport());
     painter.translate(Margin, Margin);
-    const QPalette::ColorGroup group = hasFocus() ? QPalette::Active : QPalette::Inactive;
+    // What a search found is selected while its dialog has the focus, and is to be seen as well.
     m_painter.Paint(painter, m_layout,
                     {verticalScrollBar()->value(), FullRows() + 1,
-                     palette().color(group, QPalette::Highlight),
-                     palette().color(group, QPalette::HighlightedText)});
+                     palette().color(QPalette::Active, QPalette::Highlight),
+                     palette().color(QPalette::Active, QPalette::HighlightedText)});
     painter.translate(-Margin, -Margin);
     if (CaretVisible())
         PaintCaret(painter);

@@ -33,6 +33,8 @@ class RichTextView : public CaretScrollArea
 
     /// Where a character stands in the viewport, visible or not.
     QRectF CharacterRect(qint64 position);
+    /// The part of the viewport that shows the selection; its rows as far as they are in sight.
+    QRect SelectionRect();
     /// The place between two characters that is nearest to a point of the viewport.
     qint64 PositionAt(const QPointF &point);
 

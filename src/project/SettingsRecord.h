@@ -69,6 +69,8 @@ struct SettingsRecord {
     QString ProjectDirectory; ///< with trailing separator
     QString ProjectFileName;  ///< without folder and extension, empty for an unnamed project
     Representation DisplayedRepresentation = Representation::Ascii;
-    qsizetype CaretPosition = 0; ///< in the shown view, counted from its first character
+    /// Where the next search in the shown view begins, as the view's model counts: it stays with
+    /// its character when older ones are cut. Before the first character means there, so 0 does.
+    qint64 CaretPosition = 0;
     bool QuitRequested = false;
 };

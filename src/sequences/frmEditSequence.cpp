@@ -6,7 +6,7 @@
 #include "controls/CodePageEdit.h"
 #include "controls/SQEditSequence.h"
 #include "platform/UserPrompts.h"
-#include "sequences/EditModes.h"
+#include "sequences/EditModeOptions.h"
 #include "sequences/FileCut.h"
 #include "sequences/MdSequenceEdition.h"
 
@@ -14,14 +14,10 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 namespace
 {
-
-constexpr std::array<const char *, RepresentationCount> OptionNames = {
-    "OptionAscii", "OptionHexa", "OptionDecimal", "OptionBinary"};
 
 QString Text(const char *latin)
 {
@@ -46,6 +42,7 @@ frmEditSequence::frmEditSequence(const Names &names, const SequenceEditorParts &
       m_name(new CodePageEdit(this)),
       m_nameNote(new QLabel(this)),
       m_sequence(new SQEditSequence(this)),
+      m_modes(new EditModeOptions(*m_sequence, this)),
       cmdBack(MakeButton("cmdBack", "&Back", this)),
       cmdForward(MakeButton("cmdForward", "&Forward", this)),
       cmdOK(MakeButton("cmdOK", "OK", this)),
@@ -88,7 +85,7 @@ void frmEditSequence::MakeFields(const Names &names)
     column->addWidget(m_nameNote);
     column->addWidget(new QLabel(QStringLiteral("2 - Sequence")));
     column->addWidget(m_sequence, 1);
-    MakeModes(column);
+    column->addWidget(m_modes);
 
     auto *page = new QVBoxLayout(this);
     page->addWidget(frame, 1);
@@ -101,24 +98,8 @@ void frmEditSequence::MakeFields(const Names &names)
         NoteChange();
     });
     connect(m_sequence, &SQEditSequence::Changed, this, &frmEditSequence::NoteChange);
-}
-
-void frmEditSequence::MakeModes(QVBoxLayout *column)
-{
-    auto *frame = new QGroupBox(QStringLiteral("Edit Mode"));
-    auto *row = new QHBoxLayout(frame);
-    for (const Representation r : AllRepresentations) {
-        auto *option = new QRadioButton(Text(RepresentationCaptions[size_t(r)]));
-        option->setObjectName(Text(OptionNames[size_t(r)]));
-        connect(option, &QRadioButton::toggled, this, [this, r](bool checked) {
-            if (checked)
-                ChooseMode(r);
-        });
-        row->addWidget(option);
-        m_modes[size_t(r)] = option;
-    }
-    row->addStretch();
-    column->addWidget(frame);
+    connect(m_modes, &EditModeOptions::ModeChosen, this,
+            [this](Representation mode) { m_parts.mode = mode; });
 }
 
 void frmEditSequence::MakeButtons()
@@ -144,18 +125,9 @@ void frmEditSequence::MakeButtons()
 
 void frmEditSequence::ShowFirst()
 {
-    const size_t mode = size_t(m_parts.mode);
-    m_modes[mode < m_modes.size() ? mode : 0]->setChecked(true);
+    m_modes->Choose(m_parts.mode);
     ShowRecord(CurrentIndex());
     m_name->setFocus();
-}
-
-void frmEditSequence::ChooseMode(Representation mode)
-{
-    m_parts.mode = mode;
-    for (const Representation r : AllRepresentations) // Tab leads to the chosen one
-        m_modes[size_t(r)]->setFocusPolicy(r == mode ? Qt::StrongFocus : Qt::ClickFocus);
-    m_sequence->SetEditMode(EditModes::OfRepresentation(mode));
 }
 
 void frmEditSequence::ShowRecord(int index)

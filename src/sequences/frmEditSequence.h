@@ -8,12 +8,10 @@
 
 #include <QDialog>
 
-#include <array>
-
 class CodePageEdit;
+class EditModeOptions;
 class QLabel;
 class QPushButton;
-class QRadioButton;
 class QVBoxLayout;
 class SQEditSequence;
 
@@ -63,10 +61,8 @@ class frmEditSequence : public QDialog
 
   private:
     void MakeFields(const Names &names);
-    void MakeModes(QVBoxLayout *column);
     void MakeButtons();
 
-    void ChooseMode(Representation mode);
     void ShowRecord(int index);
     void UpdateButtons();
     void LeaveRecord();
@@ -81,7 +77,7 @@ class frmEditSequence : public QDialog
     CodePageEdit *m_name;
     QLabel *m_nameNote;
     SQEditSequence *m_sequence;
-    std::array<QRadioButton *, RepresentationCount> m_modes{};
+    EditModeOptions *m_modes;
     QPushButton *cmdBack;
     QPushButton *cmdForward;
     QPushButton *cmdOK;

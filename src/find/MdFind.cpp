@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "find/MdFind.h"
+
+#include "comm/CommunicationViews.h"
+#include "platform/UserPrompts.h"
+#include "project/SettingsRecord.h"
+#include "repr/Common_Function.h"
+#include "sequences/MdSequenceEdition.h"
+
+#include <array>
+
+namespace
+{
+
+constexpr std::array<const char *, FindKindCount> FinishedTexts = {
+    "Finished searching for send sequence", "Finished searching for receive sequence",
+    "Finished searching for user defined sequence"};
+
+QByteArray AsItIs(QByteArrayView sequence)
+{
+    return sequence.toByteArray();
+}
+
+/// As the sequence stands in a view. Byte 0 stands as another character in the ASCII view, so it
+/// is not found there.
+QByteArray SearchText(Representation shown, QByteArrayView sequence)
+{
+    using namespace Common_Function;
+    constexpr std::array Converters = {AsItIs, SeqToHexText, SeqToDecimalText, SeqToBinaryText};
+    return Converters[size_t(shown)](sequence);
+}
+
+} // namespace
+
+MdFind::MdFind(SettingsRecord &settings, const MdSequenceEdition &sequences,
+               CommunicationViews &views, UserPrompts &prompts)
+    : m_settings(settings), m_sequences(sequences), m_views(views), m_prompts(prompts)
+{
+}
+
+std::optional<QByteArray> MdFind::ChosenSequence() const
+{
+    switch (FindTab) {
+    case FindKind::Send:
+        if (FindSendIndex > 0 && FindSendIndex <= m_sequences.SendCount())
+            return m_sequences.SendAt(FindSendIndex - 1).Sequence;
+        break;
+    case FindKind::Receive:
+        if (FindReceiveIndex > 0 && FindReceiveIndex <= m_sequences.ReceiveCount())
+            return m_sequences.ReceiveAt(FindReceiveIndex - 1).Sequence;
+        break;
+    case FindKind::Defined:
+        if (!FindDefinedSequence.isEmpty())
+            return FindDefinedSequence;
+        break;
+    }
+    return {};
+}
+
+bool MdFind::FindNext(FindKind kind, QByteArrayView sequence)
+{
+    const Representation shown = m_settings.DisplayedRepresentation;
+    const QByteArray text = SearchText(shown, sequence);
+    RichTextModel &view = m_views.View(shown);
+    const qint64 hit = view.Find(text, m_settings.CaretPosition);
+    if (hit < 0) {
+        m_prompts.ShowMessage({.text = QString::fromLatin1(FinishedTexts[size_t(kind)]),
+                               .icon = PromptIcon::Exclamation,
+                               .caption = Caption()});
+        m_settings.CaretPosition = 0;
+        return false;
+    }
+    view.Select(hit, hit + text.size());
+    m_settings.CaretPosition = hit + 1;
+    return true;
+}
