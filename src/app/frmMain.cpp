@@ -4,8 +4,9 @@
 #include "app/frmMain.h"
 
 #include "app/MainLayout.h"
+#include "app/SendListCover.h"
+#include "app/StatusPanels.h"
 #include "comm/CommunicationViews.h"
-#include "controls/ClickLabel.h"
 #include "controls/RichTextAccessible.h"
 #include "controls/RichTextBox.h"
 #include "controls/SQReceiveSequenceList.h"
@@ -19,14 +20,13 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFrame>
+#include <QLabel>
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
-#include <QStatusBar>
 #include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
@@ -45,8 +45,6 @@ using MainLayout::TwipsPerPixel;
 
 /// Room for the ears of the tab strip, which hang below its body.
 constexpr int TabEarsHeight = 400;
-/// What a narrow window leaves the communication status, in pixels.
-constexpr int LeastStatusWidth = 60;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
 
@@ -60,9 +58,6 @@ constexpr std::array<BoxNames, RepresentationCount> Boxes = {
      {"txtHexa", "Communication in HEX"},
      {"txtDeci", "Communication in Decimal"},
      {"txtBin", "Communication in Binary"}}};
-
-constexpr std::array<const char *, 6> PanelToolTips = {
-    "Communication Status", "COM Port(s) Active", "Baud Rate", "Parity", "Start Bits", "Stop Bits"};
 
 constexpr std::array<const char *, 3> Titles = {"Send Sequences", "Communication",
                                                 "Receive Sequences"};
@@ -106,6 +101,7 @@ void SetVertically(QWidget *widget, const Span &span)
 
 QIcon IconNamed(const char *image)
 {
+    LoadIcons();
     return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(image)));
 }
 
@@ -124,16 +120,15 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
       m_menuBar(new QMenuBar(this)),
       m_inner(new QWidget(this)),
       tbToolBar(new QToolBar(m_inner)),
-      sbStatusBar(new QStatusBar(m_inner)),
+      sbStatusBar(new StatusPanels(m_inner)),
       ActionList(new SQSendSequenceList(m_inner)),
       EventList(new SQReceiveSequenceList(m_inner)),
-      picSendSequenceDeactivated(new QFrame(m_inner)),
+      picSendSequenceDeactivated(new SendListCover(IconNamed("properties"), m_inner)),
       m_tabBody(new QFrame(m_inner)),
       tsTabStrip1(new QTabBar(m_inner)),
       VimgSplitter(new SplitterHandle(Qt::Horizontal, MainLayout::VerticalDragLimit, m_inner)),
       HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
 {
-    LoadIcons();
     QAccessible::installFactory(RichTextAccessible::Create);
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(settings.ProgramTitle);
@@ -256,37 +251,8 @@ void frmMain::MakeLists()
 void frmMain::MakeCover()
 {
     picSendSequenceDeactivated->setObjectName(QStringLiteral("picSendSequenceDeactivated"));
-    picSendSequenceDeactivated->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-    picSendSequenceDeactivated->setBackgroundRole(QPalette::Base);
-    picSendSequenceDeactivated->setAutoFillBackground(true);
-
-    auto *text =
-        new QLabel(QStringLiteral("Sending sequences is not possible with the currently selected "
-                                  "communication mode (Receive Only). Click here to"));
-    text->setObjectName(QStringLiteral("lblSendSequence"));
-    text->setWordWrap(true);
-    text->setMinimumWidth(1); // else a narrow list would cut it instead of wrapping it
-    auto *link = new ClickLabel(QStringLiteral("change communication mode"));
-    link->setObjectName(QStringLiteral("lblClickChangeComm"));
-    link->MakeLink();
-    auto *image = new ClickLabel;
-    image->setObjectName(QStringLiteral("imgClickOptions"));
-    image->setPixmap(IconNamed("properties").pixmap(24, 24));
-    image->setAccessibleName(QStringLiteral("Options"));
-    image->setCursor(Qt::PointingHandCursor);
-    for (ClickLabel *label : {link, image}) {
-        connect(label, &ClickLabel::Clicked, this,
-                [this] { Q_EMIT CommandChosen(Command::Options); });
-    }
-
-    auto *row = new QHBoxLayout;
-    row->addWidget(link);
-    row->addWidget(image);
-    row->addStretch();
-    auto *column = new QVBoxLayout(picSendSequenceDeactivated);
-    column->addWidget(text);
-    column->addLayout(row);
-    column->addStretch();
+    connect(picSendSequenceDeactivated, &SendListCover::OptionsClicked, this,
+            [this] { Q_EMIT CommandChosen(Command::Options); });
 }
 
 void frmMain::MakeViews()
@@ -353,21 +319,8 @@ void frmMain::MakeSplitters()
 void frmMain::MakeStatusBar()
 {
     sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
-    sbStatusBar->setSizeGripEnabled(false);
-    for (size_t i = 0; i < m_panels.size(); ++i) {
-        auto *panel = new ClickLabel;
-        panel->setObjectName(QStringLiteral("sbStatusBar_%1").arg(i + 1));
-        panel->setToolTip(Text(PanelToolTips[i]));
-        panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
-        panel->setTextFormat(Qt::PlainText);
-        panel->setMinimumWidth(i == 0 ? LeastStatusWidth : 0);
-        sbStatusBar->addWidget(panel, i == 0 ? 1 : 0);
-        if (i > 0) {
-            connect(panel, &ClickLabel::Clicked, this,
-                    [this] { Q_EMIT CommandChosen(Command::Options); });
-        }
-        m_panels[i] = panel;
-    }
+    connect(sbStatusBar, &StatusPanels::SettingsClicked, this,
+            [this] { Q_EMIT CommandChosen(Command::Options); });
 }
 
 /// The order of the page: lists from the top, then the views and their tabs.
@@ -489,24 +442,15 @@ void frmMain::HSizeControls(int y)
 
 void frmMain::UpdateStatusPanels()
 {
-    const CommConfiguration &comm = m_settings.comm;
-    const bool covered = comm.Mode() == CommMode::MonitorReceiveOnly;
+    const bool covered = m_settings.comm.Mode() == CommMode::MonitorReceiveOnly;
     picSendSequenceDeactivated->setVisible(covered);
     ActionList->setDisabled(covered); // keys must not reach what cannot be seen
-    QString ports = QStringLiteral("COM%1").arg(comm.PortA());
-    if (comm.TwoChannels())
-        ports += QStringLiteral(" / COM%1").arg(comm.PortB());
-    const LineTexts texts = comm.Texts();
-    m_panels[1]->setText(ports);
-    m_panels[2]->setText(texts.speed);
-    m_panels[3]->setText(texts.parity);
-    m_panels[4]->setText(texts.dataBits);
-    m_panels[5]->setText(texts.stopBits);
+    sbStatusBar->ShowSettings(m_settings.comm);
 }
 
 void frmMain::ShowPortStatus(const QString &text)
 {
-    m_panels[0]->setText(text);
+    sbStatusBar->ShowPortStatus(text);
 }
 
 QAction *frmMain::ToolbarButton(int index) const

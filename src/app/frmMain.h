@@ -13,19 +13,19 @@
 
 #include <functional>
 
-class ClickLabel;
 class CommunicationViews;
 class QAction;
 class QFrame;
 class QLabel;
 class QMenuBar;
-class QStatusBar;
 class QTabBar;
 class QToolBar;
 class RichTextBox;
 class SQReceiveSequenceList;
 class SQSendSequenceList;
+class SendListCover;
 class SplitterHandle;
+class StatusPanels;
 struct SettingsRecord;
 
 /// The main window. It shows, lays out and reports what the user asks for; what a command does
@@ -124,12 +124,11 @@ class frmMain final : public QWidget
     QMenuBar *m_menuBar;
     QWidget *m_inner; ///< everything below the menu bar
     QToolBar *tbToolBar;
-    QStatusBar *sbStatusBar;
-    std::array<ClickLabel *, 6> m_panels{};
+    StatusPanels *sbStatusBar;
     std::array<QLabel *, 3> lblTitle{};
     SQSendSequenceList *ActionList;
     SQReceiveSequenceList *EventList;
-    QFrame *picSendSequenceDeactivated;
+    SendListCover *picSendSequenceDeactivated;
     QFrame *m_tabBody;
     QTabBar *tsTabStrip1;
     std::array<RichTextBox *, RepresentationCount> m_boxes{};
