@@ -61,7 +61,9 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_communication(std::make_unique<MdCommunication>(
           CommunicationParts{m_settings, m_sequences, m_views, m_log, world.prompts, world.clock,
                              *MSCommA, *MSCommB})),
-      m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files})
+      m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files}),
+      m_print({m_settings, m_sequences, m_views, world.prompts, world.clock, m_printOutput,
+               [this](bool busy) { SetBusy(busy); }})
 {
 }
 
@@ -202,6 +204,12 @@ void MdMain::Execute(Command command)
         break;
     case Command::SaveAs:
         m_project.SaveProjectAs();
+        break;
+    case Command::PrintProject:
+        m_print.PrintProject();
+        break;
+    case Command::PrintCommunication:
+        m_print.PrintCommunication();
         break;
     case Command::Start:
         m_communication->OpenPorts();

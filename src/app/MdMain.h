@@ -12,7 +12,9 @@
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
 #include "log/MdLogFile.h"
+#include "platform/QtPrintOutput.h"
 #include "platform/SystemFiles.h"
+#include "print/MdPrint.h"
 #include "project/OpenFiles.h"
 #include "project/SettingsRecord.h"
 #include "sequences/MdSequenceEdition.h"
@@ -105,6 +107,8 @@ class MdMain final : public QObject, private ProjectWindow
     SystemFiles m_fileSystem;
     OpenFiles m_files{m_fileSystem};
     MdProject m_project;
+    QtPrintOutput m_printOutput{m_files};
+    MdPrint m_print;
     Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
     Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
     std::unique_ptr<frmMain> m_window;

@@ -3,11 +3,16 @@
 
 #include "platform/QtPrompts.h"
 
+#include "platform/PrintPaper.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPageLayout>
+#include <QPrintDialog>
+#include <QPrinter>
 
 #include <algorithm>
 
@@ -84,6 +89,33 @@ PromptAnswer AnswerOf(int button, PromptButtons buttons)
     return EscapeAnswer(buttons);
 }
 
+/// A selection is offered only where there is one; ranges of pages never are.
+QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
+{
+    QAbstractPrintDialog::PrintDialogOptions options = QAbstractPrintDialog::PrintToFile;
+    options.setFlag(QAbstractPrintDialog::PrintSelection, request.SelectionChosen());
+    options.setFlag(QAbstractPrintDialog::PrintPageRange,
+                    !(request.flags & PrintFlags::NoPageNumbers));
+    return options;
+}
+
+/// Takes the copies over from the printer, which would else make as many of each of them.
+PrinterChoice ChoiceOf(const PrintDialogRequest &request, const QPrintDialog &dialog,
+                       const std::shared_ptr<QPrinter> &printer)
+{
+    PrinterChoice choice = {.document = request.document, .printer = printer};
+    if (printer->outputFormat() == QPrinter::PdfFormat)
+        choice.pdfPath = QFileInfo(printer->outputFileName()).absoluteFilePath();
+    if (printer->pageLayout().orientation() == QPageLayout::Landscape)
+        choice.orientation = PageOrientation::Landscape;
+    if (printer->colorMode() == QPrinter::GrayScale)
+        choice.colour = PrintColour::Monochrome;
+    choice.copies = std::max(1, printer->copyCount());
+    printer->setCopyCount(1);
+    choice.selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
+    return choice;
+}
+
 } // namespace
 
 PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
@@ -126,4 +158,23 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
                      .caption = request.title});
     }
     return {};
+}
+
+std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &request)
+{
+    if (Ending())
+        return m_console.ChoosePrinter(request);
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    if (!m_printer.isEmpty())
+        printer->setPrinterName(m_printer);
+    printer->setDocName(request.document);
+    printer->setPageMargins(PrintPaper::UsualMargins(), QPageLayout::Point);
+    QPrintDialog dialog(printer.get(), Owner());
+    dialog.setOptions(OptionsOf(request));
+    if (request.SelectionChosen())
+        dialog.setPrintRange(QAbstractPrintDialog::Selection);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    m_printer = printer->printerName();
+    return ChoiceOf(request, dialog, printer);
 }

@@ -19,6 +19,8 @@ class ScriptedPrompts final : public UserPrompts
     QList<PromptAnswer> answers;                 ///< for the next boxes, first one first
     QList<FileDialogRequest> asked;              ///< file dialogs
     QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
+    QList<PrintDialogRequest> printsAsked;       ///< print dialogs
+    std::optional<PrinterChoice> printer;        ///< what they are answered; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
@@ -33,5 +35,11 @@ class ScriptedPrompts final : public UserPrompts
     {
         asked << request;
         return chosen.isEmpty() ? QString() : chosen.takeFirst();
+    }
+
+    std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override
+    {
+        printsAsked << request;
+        return printer;
     }
 };
