@@ -3,6 +3,7 @@
 
 #include "comm/CommunicationViews.h"
 #include "platform/QtPrintOutput.h"
+#include "platform/QtPrompts.h"
 #include "platform/SystemFiles.h"
 #include "print/MdPrint.h"
 #include "project/OpenFiles.h"
@@ -16,8 +17,15 @@
 #include "support/ScriptedPrompts.h"
 
 #include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <QProcess>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QTemporaryDir>
+#include <QTextStream>
 
 namespace
 {
@@ -62,6 +70,19 @@ class PrintBench
     RichTextModel &View(Representation r = Representation::Ascii) { return views.View(r); }
 };
 
+/// The same onto the system's printers and files, with a folder of its own.
+class SystemBench
+{
+  public:
+    QTemporaryDir folder;
+    SystemFiles system;
+    OpenFiles files{system};
+    QtPrintOutput output{files};
+    PrintBench bench{output};
+
+    QString Path(const QString &name) const { return folder.filePath(name); }
+};
+
 /// A recording page on which nothing wraps or breaks.
 RecordingOutput LargePaper()
 {
@@ -104,17 +125,18 @@ class tst_print : public QObject
     void SequencesAreInTheFormOfTheLists();
     void AnUnsavedProjectOfOneReceiveSequence();
     void CopiesAreOneJobOfPages();
-    void AnEmptyProjectIsNotPrinted();
-    void NothingIsPrintedWhenTheDialogIsCancelled();
+    void NothingIsPrintedWithoutAProjectOrAPrinter();
     void AFailureThrowsTheProjectAway_data();
     void AFailureThrowsTheProjectAway();
     void TheShownViewIsPrinted_data();
     void TheShownViewIsPrinted();
-    void AFailureOfAViewIsTold();
+    void TheDialogTellsWhatWasChosen();
     void TheWindowPrints();
     void PdfOfAProject();
     void PdfOfAView_data();
     void PdfOfAView();
+    void PaperGoesThroughThePrinter_data();
+    void PaperGoesThroughThePrinter();
     void APdfThatCannotBeWrittenIsAnError_data();
     void APdfThatCannotBeWrittenIsAnError();
 };
@@ -221,26 +243,19 @@ void tst_print::CopiesAreOneJobOfPages()
     QCOMPARE(output.ends, QStringList{"finished"});
 }
 
-void tst_print::AnEmptyProjectIsNotPrinted()
+void tst_print::NothingIsPrintedWithoutAProjectOrAPrinter()
 {
     RecordingOutput output;
     PrintBench bench(output);
+    bench.prompts.printer.reset(); // cancelled
     bench.print.PrintProject();
     QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{CriticalMessage("Nothing to print")});
     QVERIFY(bench.prompts.printsAsked.isEmpty());
-}
-
-void tst_print::NothingIsPrintedWhenTheDialogIsCancelled()
-{
-    RecordingOutput output;
-    PrintBench bench(output);
     bench.AddSend("Ping", "A");
-    bench.prompts.printer.reset();
     bench.print.PrintProject();
     bench.print.PrintCommunication();
     QCOMPARE(bench.prompts.printsAsked.size(), 2);
-    QVERIFY(output.choices.isEmpty());
-    QVERIFY(bench.prompts.shown.isEmpty());
+    QVERIFY(output.choices.isEmpty() && bench.prompts.shown.size() == 1);
 }
 
 void tst_print::AFailureThrowsTheProjectAway_data()
@@ -304,51 +319,63 @@ void tst_print::TheShownViewIsPrinted()
     QCOMPARE(bench.pointer, flags ? QStringLiteral("on off ") : QString());
 }
 
-void tst_print::AFailureOfAViewIsTold()
+void tst_print::TheDialogTellsWhatWasChosen()
 {
-    RecordingOutput output;
-    output.viewFailure = "broken";
-    PrintBench bench(output);
-    bench.print.PrintCommunication();
-    QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{PrintingFailed});
-    QCOMPARE(bench.pointer, QStringLiteral("on off box "));
+    const QTemporaryDir folder;
+    QTextStream errors(stderr);
+    QtPrompts prompts(errors);
+    QTimer::singleShot(0, this, [&] {
+        auto *dialog = qobject_cast<QPrintDialog *>(QApplication::activeModalWidget());
+        auto *printers = dialog->findChild<QComboBox *>("printers");
+        printers->setCurrentIndex(printers->count() - 1); // the PDF file
+        dialog->findChild<QLineEdit *>("filename")->setText(folder.filePath("x.pdf"));
+        dialog->findChild<QSpinBox *>("copies")->setValue(3);
+        dialog->findChild<QRadioButton *>("grayscale")->setChecked(true);
+        dialog->printer()->setPageOrientation(QPageLayout::Landscape);
+        dialog->accept();
+    });
+    const auto choice = prompts.ChoosePrinter({.document = "x", .flags = 265});
+    QVERIFY(choice);
+    QCOMPARE(choice->pdfPath, folder.filePath("x.pdf"));
+    QCOMPARE(choice->copies, 3);
+    QCOMPARE(choice->printer->copyCount(), 1);
+    QCOMPARE(choice->colour, PrintColour::Monochrome);
+    QCOMPARE(choice->orientation, PageOrientation::Landscape);
+    QVERIFY(choice->selectionOnly);
+    QTimer::singleShot(0, this, [] {
+        QVERIFY(!QApplication::activeModalWidget()->findChild<QWidget *>("reverse")->isVisible());
+        qobject_cast<QDialog *>(QApplication::activeModalWidget())->reject();
+    });
+    QVERIFY(!prompts.ChoosePrinter({.document = "x", .flags = 264}));
 }
 
 void tst_print::TheWindowPrints()
 {
     ProgramBench bench;
-    const auto press = [&](const char *entry) {
-        bench.program->Window()->findChild<QAction *>(entry)->trigger();
+    const auto entry = [&](const char *name) {
+        return bench.program->Window()->findChild<QAction *>(name);
     };
     QKeySequence keys;
-    const int status = bench.Run(
-        {{[&] {
-              keys = bench.program->Window()
-                         ->findChild<QAction *>("mnuPrintCommunication")
-                         ->shortcut();
-              press("mnuPrintCommunication");
-          },
-          [&] { return bench.prompts.printsAsked.size() == 1; }},
-         {[&] { bench.program->Window()->ToolbarButton(17)->trigger(); },
-          [&] { return bench.prompts.printsAsked.size() == 2; }},
-         {[&] { press("mnuPrintProject"); }, [&] { return bench.prompts.shown.size() == 1; }}});
-    QVERIFY(!bench.stuck);
+    bench.Run({{[&] {
+                    keys = entry("mnuPrintCommunication")->shortcut();
+                    entry("mnuPrintCommunication")->trigger();
+                    bench.program->Window()->ToolbarButton(17)->trigger();
+                    entry("mnuPrintProject")->trigger();
+                },
+                [&] { return !bench.prompts.shown.isEmpty(); }}});
     QCOMPARE(keys, QKeySequence(Qt::CTRL | Qt::Key_P));
+    QCOMPARE(bench.prompts.printsAsked.size(), 2);
     QCOMPARE(bench.prompts.shown.first().text, QStringLiteral("Nothing to print"));
-    QCOMPARE(status, 1);
 }
 
 void tst_print::PdfOfAProject()
 {
-    const QTemporaryDir folder;
-    SystemFiles system;
-    OpenFiles files(system);
-    QtPrintOutput output(files);
-    PrintBench bench(output);
+    SystemBench on;
+    PrintBench &bench = on.bench;
     bench.settings.ProjectFileName = "many";
     for (int i = 0; i < 40; ++i)
         bench.AddSend("Sequence", QByteArray(3, char(i)));
-    bench.prompts.printer->pdfPath = folder.filePath("project.pdf");
+    bench.prompts.printer->pdfPath = on.Path("project.pdf");
     bench.prompts.printer->copies = 3;
     bench.print.PrintProject();
     QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{});
@@ -379,16 +406,13 @@ void tst_print::PdfOfAView()
     QFETCH(qint64, selected);
     QFETCH(int, copies);
     QFETCH(int, lines);
-    const QTemporaryDir folder;
-    SystemFiles system;
-    OpenFiles files(system);
-    QtPrintOutput output(files);
-    PrintBench bench(output);
+    SystemBench on;
+    PrintBench &bench = on.bench;
     for (int i = 0; i < 500; ++i)
         bench.View().AppendStyled("line " + QByteArray::number(i).rightJustified(4, '0') + "\r\n",
                                   {.colour = i % 2 ? 0xFF0000 : 0x0000FF});
     bench.View().Select(0, selected);
-    bench.prompts.printer = {.pdfPath = folder.filePath("view.pdf"),
+    bench.prompts.printer = {.pdfPath = on.Path("view.pdf"),
                              .orientation = orientation,
                              .copies = copies,
                              .selectionOnly = selected > 0};
@@ -398,6 +422,33 @@ void tst_print::PdfOfAView()
     const QStringList text = TextOf(bench.prompts.printer->pdfPath).filter("line ");
     QCOMPARE(text.size(), lines);
     QCOMPARE(text.last().trimmed(), selected ? QStringLiteral("line 0001") : "line 0499");
+}
+
+void tst_print::PaperGoesThroughThePrinter_data()
+{
+    const Cases<QString, bool, int> add("place", "project", "pages");
+    add("a project", "paper.pdf", true, 2);
+    add("a view", "paper.pdf", false, 2);
+    add("a project on a printer that is out of order", "missing/paper.pdf", true, 0);
+    add("a view on a printer that is out of order", "missing/paper.pdf", false, 0);
+}
+
+/// The toolkit's printer without a system behind it writes a file by itself.
+void tst_print::PaperGoesThroughThePrinter()
+{
+    QFETCH(QString, place);
+    QFETCH(bool, project);
+    QFETCH(int, pages);
+    SystemBench on;
+    PrintBench &bench = on.bench;
+    bench.AddSend("Ping", "A");
+    bench.View().AppendStyled("text", {});
+    bench.prompts.printer->copies = 2;
+    bench.prompts.printer->printer = std::make_shared<QPrinter>();
+    bench.prompts.printer->printer->setOutputFileName(on.Path(place));
+    project ? bench.print.PrintProject() : bench.print.PrintCommunication();
+    QCOMPARE(PagesOf(on.Path(place)), pages);
+    QCOMPARE(bench.prompts.shown.contains(PrintingFailed), pages == 0);
 }
 
 void tst_print::APdfThatCannotBeWrittenIsAnError_data()
@@ -426,6 +477,7 @@ void tst_print::APdfThatCannotBeWrittenIsAnError()
     bench.print.PrintProject();
     bench.print.PrintCommunication();
     QCOMPARE(bench.prompts.shown, (QList<MessagePrompt>{PrintingFailed, PrintingFailed}));
+    QCOMPARE(bench.pointer, QStringLiteral("on off box on off box "));
     QCOMPARE(disk.files["/old.pdf"], QByteArray("old"));
     QCOMPARE(disk.unfinished, 0);
 }

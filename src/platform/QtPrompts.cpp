@@ -89,14 +89,30 @@ PromptAnswer AnswerOf(int button, PromptButtons buttons)
     return EscapeAnswer(buttons);
 }
 
-/// A selection is offered only where there is one; ranges of pages never are.
+/// A selection is offered only where there is one. Ranges of pages never are.
 QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
 {
-    QAbstractPrintDialog::PrintDialogOptions options = QAbstractPrintDialog::PrintToFile;
+    QAbstractPrintDialog::PrintDialogOptions options =
+        QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize;
     options.setFlag(QAbstractPrintDialog::PrintSelection, request.SelectionChosen());
-    options.setFlag(QAbstractPrintDialog::PrintPageRange,
-                    !(request.flags & PrintFlags::NoPageNumbers));
     return options;
+}
+
+/// The toolkit's own dialog shows some choices whether they are offered or not, and a choice that
+/// has no effect would deceive. A dialog of the system has none of these.
+void HideWhatIsNotOffered(const QPrintDialog &dialog)
+{
+    const auto *range = dialog.findChild<QWidget *>(QStringLiteral("gbPrintRange"));
+    const auto *output = dialog.findChild<QWidget *>(QStringLiteral("copiesTab"));
+    if (!range || !output)
+        return;
+    for (const char *name :
+         {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
+        if (auto *choice = range->findChild<QWidget *>(QLatin1String(name)))
+            choice->hide();
+    }
+    if (auto *reverse = output->findChild<QWidget *>(QStringLiteral("reverse")))
+        reverse->hide();
 }
 
 /// Takes the copies over from the printer, which would else make as many of each of them.
@@ -173,6 +189,7 @@ std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &
     dialog.setOptions(OptionsOf(request));
     if (request.SelectionChosen())
         dialog.setPrintRange(QAbstractPrintDialog::Selection);
+    HideWhatIsNotOffered(dialog);
     if (dialog.exec() != QDialog::Accepted)
         return {};
     m_printer = printer->printerName();

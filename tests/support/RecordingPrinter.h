@@ -24,7 +24,6 @@ class RecordingOutput final : public PrintOutput
     QList<PrinterChoice> choices;
     QString setUp;               ///< orientation and colour, as numbers
     QByteArrayList viewsPrinted; ///< what was to be printed of views
-    QString viewFailure;
 
     std::unique_ptr<PrinterDevice> MakePrinter(const PrinterChoice &choice) override
     {
@@ -38,7 +37,7 @@ class RecordingOutput final : public PrintOutput
                             .sliced(printout.from - printout.model.Begin(),
                                     printout.to - printout.from)
                             .toByteArray();
-        return viewFailure;
+        return {};
     }
 
     /// What was drawn, the words of a line joined: "page/line text".
