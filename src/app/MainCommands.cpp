@@ -82,10 +82,23 @@ constexpr std::array KeyCommands = {
     KeyCommand{"keyFindNext", "Find Next", Command::FindNext, "F3"},
 };
 
-constexpr std::array BuiltCommands = {
-    Command::None,       Command::New,      Command::Open,    Command::Save,     Command::SaveAs,
-    Command::OpenRecent, Command::Exit,     Command::Options, Command::Start,    Command::Stop,
-    Command::Find,       Command::FindNext, Command::Clean,   Command::StartLog, Command::StopLog};
+constexpr std::array BuiltCommands = {Command::None,
+                                      Command::New,
+                                      Command::Open,
+                                      Command::Save,
+                                      Command::SaveAs,
+                                      Command::PrintProject,
+                                      Command::PrintCommunication,
+                                      Command::OpenRecent,
+                                      Command::Exit,
+                                      Command::Options,
+                                      Command::Start,
+                                      Command::Stop,
+                                      Command::Find,
+                                      Command::FindNext,
+                                      Command::Clean,
+                                      Command::StartLog,
+                                      Command::StopLog};
 
 } // namespace
 

@@ -64,7 +64,9 @@ MdMain::MdMain(const World &world, const CommandLine &line)
           CommunicationParts{m_settings, m_sequences, m_views, m_log, world.prompts, world.clock,
                              *MSCommA, *MSCommB})),
       m_project({m_settings, m_sequences, *m_communication, world.store, world.prompts, m_files}),
-      m_find(m_settings, m_sequences, m_views, world.prompts)
+      m_find(m_settings, m_sequences, m_views, world.prompts),
+      m_print({m_settings, m_sequences, m_views, world.prompts, world.clock, m_printOutput,
+               [this](bool busy) { SetBusy(busy); }})
 {
 }
 
@@ -218,6 +220,12 @@ void MdMain::Execute(Command command)
         break;
     case Command::FindNext:
         FindNext();
+        break;
+    case Command::PrintProject:
+        m_print.PrintProject();
+        break;
+    case Command::PrintCommunication:
+        m_print.PrintCommunication();
         break;
     case Command::Start:
         m_communication->OpenPorts();

@@ -13,7 +13,9 @@
 #include "comm/PortDevices.h"
 #include "find/MdFind.h"
 #include "log/MdLogFile.h"
+#include "platform/QtPrintOutput.h"
 #include "platform/SystemFiles.h"
+#include "print/MdPrint.h"
 #include "project/OpenFiles.h"
 #include "project/SettingsRecord.h"
 #include "sequences/MdSequenceEdition.h"
@@ -110,6 +112,8 @@ class MdMain final : public QObject, private ProjectWindow
     std::unique_ptr<MdCommunication> m_communication;
     MdProject m_project;
     MdFind m_find;
+    QtPrintOutput m_printOutput{m_files};
+    MdPrint m_print;
     Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
     Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
     std::unique_ptr<frmMain> m_window;

@@ -91,6 +91,12 @@ QColor RichTextPainter::ToColour(qint32 colour)
     return {colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF};
 }
 
+QColor RichTextPainter::ToGrey(const QColor &colour)
+{
+    const int grey = qGray(colour.rgb());
+    return {grey, grey, grey};
+}
+
 void RichTextPainter::Paint(QPainter &painter, const RichTextLayout &layout, const Part &part) const
 {
     // Italic glyphs overhang their cells, so all backgrounds come before all text.
@@ -158,7 +164,8 @@ void RichTextPainter::CollectRow(Inks &inks, const RichTextLayout &layout, qsize
         else if (at < selectionStart)
             to = qMin(to, selectionStart);
         const QColor colour = selected ? part.selectionText : ToColour(run.style.colour);
-        column = CollectSegment(inks, layout, {at, to, column, run.style, colour});
+        column = CollectSegment(inks, layout,
+                                {at, to, column, run.style, part.grey ? ToGrey(colour) : colour});
         at = to;
     }
 }

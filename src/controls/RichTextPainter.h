@@ -28,6 +28,7 @@ class RichTextPainter final
         qsizetype rowCount = 0;
         QColor selectionBack = QColor();
         QColor selectionText = QColor();
+        bool grey = false; ///< every colour as the grey of its brightness
     };
 
     /// Row heights are whole device pixels at the ratio given.
@@ -42,6 +43,7 @@ class RichTextPainter final
 
     /// From 0x00BBGGRR.
     static QColor ToColour(qint32 colour);
+    static QColor ToGrey(const QColor &colour);
 
   private:
     /// A variant of the font, with the glyph that shows each byte.

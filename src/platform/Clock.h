@@ -14,4 +14,6 @@ class Clock
     virtual QDateTime Now() const = 0;
     /// What the locale puts between the numbers of a date, such as "/" or ".".
     virtual QString DateSeparator() const = 0;
+    /// A date in the short form of the locale.
+    virtual QString ShortDate(QDate date) const = 0;
 };

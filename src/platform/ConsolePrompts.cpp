@@ -51,7 +51,18 @@ PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 
 QString ConsolePrompts::ChooseFile(const FileDialogRequest &request)
 {
-    m_out << "question: " << request.title << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
-          << Qt::flush;
+    CancelQuestion(request.title);
     return {};
+}
+
+std::optional<PrinterChoice> ConsolePrompts::ChoosePrinter(const PrintDialogRequest &request)
+{
+    CancelQuestion(QStringLiteral("Print ") + request.document);
+    return {};
+}
+
+void ConsolePrompts::CancelQuestion(const QString &question)
+{
+    m_out << "question: " << question << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
+          << Qt::flush;
 }

@@ -18,7 +18,10 @@ class ConsolePrompts final : public UserPrompts
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     void ShowNotice(const QString &, const MessagePrompt &prompt) override { ShowMessage(prompt); }
     QString ChooseFile(const FileDialogRequest &request) override;
+    std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
 
   private:
+    void CancelQuestion(const QString &question);
+
     QTextStream &m_out;
 };

@@ -3,11 +3,16 @@
 
 #include "platform/QtPrompts.h"
 
+#include "platform/PrintPaper.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
+#include <QPageLayout>
+#include <QPrintDialog>
+#include <QPrinter>
 
 #include <algorithm>
 #include <utility>
@@ -115,6 +120,49 @@ QString NameFilter(const QString &filter)
                                          : QStringLiteral("%1 (%2)").arg(description, pattern);
 }
 
+/// A selection is offered only where there is one. Ranges of pages never are.
+QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
+{
+    QAbstractPrintDialog::PrintDialogOptions options =
+        QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize;
+    options.setFlag(QAbstractPrintDialog::PrintSelection, request.SelectionChosen());
+    return options;
+}
+
+/// The toolkit's own dialog shows some choices whether they are offered or not, and a choice that
+/// has no effect would deceive. A dialog of the system has none of these.
+void HideWhatIsNotOffered(const QPrintDialog &dialog)
+{
+    const auto *range = dialog.findChild<QWidget *>(QStringLiteral("gbPrintRange"));
+    const auto *output = dialog.findChild<QWidget *>(QStringLiteral("copiesTab"));
+    if (!range || !output)
+        return;
+    for (const char *name :
+         {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
+        if (auto *choice = range->findChild<QWidget *>(QLatin1String(name)))
+            choice->hide();
+    }
+    if (auto *reverse = output->findChild<QWidget *>(QStringLiteral("reverse")))
+        reverse->hide();
+}
+
+/// Takes the copies over from the printer, which would else make as many of each of them.
+PrinterChoice ChoiceOf(const PrintDialogRequest &request, const QPrintDialog &dialog,
+                       const std::shared_ptr<QPrinter> &printer)
+{
+    PrinterChoice choice = {.document = request.document, .printer = printer};
+    if (printer->outputFormat() == QPrinter::PdfFormat)
+        choice.pdfPath = QFileInfo(printer->outputFileName()).absoluteFilePath();
+    if (printer->pageLayout().orientation() == QPageLayout::Landscape)
+        choice.orientation = PageOrientation::Landscape;
+    if (printer->colorMode() == QPrinter::GrayScale)
+        choice.colour = PrintColour::Monochrome;
+    choice.copies = std::max(1, printer->copyCount());
+    printer->setCopyCount(1);
+    choice.selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
+    return choice;
+}
+
 } // namespace
 
 QtPrompts::~QtPrompts()
@@ -178,4 +226,24 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
                      .caption = request.title});
     }
     return {};
+}
+
+std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &request)
+{
+    if (Ending())
+        return m_console.ChoosePrinter(request);
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    if (!m_printer.isEmpty())
+        printer->setPrinterName(m_printer);
+    printer->setDocName(request.document);
+    printer->setPageMargins(PrintPaper::UsualMargins(), QPageLayout::Point);
+    QPrintDialog dialog(printer.get(), Owner());
+    dialog.setOptions(OptionsOf(request));
+    if (request.SelectionChosen())
+        dialog.setPrintRange(QAbstractPrintDialog::Selection);
+    HideWhatIsNotOffered(dialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    m_printer = printer->printerName();
+    return ChoiceOf(request, dialog, printer);
 }

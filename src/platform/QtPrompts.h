@@ -22,8 +22,10 @@ class QtPrompts final : public UserPrompts
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     void ShowNotice(const QString &about, const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
+    std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
 
   private:
+    QString m_printer; ///< chosen last in this run; empty for the system's default
     ConsolePrompts m_console;
     QHash<QString, QPointer<QMessageBox>> m_notices; ///< by what they are about
 };

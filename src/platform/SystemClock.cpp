@@ -14,6 +14,11 @@ SystemClock::SystemClock()
 {
 }
 
+QString SystemClock::ShortDate(QDate date) const
+{
+    return QLocale::system().toString(date, QLocale::ShortFormat);
+}
+
 QString SystemClock::SeparatorOf(const QString &dateFormat)
 {
     const auto isField = [](QChar c) { return c == u'd' || c == u'M' || c == u'y'; };

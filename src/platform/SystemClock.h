@@ -13,6 +13,7 @@ class SystemClock final : public Clock
 
     QDateTime Now() const override { return QDateTime::currentDateTime(); }
     QString DateSeparator() const override { return m_dateSeparator; }
+    QString ShortDate(QDate date) const override;
 
     /// What stands between the numbers of a date format such as "dd.MM.yy"; "/" if that is
     /// nothing that a view could show.

@@ -4,8 +4,11 @@
 #pragma once
 
 #include "platform/FileDialogRequest.h"
+#include "platform/PrintDialogRequest.h"
 
 #include <QString>
+
+#include <optional>
 
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class PromptButtons { Ok, OkCancel, YesNo, YesNoCancel };
@@ -37,6 +40,9 @@ class UserPrompts
 
     /// The chosen path, absolute; empty if the user cancelled.
     virtual QString ChooseFile(const FileDialogRequest &request) = 0;
+
+    /// The chosen printer; nothing if the user cancelled.
+    virtual std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) = 0;
 
     /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
     /// once as if the user had escaped from it.

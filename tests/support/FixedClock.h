@@ -14,4 +14,5 @@ class FixedClock final : public Clock
 
     QDateTime Now() const override { return now; }
     QString DateSeparator() const override { return separator; }
+    QString ShortDate(QDate date) const override { return date.toString("d.M.yy"); }
 };

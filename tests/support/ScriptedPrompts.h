@@ -21,6 +21,8 @@ class ScriptedPrompts final : public UserPrompts
     QList<MessagePrompt> notices;                ///< those that opened a box
     QStringList standing;                        ///< what boxes of notices are about, until closed
     QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
+    QList<PrintDialogRequest> printsAsked;       ///< print dialogs
+    std::optional<PrinterChoice> printer;        ///< what they are answered; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
@@ -45,5 +47,11 @@ class ScriptedPrompts final : public UserPrompts
         asked << request;
         whileStanding();
         return chosen.isEmpty() ? QString() : chosen.takeFirst();
+    }
+
+    std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override
+    {
+        printsAsked << request;
+        return printer;
     }
 };
