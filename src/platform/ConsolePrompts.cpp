@@ -51,7 +51,18 @@ PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 
 QString ConsolePrompts::ChooseFile(const FileDialogRequest &request)
 {
-    m_out << "question: " << request.title << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
-          << Qt::flush;
+    TellCancelled(request.title);
     return {};
+}
+
+std::optional<qint32> ConsolePrompts::ChooseColour(qint32, const QString &title)
+{
+    TellCancelled(title);
+    return std::nullopt;
+}
+
+void ConsolePrompts::TellCancelled(const QString &title)
+{
+    m_out << "question: " << title << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
+          << Qt::flush;
 }

@@ -17,7 +17,10 @@ class ConsolePrompts final : public UserPrompts
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:
+    void TellCancelled(const QString &title);
+
     QTextStream &m_out;
 };

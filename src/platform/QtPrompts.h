@@ -14,6 +14,7 @@ class QtPrompts final : public UserPrompts
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:
     ConsolePrompts m_console;

@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <optional>
+
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
 enum class PromptButtons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class PromptAnswer { Ok, Cancel, Yes, No };
@@ -33,6 +35,9 @@ class UserPrompts
 
     /// The chosen path, absolute; empty if the user cancelled.
     virtual QString ChooseFile(const FileDialogRequest &request) = 0;
+
+    /// The chosen colour, starting from a given one, both 0x00BBGGRR; none if the user cancelled.
+    virtual std::optional<qint32> ChooseColour(qint32 initial, const QString &title) = 0;
 
     /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
     /// once as if the user had escaped from it.

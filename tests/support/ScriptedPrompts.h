@@ -21,6 +21,9 @@ class ScriptedPrompts final : public UserPrompts
     QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
+    QList<std::pair<QString, qint32>> coloursAsked; ///< titles and first colours of dialogs
+    QList<qint32> colours;                          ///< for the next ones; empty: cancelled
+
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
     {
         NoteIcon(prompt.icon);
@@ -33,5 +36,10 @@ class ScriptedPrompts final : public UserPrompts
     {
         asked << request;
         return chosen.isEmpty() ? QString() : chosen.takeFirst();
+    }
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override
+    {
+        coloursAsked.append({title, initial});
+        return colours.isEmpty() ? std::nullopt : std::optional(colours.takeFirst());
     }
 };
