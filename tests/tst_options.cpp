@@ -163,6 +163,7 @@ class tst_options : public QObject
     void TheModeStaysUntilItIsChosen();
     void WhatHasNoPlaceInTheDialogStays();
     void AColourIsChosenByKeyboardToo();
+    void TheTabKeyFollowsThePage();
     void OKEndsWhatTheCommandLineHadPut();
     void ADeviceIsAssigned_data();
     void ADeviceIsAssigned();
@@ -381,6 +382,22 @@ void tst_options::AColourIsChosenByKeyboardToo()
     QVERIFY(bench.form->isVisible());
 }
 
+void tst_options::TheTabKeyFollowsThePage()
+{
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = 1;
+    bench.Open().Find("tbsOptions")->setFocus();
+    QStringList names;
+    while (names.size() < 14) {
+        names << QApplication::focusWidget()->objectName();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(names.join(' ').remove("PicOp0"),
+             QStringLiteral("tbsOptions OptionType_1 PortANumber DevicesA PortBNumber DevicesB "
+                            "SpeedCombo ParityCombo DataBitsCombo StopBitsCombo cmdOK cmdCancel "
+                            "cmdApply tbsOptions"));
+}
+
 void tst_options::OKEndsWhatTheCommandLineHadPut()
 {
     ProgramBench bench;
@@ -415,6 +432,7 @@ void tst_options::ADeviceIsAssigned_data()
     row("a typed path", 200, -1, " /dev/x ", "COM200 is /dev/x (your own assignment)");
     row("an assignment of this run ends", 3, 0, "", "COM3 is /dev/ttyS0 (your own assignment)");
     row("an own one is taken back", 40, -1, " ", "COM40 is /dev/ttyUSB7 (system name)");
+    row("a look changes nothing", 3, -1, "", "COM3 is /dev/run (this run)");
 }
 
 void tst_options::ADeviceIsAssigned()
@@ -423,6 +441,7 @@ void tst_options::ADeviceIsAssigned()
     QFETCH(int, choose);
     QFETCH(QString, type);
     QFETCH(QString, meaning);
+    const bool chosen = choose >= 0 || !type.isEmpty();
     OptionsBench bench;
     bench.store.texts["Ports/COM40"] = "/dev/ttyUSB1";
     bench.devices.AssignForRun(3, "/dev/run");
@@ -438,8 +457,8 @@ void tst_options::ADeviceIsAssigned()
         auto *list = devices.findChild<QTreeWidget *>("lstDevices");
         if (choose >= 0)
             list->setCurrentItem(list->topLevelItem(choose));
-        else
-            devices.findChild<QLineEdit *>("txtDevice")->setText(type);
+        else if (!type.isEmpty())
+            OptionsDesk{devices}.Type("txtDevice", type);
         QTest::keyClick(list, Qt::Key_Return);
     });
     QCOMPARE(rows, (QStringList{"COM1|/dev/ttyS0|Built-in serial port|",
@@ -452,11 +471,12 @@ void tst_options::ADeviceIsAssigned()
     desk.Type("PicOp0PortANumber", QString::number(number));
     desk.Press("cmdApply");
     const QMap<int, QString> assigned = bench.confirmed.value(0).devices;
-    QCOMPARE(assigned.keys(), QList{number});
-    bench.devices.Assign(number, assigned[number]);
+    QCOMPARE(assigned.keys(), chosen ? QList{number} : QList<int>());
+    if (chosen)
+        bench.devices.Assign(number, assigned[number]);
     desk.Type("PicOp0PortANumber", QString::number(number));
     QCOMPARE(toolTip(), meaning);
-    QVERIFY(before != meaning);
+    QCOMPARE(before != meaning, chosen);
     desk.Press("cmdOK");
     QVERIFY(bench.confirmed.value(1).devices.isEmpty()); // it was assigned once
 }

@@ -3,6 +3,7 @@
 
 #include "options/CommunicationOptions.h"
 
+#include "options/OptionButtons.h"
 #include "options/PortBox.h"
 #include "options/frmDevices.h"
 
@@ -12,7 +13,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -181,6 +181,7 @@ void CommunicationOptions::Store(OptionsValues &values) const
 
 void CommunicationOptions::ShowMode()
 {
+    LeadTabToChosen(m_modes);
     const bool monitoring = m_modes[1]->isChecked();
     m_captionSendReceive->setVisible(!monitoring);
     m_captionChannel1->setVisible(monitoring);
@@ -227,7 +228,7 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)
         meanings[each] = MeaningOf(each);
     frmDevices devices(number, meanings, m_finder, window());
-    if (devices.exec() != QDialog::Accepted)
+    if (devices.exec() != QDialog::Accepted || !devices.IsChosen())
         return;
     m_assigned[number] = devices.Device();
     m_portA->UpdateMeaning();

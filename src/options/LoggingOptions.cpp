@@ -3,9 +3,10 @@
 
 #include "options/LoggingOptions.h"
 
+#include "options/OptionButtons.h"
+
 #include <QCheckBox>
 #include <QGroupBox>
-#include <QRadioButton>
 #include <QVBoxLayout>
 
 namespace
@@ -62,8 +63,10 @@ void LoggingOptions::MakeFormats(QVBoxLayout *column)
         auto *option = new QRadioButton(QString::fromLatin1(FormatOptions[i].caption));
         option->setObjectName(QStringLiteral("LogFileOption_%1").arg(i));
         connect(option, &QRadioButton::toggled, this, [this, i](bool checked) {
-            if (checked)
-                m_format = FormatOptions[i].format;
+            if (!checked)
+                return;
+            m_format = FormatOptions[i].format;
+            LeadTabToChosen(LogFileOption);
         });
         rows->addWidget(option);
         LogFileOption[i] = option;

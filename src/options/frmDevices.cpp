@@ -156,8 +156,15 @@ void frmDevices::ShowPorts()
 void frmDevices::TakeSelected()
 {
     const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
-    if (!selected.isEmpty())
-        txtDevice->setText(selected.first()->data(0, AssignedName).toString());
+    if (selected.isEmpty())
+        return;
+    txtDevice->setText(selected.first()->data(0, AssignedName).toString());
+    txtDevice->setModified(true);
+}
+
+bool frmDevices::IsChosen() const
+{
+    return txtDevice->isModified();
 }
 
 QString frmDevices::Device() const

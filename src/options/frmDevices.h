@@ -27,6 +27,8 @@ class frmDevices final : public QDialog
     frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &meanings,
                std::shared_ptr<const PortFinder> finder, QWidget *parent = nullptr);
 
+    /// Whether the user has chosen a device at all, or only looked.
+    bool IsChosen() const;
     /// The chosen device; empty to leave the number to the system.
     QString Device() const;
 
