@@ -157,6 +157,7 @@ class tst_options : public QObject
     void PortNumbersAreRead();
     void AWrongPortNumberIsToldOnce_data();
     void AWrongPortNumberIsToldOnce();
+    void ABoxThatIsHiddenIsNotJudged();
     void MonitoringNeedsTwoPorts_data();
     void MonitoringNeedsTwoPorts();
     void TheModeStaysUntilItIsChosen_data();
@@ -254,6 +255,8 @@ void tst_options::AWrongPortNumberIsToldOnce_data()
     row("to the devices", "0", "PicOp0DevicesB", 1, "1", true);
     row("by Cancel", "abc", "cmdCancel", 0, "abc", false);
     row("by Escape", "abc", "Escape", 0, "abc", false);
+    row("to the other mode", "abc", "PicOp0OptionType_0", 1, "1", true);
+    row("to a list that drops down at once", "0", "PicOp0SpeedCombo", 1, "1", true);
     row("to another control with a right one", "8", "Tab", 0, "8", true);
 }
 
@@ -273,8 +276,10 @@ void tst_options::AWrongPortNumberIsToldOnce()
     else if (leave == "page")
         desk.ShowPage(3);
     else
-        QTest::mouseClick(desk.Find(leave), Qt::LeftButton);
+        QTest::mousePress(desk.Find(leave), Qt::LeftButton);
     QCoreApplication::sendPostedEvents();
+    if (leave.startsWith("cmd") || leave.startsWith("Pic"))
+        QTest::mouseRelease(desk.Find(leave), Qt::LeftButton);
     QCOMPARE(bench.prompts.shown, QList<MessagePrompt>(told, Illegal));
     QTEST(desk.Value("PicOp0PortBNumber").toString(), "then");
     QTEST(bench.form->isVisible(), "open");
@@ -286,6 +291,19 @@ void tst_options::AWrongPortNumberIsToldOnce()
     desk.Press("cmdOK");
     QCOMPARE(QString::number(bench.confirmed.value(0).comm.stored.CommPortB),
              desk.Value("PicOp0PortBNumber").toString());
+}
+
+void tst_options::ABoxThatIsHiddenIsNotJudged()
+{
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = 1;
+    const OptionsDesk desk = bench.Open();
+    desk.Type("PicOp0PortBNumber", "abc");
+    desk.Press("PicOp0OptionType_0");
+    QCoreApplication::sendPostedEvents();
+    desk.Press("cmdOK");
+    QVERIFY(bench.prompts.shown.isEmpty());
+    QCOMPARE(bench.confirmed.value(0).comm.stored.CommPortB, qint16(2));
 }
 
 void tst_options::MonitoringNeedsTwoPorts_data()

@@ -46,7 +46,7 @@ QString UsbDescription(const QString &description)
 
 QString Describe(const QString &description)
 {
-    const QString usb = UsbDescription(description);
+    QString usb = UsbDescription(description);
     if (!usb.isEmpty())
         return usb;
     return QFileInfo(description).fileName().startsWith(QLatin1String("ttyS"))

@@ -26,7 +26,7 @@ struct OptionsDesk {
         return widget;
     }
 
-    void Press(const char *button) const { Find<QPushButton>(button)->click(); }
+    void Press(const char *button) const { Find<QAbstractButton>(button)->click(); }
     void ShowPage(int index) const { Find<QTabBar>("tbsOptions")->setCurrentIndex(index); }
 
     void Type(const char *box, const QString &text) const
