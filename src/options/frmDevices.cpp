@@ -57,6 +57,7 @@ frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &mea
     MakeList();
     MakeField(comNumber, meanings[comNumber]);
     MakeButtons();
+    resize(880, 360); // so that most stable names are seen whole
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmDevices::ShowPorts);
     Look();
 }
@@ -69,7 +70,7 @@ void frmDevices::MakeList()
                              QStringLiteral("Description"), QStringLiteral("Stable Name")});
     m_list->setRootIsDecorated(false);
     m_list->setAllColumnsShowFocus(true);
-    m_list->setMinimumSize(640, 160);
+    m_list->setMinimumSize(480, 160);
     lblState->setObjectName(QStringLiteral("lblState"));
     layout()->addWidget(m_list);
     layout()->addWidget(lblState);
@@ -142,6 +143,7 @@ void frmDevices::ShowPorts()
         item->setText(DeviceColumn, port.device);
         item->setText(DescriptionColumn, port.description);
         item->setText(NameColumn, port.stableName);
+        item->setToolTip(NameColumn, port.stableName);
         item->setData(0, AssignedName, port.stableName.isEmpty() ? port.device : port.stableName);
     }
     for (int column = NumberColumn; column <= NameColumn; ++column)
