@@ -69,6 +69,27 @@ class TestPortDevices : public QObject
             store.Write("Ports", QString("COM%1").arg(number), stored);
         QTEST(devices.DeviceOf(number), "device");
     }
+
+    void AnOwnAssignmentEndsThatOfTheRun()
+    {
+        MemoryStore store;
+        PortDevices devices(store);
+        using Source = PortDevices::Source;
+        QCOMPARE(devices.MeaningOf(200).source, Source::None);
+        devices.AssignForRun(2, "/dev/a");
+        QCOMPARE(devices.MeaningOf(2).source, Source::ThisRun);
+        devices.Assign(2, "/dev/b");
+        QCOMPARE(devices.MeaningOf(2).source, Source::OwnAssignment);
+        QCOMPARE(devices.DeviceOf(2), QStringLiteral("/dev/b"));
+        QCOMPARE(store.texts.value("Ports/COM2"), QStringLiteral("/dev/b"));
+        devices.Assign(2, QString());
+        QCOMPARE(devices.MeaningOf(2).source, Source::SystemName);
+        QCOMPARE(devices.DeviceOf(2), QStringLiteral("/dev/ttyS1"));
+        devices.AssignForRun(3, "/dev/c");
+        devices.Assign(3, QString());
+        QCOMPARE(devices.DeviceOf(3), QStringLiteral("/dev/ttyS2"));
+        QVERIFY(!store.texts.contains("Ports/COM3"));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestPortDevices)

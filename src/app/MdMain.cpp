@@ -8,10 +8,12 @@
 #include "app/SequenceLists.h"
 #include "app/frmMain.h"
 #include "find/frmFind.h"
+#include "options/frmOptions.h"
 #include "platform/DemoInstrument.h"
 #include "platform/QtSerialPort.h"
 #include "platform/SerialPortHub.h"
 #include "platform/SettingsStore.h"
+#include "platform/SystemPortFinder.h"
 #include "platform/UserPrompts.h"
 #include "project/ProgramSettings.h"
 #include "sequences/frmEditAction.h"
@@ -57,6 +59,7 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_line(line),
       m_log({m_settings, world.prompts, m_files, [this] { return PortsOpen(); }}),
       m_devices(world.store),
+      m_finder(std::make_shared<SystemPortFinder>()),
       m_hub(std::make_unique<SerialPortHub>()),
       MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
       MSCommB(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
@@ -325,9 +328,14 @@ void MdMain::ShowOptions()
 {
     m_communication->ClosePorts();
     if (!m_communication->Running()) {
-        m_world.prompts.ShowMessage(InformationMessage(
-            QStringLiteral("The options dialog is not available in this version. The command line "
-                           "options --mode, --port and --settings set a run's communication.")));
+        const OptionsValues values = {m_settings.comm, m_settings.stamp, m_settings.Display,
+                                      m_settings.log};
+        frmOptions options(
+            {values, m_settings.displayNext, m_world.prompts, m_devices, m_finder,
+             [this](const OptionsValues &confirmed) { StoreOptions(confirmed); },
+             [this](const DisplaySettings &display) { m_settings.displayNext = display; }},
+            m_window.get());
+        options.exec();
     }
     m_window->UpdateStatusPanels();
 }
@@ -346,6 +354,20 @@ void MdMain::FindNext()
         ShowFind();
     else if (m_find.FindNext(m_find.FindTab, *sequence))
         m_window->ShowSelection();
+}
+
+void MdMain::StoreOptions(const OptionsValues &values)
+{
+    for (auto device = values.devices.cbegin(); device != values.devices.cend(); ++device)
+        m_devices.Assign(device.key(), *device);
+    m_settings.comm = values.comm;
+    m_settings.stamp = values.stamp;
+    m_settings.log = values.log;
+    const bool otherDisplay = m_settings.Display != values.Display;
+    m_settings.Display = values.Display;
+    if (otherDisplay)
+        m_lists->Refresh();
+    m_window->UpdateStatusPanels();
 }
 
 void MdMain::UnloadMainWindow()

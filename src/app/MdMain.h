@@ -27,11 +27,13 @@
 class Clock;
 class DemoInstrument;
 class frmMain;
+class PortFinder;
 class QtSerialPort;
 class SequenceLists;
 class SerialPortHub;
 class SettingsStore;
 class UserPrompts;
+struct OptionsValues;
 
 /// The program: owns the state that everything shares, brings its parts up in their order, runs
 /// the main loop and carries out the commands that belong to no other part.
@@ -90,6 +92,7 @@ class MdMain final : public QObject, private ProjectWindow
     void ShowOptions();
     void ShowFind();
     void FindNext();
+    void StoreOptions(const OptionsValues &values);
     void EditSendSequence();
     void EditReceiveSequence();
     void UnloadMainWindow();
@@ -105,8 +108,9 @@ class MdMain final : public QObject, private ProjectWindow
     OpenFiles m_files{m_fileSystem};
     MdLogFile m_log;
     PortDevices m_devices;
-    std::unique_ptr<DemoInstrument> m_demo; ///< outlives the ports that listen to it
-    std::unique_ptr<SerialPortHub> m_hub;   ///< outlives its ports
+    std::shared_ptr<const PortFinder> m_finder; ///< shared with searches under way
+    std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it
+    std::unique_ptr<SerialPortHub> m_hub;       ///< outlives its ports
     std::unique_ptr<QtSerialPort> MSCommA;
     std::unique_ptr<QtSerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;

@@ -51,18 +51,24 @@ PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 
 QString ConsolePrompts::ChooseFile(const FileDialogRequest &request)
 {
-    CancelQuestion(request.title);
+    TellCancelled(request.title);
     return {};
 }
 
 std::optional<PrinterChoice> ConsolePrompts::ChoosePrinter(const PrintDialogRequest &request)
 {
-    CancelQuestion(QStringLiteral("Print ") + request.document);
-    return {};
+    TellCancelled(QStringLiteral("Print ") + request.document);
+    return std::nullopt;
 }
 
-void ConsolePrompts::CancelQuestion(const QString &question)
+std::optional<qint32> ConsolePrompts::ChooseColour(qint32, const QString &title)
 {
-    m_out << "question: " << question << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
+    TellCancelled(title);
+    return std::nullopt;
+}
+
+void ConsolePrompts::TellCancelled(const QString &title)
+{
+    m_out << "question: " << title << " -> " << AnswerText(PromptAnswer::Cancel) << '\n'
           << Qt::flush;
 }

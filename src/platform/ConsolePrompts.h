@@ -19,9 +19,10 @@ class ConsolePrompts final : public UserPrompts
     void ShowNotice(const QString &, const MessagePrompt &prompt) override { ShowMessage(prompt); }
     QString ChooseFile(const FileDialogRequest &request) override;
     std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:
-    void CancelQuestion(const QString &question);
+    void TellCancelled(const QString &title);
 
     QTextStream &m_out;
 };

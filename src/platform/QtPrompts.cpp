@@ -6,6 +6,7 @@
 #include "platform/PrintPaper.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -246,4 +247,17 @@ std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &
         return {};
     m_printer = printer->printerName();
     return ChoiceOf(request, dialog, printer);
+}
+
+std::optional<qint32> QtPrompts::ChooseColour(qint32 initial, const QString &title)
+{
+    if (Ending())
+        return m_console.ChooseColour(initial, title);
+    const QColor start(initial & 0xFF, (initial >> 8) & 0xFF, (initial >> 16) & 0xFF);
+    QColorDialog dialog(start, Owner());
+    dialog.setWindowTitle(title);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    const QColor chosen = dialog.selectedColor();
+    return chosen.red() | chosen.green() << 8 | chosen.blue() << 16;
 }

@@ -23,6 +23,7 @@ class QtPrompts final : public UserPrompts
     void ShowNotice(const QString &about, const MessagePrompt &prompt) override;
     QString ChooseFile(const FileDialogRequest &request) override;
     std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:
     QString m_printer; ///< chosen last in this run; empty for the system's default

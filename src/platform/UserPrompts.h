@@ -44,6 +44,9 @@ class UserPrompts
     /// The chosen printer; nothing if the user cancelled.
     virtual std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) = 0;
 
+    /// The chosen colour, starting from a given one, both 0x00BBGGRR; none if the user cancelled.
+    virtual std::optional<qint32> ChooseColour(qint32 initial, const QString &title) = 0;
+
     /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
     /// once as if the user had escaped from it.
     void EndUnasked() { m_ending = true; }

@@ -8,8 +8,10 @@
 #include "comm/CommunicationViews.h"
 #include "support/FixedClock.h"
 #include "support/MemoryStore.h"
+#include "support/OptionsDesk.h"
 #include "support/ScriptedPrompts.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QList>
 #include <QPointer>
@@ -73,6 +75,18 @@ class ProgramBench
         return View(r).Bytes().toByteArray();
     }
     bool Running() { return program->Communication().Running(); }
+
+    /// Opens the options and acts in them; a dialog that is then still open is cancelled.
+    void InOptions(const std::function<void(const OptionsDesk &)> &act)
+    {
+        QTimer::singleShot(0, program.get(), [act] {
+            const QPointer<QWidget> form = QApplication::activeModalWidget();
+            act(OptionsDesk{*form});
+            if (form && form->isVisible())
+                form->close();
+        });
+        program->Execute(Command::Options);
+    }
 
     void Watch(const QByteArray &sequence, const QByteArray &comment, const QByteArray &answer)
     {

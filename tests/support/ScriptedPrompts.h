@@ -25,6 +25,9 @@ class ScriptedPrompts final : public UserPrompts
     std::optional<PrinterChoice> printer;        ///< what they are answered; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
 
+    QList<std::pair<QString, qint32>> coloursAsked; ///< titles and first colours of dialogs
+    QList<qint32> colours;                          ///< for the next ones; empty: cancelled
+
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
     {
         NoteIcon(prompt.icon);
@@ -53,5 +56,11 @@ class ScriptedPrompts final : public UserPrompts
     {
         printsAsked << request;
         return printer;
+    }
+
+    std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override
+    {
+        coloursAsked.append({title, initial});
+        return colours.isEmpty() ? std::nullopt : std::optional(colours.takeFirst());
     }
 };

@@ -82,7 +82,7 @@ class UnprivilegedOpener
 
     static QString Try(const QString &device)
     {
-        const MemoryStore store;
+        MemoryStore store;
         PortDevices devices(store);
         devices.AssignForRun(1, device);
         SerialPortHub hub;

@@ -1,0 +1,175 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "options/frmDevices.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPromise>
+#include <QPushButton>
+#include <QThreadPool>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace
+{
+
+/// Columns of the list.
+enum Column { NumberColumn, DeviceColumn, DescriptionColumn, NameColumn };
+
+/// What a row assigns: the name that lasts, if the port has one.
+constexpr int AssignedName = Qt::UserRole;
+
+QString NumbersText(const QList<int> &numbers)
+{
+    QStringList names;
+    for (const int number : numbers)
+        names << QStringLiteral("COM%1").arg(number);
+    return names.join(QStringLiteral(", "));
+}
+
+QPushButton *MakeButton(const char *name, const char *caption)
+{
+    auto *button = new QPushButton(QString::fromLatin1(caption));
+    button->setObjectName(QString::fromLatin1(name));
+    return button;
+}
+
+} // namespace
+
+frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &meanings,
+                       std::shared_ptr<const PortFinder> finder, QWidget *parent)
+    : QDialog(parent),
+      m_finder(std::move(finder)),
+      m_list(new QTreeWidget),
+      lblState(new QLabel),
+      txtDevice(new QLineEdit),
+      cmdLookAgain(MakeButton("cmdLookAgain", "&Look Again"))
+{
+    for (auto meaning = meanings.cbegin(); meaning != meanings.cend(); ++meaning)
+        m_numbers[meaning.key()] = meaning->device;
+    setObjectName(QStringLiteral("frmDevices"));
+    setWindowTitle(QStringLiteral("Device of COM%1").arg(comNumber));
+    new QVBoxLayout(this);
+    MakeList();
+    MakeField(comNumber, meanings[comNumber]);
+    MakeButtons();
+    resize(880, 360); // so that most stable names are seen whole
+    connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmDevices::ShowPorts);
+    Look();
+}
+
+void frmDevices::MakeList()
+{
+    m_list->setObjectName(QStringLiteral("lstDevices"));
+    m_list->setAccessibleName(QStringLiteral("Ports of this machine"));
+    m_list->setHeaderLabels({QStringLiteral("Number"), QStringLiteral("Device"),
+                             QStringLiteral("Description"), QStringLiteral("Stable Name")});
+    m_list->setRootIsDecorated(false);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setMinimumSize(480, 160);
+    lblState->setObjectName(QStringLiteral("lblState"));
+    layout()->addWidget(m_list);
+    layout()->addWidget(lblState);
+    connect(m_list, &QTreeWidget::itemSelectionChanged, this, &frmDevices::TakeSelected);
+    connect(m_list, &QTreeWidget::itemDoubleClicked, this, &QDialog::accept);
+}
+
+void frmDevices::MakeField(int comNumber, const PortDevices::Meaning &meaning)
+{
+    const PortDevices::Meaning ofSystem = PortDevices::MeaningOfEntry(comNumber, QString());
+    auto *caption = new QLabel(QStringLiteral("&Device of COM%1").arg(comNumber));
+    caption->setBuddy(txtDevice);
+    txtDevice->setObjectName(QStringLiteral("txtDevice"));
+    txtDevice->setAccessibleName(QStringLiteral("Device of COM%1").arg(comNumber));
+    txtDevice->setPlaceholderText(ofSystem.device);
+    if (meaning.source != PortDevices::Source::SystemName)
+        txtDevice->setText(meaning.device);
+    auto *note = new QLabel(
+        QStringLiteral("Choose a port or type the path of a device. While the field is empty, ") +
+        (ofSystem.device.isEmpty()
+             ? QStringLiteral("COM%1 has no device.").arg(comNumber)
+             : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem.device + u'.'));
+    note->setWordWrap(true);
+    auto *row = new QHBoxLayout;
+    row->addWidget(caption);
+    row->addWidget(txtDevice);
+    auto *column = static_cast<QVBoxLayout *>(layout());
+    column->addLayout(row);
+    column->addWidget(note);
+}
+
+void frmDevices::MakeButtons()
+{
+    QPushButton *cmdOK = MakeButton("cmdOK", "OK");
+    QPushButton *cmdCancel = MakeButton("cmdCancel", "Cancel");
+    cmdOK->setDefault(true);
+    auto *row = new QHBoxLayout;
+    row->addWidget(cmdLookAgain);
+    row->addStretch();
+    row->addWidget(cmdOK);
+    row->addWidget(cmdCancel);
+    static_cast<QVBoxLayout *>(layout())->addLayout(row);
+    connect(cmdLookAgain, &QPushButton::clicked, this, &frmDevices::Look);
+    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+/// The thread keeps what it needs; the watcher forgets it when the dialog goes.
+void frmDevices::Look()
+{
+    cmdLookAgain->setEnabled(false);
+    m_list->clear();
+    lblState->setText(QStringLiteral("Looking for ports ..."));
+    const auto promise = std::make_shared<QPromise<QList<ListedPort>>>();
+    m_watcher.setFuture(promise->future());
+    QThreadPool::globalInstance()->start([promise, finder = m_finder, numbers = m_numbers] {
+        promise->start();
+        promise->addResult(ListPorts(*finder, numbers));
+        promise->finish();
+    });
+}
+
+void frmDevices::ShowPorts()
+{
+    const QList<ListedPort> ports = m_watcher.result();
+    for (const ListedPort &listed : ports) {
+        const FoundPort &port = listed.port;
+        auto *item = new QTreeWidgetItem(m_list);
+        item->setText(NumberColumn, NumbersText(listed.numbers));
+        item->setText(DeviceColumn, port.device);
+        item->setText(DescriptionColumn, port.description);
+        item->setText(NameColumn, port.stableName);
+        item->setToolTip(NameColumn, port.stableName);
+        item->setData(0, AssignedName, port.stableName.isEmpty() ? port.device : port.stableName);
+    }
+    for (int column = NumberColumn; column <= NameColumn; ++column)
+        m_list->resizeColumnToContents(column);
+    lblState->setText(ports.isEmpty() ? QStringLiteral("No ports were found.")
+                      : ports.size() == 1
+                          ? QStringLiteral("1 port was found.")
+                          : QStringLiteral("%1 ports were found.").arg(ports.size()));
+    cmdLookAgain->setEnabled(true);
+}
+
+void frmDevices::TakeSelected()
+{
+    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
+    if (selected.isEmpty())
+        return;
+    txtDevice->setText(selected.first()->data(0, AssignedName).toString());
+    txtDevice->setModified(true);
+}
+
+bool frmDevices::IsChosen() const
+{
+    return txtDevice->isModified();
+}
+
+QString frmDevices::Device() const
+{
+    return txtDevice->text().trimmed();
+}

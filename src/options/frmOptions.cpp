@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "options/frmOptions.h"
+
+#include "options/CommunicationOptions.h"
+#include "options/DisplayOptions.h"
+#include "options/LoggingOptions.h"
+#include "options/SequenceOptions.h"
+#include "platform/UserPrompts.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+namespace
+{
+
+constexpr std::array<const char *, 4> TabCaptions = {"Communication", "Display - 1", "Display - 2",
+                                                     "Logging"};
+
+QPushButton *MakeButton(const char *name, const char *caption)
+{
+    auto *button = new QPushButton(QString::fromLatin1(caption));
+    button->setObjectName(QString::fromLatin1(name));
+    return button;
+}
+
+} // namespace
+
+frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
+    : QDialog(parent),
+      m_parts(parts),
+      tbsOptions(new QTabBar),
+      m_frame(new QStackedWidget),
+      cmdCancel(MakeButton("cmdCancel", "Cancel"))
+{
+    setObjectName(QStringLiteral("frmOptions"));
+    setWindowTitle(QStringLiteral("Options"));
+    MakePages();
+    MakeButtons();
+    ShowValues();
+    connect(qApp, &QApplication::focusChanged, &m_focusWatch,
+            [this](QWidget *, QWidget *now) { NoteFocus(now); });
+}
+
+void frmOptions::MakePages()
+{
+    picOptions = {new CommunicationOptions(m_parts.devices, m_parts.finder),
+                  new DisplayOptions(m_parts.display, m_parts.prompts, m_parts.DisplayChosen),
+                  new SequenceOptions, new LoggingOptions};
+    tbsOptions->setObjectName(QStringLiteral("tbsOptions"));
+    tbsOptions->setAccessibleName(QStringLiteral("Options"));
+    tbsOptions->setExpanding(false);
+    tbsOptions->setDrawBase(false);
+    m_frame->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
+    for (size_t i = 0; i < picOptions.size(); ++i) {
+        picOptions[i]->setObjectName(QStringLiteral("picOptions_%1").arg(i));
+        m_frame->addWidget(picOptions[i]);
+        tbsOptions->addTab(QString::fromLatin1(TabCaptions[i]));
+    }
+    connect(tbsOptions, &QTabBar::currentChanged, m_frame, &QStackedWidget::setCurrentIndex);
+    auto *column = new QVBoxLayout(this);
+    column->setSpacing(0);
+    column->addWidget(tbsOptions);
+    column->addWidget(m_frame);
+}
+
+void frmOptions::MakeButtons()
+{
+    QPushButton *cmdOK = MakeButton("cmdOK", "OK");
+    QPushButton *cmdApply = MakeButton("cmdApply", "Apply");
+    cmdOK->setDefault(true);
+    auto *row = new QHBoxLayout;
+    row->setContentsMargins(0, 8, 0, 0);
+    row->setSpacing(6);
+    row->addStretch();
+    for (QPushButton *button : {cmdOK, cmdCancel, cmdApply})
+        row->addWidget(button);
+    static_cast<QVBoxLayout *>(layout())->addLayout(row);
+    connect(cmdOK, &QPushButton::clicked, this, &frmOptions::accept);
+    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+    connect(cmdApply, &QPushButton::clicked, this, [this] {
+        if (Confirm())
+            ShowValues();
+    });
+}
+
+void frmOptions::ShowValues()
+{
+    for (OptionsPage *page : picOptions)
+        page->Show(m_parts.values);
+}
+
+/// A field that was left is checked when the stroke that moved the focus has been dealt with: a
+/// message box must not stand in the middle of it.
+void frmOptions::NoteFocus(const QWidget *now)
+{
+    if (now && now->window() == this)
+        QMetaObject::invokeMethod(this, &frmOptions::CheckLeftFields, Qt::QueuedConnection);
+}
+
+/// The way to Cancel is free.
+void frmOptions::CheckLeftFields()
+{
+    if (m_telling || !isVisible() || focusWidget() == cmdCancel)
+        return;
+    for (size_t i = 0; i < picOptions.size(); ++i) {
+        if (const auto fault = picOptions[i]->FaultyField(focusWidget())) {
+            Tell(i, *fault);
+            return;
+        }
+    }
+}
+
+/// Taking the focus from a button that is still held down also keeps it from being pressed.
+void frmOptions::Tell(size_t page, const OptionsFault &fault)
+{
+    const QScopedValueRollback<bool> telling(m_telling, true);
+    while (QWidget *popup = QApplication::activePopupWidget())
+        popup->close();
+    tbsOptions->setCurrentIndex(int(page));
+    fault.field->setFocus();
+    m_parts.prompts.ShowMessage(ExclamationMessage(fault.text));
+    fault.mend();
+}
+
+bool frmOptions::MayConfirm()
+{
+    for (size_t i = 0; i < picOptions.size(); ++i) {
+        auto fault = picOptions[i]->FaultyField(nullptr);
+        if (!fault)
+            fault = picOptions[i]->Conflict();
+        if (fault) {
+            Tell(i, *fault);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool frmOptions::Confirm()
+{
+    if (!MayConfirm())
+        return false;
+    for (const OptionsPage *page : picOptions)
+        page->Store(m_parts.values);
+    m_parts.ValuesConfirmed(m_parts.values);
+    m_parts.values.devices.clear();
+    return true;
+}
+
+void frmOptions::accept()
+{
+    if (Confirm())
+        QDialog::accept();
+}

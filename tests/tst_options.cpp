@@ -1,0 +1,573 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "controls/SQSendSequenceList.h"
+#include "options/PortNumber.h"
+#include "options/frmDevices.h"
+#include "options/frmOptions.h"
+#include "platform/SystemPortFinder.h"
+#include "support/Cases.h"
+#include "support/ProgramBench.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QThreadPool>
+#include <QTreeWidget>
+
+namespace
+{
+
+const MessagePrompt Illegal = ExclamationMessage("Illegal value. Please correct.");
+const MessagePrompt SamePort = ExclamationMessage(
+    "You cannot use the same COM port for channel 1 and channel 2. Please correct");
+const std::function<bool()> AtOnce = [] { return true; };
+
+/// A control, a value that is not its first one, and what the store then holds.
+struct Change {
+    const char *control;
+    QVariant value;
+    const char *key;
+    const char *stored;
+};
+
+const QList<Change> Changes = {
+    {"PicOp0OptionType_1", true, "Communication/CommType", "1"},
+    {"PicOp0PortANumber", "7", "Communication/CommPortA", "7"},
+    {"PicOp0PortBNumber", "255", "Communication/CommPortB", "255"},
+    {"PicOp0SpeedCombo", 14, "Communication/CommSpeed", "14"},
+    {"PicOp0ParityCombo", 4, "Communication/CommParity", "4"},
+    {"PicOp0DataBitsCombo", 3, "Communication/CommDataBits", "3"},
+    {"PicOp0StopBitsCombo", 2, "Communication/CommStopBits", "2"},
+    {"PicOp1PicDispBackColor", 0x102030, "Colors/DispBack", "1056816"},
+    {"PicOp1PicDir1Color", 0, "Colors/Dir1TextColor", "0"},
+    {"PicOp1PicDir2Color", 1, "Colors/Dir2TextColor", "1"},
+    {"PicOp1PicCmtColor", 2, "Colors/CmtTextColor", "2"},
+    {"CheckBldDir1", true, "TextSetup/BldDir1", "1"},
+    {"CheckBldDir2", true, "TextSetup/BldDir2", "1"},
+    {"CheckBldCmt", true, "TextSetup/BldCmt", "1"},
+    {"CheckItlDir1", true, "TextSetup/ItlDir1", "1"},
+    {"CheckItlDir2", true, "TextSetup/ItlDir2", "1"},
+    {"CheckItlCmt", true, "TextSetup/ItlCmt", "1"},
+    {"CheckUndrlnDir1", true, "TextSetup/UndrlnDir1", "1"},
+    {"CheckUndrlnDir2", true, "TextSetup/UndrlnDir2", "1"},
+    {"CheckUndrlnCmt", true, "TextSetup/UndrlnCmt", "1"},
+    {"PicOp1CheckDateStamp", true, "Stamp/Date", "True"},
+    {"PicOp1CheckTimeStamp", true, "Stamp/Time", "True"},
+    {"PicOp1CheckStampReturnToLine", false, "Stamp/NewLine", "False"},
+    {"PicOp2ComboDisplaySequences", 3, "SendReceive/Display", "3"},
+    {"CheckLogInAscii", false, "LogFile/ASCII", "False"},
+    {"CheckLogInHexadecimal", true, "LogFile/HEX", "True"},
+    {"CheckLogInDecimal", true, "LogFile/Decimal", "True"},
+    {"CheckLogInBinary", true, "LogFile/Binary", "True"},
+    {"LogFileOption_0", true, "LogFile/Format", "1"},
+};
+
+bool IsKeptOnCancel(const Change &change)
+{
+    return QByteArray(change.key).startsWith("Colors/") ||
+           QByteArray(change.key).startsWith("TextSetup/");
+}
+
+/// Finds what the test says, when the test says.
+class ScriptedFinder final : public PortFinder
+{
+  public:
+    QList<FoundPort> ports = {
+        {"/dev/ttyS0", "Built-in serial port", ""},
+        {"/dev/ttyUSB1", "Maker of USB Serial", "/dev/serial/by-id/usb-adapter"}};
+    mutable QSemaphore allowed{1000};
+
+    QList<FoundPort> FindPorts() const override
+    {
+        allowed.acquire();
+        return ports;
+    }
+};
+
+/// The dialog alone, and what it gave back.
+class OptionsBench
+{
+  public:
+    MemoryStore store;
+    PortDevices devices{store};
+    ScriptedPrompts prompts;
+    std::shared_ptr<ScriptedFinder> finder = std::make_shared<ScriptedFinder>();
+    OptionsValues values;
+    QList<OptionsValues> confirmed;
+    std::unique_ptr<frmOptions> form;
+
+    OptionsDesk Open()
+    {
+        form = std::make_unique<frmOptions>(
+            OptionsParts{values,
+                         {},
+                         prompts,
+                         devices,
+                         finder,
+                         [this](const OptionsValues &given) { confirmed << given; },
+                         [](const DisplaySettings &) {}});
+        form->show();
+        if (!QTest::qWaitForWindowActive(form.get()))
+            qFatal("no active window");
+        return {*form};
+    }
+
+    /// Presses a box's button and acts in the dialog of devices, once that has found its ports.
+    void InDevices(const char *button, const std::function<void(QDialog &)> &act) const
+    {
+        const OptionsDesk desk{*form};
+        QTimer poll;
+        QObject::connect(&poll, &QTimer::timeout, form.get(), [&] {
+            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+            if (!dialog || dialog->findChild<QLabel *>("lblState")->text().startsWith("Looking"))
+                return;
+            poll.stop();
+            act(*dialog);
+        });
+        poll.start(1);
+        desk.Press(button);
+    }
+};
+
+QStringList RowsOf(const QDialog &devices)
+{
+    const auto *list = devices.findChild<QTreeWidget *>("lstDevices");
+    QStringList rows;
+    for (int i = 0; i < list->topLevelItemCount(); ++i) {
+        QStringList cells;
+        for (int column = 0; column < 4; ++column)
+            cells << list->topLevelItem(i)->text(column);
+        rows << cells.join("|");
+    }
+    return rows;
+}
+
+} // namespace
+
+class tst_options : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void EveryControlIsKeptOrNot_data();
+    void EveryControlIsKeptOrNot();
+    void PortNumbersAreRead_data();
+    void PortNumbersAreRead();
+    void AWrongPortNumberIsToldOnce_data();
+    void AWrongPortNumberIsToldOnce();
+    void ABoxThatIsHiddenIsNotJudged();
+    void MonitoringNeedsTwoPorts_data();
+    void MonitoringNeedsTwoPorts();
+    void TheModeStaysUntilItIsChosen_data();
+    void TheModeStaysUntilItIsChosen();
+    void WhatHasNoPlaceInTheDialogStays();
+    void AColourIsChosenByKeyboardToo();
+    void TheTabKeyFollowsThePage();
+    void OKEndsWhatTheCommandLineHadPut();
+    void ADeviceIsAssigned_data();
+    void ADeviceIsAssigned();
+    void TheDialogOfDevicesDoesNotWait();
+    void TheSystemsPortsAreFound();
+};
+
+void tst_options::EveryControlIsKeptOrNot_data()
+{
+    const Cases<QStringList, bool> row("buttons", "all");
+    row("OK keeps all", {"cmdOK"}, true);
+    row("Apply keeps all, whatever comes after", {"cmdApply", "cmdCancel"}, true);
+    row("Cancel keeps colours and attributes", {"cmdCancel"}, false);
+}
+
+void tst_options::EveryControlIsKeptOrNot()
+{
+    QFETCH(QStringList, buttons);
+    QFETCH(bool, all);
+    ProgramBench bench;
+    bench.Run({});
+    auto expected = bench.store.texts;
+    QString sequence;
+    DisplaySettings inForce;
+    const auto changeAll = [&](const OptionsDesk &desk) {
+        for (const Change &change : Changes) {
+            bench.prompts.colours = {change.value.toInt()};
+            desk.Set(change.control, change.value);
+            if (all || IsKeptOnCancel(change))
+                expected[change.key] = change.stored;
+        }
+        for (const QString &button : buttons)
+            desk.Press(qPrintable(button));
+    };
+    const auto change = [&] {
+        bench.program->Sequences().EditSend(0) = {"name", "A", {}};
+        bench.program->Sequences().SetSendCount(1);
+        bench.InOptions(changeAll);
+        sequence = bench.program->Window()->SendList().model()->index(0, 2).data().toString();
+        inForce = bench.program->Settings().display;
+    };
+    bench.Run({{change, AtOnce}});
+    QCOMPARE(bench.store.texts, expected);
+    QCOMPARE(sequence, all ? QStringLiteral("01000001") : QString());
+    QVERIFY(inForce == DisplaySettings{}); // the colours wait for the next start
+    QVERIFY(bench.prompts.shown.isEmpty());
+
+    const auto compareAll = [&](const OptionsDesk &desk) {
+        for (const Change &each : Changes)
+            QCOMPARE(desk.Value(each.control) == each.value, all || IsKeptOnCancel(each));
+    };
+    bench.Run({{[&] { bench.InOptions(compareAll); }, AtOnce}});
+    QCOMPARE(bench.store.texts, expected);
+}
+
+void tst_options::PortNumbersAreRead_data()
+{
+    const Cases<QString, bool, int> row("text", "legal", "value");
+    for (const char *text : {"7", " 7 ", "+7", "007"})
+        row(text, text, true, 7);
+    row("the least", "1", true, 1);
+    row("the most", "255", true, 255);
+    for (const char *text : {"", " ", "abc", "7a", "2.5", "1e2", "0x10", "1 2", "--1", "+"})
+        row(qPrintable(QStringLiteral("no number: '%1'").arg(text)), text, false, 1);
+    for (const char *text : {"0", "-1", "-0", "-99999999999"})
+        row(text, text, false, 1);
+    for (const char *text : {"256", "300", "65537", "99999999999", "99999999999999999999999"})
+        row(text, text, false, 255);
+    row("digits of another script", QString::fromUtf8("\xD9\xA7"), false, 1);
+}
+
+void tst_options::PortNumbersAreRead()
+{
+    QFETCH(QString, text);
+    QTEST(ReadPortNumber(text).legal, "legal");
+    QTEST(int(ReadPortNumber(text).value), "value");
+}
+
+void tst_options::AWrongPortNumberIsToldOnce_data()
+{
+    const Cases<QString, QString, int, QString, bool> row("typed", "leave", "told", "then", "open");
+    row("to the next control", "0", "Tab", 1, "1", true);
+    row("too large", "300", "Tab", 1, "255", true);
+    row("by OK", "abc", "cmdOK", 1, "1", true);
+    row("by Enter", "300", "Return", 1, "255", true);
+    row("by Apply", "", "cmdApply", 1, "1", true);
+    row("to another page", "0", "page", 1, "1", true);
+    row("to the devices", "0", "PicOp0DevicesB", 1, "1", true);
+    row("by Cancel", "abc", "cmdCancel", 0, "abc", false);
+    row("by Escape", "abc", "Escape", 0, "abc", false);
+    row("to the other mode", "abc", "PicOp0OptionType_0", 1, "1", true);
+    row("to a list that drops down at once", "0", "PicOp0SpeedCombo", 1, "1", true);
+    row("to another control with a right one", "8", "Tab", 0, "8", true);
+}
+
+void tst_options::AWrongPortNumberIsToldOnce()
+{
+    QFETCH(QString, leave);
+    QFETCH(int, told);
+    const QMap<QString, Qt::Key> keys = {
+        {"Tab", Qt::Key_Tab}, {"Return", Qt::Key_Return}, {"Escape", Qt::Key_Escape}};
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = 1;
+    const OptionsDesk desk = bench.Open();
+    QFETCH(QString, typed);
+    desk.Type("PicOp0PortBNumber", typed);
+    if (keys.contains(leave))
+        QTest::keyClick(QApplication::focusWidget(), keys[leave]);
+    else if (leave == "page")
+        desk.ShowPage(3);
+    else
+        QTest::mousePress(desk.Find(leave), Qt::LeftButton);
+    QCoreApplication::sendPostedEvents();
+    if (leave.startsWith("cmd") || leave.startsWith("Pic"))
+        QTest::mouseRelease(desk.Find(leave), Qt::LeftButton);
+    QCOMPARE(bench.prompts.shown, QList<MessagePrompt>(told, Illegal));
+    QTEST(desk.Value("PicOp0PortBNumber").toString(), "then");
+    QTEST(bench.form->isVisible(), "open");
+    QVERIFY(bench.confirmed.isEmpty());
+    if (told == 0)
+        return;
+    QCOMPARE(QApplication::focusWidget(), desk.Find("PicOp0PortBNumber"));
+    desk.Type("PicOp0PortANumber", "9");
+    desk.Press("cmdOK");
+    QCOMPARE(QString::number(bench.confirmed.value(0).comm.stored.CommPortB),
+             desk.Value("PicOp0PortBNumber").toString());
+}
+
+void tst_options::ABoxThatIsHiddenIsNotJudged()
+{
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = 1;
+    const OptionsDesk desk = bench.Open();
+    desk.Type("PicOp0PortBNumber", "abc");
+    desk.Press("PicOp0OptionType_0");
+    QCoreApplication::sendPostedEvents();
+    desk.Press("cmdOK");
+    QVERIFY(bench.prompts.shown.isEmpty());
+    QCOMPARE(bench.confirmed.value(0).comm.stored.CommPortB, qint16(2));
+}
+
+void tst_options::MonitoringNeedsTwoPorts_data()
+{
+    const Cases<int, QString, bool> row("mode", "portB", "refused");
+    row("one channel is enough to talk", 0, "", false);
+    row("two equal numbers", 1, "5", true);
+    row("the same, written otherwise", 1, "+05", true);
+    row("two numbers", 1, "6", false);
+    row("the mode that the options do not offer", 2, "5", true);
+}
+
+void tst_options::MonitoringNeedsTwoPorts()
+{
+    QFETCH(int, mode);
+    QFETCH(bool, refused);
+    QFETCH(QString, portB);
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = mode;
+    bench.values.comm.stored.CommPortA = bench.values.comm.stored.CommPortB = 5;
+    const OptionsDesk desk = bench.Open();
+    QCOMPARE(desk.Find("PicOp0PortBNumber")->isVisible(), mode != 0);
+    QCOMPARE(desk.Find("PicOp0lblSelectPortB")->isVisible(), mode != 0);
+    QCOMPARE(desk.Find("PicOp0lblSelectPortA_Intercept")->isVisible(), mode != 0);
+    QCOMPARE(desk.Find("PicOp0lblSelectPortA")->isVisible(), mode == 0);
+    if (mode != 0)
+        desk.Type("PicOp0PortBNumber", portB);
+    desk.ShowPage(2);
+    desk.Press("cmdOK");
+    QCOMPARE(bench.prompts.shown, QList<MessagePrompt>(refused ? 1 : 0, SamePort));
+    QCOMPARE(bench.form->isVisible(), refused);
+    QCOMPARE(bench.confirmed.size(), refused ? 0 : 1);
+    if (refused) {
+        QVERIFY(desk.Find("picOptions_0")->isVisible());
+        QCOMPARE(QApplication::focusWidget(), desk.Find("PicOp0PortBNumber"));
+    }
+}
+
+void tst_options::TheModeStaysUntilItIsChosen_data()
+{
+    const Cases<int, QList<int>, int> row("stored", "clicks", "kept");
+    row("untouched", 2, {}, 2);
+    row("the shown option clicked", 2, {1}, 2);
+    row("there and back", 2, {0, 1}, 1);
+    row("the other option", 2, {0}, 0);
+    row("a number without a meaning", 7, {}, 7);
+}
+
+void tst_options::TheModeStaysUntilItIsChosen()
+{
+    QFETCH(QList<int>, clicks);
+    OptionsBench bench;
+    QFETCH(int, stored);
+    bench.values.comm.stored.CommType = stored;
+    const OptionsDesk desk = bench.Open();
+    QCOMPARE(desk.Value("PicOp0OptionType_1").toBool(), stored == 2);
+    for (const int click : clicks)
+        desk.Find<QRadioButton>(QStringLiteral("PicOp0OptionType_%1").arg(click))->click();
+    desk.Press("cmdOK");
+    QTEST(int(bench.confirmed.value(0).comm.stored.CommType), "kept");
+}
+
+void tst_options::WhatHasNoPlaceInTheDialogStays()
+{
+    OptionsBench bench;
+    bench.values.comm.stored = {2, 300, -5, 99, 5, -1, 3};
+    bench.values.Display = 7;
+    bench.values.log.Format = -1;
+    const OptionsDesk desk = bench.Open();
+    for (const char *list : {"PicOp0SpeedCombo", "PicOp0ParityCombo", "PicOp0DataBitsCombo",
+                             "PicOp0StopBitsCombo", "PicOp2ComboDisplaySequences"})
+        QCOMPARE(desk.Value(list).toInt(), -1);
+    desk.ShowPage(1); // away from the page with the numbers
+    QCoreApplication::sendPostedEvents();
+    desk.Press("cmdOK");
+    QVERIFY(bench.prompts.shown.isEmpty());
+    const OptionsValues kept = bench.confirmed.value(0);
+    QCOMPARE(kept.comm.stored, bench.values.comm.stored);
+    QCOMPARE(kept.Display, qint16(7));
+    QCOMPARE(kept.log.Format, qint16(-1));
+}
+
+void tst_options::AColourIsChosenByKeyboardToo()
+{
+    OptionsBench bench;
+    const OptionsDesk desk = bench.Open();
+    desk.ShowPage(1);
+    desk.Find("PicOp1PicCmtColor")->setFocus();
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) // the chooser is cancelled
+        QTest::keyClick(desk.Find("PicOp1PicCmtColor"), key);
+    const std::pair<QString, qint32> asked = {"Comments Text Color", 0x008000};
+    QCOMPARE(bench.prompts.coloursAsked, (QList{asked, asked}));
+    QCOMPARE(desk.Value("PicOp1PicCmtColor").toInt(), 0x008000);
+    QVERIFY(bench.form->isVisible());
+}
+
+void tst_options::TheTabKeyFollowsThePage()
+{
+    OptionsBench bench;
+    bench.values.comm.stored.CommType = 1;
+    bench.Open().Find("tbsOptions")->setFocus();
+    QStringList names;
+    while (names.size() < 14) {
+        names << QApplication::focusWidget()->objectName();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    QCOMPARE(names.join(' ').remove("PicOp0"),
+             QStringLiteral("tbsOptions OptionType_1 PortANumber DevicesA PortBNumber DevicesB "
+                            "SpeedCombo ParityCombo DataBitsCombo StopBitsCombo cmdOK cmdCancel "
+                            "cmdApply tbsOptions"));
+}
+
+void tst_options::OKEndsWhatTheCommandLineHadPut()
+{
+    ProgramBench bench;
+    bench.line.mode = CommMode::MonitorReceiveOnly;
+    bench.line.line = ParseLineSettings(u"921600,E,7,2");
+    QString note;
+    QStringList settings;
+    const auto notePortSettings = [&] {
+        settings << bench.program->Settings().comm.PortSettings();
+    };
+    const auto noteAndPress = [&](const char *button) {
+        bench.InOptions([&](const OptionsDesk &desk) {
+            note = desk.Find<QLabel>("lblRun")->text();
+            QCOMPARE(desk.Value("PicOp0OptionType_0").toBool(), true);
+            desk.Press(button);
+        });
+        notePortSettings();
+    };
+    bench.Run(
+        {{[&] { noteAndPress("cmdCancel"); }, AtOnce}, {[&] { noteAndPress("cmdOK"); }, AtOnce}});
+    QVERIFY2(note.contains("Monitoring (Receive Only), 921600,E,7,2"), qPrintable(note));
+    QCOMPARE(settings, (QStringList{"921600,E,7,2", "9600,N,8,1"}));
+    QVERIFY(bench.program->Settings().comm.Mode() == CommMode::SendReceive);
+}
+
+void tst_options::ADeviceIsAssigned_data()
+{
+    const Cases<int, int, QString, QString> row("number", "choose", "type", "meaning");
+    row("a port with a stable name", 200, 1, "",
+        "COM200 is /dev/serial/by-id/usb-adapter (your own assignment)");
+    row("a port without one", 200, 0, "", "COM200 is /dev/ttyS0 (your own assignment)");
+    row("a typed path", 200, -1, " /dev/x ", "COM200 is /dev/x (your own assignment)");
+    row("an assignment of this run ends", 3, 0, "", "COM3 is /dev/ttyS0 (your own assignment)");
+    row("an own one is taken back", 40, -1, " ", "COM40 is /dev/ttyUSB7 (system name)");
+    row("a look changes nothing", 3, -1, "", "COM3 is /dev/run (this run)");
+}
+
+void tst_options::ADeviceIsAssigned()
+{
+    QFETCH(int, number);
+    QFETCH(int, choose);
+    QFETCH(QString, type);
+    QFETCH(QString, meaning);
+    const bool chosen = choose >= 0 || !type.isEmpty();
+    OptionsBench bench;
+    bench.store.texts["Ports/COM40"] = "/dev/ttyUSB1";
+    bench.devices.AssignForRun(3, "/dev/run");
+    const OptionsDesk desk = bench.Open();
+    const auto toolTip = [&] { return desk.Find("PicOp0PortANumber")->toolTip(); };
+    desk.Type("PicOp0PortANumber", "3");
+    QCOMPARE(toolTip(), QStringLiteral("COM3 is /dev/run (this run)"));
+    desk.Type("PicOp0PortANumber", QString::number(number));
+    const QString before = toolTip();
+    QStringList rows;
+    bench.InDevices("PicOp0DevicesA", [&](QDialog &devices) {
+        rows = RowsOf(devices);
+        auto *list = devices.findChild<QTreeWidget *>("lstDevices");
+        if (choose >= 0)
+            list->setCurrentItem(list->topLevelItem(choose));
+        else if (!type.isEmpty())
+            OptionsDesk{devices}.Type("txtDevice", type);
+        QTest::keyClick(list, Qt::Key_Return);
+    });
+    QCOMPARE(rows, (QStringList{"COM1|/dev/ttyS0|Built-in serial port|",
+                                "COM34, COM40|/dev/ttyUSB1|Maker of USB Serial|"
+                                "/dev/serial/by-id/usb-adapter"}));
+    QCOMPARE(toolTip(), meaning);
+    desk.Type("PicOp0PortANumber", "201");
+    QCOMPARE(toolTip(), QStringLiteral("COM201 has no device; assign one with the button beside "
+                                       "this box"));
+    desk.Type("PicOp0PortANumber", QString::number(number));
+    desk.Press("cmdApply");
+    const QMap<int, QString> assigned = bench.confirmed.value(0).devices;
+    QCOMPARE(assigned.keys(), chosen ? QList{number} : QList<int>());
+    if (chosen)
+        bench.devices.Assign(number, assigned[number]);
+    desk.Type("PicOp0PortANumber", QString::number(number));
+    QCOMPARE(toolTip(), meaning);
+    QCOMPARE(before != meaning, chosen);
+    desk.Press("cmdOK");
+    QVERIFY(bench.confirmed.value(1).devices.isEmpty()); // it was assigned once
+}
+
+void tst_options::TheDialogOfDevicesDoesNotWait()
+{
+    const auto finder = std::make_shared<ScriptedFinder>();
+    finder->allowed.acquire(1000);
+    auto dialog = std::make_unique<frmDevices>(5, QMap<int, PortDevices::Meaning>(), finder);
+    dialog->show();
+    QCOMPARE(dialog->findChild<QLabel *>("lblState")->text(),
+             QStringLiteral("Looking for ports ..."));
+    dialog.reset(); // while the search is under way
+    finder->allowed.release();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::sendPostedEvents();
+
+    finder->ports.clear();
+    frmDevices second(5, {}, finder);
+    QVERIFY(RowsOf(second).isEmpty());
+    finder->allowed.release();
+    QTRY_COMPARE(second.findChild<QLabel *>("lblState")->text(),
+                 QStringLiteral("No ports were found."));
+    finder->ports = {{"/dev/ttyACM0", "", ""}};
+    finder->allowed.release();
+    second.findChild<QPushButton *>("cmdLookAgain")->click();
+    QTRY_COMPARE(RowsOf(second), QStringList{"|/dev/ttyACM0||"});
+}
+
+/// A system with a built-in port, a place without a chip, a USB adapter and a console.
+void tst_options::TheSystemsPortsAreFound()
+{
+    const QTemporaryDir folder;
+    const QDir root(folder.path());
+    const auto write = [&](const QString &path, const QByteArray &text) {
+        root.mkpath(QFileInfo(path).path());
+        QFile file(root.filePath(path));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    };
+    const auto link = [&](const QString &target, const QString &path) {
+        root.mkpath(QFileInfo(path).path());
+        QVERIFY(QFile::link(root.filePath(target), root.filePath(path)));
+    };
+    root.mkpath("hardware/bus/adapter/port");
+    root.mkpath("hardware/platform");
+    write("hardware/bus/adapter/idVendor", "0403\n");
+    write("hardware/bus/adapter/manufacturer", "Maker\n");
+    write("hardware/bus/adapter/product", "USB Serial\n");
+    write("tty/ttyS10/type", "4\n");
+    write("tty/ttyS2/type", "4\n");
+    write("tty/ttyS3/type", "0\n");
+    write("tty/console/active", "tty0\n");
+    for (const char *name : {"ttyS10", "ttyS2", "ttyS3"})
+        link("hardware/platform", QStringLiteral("tty/%1/device").arg(name));
+    link("hardware/bus/adapter/port", "tty/ttyUSB0/device");
+    link("hardware/bus/adapter/port", "tty/ttyUSB1/device"); // without a device file
+    for (const char *name : {"ttyS10", "ttyS2", "ttyS3", "ttyUSB0", "console"})
+        write(QStringLiteral("dev/%1").arg(name), "");
+    link("dev/ttyS2", "dev/serial/by-path/card");
+    link("dev/ttyUSB0", "dev/serial/by-path/socket");
+    link("dev/ttyUSB0", "dev/serial/by-id/adapter");
+    link("dev/gone", "dev/serial/by-id/gone");
+
+    QStringList found;
+    for (const FoundPort &port :
+         SystemPortFinder(root.filePath("tty"), root.filePath("dev")).FindPorts())
+        found << QStringList{port.device, port.description, port.stableName}.join("|").remove(
+            root.path());
+    QCOMPARE(found, (QStringList{"/dev/ttyS2|Built-in serial port|/dev/serial/by-path/card",
+                                 "/dev/ttyS10|Built-in serial port|",
+                                 "/dev/ttyUSB0|Maker USB Serial|/dev/serial/by-id/adapter"}));
+}
+
+QTEST_MAIN(tst_options)
+#include "tst_options.moc"
