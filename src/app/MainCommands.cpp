@@ -78,10 +78,11 @@ constexpr std::array<MenuEntry, 24> MenuEntries = {{
     Entry("mnuHelpAbout", "&About...", Command::About),
 }};
 
-constexpr std::array BuiltCommands = {Command::None, Command::New,     Command::Open,
-                                      Command::Save, Command::SaveAs,  Command::OpenRecent,
-                                      Command::Exit, Command::Options, Command::Start,
-                                      Command::Stop, Command::Clean};
+constexpr std::array BuiltCommands = {Command::None,       Command::New,     Command::Open,
+                                      Command::Save,       Command::SaveAs,  Command::OpenRecent,
+                                      Command::Exit,       Command::Options, Command::Start,
+                                      Command::Stop,       Command::Clean,   Command::HelpContents,
+                                      Command::HelpSearch, Command::About};
 
 } // namespace
 

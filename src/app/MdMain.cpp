@@ -4,6 +4,9 @@
 #include "app/MdMain.h"
 
 #include "about/MdGetSpecialFolders.h"
+#include "about/ProgramInfo.h"
+#include "about/SystemInformation.h"
+#include "about/frmAbout.h"
 #include "app/DemoProject.h"
 #include "app/SequenceLists.h"
 #include "app/frmMain.h"
@@ -54,6 +57,7 @@ QString WritePng(const QPixmap &picture, const QString &path)
 MdMain::MdMain(const World &world, const CommandLine &line)
     : m_world(world),
       m_line(line),
+      m_help(world.prompts, world.shell),
       m_devices(world.store),
       m_hub(std::make_unique<SerialPortHub>()),
       MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
@@ -69,8 +73,8 @@ MdMain::~MdMain() = default;
 
 int MdMain::Run()
 {
-    m_helpFile =
-        QCoreApplication::applicationDirPath() + QDir::separator() + QLatin1String("serimonde.hlp");
+    m_help.SetFile(QCoreApplication::applicationDirPath() + QDir::separator() +
+                   QLatin1String("serimonde.hlp"));
     m_settings.QuitRequested = false;
     SetProgramTitle(QStringLiteral("Serimonde"));
     if (!LoadMainWindow())
@@ -218,6 +222,15 @@ void MdMain::Execute(Command command)
     case Command::Exit:
         m_window->close();
         break;
+    case Command::HelpContents:
+        m_help.ShowContents();
+        break;
+    case Command::HelpSearch:
+        m_help.ShowSearch();
+        break;
+    case Command::About:
+        ShowAbout();
+        break;
     default:
         break; // the others are not built yet, and their buttons and entries are disabled
     }
@@ -300,6 +313,16 @@ void MdMain::ShowOptions()
                            "options --mode, --port and --settings set a run's communication.")));
     }
     m_window->UpdateStatusPanels();
+}
+
+void MdMain::ShowAbout()
+{
+    frmAbout box({ProgramInfo::Version(), ProgramInfo::SupportEmail(), ProgramInfo::WebSite()},
+                 m_world.shell, m_world.prompts, m_window.get());
+    box.ShowSystemInformation = [this] {
+        StartSysInfo(m_world.registry, m_world.shell, m_world.prompts);
+    };
+    box.exec();
 }
 
 void MdMain::UnloadMainWindow()

@@ -11,6 +11,7 @@
 #include "comm/CommunicationViews.h"
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
+#include "help/MdHelp.h"
 #include "log/MdLogFile.h"
 #include "platform/SystemFiles.h"
 #include "project/OpenFiles.h"
@@ -28,6 +29,8 @@ class QtSerialPort;
 class SequenceLists;
 class SerialPortHub;
 class SettingsStore;
+class Shell;
+class SystemRegistry;
 class UserPrompts;
 
 /// The program: owns the state that everything shares, brings its parts up in their order, runs
@@ -42,6 +45,8 @@ class MdMain final : public QObject, private ProjectWindow
         SettingsStore &store;
         UserPrompts &prompts;
         const Clock &clock;
+        Shell &shell;
+        SystemRegistry &registry;
     };
 
     MdMain(const World &world, const CommandLine &line);
@@ -60,8 +65,8 @@ class MdMain final : public QObject, private ProjectWindow
     /// Carries out a command of the main window.
     void Execute(Command command);
 
-    /// Where the help file is looked for.
-    QString HelpFile() const { return m_helpFile; }
+    /// Its file is looked for in the program's own folder.
+    MdHelp &Help() { return m_help; }
     /// The window while the program runs, else null.
     frmMain *Window() const { return m_window.get(); }
     MdCommunication &Communication() { return *m_communication; }
@@ -84,6 +89,7 @@ class MdMain final : public QObject, private ProjectWindow
     void ShowMainWindow();
     void ConnectLists();
     void ShowOptions();
+    void ShowAbout();
     void EditSendSequence();
     void EditReceiveSequence();
     void UnloadMainWindow();
@@ -91,7 +97,7 @@ class MdMain final : public QObject, private ProjectWindow
 
     World m_world;
     CommandLine m_line;
-    QString m_helpFile;
+    MdHelp m_help;
     SettingsRecord m_settings;
     MdSequenceEdition m_sequences;
     CommunicationViews m_views;
