@@ -172,7 +172,7 @@ void tst_help::TheCommandsOpenTheirPanes()
             bench.program->Help().Window()->findChild<QHelpContentWidget *>("lstContents");
         const QModelIndex first = list->model()->index(0, 0);
         contents = {first.data().toString(), list->model()->index(0, 0, first).data().toString()};
-        return list->currentIndex() == first;
+        return first.isValid() && list->currentIndex() == first;
     };
     bench.Run({{[&] { QVERIFY(choose("mnuHelpContents")); }, tree},
                {[&] { QVERIFY(choose("mnuHelpSearchForHelpOn")); }, [] { return true; }}});
@@ -290,7 +290,11 @@ void tst_help::LinksLeadOutside()
     HelpBench bench(small.path);
     bench.shell.refused << link;
     bench.help.ShowContents();
+    const auto *contents = bench.Find<QHelpContentWidget>("lstContents");
+    QTRY_COMPARE(contents->currentIndex().data().toString(), QString("Start"));
     Q_EMIT bench.Browser()->anchorClicked(link);
+    QCOMPARE(contents->currentIndex().data().toString(),
+             QString(page == "window.html" ? "Window" : "Start"));
     QCOMPARE(bench.shell.opened, opened);
     QCOMPARE(bench.prompts.shown.size(), opened.size());
     QCOMPARE(bench.Page(), "qthelp://small.help/doc/" + page);

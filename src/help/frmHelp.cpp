@@ -29,8 +29,10 @@
 namespace
 {
 
-constexpr QSize UsualSize(900, 620);
+constexpr QSize UsualSize(980, 640);
 constexpr int PanesWidth = 260;
+constexpr int ContentsPane = 0;
+constexpr int IndexPane = 1;
 
 /// What a link may lead to outside the help.
 const QStringList OutsideSchemes = {QStringLiteral("http"), QStringLiteral("https"),
@@ -50,17 +52,24 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("Serimonde Help"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/serimonde.svg")));
     resize(UsualSize.boundedTo(screen()->availableSize()));
     MakeBrowser();
 
     m_contents->setObjectName(QStringLiteral("lstContents"));
     m_contents->setAccessibleName(QStringLiteral("Contents"));
     connect(m_contents, &QHelpContentWidget::linkActivated, this, &frmHelp::Follow);
-    connect(file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this,
-            &frmHelp::SelectInContents);
+    connect(file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this] {
+        m_contents->expandToDepth(0);
+        SelectInContents(txtPage->source());
+    });
     tbsPanes->setObjectName(QStringLiteral("tbsPanes"));
     tbsPanes->addTab(m_contents, QStringLiteral("&Contents"));
     tbsPanes->addTab(MakeIndexPane(), QStringLiteral("&Index"));
+    connect(tbsPanes, &QTabWidget::tabBarClicked, this, [this](int pane) {
+        if (pane == IndexPane)
+            ShowIndex();
+    });
 
     auto *splitter = new QSplitter;
     splitter->addWidget(tbsPanes);
@@ -160,14 +169,14 @@ bool frmHelp::eventFilter(QObject *watched, QEvent *event)
 
 void frmHelp::ShowContents()
 {
-    tbsPanes->setCurrentIndex(0);
+    tbsPanes->setCurrentIndex(ContentsPane);
     ShowPage(QString());
     m_contents->setFocus();
 }
 
 void frmHelp::ShowIndex()
 {
-    tbsPanes->setCurrentIndex(1);
+    tbsPanes->setCurrentIndex(IndexPane);
     if (txtPage->source().isEmpty())
         ShowPage(QString());
     txtKeyword->setFocus();
@@ -214,10 +223,9 @@ void frmHelp::FilterIndex()
     m_index->filterIndices(txtKeyword->text());
 }
 
-void frmHelp::SelectInContents()
+void frmHelp::SelectInContents(const QUrl &shown)
 {
-    m_contents->expandAll();
-    const QModelIndex place = m_contents->indexOf(txtPage->source());
+    const QModelIndex place = m_contents->indexOf(shown);
     if (place.isValid())
         m_contents->setCurrentIndex(place);
 }

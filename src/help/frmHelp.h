@@ -47,7 +47,7 @@ class frmHelp final : public QWidget
 
     void Follow(const QUrl &link);
     void FilterIndex();
-    void SelectInContents();
+    void SelectInContents(const QUrl &shown);
 
     HelpFile &m_file;
     Shell &m_shell;
