@@ -20,7 +20,7 @@ constexpr std::array<Row, 10> Rows = {{
     {"frmEditEvent", "receive-sequences.html"},
     {"frmFind", "search.html"},
     {"frmOptions", "options.html"},
-    {"frmPorts", "ports.html"},
+    {"frmDevices", "ports.html"},
     {"frmAbout", "about.html"},
     {"QAbstractPrintDialog", "printing.html"},
     {"QPageSetupDialog", "printing.html"},
