@@ -131,7 +131,12 @@ void tst_help::HelpThatCannotBeShown()
     QFETCH(std::function<void(const QString &)>, spoil);
     QFETCH(QString, cause);
     const SmallHelp small;
+    HelpBench opened(small.path);
+    opened.help.ShowContents();
     spoil(small.path);
+    opened.help.ShowContents();
+    QCOMPARE(opened.prompts.shown.size(), 1);
+
     HelpBench bench(small.path);
     bench.help.ShowContents();
     bench.help.ShowSearch();
@@ -158,7 +163,10 @@ void tst_help::TheCommandsOpenTheirPanes()
     QList<int> panes;
     bool caretInField = false;
     QStringList contents;
+    QString usualFile;
     const auto choose = [&](const char *entry) {
+        if (usualFile.isEmpty())
+            usualFile = bench.program->Help().File();
         bench.program->Help().SetFile(small.path);
         bench.program->Window()->findChild<QAction *>(entry)->trigger();
         const frmHelp *window = bench.program->Help().Window();
@@ -177,6 +185,7 @@ void tst_help::TheCommandsOpenTheirPanes()
     bench.Run({{[&] { QVERIFY(choose("mnuHelpContents")); }, tree},
                {[&] { QVERIFY(choose("mnuHelpSearchForHelpOn")); }, [] { return true; }}});
     QVERIFY(!bench.stuck);
+    QCOMPARE(usualFile, QCoreApplication::applicationDirPath() + "/serimonde.hlp");
     QCOMPARE(panes, QList({0, 1}));
     QCOMPARE(page, QString("qthelp://small.help/doc/index.html"));
     QVERIFY(caretInField);

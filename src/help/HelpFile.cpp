@@ -34,12 +34,12 @@ HelpFile::~HelpFile() = default;
 
 QString HelpFile::Open(const QString &path)
 {
-    const QString absolute = QFileInfo(path).absoluteFilePath(); // others give empty pages
-    QString fault = FaultOf(absolute);
+    m_path = QFileInfo(path).absoluteFilePath(); // others give empty pages
+    QString fault = FaultOf(m_path);
     if (fault.isEmpty())
-        fault = Register(absolute);
+        fault = Register();
     if (fault.isEmpty())
-        fault = DamageOf(absolute);
+        fault = Fault();
     if (!fault.isEmpty())
         return fault;
     m_engine->contentModel()->createContents(QString());
@@ -47,7 +47,7 @@ QString HelpFile::Open(const QString &path)
     return {};
 }
 
-QString HelpFile::Register(const QString &path)
+QString HelpFile::Register()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     if (!m_folder->isValid())
@@ -55,18 +55,20 @@ QString HelpFile::Register(const QString &path)
     m_engine = std::make_unique<QHelpEngine>(m_folder->filePath(QStringLiteral("help.qhc")));
     m_engine->setReadOnly(false);
     m_engine->setUsesFilterEngine(true);
-    if (!m_engine->setupData() || !m_engine->registerDocumentation(path))
+    if (!m_engine->setupData() || !m_engine->registerDocumentation(m_path))
         return m_engine->error();
-    const QString name = QHelpEngineCore::namespaceName(path);
-    m_pages = QStringLiteral("qthelp://%1/doc/").arg(name);
+    m_pages = QStringLiteral("qthelp://%1/doc/").arg(QHelpEngineCore::namespaceName(m_path));
     return {};
 }
 
-/// A file that has lost some of its bytes is registered all the same.
-QString HelpFile::DamageOf(const QString &path) const
+QString HelpFile::Fault() const
 {
-    const QString name = QHelpEngineCore::namespaceName(path);
-    const QList<QUrl> pages = m_engine->files(name, QString(), QStringLiteral("html"));
+    const QString fault = FaultOf(m_path);
+    if (!fault.isEmpty())
+        return fault;
+    // A file that has lost some of its bytes is registered all the same.
+    const QList<QUrl> pages =
+        m_engine->files(QHelpEngineCore::namespaceName(m_path), QString(), QStringLiteral("html"));
     const bool whole = std::all_of(pages.begin(), pages.end(),
                                    [this](const QUrl &page) { return !Read(page).isEmpty(); });
     return whole && !pages.isEmpty() ? QString() : QStringLiteral("The file is damaged.");

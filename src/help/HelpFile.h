@@ -25,6 +25,9 @@ class HelpFile
     /// else an empty text; after a failure nothing else may be called.
     QString Open(const QString &path);
 
+    /// What has happened to the open file since; empty if it can still be read.
+    QString Fault() const;
+
     /// The page of that file name, such as "window.html"; the first page if there is none.
     QUrl Page(const QString &name) const;
     QByteArray Read(const QUrl &url) const;
@@ -34,9 +37,9 @@ class HelpFile
     QHelpEngine &Engine() { return *m_engine; }
 
   private:
-    QString Register(const QString &path);
-    QString DamageOf(const QString &path) const;
+    QString Register();
 
+    QString m_path;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QHelpEngine> m_engine;
     QString m_pages; ///< address of the folder of the pages

@@ -77,22 +77,28 @@ bool MdHelp::eventFilter(QObject *watched, QEvent *event)
 
 frmHelp *MdHelp::OpenedWindow()
 {
-    if (m_window)
-        return m_window.get();
     if (m_path.isEmpty()) {
         Tell(InformationMessage(NoHelp));
         return nullptr;
     }
-    auto file = std::make_unique<HelpFile>();
-    const QString fault = file->Open(m_path);
+    const QString fault = m_window ? m_file->Fault() : OpenFile();
     if (!fault.isEmpty()) {
         Tell(CriticalMessage(QStringLiteral("The help file %1 could not be opened. ").arg(m_path) +
                              fault));
         return nullptr;
     }
-    m_file = std::move(file);
-    m_window = std::make_unique<frmHelp>(*m_file, m_shell, m_prompts);
     return m_window.get();
+}
+
+QString MdHelp::OpenFile()
+{
+    auto file = std::make_unique<HelpFile>();
+    QString fault = file->Open(m_path);
+    if (fault.isEmpty()) {
+        m_file = std::move(file);
+        m_window = std::make_unique<frmHelp>(*m_file, m_shell, m_prompts);
+    }
+    return fault;
 }
 
 /// F1 in the message itself brings up no further one.

@@ -42,6 +42,7 @@ class MdHelp final : public QObject
 
   private:
     frmHelp *OpenedWindow();
+    QString OpenFile();
     void Tell(const MessagePrompt &prompt);
 
     UserPrompts &m_prompts;

@@ -69,7 +69,7 @@ std::optional<RegistryValue> TextRegistry::Read(const QString &root, const QStri
         const FileSystem::Content file = m_files.Read(path, LargestFile);
         if (file.failure)
             continue;
-        const auto value = Find(QString::fromUtf8(file.bytes), header, name);
+        auto value = Find(QString::fromUtf8(file.bytes), header, name);
         if (value)
             return value;
     }
