@@ -63,7 +63,7 @@ QString HelpFile::Register()
 
 QString HelpFile::Fault() const
 {
-    const QString fault = FaultOf(m_path);
+    QString fault = FaultOf(m_path);
     if (!fault.isEmpty())
         return fault;
     // A file that has lost some of its bytes is registered all the same.
