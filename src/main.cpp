@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "about/ProgramInfo.h"
 #include "app/CommandLine.h"
 #include "app/MdMain.h"
 #include "platform/ConsolePrompts.h"
 #include "platform/Display.h"
 #include "platform/QtPrompts.h"
 #include "platform/QtSettingsStore.h"
+#include "platform/QtShell.h"
 #include "platform/SystemClock.h"
+#include "platform/SystemRegistry.h"
 #include "platform/TerminationWatch.h"
 
 #include <QApplication>
@@ -46,7 +49,9 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
         return StartFailed;
     }
     const SystemClock clock;
-    MdMain program({store, *prompts, clock}, line);
+    QtShell shell;
+    const std::unique_ptr<SystemRegistry> registry = MakeSystemRegistry();
+    MdMain program({store, *prompts, clock, shell, *registry}, line);
 
     const auto closeUnasked = [&program, &prompts] {
         prompts->EndUnasked();
@@ -76,7 +81,7 @@ int main(int argc, char *argv[])
         return 0;
     }
     if (parsed.line.action == CommandLine::Action::ShowVersion) {
-        output << "Serimonde " << SERIMONDE_VERSION << '\n';
+        output << "Serimonde " << ProgramInfo::Version() << '\n';
         return 0;
     }
     const bool platformGiven = !Arguments(argc, argv)
@@ -89,7 +94,7 @@ int main(int argc, char *argv[])
 
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(SERIMONDE_VERSION));
+    QCoreApplication::setApplicationVersion(ProgramInfo::Version());
     QGuiApplication::setDesktopFileName(QStringLiteral("serimonde"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return RunProgram(parsed.line, errors);

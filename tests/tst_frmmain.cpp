@@ -76,7 +76,6 @@ class tst_frmmain : public QObject
   private Q_SLOTS:
     void TheToolbarHasItsButtonsInTheirPlaces();
     void TheMenusHaveTheirEntries();
-    void WhatIsNotBuiltDoesNotPretend();
     void RecentProjectsComeUnderTheirSeparator();
     void ToolbarStates();
     void StatusPanels_data();
@@ -153,15 +152,6 @@ void tst_frmmain::TheMenusHaveTheirEntries()
         entries("mnuHelp"),
         (QStringList{"mnuHelpContents=&Contents", "mnuHelpSearchForHelpOn=&Search For Help On...",
                      "mnuHelpBar0=", "mnuHelpBar1=", "mnuHelpAbout=&About..."}));
-}
-
-void tst_frmmain::WhatIsNotBuiltDoesNotPretend()
-{
-    const WindowBench bench;
-    for (const char *entry : {"mnuHelpContents", "mnuHelpAbout"})
-        QVERIFY2(!bench.Find<QAction>(entry)->isEnabled(), entry);
-    for (const char *entry : {"mnuFileNew", "mnuFileOpen", "mnuFileSaveAs", "mnuToolsOptions"})
-        QVERIFY2(bench.Find<QAction>(entry)->isEnabled(), entry);
 }
 
 void tst_frmmain::RecentProjectsComeUnderTheirSeparator()

@@ -3,8 +3,6 @@
 
 #include "app/MainCommands.h"
 
-#include <algorithm>
-
 namespace
 {
 
@@ -82,24 +80,6 @@ constexpr std::array KeyCommands = {
     KeyCommand{"keyFindNext", "Find Next", Command::FindNext, "F3"},
 };
 
-constexpr std::array BuiltCommands = {Command::None,
-                                      Command::New,
-                                      Command::Open,
-                                      Command::Save,
-                                      Command::SaveAs,
-                                      Command::PrintProject,
-                                      Command::PrintCommunication,
-                                      Command::OpenRecent,
-                                      Command::Exit,
-                                      Command::Options,
-                                      Command::Start,
-                                      Command::Stop,
-                                      Command::Find,
-                                      Command::FindNext,
-                                      Command::Clean,
-                                      Command::StartLog,
-                                      Command::StopLog};
-
 } // namespace
 
 namespace MainCommands
@@ -118,11 +98,6 @@ std::span<const MenuEntry> Menus()
 std::span<const KeyCommand> Keys()
 {
     return KeyCommands;
-}
-
-bool IsBuilt(Command command)
-{
-    return std::find(BuiltCommands.begin(), BuiltCommands.end(), command) != BuiltCommands.end();
 }
 
 } // namespace MainCommands

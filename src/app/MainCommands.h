@@ -81,7 +81,4 @@ struct KeyCommand {
 
 std::span<const KeyCommand> Keys();
 
-/// Whether this version can do what the command asks; the others stay disabled.
-bool IsBuilt(Command command);
-
 } // namespace MainCommands

@@ -4,6 +4,9 @@
 #include "app/MdMain.h"
 
 #include "about/MdGetSpecialFolders.h"
+#include "about/ProgramInfo.h"
+#include "about/SystemInformation.h"
+#include "about/frmAbout.h"
 #include "app/DemoProject.h"
 #include "app/SequenceLists.h"
 #include "app/frmMain.h"
@@ -57,6 +60,7 @@ QString WritePng(const QPixmap &picture, const QString &path)
 MdMain::MdMain(const World &world, const CommandLine &line)
     : m_world(world),
       m_line(line),
+      m_help(world.prompts, world.shell),
       m_log({m_settings, world.prompts, m_files, [this] { return PortsOpen(); }}),
       m_devices(world.store),
       m_finder(std::make_shared<SystemPortFinder>()),
@@ -82,8 +86,8 @@ bool MdMain::PortsOpen() const
 
 int MdMain::Run()
 {
-    m_helpFile =
-        QCoreApplication::applicationDirPath() + QDir::separator() + QLatin1String("serimonde.hlp");
+    m_help.SetFile(QCoreApplication::applicationDirPath() + QDir::separator() +
+                   QLatin1String("serimonde.hlp"));
     m_settings.QuitRequested = false;
     SetProgramTitle(QStringLiteral("Serimonde"));
     if (!LoadMainWindow())
@@ -251,6 +255,15 @@ void MdMain::Execute(Command command)
     case Command::Exit:
         m_window->close();
         break;
+    case Command::HelpContents:
+        m_help.ShowContents();
+        break;
+    case Command::HelpSearch:
+        m_help.ShowSearch();
+        break;
+    case Command::About:
+        ShowAbout();
+        break;
     default:
         break; // the others are not built yet, and their buttons and entries are disabled
     }
@@ -368,6 +381,16 @@ void MdMain::StoreOptions(const OptionsValues &values)
     if (otherDisplay)
         m_lists->Refresh();
     m_window->UpdateStatusPanels();
+}
+
+void MdMain::ShowAbout()
+{
+    frmAbout box({ProgramInfo::Version(), ProgramInfo::SupportEmail(), ProgramInfo::WebSite()},
+                 m_world.shell, m_world.prompts, m_window.get());
+    box.ShowSystemInformation = [this] {
+        StartSysInfo(m_world.registry, m_world.shell, m_world.prompts);
+    };
+    box.exec();
 }
 
 void MdMain::UnloadMainWindow()

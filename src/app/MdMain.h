@@ -12,6 +12,7 @@
 #include "comm/MdCommunication.h"
 #include "comm/PortDevices.h"
 #include "find/MdFind.h"
+#include "help/MdHelp.h"
 #include "log/MdLogFile.h"
 #include "platform/QtPrintOutput.h"
 #include "platform/SystemFiles.h"
@@ -32,6 +33,8 @@ class QtSerialPort;
 class SequenceLists;
 class SerialPortHub;
 class SettingsStore;
+class Shell;
+class SystemRegistry;
 class UserPrompts;
 struct OptionsValues;
 
@@ -47,6 +50,8 @@ class MdMain final : public QObject, private ProjectWindow
         SettingsStore &store;
         UserPrompts &prompts;
         const Clock &clock;
+        Shell &shell;
+        SystemRegistry &registry;
     };
 
     MdMain(const World &world, const CommandLine &line);
@@ -65,8 +70,8 @@ class MdMain final : public QObject, private ProjectWindow
     /// Carries out a command of the main window.
     void Execute(Command command);
 
-    /// Where the help file is looked for.
-    QString HelpFile() const { return m_helpFile; }
+    /// Its file is looked for in the program's own folder.
+    MdHelp &Help() { return m_help; }
     /// The window while the program runs, else null.
     frmMain *Window() const { return m_window.get(); }
     MdCommunication &Communication() { return *m_communication; }
@@ -93,6 +98,7 @@ class MdMain final : public QObject, private ProjectWindow
     void ShowFind();
     void FindNext();
     void StoreOptions(const OptionsValues &values);
+    void ShowAbout();
     void EditSendSequence();
     void EditReceiveSequence();
     void UnloadMainWindow();
@@ -100,7 +106,7 @@ class MdMain final : public QObject, private ProjectWindow
 
     World m_world;
     CommandLine m_line;
-    QString m_helpFile;
+    MdHelp m_help;
     SettingsRecord m_settings;
     MdSequenceEdition m_sequences;
     CommunicationViews m_views;

@@ -158,7 +158,6 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
 QAction *frmMain::MakeAction(Command command, const QString &text, const char *shortcut)
 {
     auto *action = new QAction(text, this);
-    action->setEnabled(MainCommands::IsBuilt(command));
     if (shortcut)
         action->setShortcut(QKeySequence(Text(shortcut)));
     connect(action, &QAction::triggered, this, [this, command] { Q_EMIT CommandChosen(command); });

@@ -7,8 +7,10 @@
 #include "app/frmMain.h"
 #include "comm/CommunicationViews.h"
 #include "support/FixedClock.h"
+#include "support/MemoryRegistry.h"
 #include "support/MemoryStore.h"
 #include "support/OptionsDesk.h"
+#include "support/RecordingShell.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QApplication>
@@ -25,6 +27,8 @@ class ProgramBench
     MemoryStore store;
     ScriptedPrompts prompts;
     FixedClock clock;
+    RecordingShell shell;
+    MemoryRegistry registry;
     CommandLine line;
     std::unique_ptr<MdMain> program;
     bool stuck = false; ///< a goal was not met in time
@@ -37,7 +41,8 @@ class ProgramBench
     /// Runs the program through the steps, then closes its window. Returns the exit status.
     int Run(QList<Step> steps, int millisecondsPerStep = 20000)
     {
-        program = std::make_unique<MdMain>(MdMain::World{store, prompts, clock}, line);
+        program =
+            std::make_unique<MdMain>(MdMain::World{store, prompts, clock, shell, registry}, line);
         QTimer watch;
         QElapsedTimer sinceAct;
         bool acted = false;

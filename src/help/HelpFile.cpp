@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "help/HelpFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHelpContentModel>
+#include <QHelpEngine>
+#include <QHelpIndexModel>
+#include <QTemporaryDir>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString FirstPage = QStringLiteral("index.html");
+
+/// What keeps the file from being read at all.
+QString FaultOf(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.exists() && !file.isFile())
+        return QStringLiteral("It is not a regular file.");
+    QFile readable(path);
+    return readable.open(QIODevice::ReadOnly) ? QString() : readable.errorString() + u'.';
+}
+
+} // namespace
+
+HelpFile::HelpFile() = default;
+HelpFile::~HelpFile() = default;
+
+QString HelpFile::Open(const QString &path)
+{
+    m_path = QFileInfo(path).absoluteFilePath(); // others give empty pages
+    QString fault = FaultOf(m_path);
+    if (fault.isEmpty())
+        fault = Register();
+    if (fault.isEmpty())
+        fault = Fault();
+    if (!fault.isEmpty())
+        return fault;
+    m_engine->contentModel()->createContents(QString());
+    m_engine->indexModel()->createIndex(QString());
+    return {};
+}
+
+QString HelpFile::Register()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    if (!m_folder->isValid())
+        return m_folder->errorString() + u'.';
+    m_engine = std::make_unique<QHelpEngine>(m_folder->filePath(QStringLiteral("help.qhc")));
+    m_engine->setReadOnly(false);
+    m_engine->setUsesFilterEngine(true);
+    if (!m_engine->setupData() || !m_engine->registerDocumentation(m_path))
+        return m_engine->error();
+    m_pages = QStringLiteral("qthelp://%1/doc/").arg(QHelpEngineCore::namespaceName(m_path));
+    return {};
+}
+
+QString HelpFile::Fault() const
+{
+    QString fault = FaultOf(m_path);
+    if (!fault.isEmpty())
+        return fault;
+    // A file that has lost some of its bytes is registered all the same.
+    const QList<QUrl> pages =
+        m_engine->files(QHelpEngineCore::namespaceName(m_path), QString(), QStringLiteral("html"));
+    const bool whole = std::all_of(pages.begin(), pages.end(),
+                                   [this](const QUrl &page) { return !Read(page).isEmpty(); });
+    return whole && !pages.isEmpty() ? QString() : QStringLiteral("The file is damaged.");
+}
+
+QUrl HelpFile::Page(const QString &name) const
+{
+    const QUrl page(m_pages + name);
+    return Read(page).isEmpty() ? QUrl(m_pages + FirstPage) : page;
+}
+
+QByteArray HelpFile::Read(const QUrl &url) const
+{
+    return m_engine->fileData(url.adjusted(QUrl::RemoveFragment));
+}
+
+QList<QHelpLink> HelpFile::PagesAbout(const QString &keyword) const
+{
+    return m_engine->documentsForKeyword(keyword);
+}

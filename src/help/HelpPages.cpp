@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "help/HelpPages.h"
+
+#include <QWidget>
+
+#include <algorithm>
+#include <array>
+
+namespace HelpPages
+{
+
+namespace
+{
+
+constexpr std::array<Row, 10> Rows = {{
+    {"frmMain", "window.html"},
+    {"frmEditAction", "sequences.html"},
+    {"frmEditEvent", "receive-sequences.html"},
+    {"frmFind", "search.html"},
+    {"frmOptions", "options.html"},
+    {"frmDevices", "ports.html"},
+    {"frmAbout", "about.html"},
+    {"QAbstractPrintDialog", "printing.html"},
+    {"QPageSetupDialog", "printing.html"},
+    {"QPrintPreviewDialog", "printing.html"},
+}};
+
+} // namespace
+
+std::span<const Row> Table()
+{
+    return Rows;
+}
+
+const char *PageOf(const QWidget *widget)
+{
+    for (; widget; widget = widget->parentWidget()) {
+        const auto row = std::find_if(Rows.begin(), Rows.end(), [widget](const Row &each) {
+            return widget->objectName() == QLatin1String(each.form) || widget->inherits(each.form);
+        });
+        if (row != Rows.end())
+            return row->page;
+    }
+    return nullptr;
+}
+
+} // namespace HelpPages

@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "help/frmHelp.h"
+
+#include "help/HelpBrowser.h"
+#include "help/HelpFile.h"
+#include "platform/Shell.h"
+#include "platform/UserPrompts.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QHelpContentWidget>
+#include <QHelpEngine>
+#include <QHelpIndexWidget>
+#include <QHelpLink>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScreen>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStyle>
+#include <QTabWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QWindow>
+
+namespace
+{
+
+constexpr QSize UsualSize(980, 640);
+constexpr int PanesWidth = 260;
+constexpr int ContentsPane = 0;
+constexpr int IndexPane = 1;
+
+/// What a link may lead to outside the help.
+const QStringList OutsideSchemes = {QStringLiteral("http"), QStringLiteral("https"),
+                                    QStringLiteral("mailto")};
+
+} // namespace
+
+frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
+    : m_file(file),
+      m_shell(shell),
+      m_prompts(prompts),
+      txtPage(new HelpBrowser(file, this)),
+      tbsPanes(new QTabWidget(this)),
+      m_contents(file.Engine().contentWidget()),
+      m_index(file.Engine().indexWidget()),
+      txtKeyword(new QLineEdit)
+{
+    setObjectName(QStringLiteral("frmHelp"));
+    setWindowTitle(QStringLiteral("Serimonde Help"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/serimonde.svg")));
+    resize(UsualSize.boundedTo(screen()->availableSize()));
+    MakeBrowser();
+
+    m_contents->setObjectName(QStringLiteral("lstContents"));
+    m_contents->setAccessibleName(QStringLiteral("Contents"));
+    connect(m_contents, &QHelpContentWidget::linkActivated, this, &frmHelp::Follow);
+    connect(file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this] {
+        m_contents->expandToDepth(0);
+        SelectInContents(txtPage->source());
+    });
+    tbsPanes->setObjectName(QStringLiteral("tbsPanes"));
+    tbsPanes->addTab(m_contents, QStringLiteral("&Contents"));
+    tbsPanes->addTab(MakeIndexPane(), QStringLiteral("&Index"));
+    connect(tbsPanes, &QTabWidget::tabBarClicked, this, [this](int pane) {
+        if (pane == IndexPane)
+            ShowIndex();
+    });
+
+    auto *splitter = new QSplitter;
+    splitter->addWidget(tbsPanes);
+    splitter->addWidget(txtPage);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({PanesWidth, UsualSize.width() - PanesWidth});
+    splitter->setChildrenCollapsible(false);
+    auto *page = new QVBoxLayout(this);
+    page->setContentsMargins({});
+    page->setSpacing(0);
+    page->addWidget(MakeToolbar());
+    page->addWidget(splitter, 1);
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+}
+
+void frmHelp::MakeBrowser()
+{
+    txtPage->setObjectName(QStringLiteral("txtPage"));
+    txtPage->setAccessibleName(QStringLiteral("Help page"));
+    txtPage->setFrameShape(QFrame::NoFrame);
+    connect(txtPage, &QTextBrowser::anchorClicked, this, &frmHelp::Follow);
+    connect(txtPage, &QTextBrowser::sourceChanged, this, &frmHelp::SelectInContents);
+}
+
+QToolBar *frmHelp::MakeToolbar()
+{
+    auto *bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    const auto add = [&](const char *name, const QString &text, const QIcon &icon,
+                         const QKeySequence &key) {
+        QAction *action = bar->addAction(icon, text);
+        action->setObjectName(QString::fromLatin1(name));
+        action->setShortcut(key);
+        action->setToolTip(
+            QStringLiteral("%1 (%2)").arg(text, key.toString(QKeySequence::NativeText)));
+        return action;
+    };
+    const auto icon = [this](QStyle::StandardPixmap which) { return style()->standardIcon(which); };
+    QAction *back =
+        add("cmdBack", QStringLiteral("Back"), icon(QStyle::SP_ArrowBack), Qt::ALT | Qt::Key_Left);
+    QAction *forward = add("cmdForward", QStringLiteral("Forward"), icon(QStyle::SP_ArrowForward),
+                           Qt::ALT | Qt::Key_Right);
+    bar->addSeparator();
+    QAction *larger = add("cmdLarger", QStringLiteral("Larger"), {}, Qt::CTRL | Qt::Key_Plus);
+    QAction *smaller = add("cmdSmaller", QStringLiteral("Smaller"), {}, Qt::CTRL | Qt::Key_Minus);
+    back->setEnabled(false);
+    forward->setEnabled(false);
+    connect(txtPage, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    connect(txtPage, &QTextBrowser::forwardAvailable, forward, &QAction::setEnabled);
+    connect(back, &QAction::triggered, txtPage, &QTextBrowser::backward);
+    connect(forward, &QAction::triggered, txtPage, &QTextBrowser::forward);
+    connect(larger, &QAction::triggered, txtPage, [this] { txtPage->zoomIn(); });
+    connect(smaller, &QAction::triggered, txtPage, [this] { txtPage->zoomOut(); });
+    return bar;
+}
+
+QWidget *frmHelp::MakeIndexPane()
+{
+    txtKeyword->setObjectName(QStringLiteral("txtKeyword"));
+    txtKeyword->setClearButtonEnabled(true);
+    txtKeyword->installEventFilter(this);
+    m_index->setObjectName(QStringLiteral("lstIndex"));
+    m_index->setAccessibleName(QStringLiteral("Index"));
+    auto *label = new QLabel(QStringLiteral("&Look for:"));
+    label->setBuddy(txtKeyword);
+
+    auto *pane = new QWidget;
+    auto *column = new QVBoxLayout(pane);
+    column->addWidget(label);
+    column->addWidget(txtKeyword);
+    column->addWidget(m_index, 1);
+
+    connect(txtKeyword, &QLineEdit::textChanged, this, &frmHelp::FilterIndex);
+    connect(m_file.Engine().indexModel(), &QHelpIndexModel::indexCreated, this,
+            &frmHelp::FilterIndex);
+    connect(txtKeyword, &QLineEdit::returnPressed, m_index, &QHelpIndexWidget::activateCurrentItem);
+    connect(
+        m_index, &QHelpIndexWidget::documentActivated, txtPage,
+        [this](const QHelpLink &, const QString &keyword) { txtPage->ShowPagesAbout(keyword); });
+    connect(m_index, &QHelpIndexWidget::documentsActivated, txtPage,
+            [this](const QList<QHelpLink> &, const QString &keyword) {
+                txtPage->ShowPagesAbout(keyword);
+            });
+    return pane;
+}
+
+bool frmHelp::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == txtKeyword && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down || key == Qt::Key_PageUp ||
+            key == Qt::Key_PageDown)
+            return QCoreApplication::sendEvent(m_index, event);
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmHelp::ShowContents()
+{
+    tbsPanes->setCurrentIndex(ContentsPane);
+    ShowPage(QString());
+    m_contents->setFocus();
+}
+
+void frmHelp::ShowIndex()
+{
+    tbsPanes->setCurrentIndex(IndexPane);
+    if (txtPage->source().isEmpty())
+        ShowPage(QString());
+    txtKeyword->setFocus();
+    txtKeyword->selectAll();
+}
+
+void frmHelp::ShowPage(const QString &name)
+{
+    txtPage->Show(m_file.Page(name));
+    txtPage->setFocus();
+}
+
+void frmHelp::BringUp(const QWidget *modalDialog)
+{
+    create();
+    QWindow *owner = modalDialog ? modalDialog->windowHandle() : nullptr;
+    if (windowHandle()->transientParent() != owner) {
+        hide(); // whose window it is counts when it appears
+        windowHandle()->setTransientParent(owner);
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void frmHelp::Follow(const QUrl &link)
+{
+    if (HelpBrowser::Shows(link)) {
+        txtPage->Show(link);
+        return;
+    }
+    if (!OutsideSchemes.contains(link.scheme()))
+        return;
+    const QString fault = m_shell.Open(link.toString());
+    if (!fault.isEmpty()) {
+        m_prompts.ShowMessage(CriticalMessage(
+            QStringLiteral("%1 could not be opened. ").arg(link.toString()) + fault));
+    }
+}
+
+void frmHelp::FilterIndex()
+{
+    m_index->filterIndices(txtKeyword->text());
+}
+
+void frmHelp::SelectInContents(const QUrl &shown)
+{
+    const QModelIndex place = m_contents->indexOf(shown);
+    if (place.isValid())
+        m_contents->setCurrentIndex(place);
+}

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QWidget>
+
+class HelpBrowser;
+class HelpFile;
+class QHelpContentWidget;
+class QHelpIndexWidget;
+class QLineEdit;
+class QTabWidget;
+class QToolBar;
+class QVBoxLayout;
+class Shell;
+class UserPrompts;
+
+/// The help window: contents and index beside the page. It is no dialog; it stays open while the
+/// program is used.
+class frmHelp final : public QWidget
+{
+    Q_OBJECT
+
+  public:
+    /// All three live longer than the window; the file is open.
+    frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts);
+
+    void ShowContents();
+    /// The index, with the caret in its search field.
+    void ShowIndex();
+    /// The page of that file name; the first page if there is none.
+    void ShowPage(const QString &name);
+
+    /// Brings the window to the front. While a modal dialog stands only the windows that belong to
+    /// it can be used, so the help window belongs to it until it is brought to the front again.
+    void BringUp(const QWidget *modalDialog);
+
+  protected:
+    /// Hands the keys that move in the index from the search field to the index.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    QToolBar *MakeToolbar();
+    QWidget *MakeIndexPane();
+    void MakeBrowser();
+
+    void Follow(const QUrl &link);
+    void FilterIndex();
+    void SelectInContents(const QUrl &shown);
+
+    HelpFile &m_file;
+    Shell &m_shell;
+    UserPrompts &m_prompts;
+    HelpBrowser *txtPage;
+    QTabWidget *tbsPanes;
+    QHelpContentWidget *m_contents;
+    QHelpIndexWidget *m_index;
+    QLineEdit *txtKeyword;
+};

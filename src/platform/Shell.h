@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+/// A program and what it is started with.
+struct ProgramCall {
+    QString program; ///< a path
+    QStringList arguments;
+
+    bool operator==(const ProgramCall &) const = default;
+};
+
+/// The desktop: what it opens and starts for the user goes on without this program.
+class Shell
+{
+  public:
+    virtual ~Shell() = default;
+
+    /// Opens a link, "mailto:" included, with the program that the desktop has for it. Returns the
+    /// cause if that fails, else an empty text.
+    virtual QString Open(const QString &link) = 0;
+
+    /// Returns the cause if the program does not start, else an empty text.
+    virtual QString Start(const ProgramCall &call) = 0;
+
+    /// The programs of this desktop that show what the system is made of, installed ones only and
+    /// the best first.
+    virtual QList<ProgramCall> SystemInformationPrograms() const = 0;
+};
