@@ -9,7 +9,7 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian's names; each command needs those of the list "run" and its own.
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-serialport-dev
-              qt6-tools-dev libqt6svg6 fonts-liberation)
+              qt6-tools-dev libqt6svg6 fonts-liberation fonts-dejavu-core)
 test_packages=(xvfb xauth libbenchmark-dev lrzsz poppler-utils)
 lint_packages=(clang-format clang-tidy)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
