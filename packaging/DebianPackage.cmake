@@ -15,8 +15,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION comm)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${SERIMONDE_WEB}")
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Plug-ins that no link names (the data base of the help, the icons); the font of the views, and that
-# of everything else: with the former alone, a bare system shows all of it in a fixed pitch.
+# Plug-ins that no link names (the data base of the help, the icons); the font of the views, and
+# that of everything else: with the former alone a bare system shows all of it in a fixed pitch.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "libqt6sql6-sqlite, libqt6svg6, fonts-liberation, fonts-dejavu-core")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "qt6-wayland")
