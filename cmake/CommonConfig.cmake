@@ -24,3 +24,9 @@ if(SERIMONDE_SANITIZE)
         -fsanitize=${SERIMONDE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(serimonde_common INTERFACE -fsanitize=${SERIMONDE_SANITIZE})
 endif()
+
+# What users run is hardened as Debian hardens its own programs.
+target_compile_options(serimonde_common INTERFACE
+    "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-Wformat=2>")
+target_link_options(serimonde_common INTERFACE
+    "$<$<CONFIG:Release>:-pie;-Wl,-z,relro,-z,now>")

@@ -2,16 +2,20 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034
 #
-# What ./run, ./test, ./bench, ./fuzz and .ci/run share. They source this file; it sets $repo.
+# What ./run, ./test, ./bench, ./fuzz, ./package, scripts/check-package and .ci/run share. They
+# source this file; it sets $repo.
 
 repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian's names; each command needs those of the list "run" and its own.
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-serialport-dev
-              qt6-tools-dev libqt6sql6-sqlite libqt6svg6 fonts-liberation)
+              qt6-tools-dev libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
 test_packages=(xvfb xauth libbenchmark-dev lrzsz poppler-utils)
 lint_packages=(clang-format clang-tidy)
 fuzz_packages=(clang-14 libclang-rt-14-dev)
+package_packages=(dpkg-dev file)
+check_package_packages=(lintian appstream desktop-file-utils shared-mime-info man-db
+                        bash-completion)
 
 Say() { printf '%s\n' "$*" >&2; }
 

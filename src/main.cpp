@@ -95,7 +95,7 @@ int main(int argc, char *argv[])
     QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
-    QGuiApplication::setDesktopFileName(QStringLiteral("serimonde"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.serimonde.Serimonde"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     return RunProgram(parsed.line, errors);
 }
