@@ -26,6 +26,7 @@ class KillingFiles final : public FileSystem
     }
     Content Read(const QString &path, qint64 limit) override { return m_real.Read(path, limit); }
     bool Exists(const QString &path) const override { return m_real.Exists(path); }
+    void Remove(const QString &path) override { m_real.Remove(path); }
     QString CanonicalPath(const QString &path) const override { return m_real.CanonicalPath(path); }
 
   private:

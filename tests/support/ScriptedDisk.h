@@ -41,6 +41,7 @@ class ScriptedDisk final : public FileSystem
         return {files[path], {}};
     }
     bool Exists(const QString &path) const override { return files.contains(path); }
+    void Remove(const QString &path) override { files.remove(path); }
     QString CanonicalPath(const QString &path) const override { return path; }
 
   private:
