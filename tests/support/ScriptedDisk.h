@@ -68,6 +68,12 @@ class ScriptedDisk final : public FileSystem
         {
             return m_disk.failSync ? FileResult(NoSpace()) : FileResult();
         }
+        FileResult Check() const override
+        {
+            if (m_beside || m_disk.files.contains(m_path))
+                return {};
+            return FileFailure{false, QStringLiteral("It was deleted")};
+        }
         qint64 Size() const override { return m_bytes.size() - m_disk.vanishing; }
         FileResult TakePlace() override
         {
