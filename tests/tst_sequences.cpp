@@ -17,13 +17,8 @@ struct Tables : MdSequenceEdition {
     }
     void AddReceive(const QByteArray &name, qint16 answer = 0, qint16 active = 1)
     {
-        ReceiveSequence &record = EditReceive(ReceiveCount());
-        record.Name = name;
-        record.Sequence = name.toLower();
-        record.Comment = "about " + name;
-        record.Answer = answer;
-        record.Active = active;
-        record.CommentToLog = answer;
+        EditReceive(ReceiveCount()) = {name,   name.toLower(),  {},     {},
+                                       answer, "about " + name, answer, active};
         SetReceiveCount(ReceiveCount() + 1);
     }
     /// All that is stored of a receive sequence.

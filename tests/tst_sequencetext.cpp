@@ -110,6 +110,14 @@ class tst_SequenceText : public QObject
                 QCOMPARE(SequenceText::Parse(QString::fromLatin1(text), form).bytes, bytes);
     }
 
+    void NamesControlCharacters()
+    {
+        const std::pair<uchar, const char *> names[] = {
+            {0, "NUL"}, {31, "US"}, {127, "DEL"}, {32, ""}, {0x81, ""}};
+        for (const auto &[byte, name] : names)
+            QCOMPARE(SequenceText::ControlName(byte).toByteArray(), name);
+    }
+
     void UndoesAndRedoesAcrossForms()
     {
         // The reference is the list of contents, one for each step.
