@@ -22,6 +22,15 @@ class ScriptedDisk final : public FileSystem
     qint64 vanishing = 0; ///< bytes that are said to be written, but are missing in the file
     int unfinished = 0;   ///< files beside others that exist now
 
+    /// An empty disk without faults.
+    void Reset()
+    {
+        files.clear();
+        room = Plenty;
+        failSync = failTakePlace = false;
+        vanishing = 0;
+    }
+
     Created Create(const QString &path) override
     {
         if (path == refused)
