@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/PortFinder.h"
+
+#include <QDialog>
+#include <QSemaphore>
+#include <QTreeWidget>
+
+/// Finds what the test says, when the test says.
+class ScriptedFinder final : public PortFinder
+{
+  public:
+    QList<FoundPort> ports = {
+        {"/dev/ttyS0", "Built-in serial port", ""},
+        {"/dev/ttyUSB1", "Maker of USB Serial", "/dev/serial/by-id/usb-adapter"}};
+    mutable QSemaphore allowed{1000};
+
+    QList<FoundPort> FindPorts() const override
+    {
+        allowed.acquire();
+        return ports;
+    }
+};
+
+/// The list of the dialog of devices, a text for each row.
+inline QStringList RowsOf(const QDialog &devices)
+{
+    const auto *list = devices.findChild<QTreeWidget *>("lstDevices");
+    QStringList rows;
+    for (int i = 0; i < list->topLevelItemCount(); ++i) {
+        QStringList cells;
+        for (int column = 0; column < 4; ++column)
+            cells << list->topLevelItem(i)->text(column);
+        rows << cells.join("|");
+    }
+    return rows;
+}

@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "options/frmDevices.h"
+#include "platform/SystemPortFinder.h"
+#include "support/ScriptedFinder.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+/// The ports of a machine and the dialog that lists them.
+class tst_devices : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void TheDialogOfDevicesDoesNotWait()
+    {
+        const auto finder = std::make_shared<ScriptedFinder>();
+        finder->allowed.acquire(1000);
+        auto dialog = std::make_unique<frmDevices>(5, QMap<int, PortDevices::Meaning>(), finder);
+        dialog->show();
+        QCOMPARE(dialog->findChild<QLabel *>("lblState")->text(),
+                 QStringLiteral("Looking for ports ..."));
+        dialog.reset(); // while the search is under way
+        finder->allowed.release();
+        QTRY_COMPARE(finder.use_count(), 1);
+
+        finder->ports.clear();
+        frmDevices second(5, {}, finder);
+        QVERIFY(RowsOf(second).isEmpty());
+        finder->allowed.release();
+        QTRY_COMPARE(second.findChild<QLabel *>("lblState")->text(),
+                     QStringLiteral("No ports were found."));
+        finder->ports = {{"/dev/ttyACM0", "", ""}};
+        finder->allowed.release();
+        second.findChild<QPushButton *>("cmdLookAgain")->click();
+        QTRY_COMPARE(RowsOf(second), QStringList{"|/dev/ttyACM0||"});
+    }
+
+    /// A system with a built-in port, a place without a chip, a USB adapter and a console.
+    void TheSystemsPortsAreFound()
+    {
+        const QTemporaryDir folder;
+        const QDir root(folder.path());
+        const auto write = [&](const QString &path, const QByteArray &text) {
+            root.mkpath(QFileInfo(path).path());
+            QFile file(root.filePath(path));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(text);
+        };
+        const auto link = [&](const QString &target, const QString &path) {
+            root.mkpath(QFileInfo(path).path());
+            QVERIFY(QFile::link(root.filePath(target), root.filePath(path)));
+        };
+        root.mkpath("hardware/bus/adapter/port");
+        root.mkpath("hardware/platform");
+        write("hardware/bus/adapter/idVendor", "0403\n");
+        write("hardware/bus/adapter/manufacturer", "Maker\n");
+        write("hardware/bus/adapter/product", "USB Serial\n");
+        write("tty/ttyS10/type", "4\n");
+        write("tty/ttyS2/type", "4\n");
+        write("tty/ttyS3/type", "0\n");
+        write("tty/console/active", "tty0\n");
+        for (const char *name : {"ttyS10", "ttyS2", "ttyS3"})
+            link("hardware/platform", QStringLiteral("tty/%1/device").arg(name));
+        link("hardware/bus/adapter/port", "tty/ttyUSB0/device");
+        link("hardware/bus/adapter/port", "tty/ttyUSB1/device"); // without a device file
+        for (const char *name : {"ttyS10", "ttyS2", "ttyS3", "ttyUSB0", "console"})
+            write(QStringLiteral("dev/%1").arg(name), "");
+        link("dev/ttyS2", "dev/serial/by-path/card");
+        link("dev/ttyUSB0", "dev/serial/by-path/socket");
+        link("dev/ttyUSB0", "dev/serial/by-id/adapter");
+        link("dev/gone", "dev/serial/by-id/gone");
+
+        QStringList found;
+        for (const FoundPort &port :
+             SystemPortFinder(root.filePath("tty"), root.filePath("dev")).FindPorts())
+            found << QStringList{port.device, port.description, port.stableName}.join("|").remove(
+                root.path());
+        QCOMPARE(found, (QStringList{"/dev/ttyS2|Built-in serial port|/dev/serial/by-path/card",
+                                     "/dev/ttyS10|Built-in serial port|",
+                                     "/dev/ttyUSB0|Maker USB Serial|/dev/serial/by-id/adapter"}));
+    }
+};
+
+QTEST_MAIN(tst_devices)
+#include "tst_devices.moc"
