@@ -1,11 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "support/Cases.h"
 #include "support/SequenceDesk.h"
 
 #include <QAccessible>
-#include <QElapsedTimer>
 #include <QMenu>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -18,50 +16,51 @@ struct TypingCase {
     Mode mode;
     const char *before;
     const char *keys;
-    const char *after;    ///< in HEX
-    const char *tip = ""; ///< of a last key that was refused
+    const char *after;          ///< in HEX
+    const char *tip = "";       ///< of a last key that was refused
+    const char *line = nullptr; ///< length and place below the text
 };
 
 const TypingCase TypingCases[] = {
     {"HEX, typed blanks do no harm", Hex, "", "0d0A, D 41 |424", "0D 0A 0D 41 42 04"},
-    {"Backspace takes digits and items back", Hex, "", "4142<BS>3<BS><BS><BS>", "04"},
-    {"Backspace on nothing", Hex, "", "<BS>41", "41"},
+    {"Backspace takes digits and items back", Hex, "",
+     "4142<Backspace>3<Backspace><Backspace><Backspace>", "04"},
     {"Ctrl+Backspace takes an item", Hex, "ABC", "<End><Ctrl+Backspace>", "41 42"},
     {"Delete inside takes a digit", Hex, "ABC", "<Right><Del>5", "45 42 43"},
     {"Delete behind an unfinished item takes the next", Hex, "ABC", "5<Del>", "05 42 43"},
     {"Delete before an unfinished item takes it", Hex, "ABC", "5<Left><Del>", "41 42 43"},
     {"Backspace before an unfinished item takes the one before", Hex, "AB",
-     "<Ctrl+Right>5<Left><BS>", "04 05 42"},
+     "<Ctrl+Right>5<Left><Backspace>", "04 05 42"},
     {"between items a digit begins one", Hex, "AC", "<Ctrl+Right>42", "41 42 43"},
     {"inside an item a digit replaces one", Hex, "AC", "<Right>F", "4F 43"},
     {"a digit goes where the caret is in an unfinished item", Hex, "", "4<Left>1", "14"},
     {"Insert overtypes", Hex, "ABC", "<Ins>5F6", "5F 62 43"},
-    {"overtyping goes on at the end", Hex, "A", "<Ins>4243", "42 43"},
     {"a digit replaces what is selected", Hex, "ABC", "<Shift+Right><Shift+Right>5A", "5A 43"},
     {"going back with Shift takes the whole item", Hex, "ABC",
      "<Right><Right><Right><Shift+Left><Del>", "41 43"},
     {"Decimal", Decimal, "", "7 13,255010013", "07 0D FF 0A 0D"},
     {"Decimal, 2 over 099 begins 200", Decimal, "c", "<Ins>255", "FF"},
-    {"Decimal, Backspace", Decimal, "\xFF", "<End><BS><BS>", "02"},
     {"Binary", Binary, "", "1101 000010101", "0D 0A 01"},
-    {"Binary, one bit changed", Binary, "A", "<Right><Right>1", "61"},
-    {"ASCII control keys", Ascii, "", "a<Enter><Ctrl+Enter><Ctrl+Tab><Keypad>", "61 0D 0A 09 0D"},
+    {"ASCII control keys", Ascii, "", "a<Return><Ctrl+Enter><Ctrl+Tab><Num+Enter>",
+     "61 0D 0A 09 0D"},
     {"ASCII, the code page", Ascii, "AC", "<Right>| ,\u20AC\u00FC", "41 7C 20 2C 80 FC 43"},
-    {"ASCII, overtyping", Ascii, "AC", "<Ins>xyz<Enter>", "78 79 7A 0D"},
-    {"ASCII, erasing", Ascii, "ABC", "<Del><End><BS>", "42"},
+    {"ASCII, overtyping", Ascii, "AC", "<Ins>xyz<Return>", "78 79 7A 0D"},
+    {"ASCII, erasing", Ascii, "ABC", "<Del><End><Backspace>", "42"},
     {"ASCII, erasing words", Ascii, "one two three", "<Ctrl+Del><End><Ctrl+Backspace>",
      "74 77 6F 20"},
-    {"ASCII, Enter over a selection", Ascii, "ABC", "<Right><Shift+End><Enter>", "41 0D"},
-    {"all of it goes", Binary, "ABC", "<All><BS>", ""},
     {"G in HEX", Hex, "", "4G", "04", "HEX takes the digits 0 to 9 and A to F."},
-    {"A in Decimal", Decimal, "", "1A", "01",
-     "Decimal takes the digits 0 to 9, in values up to 255."},
     {"256", Decimal, "", "256", "19", "256 is above 255, the highest value of a byte."},
     {"300 by overtyping", Decimal, "", "100<Ins><Home>3", "64",
      "300 is above 255, the highest value of a byte."},
-    {"2 in Binary", Binary, "", "12", "01", "Binary takes the digits 0 and 1."},
     {"a letter of another script", Ascii, "", "a\u0416", "61",
      "The character \u0416 (U+0416) is not in code page 1252."},
+    {"no bytes", Hex, "", "", "", "", "0 bytes"},
+    {"one byte", Ascii, "A", "<Right>", "41", "", "1 byte, at the end"},
+    {"an unfinished byte", Hex, "AB", "<Ctrl+End>4", "41 42 04", "", "3 bytes, at byte 3"},
+    {"a byte selected", Binary, "AB", "<Shift+Right>", "41 42", "", "2 bytes, byte 1 selected"},
+    {"bytes selected", Decimal, "ABC", "<Right><Right><Right><Shift+Right><Shift+Right>",
+     "41 42 43", "", "3 bytes, bytes 2 to 3 selected"},
+    {"overtyping", Decimal, "AB", "<Ins>", "41 42", "", "2 bytes, at byte 1, overtyping"},
 };
 
 QByteArray AllBytes()
@@ -79,49 +78,16 @@ class tst_EditSequence : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void Types_data()
-    {
-        const Cases<Mode, QByteArray, QString, QByteArray, QString> row("mode", "before", "keys",
-                                                                        "after", "tip");
-        for (const TypingCase &one : TypingCases)
-            row(one.name, one.mode, one.before, one.keys, one.after, one.tip);
-    }
     void Types()
     {
-        QFETCH(const Mode, mode);
-        QFETCH(const QByteArray, before);
-        QFETCH(const QString, keys);
-        SequenceDesk desk(mode, before);
-        desk.Type(keys);
-        QTEST(desk.Bytes(), "after");
-        QTEST(desk.Tip(), "tip");
-        desk.Type("0"); // what is right takes the tip away
-        QTRY_COMPARE(desk.Tip(), QString());
-    }
-
-    void TellsLengthAndPlace()
-    {
-        const QByteArray twelve("Hello world!");
-        const struct {
-            Mode mode;
-            QByteArray sequence;
-            const char *keys;
-            const char *line;
-        } places[] = {
-            {Hex, "", "", "0 bytes"},
-            {Hex, "A", "", "1 byte, at byte 1"},
-            {Ascii, "A", "<Right>", "1 byte, at the end"},
-            {Hex, twelve, "<Ctrl+Right><Ctrl+Right><Right>", "12 bytes, at byte 3"},
-            {Hex, twelve, "<Ctrl+End>4", "13 bytes, at byte 13"},
-            {Binary, twelve, "<Shift+Right>", "12 bytes, byte 1 selected"},
-            {Decimal, twelve, "<Right><Right><Right><Shift+Right><Shift+Right>",
-             "12 bytes, bytes 2 to 3 selected"},
-            {Decimal, twelve, "<Ins>", "12 bytes, at byte 1, overtyping"},
-        };
-        for (const auto &[mode, sequence, keys, line] : places) {
-            SequenceDesk desk(mode, sequence);
-            desk.Type(keys);
-            QCOMPARE(desk.Line(), line);
+        for (const TypingCase &one : TypingCases) {
+            SequenceDesk desk(one.mode, one.before);
+            desk.Type(one.keys);
+            QVERIFY2(desk.Bytes() == one.after, one.name + (": " + desk.Bytes()));
+            QVERIFY2(desk.Tip() == one.tip, one.name);
+            QVERIFY2(!one.line || desk.Line() == one.line, one.name);
+            desk.Type("0"); // what is right takes the tip away
+            QTRY_COMPARE(desk.Tip(), QString());
         }
     }
 
@@ -130,7 +96,7 @@ class tst_EditSequence : public QObject
         const QByteArray bytes = AllBytes();
         SequenceDesk desk(Ascii, bytes);
         const QSignalSpy changed(&desk.editor, &SQEditSequence::Changed);
-        for (const int mode : {2, 1, 3, 0, 3, 2}) {
+        for (const int mode : {Hex, Decimal, Binary, Ascii}) {
             desk.editor.MoveCaret({77, 0});
             desk.editor.setProperty("editmode", mode);
             QCOMPARE(desk.editor.property("editmode").toInt(), mode);
@@ -153,38 +119,37 @@ class tst_EditSequence : public QObject
         desk.editor.SetSequence({});
         desk.Type("4142");
         desk.editor.SetEditMode(Ascii);
-        desk.Type("C<Enter><Right><Left><All><Copy><End>");
+        desk.Type("C<Return><Right><Left><Ctrl+A><Ctrl+C><End>");
         desk.editor.SetEditMode(Binary);
         desk.Type("1");
         QCOMPARE(desk.Bytes(), "41 42 43 0D 01");
         QCOMPARE(changed.count(), 7); // each key that changed bytes
         for (const char *left : {"41 42 43 0D", "41 42 43", "41 42", "41", "", ""}) {
-            desk.Type("<Undo>");
+            desk.Type("<Ctrl+Z>");
             QCOMPARE(desk.Bytes(), left);
         }
         QCOMPARE(changed.count(), 12);
         desk.editor.SetEditMode(Decimal);
-        desk.Type("<Redo><Redo2><Redo>");
+        desk.Type("<Ctrl+Y><Ctrl+Shift+Z><Ctrl+Y>");
         QCOMPARE(desk.Bytes(), "41 42 43");
-        desk.Type("7<Redo>"); // a new step ends what could be redone
+        desk.Type("7<Ctrl+Y>"); // a new step ends what could be redone
         QCOMPARE(desk.Bytes(), "41 42 43 07");
         QCOMPARE(changed.count(), 16);
         desk.editor.SetSequence("x");
-        desk.Type("<Undo>");
+        desk.Type("<Ctrl+Z>");
         QCOMPARE(desk.Bytes(), "78");
     }
 
     void TabMovesOnAndFinishesTheItem()
     {
-        for (const Mode mode : {Ascii, Decimal, Hex, Binary}) {
+        for (const Mode mode : {Ascii, Hex}) {
             SequenceDesk desk(mode, "A");
-            desk.Type("<End>1");
-            QTest::keyClick(&desk.editor, Qt::Key_Tab);
+            desk.Type("<End>1<Tab>");
             QVERIFY(desk.behind.hasFocus());
             desk.editor.setFocus();
             desk.Type("1");
             QCOMPARE(desk.Bytes(), mode == Ascii ? "41 31 31" : "41 01 01");
-            QTest::keyClick(&desk.editor, Qt::Key_Backtab, Qt::ShiftModifier);
+            desk.Type("<Shift+Tab>");
             QVERIFY(desk.before.hasFocus());
         }
     }
@@ -203,26 +168,21 @@ class tst_EditSequence : public QObject
     void ClipboardRoundTripsInEachMode()
     {
         const QByteArray bytes = AllBytes();
-        const struct {
-            Mode mode;
-            Representation form;
-            QString begin;
-        } modes[] = {{Ascii, Representation::Ascii, QString::fromLatin1("\0\x01", 2)},
-                     {Decimal, Representation::Decimal, "000 001 "},
-                     {Hex, Representation::Hex, "00 01 "},
-                     {Binary, Representation::Binary, "00000000 00000001 "}};
-        for (const auto &[mode, form, begin] : modes) {
+        const std::pair<Mode, QString> modes[] = {{Ascii, QString::fromLatin1("\0\x01", 2)},
+                                                  {Decimal, "000 001 "},
+                                                  {Hex, "00 01 "},
+                                                  {Binary, "00000000 00000001 "}};
+        for (const auto &[mode, begin] : modes) {
             SequenceDesk desk(mode, bytes);
-            QVERIFY(QString::fromLatin1(desk.editor.Text(form)).startsWith(begin));
-            desk.Type("<All><Cut>");
-            QCOMPARE(desk.editor.Sequence(), QByteArray());
+            desk.Type("<Ctrl+A><Ctrl+X>");
+            QCOMPARE(desk.Bytes(), "");
             const QString text = QApplication::clipboard()->text();
             QVERIFY2(text.startsWith(begin), qPrintable(text));
             desk.editor.SetEditMode((mode + 1) % 4);
-            desk.Type("<Paste>"); // what was copied here fits any mode
+            desk.Type("<Ctrl+V>"); // what was copied here fits any mode
             QCOMPARE(desk.editor.Sequence(), bytes);
             desk.editor.SetEditMode(mode);
-            desk.Type("<All>");
+            desk.Type("<Ctrl+A>");
             desk.PasteText(text); // as it would come back from another program
             QCOMPARE(desk.editor.Sequence(), bytes);
         }
@@ -231,23 +191,18 @@ class tst_EditSequence : public QObject
     void PastesOrRefusesWhole()
     {
         SequenceDesk desk(Hex, "AB");
-        const QSignalSpy changed(&desk.editor, &SQEditSequence::Changed);
         desk.Type("<Shift+Right>");
         desk.PasteText("0x0D,0x0A,<b>");
-        QCOMPARE(desk.Tip(),
-                 QString("Item 3, \"<b>\", is not a HEX byte: one or two of the digits 0 to 9 and "
-                         "A to F.")
-                     .toHtmlEscaped());
+        QCOMPARE(desk.Tip(), "Item 3, &quot;&lt;b&gt;&quot;, is not a HEX byte: one or two of the "
+                             "digits 0 to 9 and A to F.");
         QCOMPARE(desk.Bytes(), "41 42");
         QCOMPARE(desk.Selected(), "A");
-        QCOMPARE(changed.count(), 0);
         desk.PasteText("0x0D,0x0A");
         QCOMPARE(desk.Bytes(), "0D 0A 42");
-        QCOMPARE(changed.count(), 1);
         desk.Type("5"); // in the middle of an item it goes behind
         desk.PasteText("FF");
         QCOMPARE(desk.Bytes(), "0D 0A 05 FF 42");
-        desk.Type("<Undo><Undo><Undo>");
+        desk.Type("<Ctrl+Z><Ctrl+Z><Ctrl+Z>");
         QCOMPARE(desk.Bytes(), "41 42");
     }
 
@@ -265,52 +220,45 @@ class tst_EditSequence : public QObject
         QApplication::sendEvent(view, &move);
         QTest::mouseRelease(view, Qt::LeftButton, {}, desk.Point(3));
         QCOMPARE(desk.Selected(), "DEFG");
-        QTest::mouseDClick(view, Qt::LeftButton, {}, desk.Point(4));
-        QCOMPARE(desk.Selected(), "E");
-        QTest::mouseClick(view, Qt::LeftButton, {}, desk.Point(4));
-        QCOMPARE(desk.Selected(), "ABCDEFGH");
         desk.editor.SetEditMode(Ascii);
         desk.editor.SetSequence("one two\r\n");
         QTest::mouseDClick(view, Qt::LeftButton, {}, desk.Point(5));
         QCOMPARE(desk.Selected(), "two");
+        QTest::mouseClick(view, Qt::LeftButton, {}, desk.Point(5));
+        QCOMPARE(desk.Selected(), "one two\r\n");
         QTest::mouseClick(view, Qt::LeftButton, {}, QPoint(view->width() - 1, view->height() - 1));
         QCOMPARE(desk.Line(), "9 bytes, at the end");
     }
 
     void ControlCharactersHavePictures()
     {
-        const auto picture = [](char byte) {
-            const SequenceDesk desk(Ascii, QByteArray(1, byte));
+        QList<QImage> pictures; // no two alike
+        for (const char code : QByteArray("\x7F"
+                                          "A\x81") +
+                                   AllBytes().first(32)) {
+            const SequenceDesk desk(Ascii, QByteArray(1, code));
             const QRect cell = desk.editor.ItemRect(0).toAlignedRect().adjusted(2, 0, 0, 0);
-            return desk.editor.viewport()->grab(cell).toImage();
-        };
-        QList<QImage> pictures; // no two alike, but for the codes without a character
-        for (const char code : {'\x7F', 'A', '\x81'})
-            pictures.append(picture(code));
-        for (char code = 0; code < 32; ++code)
-            pictures.append(picture(code));
-        for (qsizetype i = 1; i < pictures.size(); ++i)
-            QVERIFY2(!pictures.first(i).contains(pictures[i]), QByteArray::number(i));
-        QCOMPARE(picture('\x9D'), pictures[2]);
+            const QImage picture = desk.editor.viewport()->grab(cell).toImage();
+            QVERIFY2(!pictures.contains(picture), QByteArray::number(code));
+            pictures.append(picture);
+        }
     }
 
     void ReadOnlyAndDisabledKeepTheSequence()
     {
         SequenceDesk desk(Ascii, "ABC");
         desk.editor.SetReadOnly(true);
-        desk.Type("x<BS><Del><Enter><All><Cut>");
+        desk.Type("x<Backspace><Del><Return><Ctrl+A><Ctrl+X>");
         desk.PasteText("y");
-        QCOMPARE(desk.editor.Sequence(), "ABC");
-        desk.Type("<All><Copy>");
+        QCOMPARE(desk.Bytes(), "41 42 43");
+        desk.Type("<Ctrl+A><Ctrl+C>");
         QCOMPARE(QApplication::clipboard()->text(), "ABC");
-        QCOMPARE(desk.editor.viewport()->backgroundRole(), QPalette::Window);
         desk.editor.SetReadOnly(false);
         desk.Type("x");
         desk.editor.setEnabled(false);
         desk.editor.Undo();
         desk.editor.Paste();
-        QCOMPARE(desk.editor.Sequence(), "x");
-        QCOMPARE(desk.editor.viewport()->backgroundRole(), QPalette::Window);
+        QCOMPARE(desk.Bytes(), "78");
     }
 
     void OffersWhatTheMenuCanDo()
@@ -326,9 +274,9 @@ class tst_EditSequence : public QObject
             return names.join(' ');
         };
         QCOMPARE(offered(), "Select &All");
-        desk.Type("<Shift+Right><Cut>");
+        desk.Type("<Shift+Right><Ctrl+X>");
         QCOMPARE(offered(), "&Undo &Paste Select &All");
-        desk.Type("<Undo><All>");
+        desk.Type("<Ctrl+Z><Ctrl+A>");
         QCOMPARE(offered(), "&Redo Cu&t &Copy &Paste &Delete Select &All");
         desk.editor.SetReadOnly(true);
         QCOMPARE(offered(), "&Copy Select &All");
@@ -354,26 +302,16 @@ class tst_EditSequence : public QObject
         QCOMPARE(desk.editor.CaretRect().top(), desk.editor.ItemRect(0).top());
     }
 
-    void ScrollsLongSequencesFluently()
+    void ScrollsToTheCaret()
     {
-        constexpr qint64 Pause = 50; // milliseconds that a user would not see
-        for (const Mode mode : {Ascii, Decimal, Hex, Binary}) {
-            SequenceDesk desk(mode, QByteArray(65536, '\x07'));
-            QWidget *view = desk.editor.viewport();
-            const QScrollBar *bar = desk.editor.verticalScrollBar();
-            desk.Type("<Ctrl+End>");
-            QCOMPARE(bar->value(), bar->maximum());
-            QElapsedTimer timer;
-            timer.start();
-            for (int i = 0; i < 10; ++i) {
-                desk.Type("1");
-                view->repaint();
-            }
-            QVERIFY2(timer.elapsed() < 10 * Pause, QByteArray::number(timer.elapsed()));
-            QVERIFY(view->rect().contains(desk.editor.CaretRect().toAlignedRect()));
-            desk.Type("<Ctrl+Home>");
-            QCOMPARE(bar->value(), 0);
-        }
+        SequenceDesk desk(Hex, QByteArray(65536, '\x07'));
+        const QScrollBar *bar = desk.editor.verticalScrollBar();
+        desk.Type("<Ctrl+End>");
+        QCOMPARE(bar->value(), bar->maximum());
+        desk.Type("1");
+        QVERIFY(desk.editor.viewport()->rect().contains(desk.editor.CaretRect().toAlignedRect()));
+        desk.Type("<Ctrl+Home>");
+        QCOMPARE(bar->value(), 0);
     }
 
     void TellsScreenReaders()
@@ -382,12 +320,10 @@ class tst_EditSequence : public QObject
         QAccessibleInterface *told = QAccessible::queryAccessibleInterface(&desk.editor);
         QVERIFY(told && told->textInterface() && told->state().editable);
         QAccessibleTextInterface &text = *told->textInterface();
-        QCOMPARE(told->text(QAccessible::Name), "Sequence");
         QCOMPARE(text.text(0, text.characterCount()), QStringLiteral("A\u240D"));
         desk.editor.SetEditMode(Hex);
         QCOMPARE(text.text(0, text.characterCount()), "41 0D");
         text.setCursorPosition(4);
-        QCOMPARE(desk.editor.Editing().Caret(), (SequencePlace{1, 1}));
         QCOMPARE(text.cursorPosition(), 4);
         text.setSelection(0, 3, 5);
         QCOMPARE(desk.Selected(), "\r");

@@ -1,7 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "app/DemoProject.h"
+#include "platform/DemoProtocol.h"
 #include "platform/SystemFiles.h"
+#include "project/FieldReader.h"
 #include "project/OpenFiles.h"
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
@@ -13,13 +16,46 @@
 namespace
 {
 
-const QString Examples = QStringLiteral(SERIMONDE_SOURCE "/examples/");
+const QDir Examples(QStringLiteral(SERIMONDE_SOURCE "/examples"));
+const QDir Corpus(QStringLiteral(SERIMONDE_SOURCE "/fuzzing/corpus/project"));
 
-QByteArray BytesOf(const QString &path)
+QByteArrayList ContentsOf(const QDir &folder, const QStringList &names)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+    QByteArrayList contents;
+    for (const QString &name : names) {
+        QFile file(folder.filePath(name));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("%s cannot be read", qPrintable(name));
+        contents << file.readAll();
+    }
+    return contents;
 }
+
+/// Loads into tables that were full before. Whatever the bytes are, the tables keep their bounds
+/// and the user gets a message that he knows.
+struct Loaded {
+    MdSequenceEdition tables;
+    QString message;
+
+    explicit Loaded(const QByteArray &bytes)
+    {
+        tables.SetSendCount(MdSequenceEdition::Capacity);
+        tables.SetReceiveCount(MdSequenceEdition::Capacity);
+        FieldReader fields(bytes);
+        if (const auto failure = ProjectFile::ReadProject(tables, fields))
+            message = failure->message;
+    }
+
+    bool IsSound() const
+    {
+        static const QStringList Messages = {"", "Error while loading the project",
+                                             "Unknown project file version",
+                                             "Errow while loading the project"};
+        const auto fits = [](int count) { return count >= 0 && count <= 1025; };
+        return Messages.contains(message) && fits(tables.SendCount()) &&
+               fits(tables.ReceiveCount());
+    }
+};
 
 /// The check bytes of a bus frame: 0 when they are run through the sum as well.
 quint16 FrameCheck(const QByteArray &frame)
@@ -40,54 +76,70 @@ class tst_examples : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void AreReadAndWrittenBack_data()
+    void SurvivesBeingCutAtEveryByte()
     {
-        QTest::addColumn<int>("sendCount");
-        QTest::addColumn<int>("receiveCount");
-        QTest::newRow("demo.sqx") << 4 << 4;
-        QTest::newRow("modem.sqx") << 12 << 9;
-        QTest::newRow("modbus-rtu.sqx") << 11 << 7;
-    }
-    void AreReadAndWrittenBack()
-    {
-        const QString name = QString::fromLatin1(QTest::currentDataTag());
-        Load(name);
-        QTEST(tables.SendCount(), "sendCount");
-        QTEST(tables.ReceiveCount(), "receiveCount");
-        const QTemporaryDir folder;
-        QVERIFY(!ProjectFile::SaveProject(tables, files, folder.filePath(name)));
-        QCOMPARE(BytesOf(folder.filePath(name)), BytesOf(Examples + name));
+        for (const QByteArray &project : projects) {
+            const Loaded whole(project);
+            for (qsizetype size = 0; size < project.size(); ++size)
+                SurvivesCut(project.first(size), whole);
+        }
     }
 
-    void AreAllOfThese()
+    void SurvivesMissingAndSwappedLines()
     {
-        QCOMPARE(QDir(Examples).entryList({QStringLiteral("*.sqx")}).size(), 3);
+        for (const QByteArray &project : projects) {
+            const QByteArrayList lines = project.split('\n');
+            for (qsizetype i = 0; i + 5 < lines.size(); ++i) {
+                QByteArrayList rest = lines;
+                rest.removeAt(i);
+                QVERIFY(Loaded(rest.join('\n')).IsSound());
+                for (const qsizetype distance : {1, 2, 5}) {
+                    QByteArrayList swapped = lines;
+                    swapped.swapItemsAt(i, i + distance);
+                    QVERIFY(Loaded(swapped.join('\n')).IsSound());
+                }
+            }
+        }
+    }
+
+    void SurvivesTheCorpus()
+    {
+        const QByteArrayList corpus = ContentsOf(Corpus, Corpus.entryList(QDir::Files));
+        QVERIFY(!corpus.isEmpty());
+        for (const QByteArray &bytes : corpus)
+            QVERIFY2(Loaded(bytes).IsSound(), bytes.constData());
+    }
+
+    void AreReadAndWrittenBack()
+    {
+        QCOMPARE(names, QStringList({"demo.sqx", "modbus-rtu.sqx", "modem.sqx"}));
+        const QTemporaryDir folder;
+        for (const QString &name : names) {
+            Load(name);
+            QVERIFY(tables.SendCount() >= 4 && tables.ReceiveCount() >= 4);
+            QVERIFY(!ProjectFile::SaveProject(tables, files, folder.filePath(name)));
+        }
+        QCOMPARE(ContentsOf(QDir(folder.path()), names), projects);
     }
 
     void TheModemAnswersTheCall()
     {
-        Load(QStringLiteral("modem.sqx"));
+        Load("modem.sqx");
         const ReceiveSequence &ring = tables.ReceiveAt(3);
-        QCOMPARE(ring.Sequence, QByteArray("\r\nRING\r\n"));
+        QCOMPARE(ring.Sequence, "\r\nRING\r\n");
         QVERIFY(ring.IsWatched());
-        QCOMPARE(tables.AnswerOf(ring)->Sequence, QByteArray("ATA\r"));
-    }
-
-    void TheBusFramesAreSound()
-    {
-        Load(QStringLiteral("modbus-rtu.sqx"));
-        for (int i = 0; i < tables.SendCount(); ++i)
-            QCOMPARE(FrameCheck(tables.SendAt(i).Sequence), quint16(0));
-        for (int i = 0; i < tables.ReceiveCount(); ++i)
-            QCOMPARE(FrameCheck(tables.ReceiveAt(i).Sequence), quint16(0));
+        QCOMPARE(tables.AnswerOf(ring)->Sequence, "ATA\r");
     }
 
     /// Else two stations with this project would answer each other for ever.
-    void TheBusDoesNotAnswerAnswers()
+    void TheBusFramesAreSoundAndAnswerNoAnswers()
     {
-        Load(QStringLiteral("modbus-rtu.sqx"));
+        Load("modbus-rtu.sqx");
+        for (int i = 0; i < tables.SendCount(); ++i)
+            QCOMPARE(FrameCheck(tables.SendAt(i).Sequence), quint16(0));
         int answers = 0;
         for (int i = 0; i < tables.ReceiveCount(); ++i) {
+            QCOMPARE(FrameCheck(tables.ReceiveAt(i).Sequence), quint16(0));
             const SendSequence *answer = tables.AnswerOf(tables.ReceiveAt(i));
             answers += answer ? 1 : 0;
             for (int j = 0; answer && j < tables.ReceiveCount(); ++j)
@@ -96,16 +148,56 @@ class tst_examples : public QObject
         QCOMPARE(answers, 4);
     }
 
+    void TheDemoSpeaksAsTheInstrumentDoes()
+    {
+        tables.SetSendCount(9);
+        FillDemoProject(tables);
+        QCOMPARE(tables.SendCount(), 4);
+        QCOMPARE(tables.ReceiveCount(), 4);
+        const char *const requests[] = {"*IDN?\r\n", "MEAS?\r\n", "STAT?\r\n", "YES\r\n"};
+        const char *const heard[] = {"READY?\r\n", "OK\r\n", "SIMULATED INSTRUMENT 1.0\r\n", "T="};
+        for (int i = 0; i < 4; ++i) {
+            QCOMPARE(tables.SendAt(i).Sequence, requests[i]);
+            QVERIFY(DemoProtocol::AnswerTo(tables.SendAt(i).Sequence.trimmed()) !=
+                    DemoProtocol::Text::Refusal);
+            QCOMPARE(tables.ReceiveAt(i).Sequence, heard[i]);
+            QCOMPARE(tables.ReceiveAt(i).IsWatched(), i < 3);
+        }
+        // The question is answered by itself.
+        QCOMPARE(tables.ReceiveAt(0).AnswerName, tables.SendAt(3).Name);
+        QCOMPARE(tables.AnswerOf(tables.ReceiveAt(0)), &tables.SendAt(3));
+        QCOMPARE(tables.AnswerOf(tables.ReceiveAt(1)), nullptr);
+        QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading).startsWith(heard[3]));
+    }
+
   private:
     void Load(const QString &name)
     {
-        const auto failure = ProjectFile::LoadProject(tables, files, Examples + name);
+        const auto failure = ProjectFile::LoadProject(tables, files, Examples.filePath(name));
         QVERIFY2(!failure, failure ? qPrintable(failure->cause) : "");
     }
 
     SystemFiles system;
     OpenFiles files{system};
     MdSequenceEdition tables;
+    /// The keyword of a record stands behind all records that are whole in the file.
+    static void SurvivesCut(const QByteArray &cut, const Loaded &whole)
+    {
+        const Loaded loaded(cut);
+        QVERIFY(loaded.IsSound());
+        const auto keywords = cut.count("\r\n\r\nSEND") + cut.count("\r\n\r\nRECEIVE");
+        const QByteArray tail = cut.mid(cut.lastIndexOf("SEND\r\n") + 6);
+        const int cutIndex = tail.contains('\n') ? -1 : tail.trimmed().toInt();
+        for (int i = 0; i < std::min<qsizetype>(keywords - 1, whole.tables.SendCount()); ++i) {
+            if (i == cutIndex) // "12" may have become "1", which is then this record
+                continue;
+            QCOMPARE(loaded.tables.SendAt(i).Name, whole.tables.SendAt(i).Name);
+            QCOMPARE(loaded.tables.SendAt(i).Sequence, whole.tables.SendAt(i).Sequence);
+        }
+    }
+
+    const QStringList names = Examples.entryList({"*.sqx"});
+    const QByteArrayList projects = ContentsOf(Examples, names);
 };
 
 QTEST_APPLESS_MAIN(tst_examples)

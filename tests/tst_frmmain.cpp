@@ -313,11 +313,13 @@ class tst_frmmain : public QObject
         QTextStream errors(&lines);
         QtPrompts prompts(errors);
         const auto boxes = [&] {
-            QStringList texts;
-            for (const auto *box : bench.window->findChildren<QMessageBox *>())
-                if (box->isVisible())
-                    texts << box->text();
-            return texts;
+            QMap<QString, QMessageBox *> byText;
+            for (QWidget *form : QApplication::topLevelWidgets()) {
+                auto *box = qobject_cast<QMessageBox *>(form);
+                if (box && box->isVisible())
+                    byText[box->text()] = box;
+            }
+            return byText;
         };
         const auto tell = [&](const char *about, const char *text) {
             prompts.ShowNotice(about, CriticalMessage(text));
@@ -325,17 +327,23 @@ class tst_frmmain : public QObject
         tell("one file", "1");
         tell("one file", "2");
         tell("another", "3");
-        QCOMPARE(boxes(), QStringList({"1", "3"}));
+        QCOMPARE(boxes().keys(), QStringList({"1", "3"}));
         QVERIFY(!QApplication::activeModalWidget() && prompts.CriticalShown());
-        QTest::keyClick(bench.window->findChild<QMessageBox *>(), Qt::Key_Escape);
-        tell("one file", "4");
-        QTRY_COMPARE(boxes(), QStringList({"3", "4"}));
+        QTest::keyClick(boxes()["1"], Qt::Key_Escape);
+        {
+            QDialog over(bench.window.get());
+            over.setModal(true);
+            over.show();
+            tell("one file", "4");
+        }
+        QTRY_COMPARE(boxes().keys(), QStringList({"3", "4"})); // it outlives what it stood over
         frmMain::UnloadForms(bench.window.get());
-        QCOMPARE(boxes(), QStringList());
+        QCOMPARE(boxes().keys(), QStringList());
         prompts.EndUnasked();
-        tell("one file", "5");
-        QCOMPARE(boxes(), QStringList());
-        QCOMPARE(lines, "critical: 5\n");
+        for (const char *text : {"5", "5", "6"})
+            tell("one file", text);
+        QCOMPARE(boxes().keys(), QStringList());
+        QCOMPARE(lines, "critical: 5\ncritical: 6\n");
     }
 
     void TypingWhileStoppedIsACommentAndTheCaretIsNoted()

@@ -5,15 +5,16 @@
 #include "options/PortNumber.h"
 #include "options/frmDevices.h"
 #include "options/frmOptions.h"
+#include "platform/QtPrompts.h"
 #include "platform/SystemPortFinder.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 
+#include <QColorDialog>
 #include <QDir>
 #include <QLabel>
 #include <QSemaphore>
 #include <QTemporaryDir>
-#include <QThreadPool>
 #include <QTreeWidget>
 
 namespace
@@ -36,10 +37,10 @@ const QList<Change> Changes = {
     {"PicOp0OptionType_1", true, "Communication/CommType", "1"},
     {"PicOp0PortANumber", "7", "Communication/CommPortA", "7"},
     {"PicOp0PortBNumber", "255", "Communication/CommPortB", "255"},
-    {"PicOp0SpeedCombo", 14, "Communication/CommSpeed", "14"},
-    {"PicOp0ParityCombo", 4, "Communication/CommParity", "4"},
-    {"PicOp0DataBitsCombo", 3, "Communication/CommDataBits", "3"},
-    {"PicOp0StopBitsCombo", 2, "Communication/CommStopBits", "2"},
+    {"PicOp0SpeedCombo", "256000", "Communication/CommSpeed", "14"},
+    {"PicOp0ParityCombo", "Space", "Communication/CommParity", "4"},
+    {"PicOp0DataBitsCombo", "7", "Communication/CommDataBits", "3"},
+    {"PicOp0StopBitsCombo", "2", "Communication/CommStopBits", "2"},
     {"PicOp1PicDispBackColor", 0x102030, "Colors/DispBack", "1056816"},
     {"PicOp1PicDir1Color", 0, "Colors/Dir1TextColor", "0"},
     {"PicOp1PicDir2Color", 1, "Colors/Dir2TextColor", "1"},
@@ -56,7 +57,7 @@ const QList<Change> Changes = {
     {"PicOp1CheckDateStamp", true, "Stamp/Date", "True"},
     {"PicOp1CheckTimeStamp", true, "Stamp/Time", "True"},
     {"PicOp1CheckStampReturnToLine", false, "Stamp/NewLine", "False"},
-    {"PicOp2ComboDisplaySequences", 3, "SendReceive/Display", "3"},
+    {"PicOp2ComboDisplaySequences", "Binary", "SendReceive/Display", "3"},
     {"CheckLogInAscii", false, "LogFile/ASCII", "False"},
     {"CheckLogInHexadecimal", true, "LogFile/HEX", "True"},
     {"CheckLogInDecimal", true, "LogFile/Decimal", "True"},
@@ -157,6 +158,7 @@ class tst_options : public QObject
     void PortNumbersAreRead();
     void AWrongPortNumberIsToldOnce_data();
     void AWrongPortNumberIsToldOnce();
+    void AStoredNumberIsJudgedWhenItIsUsed();
     void ABoxThatIsHiddenIsNotJudged();
     void MonitoringNeedsTwoPorts_data();
     void MonitoringNeedsTwoPorts();
@@ -164,6 +166,7 @@ class tst_options : public QObject
     void TheModeStaysUntilItIsChosen();
     void WhatHasNoPlaceInTheDialogStays();
     void AColourIsChosenByKeyboardToo();
+    void TheChooserHasTheColour();
     void TheTabKeyFollowsThePage();
     void OKEndsWhatTheCommandLineHadPut();
     void ADeviceIsAssigned_data();
@@ -215,9 +218,12 @@ void tst_options::EveryControlIsKeptOrNot()
     const auto compareAll = [&](const OptionsDesk &desk) {
         for (const Change &each : Changes)
             QCOMPARE(desk.Value(each.control) == each.value, all || IsKeptOnCancel(each));
+        inForce = bench.program->Settings().display;
     };
     bench.Run({{[&] { bench.InOptions(compareAll); }, AtOnce}});
     QCOMPARE(bench.store.texts, expected);
+    QCOMPARE(inForce.DispBack, 0x102030);
+    QVERIFY(inForce.styles[2] == (TextStyle{2, true, true, true}));
 }
 
 void tst_options::PortNumbersAreRead_data()
@@ -253,6 +259,7 @@ void tst_options::AWrongPortNumberIsToldOnce_data()
     row("by Apply", "", "cmdApply", 1, "1", true);
     row("to another page", "0", "page", 1, "1", true);
     row("to the devices", "0", "PicOp0DevicesB", 1, "1", true);
+    row("to the other devices by their key", "0", "Alt+D", 1, "1", true);
     row("by Cancel", "abc", "cmdCancel", 0, "abc", false);
     row("by Escape", "abc", "Escape", 0, "abc", false);
     row("to the other mode", "abc", "PicOp0OptionType_0", 1, "1", true);
@@ -273,6 +280,8 @@ void tst_options::AWrongPortNumberIsToldOnce()
     desk.Type("PicOp0PortBNumber", typed);
     if (keys.contains(leave))
         QTest::keyClick(QApplication::focusWidget(), keys[leave]);
+    else if (leave == "Alt+D")
+        QTest::keyClick(bench.form.get(), Qt::Key_D, Qt::AltModifier);
     else if (leave == "page")
         desk.ShowPage(3);
     else
@@ -280,7 +289,7 @@ void tst_options::AWrongPortNumberIsToldOnce()
     QCoreApplication::sendPostedEvents();
     if (leave.startsWith("cmd") || leave.startsWith("Pic"))
         QTest::mouseRelease(desk.Find(leave), Qt::LeftButton);
-    QCOMPARE(bench.prompts.shown, QList<MessagePrompt>(told, Illegal));
+    QTRY_COMPARE(bench.prompts.shown, QList<MessagePrompt>(told, Illegal));
     QTEST(desk.Value("PicOp0PortBNumber").toString(), "then");
     QTEST(bench.form->isVisible(), "open");
     QVERIFY(bench.confirmed.isEmpty());
@@ -291,6 +300,17 @@ void tst_options::AWrongPortNumberIsToldOnce()
     desk.Press("cmdOK");
     QCOMPARE(QString::number(bench.confirmed.value(0).comm.stored.CommPortB),
              desk.Value("PicOp0PortBNumber").toString());
+}
+
+void tst_options::AStoredNumberIsJudgedWhenItIsUsed()
+{
+    OptionsBench bench;
+    bench.values.comm.stored.CommPortA = 300;
+    const OptionsDesk desk = bench.Open();
+    desk.Find("PicOp0DevicesA")->setFocus();
+    QTest::keyClick(desk.Find("PicOp0DevicesA"), Qt::Key_Space);
+    QCOMPARE(bench.prompts.shown, QList{Illegal});
+    QCOMPARE(desk.Value("PicOp0PortANumber"), "255");
 }
 
 void tst_options::ABoxThatIsHiddenIsNotJudged()
@@ -375,7 +395,7 @@ void tst_options::WhatHasNoPlaceInTheDialogStays()
     const OptionsDesk desk = bench.Open();
     for (const char *list : {"PicOp0SpeedCombo", "PicOp0ParityCombo", "PicOp0DataBitsCombo",
                              "PicOp0StopBitsCombo", "PicOp2ComboDisplaySequences"})
-        QCOMPARE(desk.Value(list).toInt(), -1);
+        QCOMPARE(desk.Value(list).toString(), QString());
     desk.ShowPage(1); // away from the page with the numbers
     QCoreApplication::sendPostedEvents();
     desk.Press("cmdOK");
@@ -398,6 +418,22 @@ void tst_options::AColourIsChosenByKeyboardToo()
     QCOMPARE(bench.prompts.coloursAsked, (QList{asked, asked}));
     QCOMPARE(desk.Value("PicOp1PicCmtColor").toInt(), 0x008000);
     QVERIFY(bench.form->isVisible());
+}
+
+void tst_options::TheChooserHasTheColour()
+{
+    QString lines;
+    QTextStream errors(&lines);
+    QtPrompts prompts(errors);
+    QColor first;
+    QTimer::singleShot(0, qApp, [&] {
+        if (auto *chooser = qobject_cast<QColorDialog *>(QApplication::activeModalWidget())) {
+            first = chooser->currentColor();
+            chooser->accept();
+        }
+    });
+    QCOMPARE(prompts.ChooseColour(0x0180FF, "title"), std::optional(0x0180FF));
+    QCOMPARE(first.name(), "#ff8001");
 }
 
 void tst_options::TheTabKeyFollowsThePage()
@@ -473,9 +509,12 @@ void tst_options::ADeviceIsAssigned()
     bench.InDevices("PicOp0DevicesA", [&](QDialog &devices) {
         rows = RowsOf(devices);
         auto *list = devices.findChild<QTreeWidget *>("lstDevices");
-        if (choose >= 0)
+        if (choose >= 0) {
             list->setCurrentItem(list->topLevelItem(choose));
-        else if (!type.isEmpty())
+            OptionsDesk{devices}.Type("txtDevice", "/dev/other"); // on second thoughts the row
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                              list->visualItemRect(list->topLevelItem(choose)).center());
+        } else if (!type.isEmpty())
             OptionsDesk{devices}.Type("txtDevice", type);
         QTest::keyClick(list, Qt::Key_Return);
     });
@@ -509,8 +548,7 @@ void tst_options::TheDialogOfDevicesDoesNotWait()
              QStringLiteral("Looking for ports ..."));
     dialog.reset(); // while the search is under way
     finder->allowed.release();
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::sendPostedEvents();
+    QTRY_COMPARE(finder.use_count(), 1);
 
     finder->ports.clear();
     frmDevices second(5, {}, finder);

@@ -3,16 +3,18 @@
 
 #include "app/MdProject.h"
 #include "app/ProjectWindow.h"
+#include "platform/QtSettingsStore.h"
 #include "platform/SystemFiles.h"
 #include "project/OpenFiles.h"
 #include "project/PathParts.h"
+#include "project/RecentProjects.h"
+#include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/MemoryStore.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace
 {
@@ -34,7 +36,15 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
     int refreshes = 0;
     int busy = 0;
 
-    ProjectBench() { project.Attach(*this); }
+    explicit ProjectBench(bool ping = false)
+    {
+        project.Attach(*this);
+        if (!ping)
+            return;
+        tables.EditSend(0) = {"Ping", "A\r", {}};
+        tables.SetSendCount(1);
+        modified = true;
+    }
 
     bool ProjectModified() const override { return modified; }
     void SetProjectModified(bool is) override { modified = is; }
@@ -55,12 +65,10 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
         QFile file(Path(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
     }
-    void AddPing()
+    void NameIt(const QString &name)
     {
-        tables.EditSend(0).Name = "Ping";
-        tables.EditSend(0).Sequence = "A\r";
-        tables.SetSendCount(1);
-        modified = true;
+        settings.ProjectDirectory = folder.path() + '/';
+        settings.ProjectFileName = name;
     }
     /// Folder, name, caption, modified and the recent list in one text.
     QString State() const
@@ -73,6 +81,14 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
     }
 };
 
+const QString Key = QStringLiteral("Recent/RecentProject%1");
+
+void Fill(MemoryStore &store, const QStringList &entries)
+{
+    for (int i = 0; i < entries.size(); ++i)
+        store.texts[Key.arg(i + 1)] = entries[i];
+}
+
 } // namespace
 
 class tst_project : public QObject
@@ -80,286 +96,269 @@ class tst_project : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void ExtensionsAreStripped_data();
-    void ExtensionsAreStripped();
-    void SavingAnUnnamedProjectAsksForItsName();
-    void SavingANamedProjectDoesNotAsk();
-    void ACancelledDialogChangesNothing();
-    void OverwritingIsAskedAboutTheFileThatIsWritten();
-    void AFailedSaveKeepsEverything();
-    void OpeningStopsCommunicationAndNamesTheProject();
-    void AFailedLoadLeavesTheProjectUnnamed_data();
-    void AFailedLoadLeavesTheProjectUnnamed();
-    void TheCommandLineOpensTheFileItNames_data();
-    void TheCommandLineOpensTheFileItNames();
-    void ANewProjectIsEmptyAndUnnamed();
-    void TheQuestionGuards_data();
-    void TheQuestionGuards();
-    void RecentProjectsAreFound_data();
-    void RecentProjectsAreFound();
+    void ExtensionsAreStripped()
+    {
+        const std::pair<QString, QString> names[] = {{"  test.sqx ", "test"},
+                                                     {"my.v1", "my"},
+                                                     {"v1.2plus", "v1.2plus"},
+                                                     {"my.v1.sqx", "my.v1"},
+                                                     {"a.tx", "a.tx"},
+                                                     {"project", "project"},
+                                                     {"", ""}};
+        for (const auto &[name, base] : names) {
+            QCOMPARE(PathParts::WithoutExtension(name), base);
+            QCOMPARE(PathParts::Folder("/a/b/" + name), "/a/b/");
+            QCOMPARE(PathParts::FileName("/a/b/" + name), name);
+            QCOMPARE(PathParts::Folder(name), "");
+        }
+    }
+
+    void SavingAnUnnamedProjectAsksForItsName()
+    {
+        ProjectBench bench(true);
+        bench.prompts.chosen = {bench.Path("test.sqx")};
+        QVERIFY(bench.project.SaveProject());
+        QCOMPARE(bench.State(), "~/|test|Serimonde - test|unmodified|~/test");
+        QCOMPARE(bench.ReadFile("test.sqx"), PingFile);
+        QCOMPARE(bench.prompts.asked.first().title, "Save Project");
+        QCOMPARE(bench.prompts.asked.first().filter, "Serimonde Project Files (*.sqx)|*.sqx");
+        QVERIFY(bench.prompts.shown.isEmpty());
+    }
+
+    void SavingANamedProjectDoesNotAsk()
+    {
+        ProjectBench bench(true);
+        bench.NameIt("mine");
+        QVERIFY(bench.project.SaveProject());
+        QVERIFY(bench.prompts.asked.isEmpty());
+        QCOMPARE(bench.ReadFile("mine.sqx"), PingFile);
+        QCOMPARE(bench.State(), "~/|mine|Serimonde|unmodified|~/mine");
+    }
+
+    void ACancelledDialogChangesNothing()
+    {
+        ProjectBench bench(true);
+        const QString before = bench.State();
+        QVERIFY(!bench.project.SaveProject());
+        QVERIFY(!bench.project.SaveProjectAs());
+        bench.prompts.answers = {PromptAnswer::No};
+        bench.project.OpenProject();
+        QCOMPARE(bench.State(), before);
+        QCOMPARE(bench.tables.SendCount(), 1);
+        QCOMPARE(bench.prompts.asked.last().title, "Open Project");
+    }
+
+    void OverwritingIsAskedAboutTheFileThatIsWritten()
+    {
+        ProjectBench bench(true);
+        bench.WriteFile("my.sqx", "old");
+        bench.prompts.chosen = {bench.Path("my.v1"), bench.Path("other"), bench.Path("my.sqx")};
+        bench.prompts.answers = {PromptAnswer::No, PromptAnswer::Yes};
+        QVERIFY(bench.project.SaveProjectAs());
+        QCOMPARE(bench.prompts.shown.size(), 1);
+        QVERIFY(bench.prompts.shown.first().text.contains(bench.Path("my.sqx")));
+        QCOMPARE(bench.prompts.shown.first().defaultAnswer, PromptAnswer::No);
+        QCOMPARE(bench.ReadFile("my.sqx"), "old");
+        QCOMPARE(bench.ReadFile("other.sqx"), PingFile);
+        QVERIFY(bench.project.SaveProjectAs());
+        QCOMPARE(bench.ReadFile("my.sqx"), PingFile);
+    }
+
+    void AFailedSaveKeepsEverything()
+    {
+        ProjectBench bench(true);
+        const QString before = bench.State();
+        QDir(bench.folder.path()).mkdir("folder.sqx");
+        bench.prompts.chosen = {bench.Path("folder.sqx"), bench.Path("no-such-folder/a")};
+        bench.prompts.answers = {PromptAnswer::Yes}; // yes, replace it
+        QVERIFY(!bench.project.SaveProjectAs());
+        QCOMPARE(bench.State(), before);
+        QCOMPARE(bench.prompts.shown.last(),
+                 CriticalMessage("Error while saving the project file"));
+        bench.prompts.answers = {PromptAnswer::Yes}; // yes, save changes
+        bench.project.NewProject();
+        QCOMPARE(bench.tables.SendCount(), 1);
+        QCOMPARE(bench.State(), before);
+    }
+
+    void OpeningStopsCommunicationAndNamesTheProject()
+    {
+        ProjectBench bench;
+        bench.WriteFile("test.sqx", PingFile);
+        bench.Open(CommMode::SendReceive);
+        bench.prompts.chosen = {bench.Path("test.sqx")};
+        bench.project.OpenProject();
+        QVERIFY(!bench.communication.Running());
+        QCOMPARE(bench.State(), "~/|test|Serimonde - test|unmodified|~/test");
+        QCOMPARE(bench.tables.SendAt(0).Sequence, "A\r");
+        QCOMPARE(bench.refreshes, 1);
+    }
+
+    void AFailedLoadLeavesTheProjectUnnamed()
+    {
+        const struct {
+            QByteArray file;
+            const char *message, *state;
+        } files[] = {
+            {"RIFF", "Error while loading the project", "||Serimonde|unmodified"},
+            {PingFile + "SEND\r\nx\r\n", "Errow while loading the project",
+             "||Serimonde|modified"}, // one record could be read
+            {"VERSION\r\n4\r\n\r\nSEND\r\n", "Unknown project file version",
+             "||Serimonde|unmodified"},
+        };
+        for (const auto &[file, message, state] : files) {
+            ProjectBench bench;
+            bench.NameIt("old");
+            bench.WriteFile("bad.sqx", file);
+            bench.project.OpenFile(bench.Path("bad.sqx"));
+            QCOMPARE(bench.State(), state);
+            QCOMPARE(bench.prompts.shown, QList{CriticalMessage(message)});
+            QCOMPARE(bench.refreshes, 1);
+            QVERIFY(bench.store.texts.isEmpty());
+            QCOMPARE(bench.ReadFile("bad.sqx"), file);
+        }
+    }
+
+    void TheCommandLineOpensTheFileItNames_data()
+    {
+        const Cases<QString, QString, bool> row("argument", "state", "message");
+        row("a project", "good.sqx", "~/|good|Serimonde - good|unmodified|~/good", false);
+        row("without extension", "good", "~/|good|Serimonde - good|unmodified|~/good", false);
+        row("capitals, which a save would not meet", "UP.SQX", "||Serimonde|unmodified", false);
+        row("another kind of file", "good.txt", "||Serimonde|unmodified", true);
+        row("an extension of something missing", "good.xyz", "||Serimonde|unmodified", true);
+    }
+    void TheCommandLineOpensTheFileItNames()
+    {
+        QFETCH(const QString, argument);
+        QFETCH(const bool, message);
+        ProjectBench bench;
+        for (const char *name : {"good.sqx", "UP.SQX", "good.txt"})
+            bench.WriteFile(name, PingFile);
+        bench.project.OpenFile(bench.Path(argument));
+        QTEST(bench.State(), "state");
+        QCOMPARE(bench.tables.SendCount(), message ? 0 : 1);
+        QCOMPARE(bench.prompts.shown.size(), message ? 1 : 0);
+        QCOMPARE(bench.busy, 0);
+    }
+
+    void ANewProjectIsEmptyAndUnnamed()
+    {
+        ProjectBench bench(true);
+        bench.NameIt("mine");
+        bench.prompts.answers = {PromptAnswer::No};
+        bench.project.NewProject();
+        QCOMPARE(bench.State(), "||Serimonde|unmodified");
+        QCOMPARE(bench.tables.SendCount(), 0);
+        QCOMPARE(bench.refreshes, 1);
+    }
+
+    void TheQuestionGuards_data()
+    {
+        const Cases<bool, PromptAnswer, bool, bool> row("modified", "answer", "cancelled",
+                                                        "goesOn");
+        row("nothing to save", false, PromptAnswer::Cancel, true, true);
+        row("No", true, PromptAnswer::No, true, true);
+        row("Cancel", true, PromptAnswer::Cancel, true, false);
+        row("Yes", true, PromptAnswer::Yes, false, true);
+        row("Yes, then Cancel in the dialog", true, PromptAnswer::Yes, true, false);
+    }
+    void TheQuestionGuards()
+    {
+        QFETCH(const bool, modified);
+        QFETCH(const PromptAnswer, answer);
+        QFETCH(const bool, cancelled);
+        ProjectBench bench(true);
+        bench.modified = modified;
+        bench.prompts.answers = {answer};
+        if (!cancelled)
+            bench.prompts.chosen = {bench.Path("saved.sqx")};
+        QTEST(bench.project.AskSaveChanges(), "goesOn");
+        QCOMPARE(bench.prompts.shown.size(), modified ? 1 : 0);
+        QCOMPARE(bench.ReadFile("saved.sqx"), cancelled ? QByteArray("no file") : PingFile);
+    }
+
+    void RecentProjectsAreFound()
+    {
+        ProjectBench bench;
+        bench.WriteFile("test.sqx", PingFile);
+        bench.WriteFile("my.v1.sqx", PingFile); // with a full stop in its name
+        bench.project.OpenRecentProject(bench.Path("test"));
+        QCOMPARE(bench.State(), "~/|test|Serimonde - test|unmodified|~/test");
+        bench.project.OpenRecentProject(bench.Path("my.v1"));
+        const QString state = "~/|my.v1|Serimonde - my.v1|unmodified|~/my.v1|~/test";
+        QCOMPARE(bench.State(), state);
+        QVERIFY(bench.prompts.shown.isEmpty());
+        bench.project.OpenRecentProject(bench.Path("gone"));
+        QCOMPARE(bench.State(), state);
+        QCOMPARE(bench.prompts.shown,
+                 QList{CriticalMessage("Could not find project file " + bench.Path("gone.sqx"))});
+    }
+
+    void RecentProjectsAreKnownByAnyLetterCase()
+    {
+        MemoryStore store;
+        Fill(store, {"/p/a", "/p/b", "/p/C", "/p/c"}); // the last of two equal ones counts
+        const std::pair<const char *, int> places[] = {
+            {"/p/a", 1}, {"/P/B", 2}, {"/p/c", 4}, {"/p/d", 0}};
+        for (const auto &[project, place] : places)
+            QCOMPARE(RecentProjects::FindRecentProject(store, project), place);
+    }
+
+    void TheLatestProjectComesFirst_data()
+    {
+        const Cases<QStringList, QString, QStringList> row("before", "project", "after");
+        row("the first project of all", {}, "a", {"a", "", "", ""});
+        row("a new one moves all down", {"a", "b"}, "c", {"c", "a", "b", ""});
+        row("a fifth drops the oldest", {"a", "b", "c", "d"}, "e", {"e", "a", "b", "c"});
+        row("the first again", {"a", "b", "c", "d"}, "a", {"a", "b", "c", "d"});
+        row("the fourth again", {"a", "b", "c", "d"}, "d", {"d", "a", "b", "c"});
+        row("other letter case is kept", {"a", "b"}, "B", {"B", "a", "", ""});
+        row("a gap is not moved by a new one", {"a", "", "c", ""}, "e", {"e", "a", "c", "c"});
+        row("a gap moves with an old one", {"a", "", "c", "d"}, "c", {"c", "a", "", "d"});
+    }
+    void TheLatestProjectComesFirst()
+    {
+        QFETCH(const QStringList, before);
+        QFETCH(const QString, project);
+        MemoryStore store;
+        Fill(store, before);
+        RecentProjects::UpdateRecentProjects(store, project);
+        QStringList entries;
+        for (int place = 1; place <= 4; ++place)
+            entries << store.texts.value(Key.arg(place), "");
+        QTEST(entries, "after");
+    }
+
+    void TheMenuIsInTheStoresOrder()
+    {
+        MemoryStore store;
+        QCOMPARE(RecentProjects::ListForMenu(store), QStringList());
+        Fill(store, {"a", "b", "c", "d"});
+        QCOMPARE(RecentProjects::ListForMenu(store), QStringList({"a", "b", "c", "d"}));
+        store.texts[Key.arg(10)] = "behind the first by its key";
+        QCOMPARE(RecentProjects::ListForMenu(store),
+                 QStringList({"a", "behind the first by its key", "b", "c"}));
+        Fill(store, {""}); // without a latest project there is no menu
+        QCOMPARE(RecentProjects::ListForMenu(store), QStringList());
+    }
+
+    void RecentProjectsLiveInTheUsersStore()
+    {
+        QTemporaryDir folder;
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        {
+            QtSettingsStore store;
+            store.Write("Recently", "Other", "x");
+            for (const char *project : {"/p/a, b", "/p/\xC3\xA4", "/p/c"})
+                RecentProjects::UpdateRecentProjects(store, project);
+            QCOMPARE(store.Flush(), QString());
+        }
+        const QtSettingsStore store;
+        QCOMPARE(RecentProjects::ListForMenu(store),
+                 QStringList({"/p/c", "/p/\xC3\xA4", "/p/a, b"}));
+    }
 };
-
-void tst_project::ExtensionsAreStripped_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("base");
-    QTest::newRow("an extension of three") << "test.sqx"
-                                           << "test";
-    QTest::newRow("blanks around") << "  test.sqx "
-                                   << "test";
-    QTest::newRow("the first full stop of the tail") << "my.v1"
-                                                     << "my";
-    QTest::newRow("a full stop further in front stays") << "v1.2plus"
-                                                        << "v1.2plus";
-    QTest::newRow("only the tail is cut") << "my.v1.sqx"
-                                          << "my.v1";
-    QTest::newRow("short names stay whole") << "a.tx"
-                                            << "a.tx";
-    QTest::newRow("none") << "project"
-                          << "project";
-    QTest::newRow("nothing") << ""
-                             << "";
-}
-
-void tst_project::ExtensionsAreStripped()
-{
-    QFETCH(QString, name);
-    QTEST(PathParts::WithoutExtension(name), "base");
-    QCOMPARE(PathParts::Folder("/a/b/" + name), QStringLiteral("/a/b/"));
-    QCOMPARE(PathParts::FileName("/a/b/" + name), name);
-    QCOMPARE(PathParts::Folder(name), QString());
-}
-
-void tst_project::SavingAnUnnamedProjectAsksForItsName()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    bench.prompts.chosen = {bench.Path("test.sqx")};
-    QVERIFY(bench.project.SaveProject());
-    QCOMPARE(bench.State(), QStringLiteral("~/|test|Serimonde - test|unmodified|~/test"));
-    QCOMPARE(bench.ReadFile("test.sqx"), PingFile);
-    const FileDialogRequest &asked = bench.prompts.asked.first();
-    QCOMPARE(asked.title, QStringLiteral("Save Project"));
-    QCOMPARE(asked.filter, QStringLiteral("Serimonde Project Files (*.sqx)|*.sqx"));
-    QVERIFY(bench.prompts.shown.isEmpty());
-}
-
-void tst_project::SavingANamedProjectDoesNotAsk()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    bench.settings.ProjectDirectory = bench.folder.path() + '/';
-    bench.settings.ProjectFileName = "mine";
-    QVERIFY(bench.project.SaveProject());
-    QVERIFY(bench.prompts.asked.isEmpty());
-    QCOMPARE(bench.ReadFile("mine.sqx"), PingFile);
-    QVERIFY(!bench.modified);
-    QCOMPARE(bench.recent, QStringList{bench.Path("mine")});
-}
-
-void tst_project::ACancelledDialogChangesNothing()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    const QString before = bench.State();
-    QVERIFY(!bench.project.SaveProject());
-    QVERIFY(!bench.project.SaveProjectAs());
-    bench.prompts.answers = {PromptAnswer::No};
-    bench.project.OpenProject();
-    QCOMPARE(bench.State(), before);
-    QCOMPARE(bench.tables.SendCount(), 1);
-    QCOMPARE(bench.prompts.asked.last().title, QStringLiteral("Open Project"));
-}
-
-void tst_project::OverwritingIsAskedAboutTheFileThatIsWritten()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    bench.WriteFile("my.sqx", "old");
-    bench.prompts.chosen = {bench.Path("my.v1"), bench.Path("other")};
-    bench.prompts.answers = {PromptAnswer::No};
-    QVERIFY(bench.project.SaveProjectAs());
-    QCOMPARE(bench.prompts.shown.size(), 1);
-    QVERIFY(bench.prompts.shown.first().text.contains(bench.Path("my.sqx")));
-    QCOMPARE(bench.prompts.shown.first().defaultAnswer, PromptAnswer::No);
-    QCOMPARE(bench.ReadFile("my.sqx"), QByteArray("old"));
-    QCOMPARE(bench.ReadFile("other.sqx"), PingFile);
-
-    bench.prompts.chosen = {bench.Path("my.sqx")};
-    bench.prompts.answers = {PromptAnswer::Yes};
-    QVERIFY(bench.project.SaveProjectAs());
-    QCOMPARE(bench.ReadFile("my.sqx"), PingFile);
-}
-
-void tst_project::AFailedSaveKeepsEverything()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    const QString before = bench.State();
-    QDir(bench.folder.path()).mkdir("folder.sqx");
-    bench.prompts.chosen = {bench.Path("folder.sqx")};
-    bench.prompts.answers = {PromptAnswer::Yes}; // yes, replace it
-    QVERIFY(!bench.project.SaveProjectAs());
-    QCOMPARE(bench.State(), before);
-    QCOMPARE(bench.prompts.shown.last(), CriticalMessage("Error while saving the project file"));
-
-    bench.prompts.chosen = {bench.Path("no-such-folder/a")};
-    bench.prompts.answers = {PromptAnswer::Yes}; // yes, save changes
-    bench.project.NewProject();
-    QCOMPARE(bench.tables.SendCount(), 1);
-    QCOMPARE(bench.State(), before);
-}
-
-void tst_project::OpeningStopsCommunicationAndNamesTheProject()
-{
-    ProjectBench bench;
-    bench.WriteFile("test.sqx", PingFile);
-    bench.Open(CommMode::SendReceive);
-    bench.prompts.chosen = {bench.Path("test.sqx")};
-    bench.project.OpenProject();
-    QVERIFY(!bench.communication.Running());
-    QCOMPARE(bench.State(), QStringLiteral("~/|test|Serimonde - test|unmodified|~/test"));
-    QCOMPARE(bench.tables.SendAt(0).Sequence, QByteArray("A\r"));
-    QCOMPARE(bench.refreshes, 1);
-}
-
-void tst_project::AFailedLoadLeavesTheProjectUnnamed_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<QString>("state");
-    QTest::newRow("nothing could be read")
-        << QByteArray("RIFF") << "Error while loading the project"
-        << "||Serimonde|unmodified";
-    QTest::newRow("one record could be read") << PingFile + "SEND\r\nx\r\n"
-                                              << "Errow while loading the project"
-                                              << "||Serimonde|modified";
-    QTest::newRow("a version that is not known")
-        << QByteArray("VERSION\r\n4\r\n\r\nSEND\r\n0\r\nPing\r\n065\r\n")
-        << "Unknown project file version"
-        << "||Serimonde|unmodified";
-}
-
-void tst_project::AFailedLoadLeavesTheProjectUnnamed()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QString, message);
-    ProjectBench bench;
-    bench.settings.ProjectDirectory = "/old/";
-    bench.settings.ProjectFileName = "old";
-    bench.WriteFile("bad.sqx", file);
-    bench.project.OpenFile(bench.Path("bad.sqx"));
-    QTEST(bench.State(), "state");
-    QCOMPARE(bench.prompts.shown, QList{CriticalMessage(message)});
-    QCOMPARE(bench.refreshes, 1);
-    QVERIFY(bench.store.texts.isEmpty());
-    QCOMPARE(bench.ReadFile("bad.sqx"), file);
-}
-
-void tst_project::TheCommandLineOpensTheFileItNames_data()
-{
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<bool>("message");
-    QTest::newRow("a project") << "good.sqx"
-                               << "~/|good|Serimonde - good|unmodified|~/good" << false;
-    QTest::newRow("without extension") << "good"
-                                       << "~/|good|Serimonde - good|unmodified|~/good" << false;
-    QTest::newRow("capitals, which a save would not meet") << "UP.SQX"
-                                                           << "||Serimonde|unmodified" << false;
-    QTest::newRow("another kind of file") << "good.txt"
-                                          << "||Serimonde|unmodified" << true;
-    QTest::newRow("an extension of something missing") << "good.xyz"
-                                                       << "||Serimonde|unmodified" << true;
-}
-
-void tst_project::TheCommandLineOpensTheFileItNames()
-{
-    QFETCH(QString, argument);
-    QFETCH(bool, message);
-    ProjectBench bench;
-    for (const char *name : {"good.sqx", "UP.SQX", "good.txt"})
-        bench.WriteFile(name, PingFile);
-    bench.project.OpenFile(bench.Path(argument));
-    QTEST(bench.State(), "state");
-    QCOMPARE(bench.tables.SendCount(), message ? 0 : 1);
-    QCOMPARE(bench.prompts.shown.size(), message ? 1 : 0);
-    QCOMPARE(bench.busy, 0);
-}
-
-void tst_project::ANewProjectIsEmptyAndUnnamed()
-{
-    ProjectBench bench;
-    bench.AddPing();
-    bench.settings.ProjectDirectory = bench.folder.path() + '/';
-    bench.settings.ProjectFileName = "mine";
-    bench.prompts.answers = {PromptAnswer::No};
-    bench.project.NewProject();
-    QCOMPARE(bench.State(), QStringLiteral("||Serimonde|unmodified"));
-    QCOMPARE(bench.tables.SendCount(), 0);
-    QCOMPARE(bench.refreshes, 1);
-}
-
-void tst_project::TheQuestionGuards_data()
-{
-    QTest::addColumn<bool>("modified");
-    QTest::addColumn<PromptAnswer>("answer");
-    QTest::addColumn<bool>("dialogCancelled");
-    QTest::addColumn<bool>("goesOn");
-    QTest::newRow("nothing to save") << false << PromptAnswer::Cancel << true << true;
-    QTest::newRow("No") << true << PromptAnswer::No << true << true;
-    QTest::newRow("Cancel") << true << PromptAnswer::Cancel << true << false;
-    QTest::newRow("Yes") << true << PromptAnswer::Yes << false << true;
-    QTest::newRow("Yes, then Cancel in the dialog") << true << PromptAnswer::Yes << true << false;
-}
-
-void tst_project::TheQuestionGuards()
-{
-    QFETCH(bool, modified);
-    QFETCH(PromptAnswer, answer);
-    QFETCH(bool, dialogCancelled);
-    ProjectBench bench;
-    bench.AddPing();
-    bench.modified = modified;
-    bench.prompts.answers = {answer};
-    if (!dialogCancelled)
-        bench.prompts.chosen = {bench.Path("saved.sqx")};
-    QTEST(bench.project.AskSaveChanges(), "goesOn");
-    QCOMPARE(bench.prompts.shown.size(), modified ? 1 : 0);
-    QCOMPARE(bench.ReadFile("saved.sqx"), dialogCancelled ? QByteArray("no file") : PingFile);
-}
-
-void tst_project::RecentProjectsAreFound_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<QString>("state");
-    QTest::newRow("an ordinary one") << "test.sqx"
-                                     << "test"
-                                     << "~/|test|Serimonde - test|unmodified|~/test";
-    QTest::newRow("one with a full stop in its name")
-        << "my.v1.sqx"
-        << "my.v1"
-        << "~/|my.v1|Serimonde - my.v1|unmodified|~/my.v1";
-    QTest::newRow("one that is gone") << ""
-                                      << "gone"
-                                      << "||Serimonde|unmodified";
-}
-
-void tst_project::RecentProjectsAreFound()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, entry);
-    ProjectBench bench;
-    if (!file.isEmpty())
-        bench.WriteFile(file, PingFile);
-    bench.project.OpenRecentProject(bench.Path(entry));
-    QTEST(bench.State(), "state");
-    QList<MessagePrompt> expected;
-    if (file.isEmpty())
-        expected << CriticalMessage("Could not find project file " + bench.Path("gone.sqx"));
-    QCOMPARE(bench.prompts.shown, expected);
-}
 
 QTEST_GUILESS_MAIN(tst_project)
 #include "tst_project.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "project/ClOutputFile.h"
+#include "project/DecimalList.h"
 #include "project/FieldReader.h"
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
@@ -24,14 +25,9 @@ const char *const VersionMessage = "Unknown project file version";
 
 void FillPingProject(MdSequenceEdition &tables)
 {
-    tables.EditSend(0).Name = "Ping";
-    tables.EditSend(0).Sequence = "A\r";
+    tables.EditSend(0) = {"Ping", "A\r", {}};
     tables.SetSendCount(1);
-    ReceiveSequence &reply = tables.EditReceive(0);
-    reply.Name = "Reply";
-    reply.Sequence = "OK";
-    reply.Answer = 1;
-    reply.Comment = "got OK";
+    tables.EditReceive(0) = {"Reply", "OK", {}, {}, 1, "got OK"};
     tables.SetReceiveCount(1);
 }
 
@@ -49,10 +45,60 @@ class tst_projectfile : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
+    void ReadsFields_data()
+    {
+        const Cases<QByteArray, QByteArrayList> row("text", "fields");
+        row("nothing has no field", "", {});
+        row("line ends may be mixed", "a\rb\nc\r\n\r\nd", {"a", "b", "c", "", "d"});
+        row("the last line needs no field behind it", "a\r\n", {"a"});
+        row("nothing between commas is an empty field", "a,,b", {"a", "", "b"});
+        row("a comma before the line end adds an empty field", "a,\r\nb", {"a", "", "b"});
+        row("a comma at the end adds none", "a,", {"a"});
+        row("a line of blanks is empty, leading ones go", "   \r\n  a", {"", "a"});
+        row("trailing blanks and tabs stay", "a  \r\n\tb ,c", {"a  ", "\tb ", "c"});
+        row("quotes are dropped; commas and lines in them", "\"a,\r\nb\",c", {"a,\r\nb", "c"});
+        row("blanks before a quote go, those behind it stay", "  \"  a \"", {"  a "});
+        row("text behind the closing quote is dropped", "\"a\"xyz\r\nb", {"a", "b"});
+        row("and the field ends at the comma there", "\"a\" x,b", {"a", "b"});
+        row("an open quote runs to the end", "\"a\r\nb,c", {"a\r\nb,c"});
+        row("empty quotes are an empty field", "\"\"\r\na", {"", "a"});
+        row("a quote inside a field is text", "a\"b\"\r\nc", {"a\"b\"", "c"});
+        row("byte 0 and byte 255 are text", {"\0a\xFF\r\nb", 6}, {{"\0a\xFF", 3}, "b"});
+    }
+    void ReadsFields()
+    {
+        QFETCH(const QByteArray, text);
+        FieldReader reader(text);
+        QByteArrayList fields;
+        while (!reader.EndOfFile())
+            fields << reader.ReadInfo();
+        QTEST(fields, "fields");
+        QCOMPARE(reader.ReadInfo(), QByteArray());
+        QVERIFY(reader.EndOfFile());
+    }
+
+    void ReadsDecimalLists()
+    {
+        const QByteArray zero(1, '\0');
+        const std::pair<QByteArrayList, QByteArray> lists[] = {
+            {{"065 | 013", "65|13"}, "A\r"},
+            {{"65abc", "  65", "+65", "6.5E+1", "650e-1", "65e+", "65."}, "A"},
+            {{"", "abc", "-0.4", ".5", ".", "-", "1e-999", "&H41", "inf"}, zero},
+            {{"065 |"}, "A" + zero},
+            {{"6 5"}, "\x06"},
+            {{"1.5", "2.5"}, "\x02"},
+            {{"255.4"}, "\xFF"},
+        };
+        for (const auto &[texts, bytes] : lists)
+            for (const QByteArray &text : texts)
+                QVERIFY2(DecimalListToSeq(text) == bytes, text);
+        for (const char *text : {"255.5", "-0.6", "1e999", "065 | 1e3"})
+            QVERIFY2(!DecimalListToSeq(text), text);
+    }
+
     void WritesAndReadsByteForByte()
     {
         QCOMPARE(ProjectFile::PathOf("/projects/", "ping"), Path);
-        QCOMPARE(ProjectFile::PathOf("/projects/ping", QString()), Path);
         MdSequenceEdition saved;
         FillPingProject(saved);
         QVERIFY(!ProjectFile::SaveProject(saved, files, Path));
@@ -60,16 +106,9 @@ class tst_projectfile : public QObject
 
         MdSequenceEdition tables;
         QVERIFY(!ProjectFile::LoadProject(tables, files, Path));
-        QCOMPARE(tables.SendCount(), 1);
-        QCOMPARE(tables.SendAt(0).Name, "Ping");
-        QCOMPARE(tables.SendAt(0).Sequence, "A\r");
-        QCOMPARE(tables.ReceiveCount(), 1);
-        const ReceiveSequence &reply = tables.ReceiveAt(0);
-        QCOMPARE(reply.Name, "Reply");
-        QCOMPARE(reply.Sequence, "OK");
-        QCOMPARE(reply.Answer, qint16(1));
-        QCOMPARE(reply.Active, qint16(1));
-        QCOMPARE(reply.Comment, "got OK");
+        disk.files[Path].clear();
+        QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
+        QCOMPARE(disk.files[Path], PingProject);
     }
 
     void WritesWhatIsUnusual()
@@ -77,25 +116,18 @@ class tst_projectfile : public QObject
         MdSequenceEdition tables;
         tables.EditSend(0).Name = "a, \"b\" \xE4";
         tables.SetSendCount(1);
-        tables.EditReceive(0).Sequence = QByteArray("\0\xFF", 2);
-        tables.EditReceive(0).Answer = -32768;
-        tables.EditReceive(0).Active = -1;
+        ReceiveSequence &record = tables.EditReceive(0);
+        record.Sequence = QByteArray("\0\xFF", 2);
+        record.Answer = -32768;
+        record.Active = -1;
         tables.SetReceiveCount(1);
         QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
         QCOMPARE(disk.files[Path], QByteArray("VERSION\r\n3\r\n\r\n"
                                               "SEND\r\n0\r\na, \"b\" \xE4\r\n\r\n\r\n"
                                               "RECEIVE\r\n0\r\n\r\n000 | 255\r\n-32768\r\n-1\r\n"
                                               "COMMENT \r\n\r\n"));
-    }
-
-    void AnEmptySequenceComesBackAsOneByte()
-    {
-        MdSequenceEdition tables;
-        tables.EditSend(0).Name = "empty";
-        tables.SetSendCount(1);
-        ProjectFile::SaveProject(tables, files, Path);
         QVERIFY(!ProjectFile::LoadProject(tables, files, Path));
-        QCOMPARE(tables.SendAt(0).Sequence, QByteArray(1, '\0'));
+        QCOMPARE(tables.SendAt(0).Sequence, QByteArray(1, '\0')); // an empty one is one byte then
     }
 
     void ReadsEveryVersion()
@@ -107,7 +139,10 @@ class tst_projectfile : public QObject
             QByteArray comment;
         } versions[] = {{"1", "", 1, "before"}, // is active and keeps the place's comment
                         {"2", "0\r\n", 0, "before"},
-                        {"3", "0\r\nCOMMENT a\r\n", 0, "a"}};
+                        {"3", "0\r\nCOMMENT a,b\r\n", 0, "a"},
+                        {"3", "0\r\nCOMMENTxab \r\n", 0, "ab "},
+                        {"3", "0\r\nCOMMENT\r\n", 0, ""},
+                        {"3", "0\r\ncomment a\r\n", 0, ""}};
         for (const auto &[version, rest, active, comment] : versions) {
             MdSequenceEdition tables;
             tables.EditReceive(0).Comment = "before";
@@ -125,62 +160,38 @@ class tst_projectfile : public QObject
         }
     }
 
-    void ReadsComments()
-    {
-        const std::pair<QByteArray, QByteArray> lines[] = {
-            {"COMMENT ", ""}, {"COMMENT", ""},   {"COMMENTx", ""},     {"COMMENT a", "a"},
-            {"", ""},         {"comment a", ""}, {"COMMENT a,b", "a"}, {"COMMENTxab ", "ab "}};
-        for (const auto &[line, comment] : lines) {
-            MdSequenceEdition tables;
-            tables.EditReceive(0).Comment = "before";
-            QCOMPARE(Read(tables,
-                          "VERSION\r\n3\r\nRECEIVE\r\n0\r\ny\r\n066\r\n0\r\n1\r\n" + line + "\r\n"),
-                     QString());
-            QCOMPARE(tables.ReceiveAt(0).Comment, comment);
-        }
-    }
-
     void JudgesFiles_data()
     {
         const Cases<QByteArray, QString, QByteArrayList> row("bytes", "message", "names");
         const QByteArray a = "SEND\r\n0\r\na\r\n065\r\n\r\n";
         const QByteArray head = "VERSION\r\n3\r\n\r\n";
+        const auto bad = [&](const char *name, const char *record) {
+            row(name, head + a + record, LoadMessage, {"a"});
+        };
         row("zero bytes", "", FirstLineMessage, {});
         row("another first line", "Version\r\n3\r\n", FirstLineMessage, {});
         row("a blank first line", "\r\nVERSION\r\n3\r\n", FirstLineMessage, {});
-        row("blanks around the first line", "  VERSION \r\n3\r\n" + a, "", {"a"});
+        row("blanks around first lines", "  VERSION \r\n 3 \r\n" + a, "", {"a"});
         row("bare line feeds", QByteArray(head + a).replace("\r\n", "\n"), "", {"a"});
-        row("no records", head, "", {});
         row("no version", "VERSION\r\n", LoadMessage, {});
-        row("a version that is no number", "VERSION\r\n3x\r\n", LoadMessage, {});
         row("a version that is not whole", "VERSION\r\n3.0\r\n", LoadMessage, {});
         row("a version beyond 16 bits", "VERSION\r\n32768\r\n", LoadMessage, {});
-        row("blanks around the version", "VERSION\r\n 3 \r\n" + a, "", {"a"});
         row("an unknown version without records", "VERSION\r\n4\r\n\r\n", "", {});
         row("an unknown version with a record", "VERSION\r\n4\r\n" + a, VersionMessage, {});
-        row("version 0 with a record", "VERSION\r\n0\r\n" + a, VersionMessage, {});
-        row("an unknown version with a receive record", "VERSION\r\n-1\r\nRECEIVE\r\n0\r\n",
-            VersionMessage, {});
-        row("unknown lines between records", head + "x\r\n\r\nsend\r\nSEND \r\n" + a, "", {"a"});
-        row("blanks before a keyword", head + "  " + a, "", {"a"});
+        row("version 0 with a receive record", "VERSION\r\n0\r\nRECEIVE\r\n0\r\n", VersionMessage,
+            {});
+        row("unknown lines between records", head + "x\r\n\r\nsend\r\nSEND \r\n  " + a, "", {"a"});
         row("the same index twice", head + a + "SEND\r\n0\r\nb\r\n066\r\n", "", {"b", ""});
         row("an index out of order", head + "SEND\r\n2\r\nc\r\n066\r\n" + a, "", {"a", ""});
         row("the last index", head + "SEND\r\n1024\r\nz\r\n065\r\n", "", {""});
-        row("an index behind the table", head + a + "SEND\r\n1025\r\nz\r\n065\r\n", LoadMessage,
-            {"a"});
-        row("a negative index", head + a + "SEND\r\n-1\r\nz\r\n065\r\n", LoadMessage, {"a"});
-        row("no index", head + a + "SEND\r\n", LoadMessage, {"a"});
-        row("an index that is a word", head + a + "SEND\r\nx\r\nz\r\n065\r\n", LoadMessage, {"a"});
-        row("a byte out of range", head + a + "SEND\r\n1\r\nb\r\n256\r\n", LoadMessage, {"a"});
+        bad("an index behind the table", "SEND\r\n1025\r\nz\r\n065\r\n");
+        bad("a negative index", "SEND\r\n-1\r\nz\r\n065\r\n");
+        bad("no index", "SEND\r\n");
+        bad("a byte out of range", "SEND\r\n1\r\nb\r\n256\r\n");
+        bad("an answer beyond 16 bits", "RECEIVE\r\n0\r\nr\r\n065\r\n-32769\r\n1\r\n");
+        bad("no active flag", "RECEIVE\r\n0\r\nr\r\n065\r\n1\r\n");
         row("a comma in a name shifts the lines", head + "SEND\r\n0\r\na,066\r\n065\r\n", "",
             {"a"});
-        row("a quoted name loses its quotes", head + "SEND\r\n0\r\n\"a,b\" c\r\n065\r\n", "",
-            {"a,b"});
-        row("an answer that is no number", head + a + "RECEIVE\r\n0\r\nr\r\n065\r\n\r\n1\r\n",
-            LoadMessage, {"a"});
-        row("an answer beyond 16 bits", head + a + "RECEIVE\r\n0\r\nr\r\n065\r\n-32769\r\n1\r\n",
-            LoadMessage, {"a"});
-        row("no active flag", head + a + "RECEIVE\r\n0\r\nr\r\n065\r\n1\r\n", LoadMessage, {"a"});
         row("as many records as fit", head + a.repeated(1025), "",
             QByteArrayList{"a"} + QByteArrayList(1024));
         row("one record more", head + a.repeated(1026), LoadMessage,
@@ -204,7 +215,7 @@ class tst_projectfile : public QObject
         MdSequenceEdition tables;
         FillPingProject(tables);
         const auto failure = ProjectFile::LoadProject(tables, files, Path);
-        QCOMPARE(failure->message, QLatin1String(LoadMessage));
+        QCOMPARE(failure->message, LoadMessage);
         QVERIFY(!failure->cause.isEmpty());
         QCOMPARE(tables.SendCount() + tables.ReceiveCount(), 0);
         QVERIFY(tables.SendAt(0).Name.isEmpty());
@@ -212,14 +223,12 @@ class tst_projectfile : public QObject
 
     void DoesNotTouchAFileThatIsInUse()
     {
-        disk.files[Path] = PingProject;
         ClOutputFile log(files);
         log.OpenFile(Path);
         MdSequenceEdition tables;
         QCOMPARE(ProjectFile::LoadProject(tables, files, Path)->message,
                  "Could not load project. File already in use.");
-        QCOMPARE(ProjectFile::SaveProject(tables, files, Path)->message,
-                 QLatin1String(SaveMessage));
+        QCOMPARE(ProjectFile::SaveProject(tables, files, Path)->message, SaveMessage);
     }
 
     void SavesAllOrNothing()
@@ -231,21 +240,14 @@ class tst_projectfile : public QObject
             disk.room = room;
             const auto failure = ProjectFile::SaveProject(tables, files, Path);
             const bool fits = room == PingProject.size();
-            QCOMPARE(failure.has_value(), !fits);
+            QCOMPARE(failure ? failure->message : "", fits ? "" : SaveMessage);
+            QCOMPARE(failure ? failure->cause : "", fits ? "" : "No space left on device");
             QCOMPARE(disk.files[Path], fits ? PingProject : QByteArray("old"));
             QCOMPARE(disk.unfinished, 0);
-            if (failure) {
-                QCOMPARE(failure->message, QLatin1String(SaveMessage));
-                QCOMPARE(failure->cause, "No space left on device");
-            }
         }
     }
 
-    void init()
-    {
-        disk.files.clear();
-        disk.room = ScriptedDisk::Plenty;
-    }
+    void init() { disk.Reset(); }
 
   private:
     ScriptedDisk disk;

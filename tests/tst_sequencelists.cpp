@@ -5,24 +5,18 @@
 #include "controls/SQSendSequenceList.h"
 #include "controls/SequenceToolTip.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
-#include <QHeaderView>
 #include <QMenu>
-#include <QRegularExpression>
 #include <QScrollBar>
 #include <QTest>
 
 namespace
 {
 
-constexpr int MarkColumn = 0;
-constexpr int NameColumn = 1;
-constexpr int SequenceColumn = 2;
-constexpr int AnswerColumn = 3;
+enum Column { MarkColumn, NameColumn, SequenceColumn, AnswerColumn };
 
 const QList<SequenceListRow> ThreeRows = {{"one", "01 | 02", "first", "a comment", true},
                                           {"two", "A | \x81", "", "", false},
@@ -54,25 +48,16 @@ template <typename List> class ListBench
         list.show();
     }
 
-    QString Text(int row, int column) const
+    QVariant Data(int row, int column, int role = Qt::DisplayRole) const
     {
-        return list.model()->index(row, column).data().toString();
+        return list.model()->index(row, column).data(role);
     }
-    /// The texts of a row behind its mark, or the headings.
-    QString Row(int row) const
+    QString Text(int row, int column, int role = Qt::DisplayRole) const
     {
-        QStringList texts;
-        for (int i = row < 0 ? 0 : 1; i < list.model()->columnCount(); ++i)
-            texts << (row < 0 ? list.model()->headerData(i, Qt::Horizontal).toString()
-                              : Text(row, i));
-        return texts.join('/');
+        return Data(row, column, role).toString();
     }
     /// What was asked for since the last look.
     QString Asked() { return std::exchange(asked, {}).join(", "); }
-    QString ToolTip(int row, int column) const
-    {
-        return list.model()->index(row, column).data(Qt::ToolTipRole).toString();
-    }
     QPoint Place(int row, int column) const
     {
         return list.visualRect(list.model()->index(row, column)).center();
@@ -121,12 +106,15 @@ class tst_sequencelists : public QObject
   private Q_SLOTS:
     void RowsStandUnderTheirHeadings()
     {
+        const ReceiveBench bench;
+        QStringList cells;
+        for (int i = 0; i < bench.list.model()->columnCount(); ++i)
+            cells << bench.list.model()->headerData(i, Qt::Horizontal).toString()
+                  << bench.Text(0, i);
+        QCOMPARE(cells.join('/'), "Active/one/Name/one/Sequence/01 | 02/Answer/first");
         const SendBench send;
-        const ReceiveBench receive;
-        QCOMPARE(send.Row(-1), "Send/Name/Sequence");
-        QCOMPARE(receive.Row(-1), "Active/Name/Sequence/Answer");
-        QCOMPARE(send.Row(0), "one/01 | 02");
-        QCOMPARE(receive.Row(0), "one/01 | 02/first");
+        QCOMPARE(send.list.model()->columnCount(), 3);
+        QCOMPARE(send.list.model()->headerData(0, Qt::Horizontal), "Send");
     }
 
     void RowsAreAddedChangedAndDeletedBeforeTheEmptyOne()
@@ -187,16 +175,9 @@ class tst_sequencelists : public QObject
         bench.DoubleClick(0, MarkColumn);
         QTest::mouseRelease(bench.list.viewport(), Qt::LeftButton, {}, bench.Place(0, MarkColumn));
         QCOMPARE(bench.Asked(), "Send 0, Send 0"); // two quick clicks send twice
-    }
-
-    void AButtonLeftWhileHeldDownDoesNothing()
-    {
-        SendBench bench;
-        QWidget *viewport = bench.list.viewport();
+        QWidget *viewport = bench.list.viewport(); // a button left while held down does nothing
         QTest::mousePress(viewport, Qt::LeftButton, {}, bench.Place(1, MarkColumn));
-        const QImage down = viewport->grab().toImage();
         QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
-        QVERIFY(viewport->grab().toImage() != down);
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, bench.Place(2, MarkColumn));
         QCOMPARE(bench.Asked(), "");
     }
@@ -226,20 +207,19 @@ class tst_sequencelists : public QObject
     {
         ReceiveBench bench;
         const auto ticks = [&] {
-            QList<int> all;
+            QString all;
             for (int row = 0; row < 4; ++row)
-                all << bench.list.model()->index(row, MarkColumn).data(Qt::CheckStateRole).toInt();
+                all += bench.Text(row, MarkColumn, Qt::CheckStateRole) + ' ';
             return all;
         };
-        bench.Click(0, MarkColumn);
-        bench.Click(1, MarkColumn);
-        bench.Click(3, MarkColumn);
+        for (const int row : {0, 1, 3})
+            bench.Click(row, MarkColumn);
         QCOMPARE(bench.Asked(), "Active 0 off, Active 1 on");
-        QCOMPARE(ticks(), (QList{2, 0, 2, 0}));
+        QCOMPARE(ticks(), "2 0 2  "); // the empty row has no box
         bench.list.SetActive(0, false);
         bench.list.SetActive(1, true);
         bench.list.SetActive(3, true);
-        QCOMPARE(ticks(), (QList{0, 2, 2, 0}));
+        QCOMPARE(ticks(), "0 2 2  ");
         bench.Click(0, MarkColumn);
         bench.Press({Qt::Key_Down, Qt::Key_Space, Qt::Key_End, Qt::Key_Space});
         QCOMPARE(bench.Asked(), "Active 0 on, Active 1 off");
@@ -277,30 +257,26 @@ class tst_sequencelists : public QObject
     void BytesWithoutAShapeAreBoxes()
     {
         SendBench bench;
-        bench.list.ModifyRow(0,
-                             {QByteArray("a\0\x1F\x7F\x80\x81\x9D\xA0\xAD\xFF", 10), "\x81", ""});
+        bench.list.ModifyRow(0, {{"a\0\x1F\x7F\x80\x81\x9D\xA0\xAD\xFF", 10}, "\x81", ""});
         QCOMPARE(bench.Text(0, NameColumn),
                  QStringLiteral("a\u25A1\u25A1\u25A1\u20AC\u25A1\u25A1\u00A0-\u00FF"));
-        const QModelIndex cell = bench.list.model()->index(0, SequenceColumn);
-        const QFontMetrics metrics(cell.data(Qt::FontRole).value<QFont>());
+        const QFontMetrics metrics(bench.Data(0, SequenceColumn, Qt::FontRole).value<QFont>());
         QVERIFY(metrics.inFont(QChar(0x25A1)));
-        QCOMPARE(metrics.horizontalAdvance(QChar(0x25A1)), metrics.horizontalAdvance(u'0'));
-        QCOMPARE(metrics.horizontalAdvance(u'i'), metrics.horizontalAdvance(u'W'));
+        QCOMPARE(metrics.horizontalAdvance(QChar(0x25A1)), metrics.horizontalAdvance(u'i'));
     }
 
     void ToolTipsTellEverything()
     {
         ReceiveBench bench;
         bench.list.ModifyRow(0, {"<one>", "3C | 26", "an answer", "5 < 6 & more", true});
-        for (const int column : {NameColumn, SequenceColumn, AnswerColumn}) {
-            const QString tip = bench.ToolTip(0, column);
-            for (const char *part :
-                 {"&lt;one&gt;", "3C | 26", "Answer: an answer", "Comment: 5 &lt; 6 &amp; more"})
-                QVERIFY2(tip.contains(part), qPrintable(tip));
-        }
-        QVERIFY(!bench.ToolTip(1, NameColumn).contains(QRegularExpression("Answer|Comment")));
-        QVERIFY(bench.ToolTip(0, MarkColumn).contains("Space"));
-        QVERIFY(bench.ToolTip(3, MarkColumn).contains("new sequence"));
+        const QString tip = bench.Text(0, AnswerColumn, Qt::ToolTipRole);
+        for (const char *part :
+             {"&lt;one&gt;", "3C | 26", "Answer: an answer", "Comment: 5 &lt; 6 &amp; more"})
+            QVERIFY2(tip.contains(part), qPrintable(tip));
+        const QString bare = bench.Text(1, NameColumn, Qt::ToolTipRole);
+        QVERIFY(!bare.contains("Answer") && !bare.contains("Comment"));
+        QVERIFY(bench.Text(0, MarkColumn, Qt::ToolTipRole).contains("Space"));
+        QVERIFY(bench.Text(3, MarkColumn, Qt::ToolTipRole).contains("new sequence"));
     }
 
     void ALongSequenceIsWrappedInItsToolTip()
@@ -309,19 +285,18 @@ class tst_sequencelists : public QObject
             QByteArray text;
             qsizetype lines;
             bool whole;
-        } tips[] = {{"41 | 42", 1, true},
-                    {QByteArray("41 | ").repeated(63) + "41", 4, true},
+        } tips[] = {{QByteArray("41 | ").repeated(63) + "41", 4, true},
                     {QByteArray(97, 'x'), 2, true},
                     {QByteArray(4096, 'x'), 43, true},
                     {QByteArray(4097, 'x'), 43, false}};
         for (const auto &[text, lines, whole] : tips) {
             const QString tip = SequenceToolTip::Text({"", text, ""}, "Mono");
-            const QString sequence = tip.section("'\">", 1).section("</span>", 0, 0);
-            QCOMPARE(sequence.split('\n').size(), lines);
-            for (const QString &line : sequence.split('\n'))
+            const QStringList shown = tip.section("'\">", 1).section("</span>", 0, 0).split('\n');
+            QCOMPARE(shown.size(), lines);
+            QCOMPARE(shown.join(""), QString(text.first(qMin<qsizetype>(text.size(), 4096))) +
+                                         (whole ? "" : "\u2026"));
+            for (const QString &line : shown)
                 QVERIFY(line.size() <= 96 + 1); // and the ellipsis
-            QCOMPARE(!sequence.endsWith(QChar(0x2026)), whole);
-            QVERIFY(!whole || QString(sequence).remove('\n') == QString::fromLatin1(text));
         }
     }
 
@@ -336,18 +311,11 @@ class tst_sequencelists : public QObject
 
     void TheReaderHearsWhatIsSeen()
     {
-        ReceiveBench bench;
-        QAccessibleInterface *reader = QAccessible::queryAccessibleInterface(&bench.list);
-        const auto cell = [&](int row, int column) {
-            const QAccessibleInterface *told = reader->tableInterface()->cellAt(row, column);
-            const QAccessible::State state = told->state();
-            return told->text(QAccessible::Name) + (state.checkable ? ", a box" : "") +
-                   (state.checked ? ", ticked" : "");
-        };
-        QCOMPARE(cell(0, MarkColumn), "Active, a box, ticked");
-        QCOMPARE(cell(1, MarkColumn), "Not active, a box");
-        QCOMPARE(cell(1, NameColumn), "two");
-        QCOMPARE(cell(3, NameColumn), "Empty row");
+        const ReceiveBench bench;
+        QCOMPARE(bench.Text(0, MarkColumn, Qt::AccessibleTextRole), "Active");
+        QCOMPARE(bench.Text(1, MarkColumn, Qt::AccessibleTextRole), "Not active");
+        QCOMPARE(bench.Text(1, NameColumn, Qt::AccessibleTextRole), "two");
+        QCOMPARE(bench.Text(3, NameColumn, Qt::AccessibleTextRole), "Empty row");
     }
 };
 

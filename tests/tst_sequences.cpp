@@ -8,25 +8,30 @@
 namespace
 {
 
-void AddSend(MdSequenceEdition &tables, const QByteArray &name)
-{
-    SendSequence &record = tables.EditSend(tables.SendCount());
-    record.Name = name;
-    record.Sequence = name.toLower();
-    tables.SetSendCount(tables.SendCount() + 1);
-}
-
-void AddReceive(MdSequenceEdition &tables, const QByteArray &name, qint16 answer = 0,
-                qint16 active = 1)
-{
-    ReceiveSequence &record = tables.EditReceive(tables.ReceiveCount());
-    record.Name = name;
-    record.Sequence = name.toLower();
-    record.Comment = "about " + name;
-    record.Answer = answer;
-    record.Active = active;
-    tables.SetReceiveCount(tables.ReceiveCount() + 1);
-}
+/// The tables as the delete rules concern them.
+struct Tables : MdSequenceEdition {
+    void AddSend(const QByteArray &name)
+    {
+        EditSend(SendCount()) = {name, name.toLower(), {}};
+        SetSendCount(SendCount() + 1);
+    }
+    void AddReceive(const QByteArray &name, qint16 answer = 0, qint16 active = 1)
+    {
+        EditReceive(ReceiveCount()) = {name,   name.toLower(),  {},     {},
+                                       answer, "about " + name, answer, active};
+        SetReceiveCount(ReceiveCount() + 1);
+    }
+    /// All that is stored of a receive sequence.
+    QByteArray Receive(int index) const
+    {
+        const ReceiveSequence &r = ReceiveAt(index);
+        QByteArrayList texts = {r.Name, r.Sequence, r.AnswerName, r.Comment};
+        for (const qint16 number : {r.Answer, r.Active, r.CommentToLog})
+            texts << QByteArray::number(number);
+        return texts.join('/');
+    }
+    QByteArray Send(int index) const { return SendAt(index).Name + '/' + SendAt(index).Sequence; }
+};
 
 } // namespace
 
@@ -35,129 +40,90 @@ class tst_sequences : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void DeletingASendSequenceMovesTheOthersUnderTheAnswers();
-    void DeletingAReceiveSequenceLeavesActiveInItsPlace();
-    void DeletingOutsideDoesNothing();
-    void FullTablesAreDeletedFromWithinTheTable();
-    void ClearingLeavesComments();
-    void AnswersOutsideTheTableNameNothing_data();
-    void AnswersOutsideTheTableNameNothing();
-};
-
-void tst_sequences::DeletingASendSequenceMovesTheOthersUnderTheAnswers()
-{
-    MdSequenceEdition tables;
-    for (const char *name : {"ONE", "TWO", "THREE"})
-        AddSend(tables, name);
-    AddReceive(tables, "ASK", 2);
-    tables.CurrentSendIndex = 0;
-    tables.DeleteSendSequence();
-
-    QCOMPARE(tables.SendCount(), 2);
-    QCOMPARE(tables.SendAt(0).Name, QByteArray("TWO"));
-    QCOMPARE(tables.SendAt(2).Name, QByteArray());
-    QCOMPARE(tables.SendAt(2).Sequence, QByteArray());
-    QCOMPARE(tables.ReceiveAt(0).Answer, qint16(2));
-    tables.RefreshAnswerName(0);
-    QCOMPARE(tables.ReceiveAt(0).AnswerName, QByteArray("THREE"));
-}
-
-void tst_sequences::DeletingAReceiveSequenceLeavesActiveInItsPlace()
-{
-    MdSequenceEdition tables;
-    AddReceive(tables, "A", 0, 1);
-    AddReceive(tables, "B", 3, 0);
-    tables.EditReceive(1).CommentToLog = 1;
-    tables.DeleteReceiveSequence();
-
-    QCOMPARE(tables.ReceiveCount(), 1);
-    QCOMPARE(tables.ReceiveAt(0).Name, QByteArray("B"));
-    QCOMPARE(tables.ReceiveAt(0).Comment, QByteArray("about B"));
-    QCOMPARE(tables.ReceiveAt(0).Answer, qint16(3));
-    QCOMPARE(tables.ReceiveAt(0).CommentToLog, qint16(1));
-    QCOMPARE(tables.ReceiveAt(0).Active, qint16(1));
-    QCOMPARE(tables.ReceiveAt(1).Name, QByteArray());
-    QCOMPARE(tables.ReceiveAt(1).Comment, QByteArray());
-    QCOMPARE(tables.ReceiveAt(1).Active, qint16(1));
-}
-
-void tst_sequences::DeletingOutsideDoesNothing()
-{
-    MdSequenceEdition tables;
-    AddSend(tables, "ONE");
-    for (const int index : {-1, 1, MdSequenceEdition::Capacity}) {
-        tables.CurrentSendIndex = index;
+    void DeletingASendSequenceMovesTheOthersUnderTheAnswers()
+    {
+        Tables tables;
+        for (const char *name : {"ONE", "TWO", "THREE"})
+            tables.AddSend(name);
+        tables.AddReceive("ASK", 2);
         tables.DeleteSendSequence();
-        tables.CurrentReceiveIndex = index;
+        QCOMPARE(tables.SendCount(), 2);
+        QCOMPARE(tables.Send(0), "TWO/two");
+        QCOMPARE(tables.Send(2), "/");
+        tables.RefreshAnswerName(0);
+        QCOMPARE(tables.Receive(0), "ASK/ask/THREE/about ASK/2/1/2");
+    }
+
+    void DeletingAReceiveSequenceLeavesActiveInItsPlace()
+    {
+        Tables tables;
+        tables.AddReceive("A", 0, 1);
+        tables.AddReceive("B", 3, 0);
         tables.DeleteReceiveSequence();
+        QCOMPARE(tables.ReceiveCount(), 1);
+        QCOMPARE(tables.Receive(0), "B/b//about B/3/1/3");
+        QCOMPARE(tables.Receive(1), "////0/1/0");
     }
-    QCOMPARE(tables.SendCount(), 1);
-    QCOMPARE(tables.SendAt(0).Name, QByteArray("ONE"));
-    QCOMPARE(tables.ReceiveCount(), 0);
-}
 
-void tst_sequences::FullTablesAreDeletedFromWithinTheTable()
-{
-    MdSequenceEdition tables;
-    for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
-        AddSend(tables, 'S' + QByteArray::number(i));
-        AddReceive(tables, 'R' + QByteArray::number(i), 0, 0);
+    void DeletingOutsideDoesNothing()
+    {
+        Tables tables;
+        tables.AddSend("ONE");
+        tables.AddReceive("ASK");
+        for (const int index : {-1, 1, MdSequenceEdition::Capacity}) {
+            tables.CurrentSendIndex = tables.CurrentReceiveIndex = index;
+            tables.DeleteSendSequence();
+            tables.DeleteReceiveSequence();
+        }
+        QCOMPARE(tables.SendCount() + tables.ReceiveCount(), 2);
+        QCOMPARE(tables.Send(0), "ONE/one");
     }
-    tables.CurrentSendIndex = 1024;
-    tables.DeleteSendSequence();
-    tables.DeleteReceiveSequence();
 
-    QCOMPARE(tables.SendCount(), 1024);
-    QCOMPARE(tables.SendAt(1024).Name, QByteArray());
-    QCOMPARE(tables.ReceiveCount(), 1024);
-    QCOMPARE(tables.ReceiveAt(1023).Name, QByteArray("R1024"));
-    QCOMPARE(tables.ReceiveAt(1024).Name, QByteArray());
-    QCOMPARE(tables.ReceiveAt(1024).Active, qint16(1));
-    tables.ClearProject();
-    QCOMPARE(tables.ReceiveAt(1023).Name, QByteArray());
-}
+    void FullTablesAreDeletedFromWithinTheTable()
+    {
+        Tables tables;
+        for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
+            tables.AddSend('S' + QByteArray::number(i));
+            tables.AddReceive('R' + QByteArray::number(i), 0, 0);
+        }
+        tables.CurrentSendIndex = 1024;
+        tables.DeleteSendSequence();
+        tables.DeleteReceiveSequence();
+        QCOMPARE(tables.SendCount(), 1024);
+        QCOMPARE(tables.Send(1024), "/");
+        QCOMPARE(tables.ReceiveCount(), 1024);
+        QCOMPARE(tables.ReceiveAt(1023).Name, "R1024");
+        QCOMPARE(tables.Receive(1024), "////0/1/0");
+        tables.ClearProject();
+        QCOMPARE(tables.ReceiveAt(1023).Name, "");
+    }
 
-void tst_sequences::ClearingLeavesComments()
-{
-    MdSequenceEdition tables;
-    AddSend(tables, "ONE");
-    AddReceive(tables, "ASK", 1, 0);
-    tables.EditReceive(0).CommentToLog = 1;
-    tables.RefreshAnswerName(0);
-    tables.CurrentReceiveIndex = 1;
-    tables.ClearProject();
+    void ClearingLeavesComments()
+    {
+        Tables tables;
+        tables.AddSend("ONE");
+        tables.AddReceive("ASK", 1, 0);
+        tables.RefreshAnswerName(0);
+        tables.CurrentReceiveIndex = 1;
+        tables.ClearProject();
+        QCOMPARE(tables.Receive(0), "///about ASK/0/1/1");
+        QCOMPARE(tables.SendCount() + tables.ReceiveCount() + tables.CurrentReceiveIndex, 0);
+    }
 
-    const ReceiveSequence &record = tables.ReceiveAt(0);
-    QCOMPARE(record.Name + record.Sequence + record.AnswerName, QByteArray());
-    QCOMPARE(record.Answer, qint16(0));
-    QCOMPARE(record.Active, qint16(1));
-    QCOMPARE(record.Comment, QByteArray("about ASK"));
-    QCOMPARE(record.CommentToLog, qint16(1));
-    QCOMPARE(tables.SendCount() + tables.ReceiveCount() + tables.CurrentReceiveIndex, 0);
-}
-
-void tst_sequences::AnswersOutsideTheTableNameNothing_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<QByteArray>("name");
-    QTest::newRow("none") << 0 << QByteArray();
-    QTest::newRow("minus one") << -1 << QByteArray();
-    QTest::newRow("the first") << 1 << QByteArray("ONE");
-    QTest::newRow("behind the last in use") << 2 << QByteArray();
-    QTest::newRow("behind the table") << 1026 << QByteArray();
-    QTest::newRow("the largest number") << 32767 << QByteArray();
-}
-
-void tst_sequences::AnswersOutsideTheTableNameNothing()
-{
-    QFETCH(int, answer);
-    MdSequenceEdition tables;
-    AddSend(tables, "ONE");
-    AddReceive(tables, "ASK", qint16(answer));
-    tables.EditReceive(0).AnswerName = "left over";
-    tables.RefreshAnswerName(0);
-    QTEST(tables.ReceiveAt(0).AnswerName, "name");
-}
+    void AnswersOutsideTheTableNameNothing()
+    {
+        Tables tables;
+        tables.AddSend("ONE");
+        const std::pair<qint16, const char *> answers[] = {{0, ""}, {-1, ""},   {1, "ONE"},
+                                                           {2, ""}, {1026, ""}, {32767, ""}};
+        for (const auto &[answer, name] : answers) {
+            tables.EditReceive(0).Answer = answer;
+            tables.EditReceive(0).AnswerName = "left over";
+            tables.RefreshAnswerName(0);
+            QCOMPARE(tables.ReceiveAt(0).AnswerName, name);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_sequences)
 #include "tst_sequences.moc"

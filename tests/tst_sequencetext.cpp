@@ -16,14 +16,6 @@ constexpr auto Hex = Representation::Hex;
 constexpr auto Decimal = Representation::Decimal;
 constexpr auto Binary = Representation::Binary;
 
-QByteArray EveryByte()
-{
-    QByteArray bytes;
-    for (int i = 0; i < 256; ++i)
-        bytes.append(char(i));
-    return bytes;
-}
-
 /// One step, typed digit by digit where the form has digits.
 void Change(SequenceEditing &editing, int choice)
 {
@@ -35,9 +27,7 @@ void Change(SequenceEditing &editing, int choice)
         editing.Paste(u"10");
     } else {
         editing.Select(editing.Caret().byte, editing.Caret().byte);
-        for (const QChar digit :
-             editing.Form() == Ascii ? QStringLiteral("x") : QStringLiteral("10"))
-            editing.Type(QStringView(&digit, 1));
+        editing.Type(editing.Form() == Ascii ? u"x" : u"10");
         editing.FinishItem();
     }
 }
@@ -57,23 +47,16 @@ class tst_SequenceText : public QObject
             QByteArray bytes;
             QStringList texts;
         } pasted[] = {
-            {Hex, crLf, {"0D 0A", "0D 0A ", "0D | 0A", "|0D|0A|", "0D,0A", "0D0A"}},
-            {Hex, crLf, {"\t0D\r\n0A\n", "0D\u00A00A"}},
+            {Hex, crLf, {"0D 0A ", "|0D|0A|", "0D,0A", "0D0A", "\t0D\r\n0A\n", "0D\u00A00A"}},
             {Hex, crLf, {"0x0D,0x0A", "0xD, 0XA", "0x0D0x0A", "0x0D0A"}}, // of a data sheet
             {Hex, crLf, {"\\x0D\\x0A", "$0D $0A", "0dh,0AH", "dhah"}},    // of a program
-            {Hex, "\r\nA\r", {"0D0A 410D"}},
-            {Hex, "\r\n\xFF", {"0d 0a fF"}},
-            {Hex, QByteArray("\r\n\0", 3), {"D A,0"}},
+            {Hex, QByteArray("\r\n\0\xFF", 4), {"D A,0 fF"}},
             {Hex, "\xFF\xA5", {"0FFh 0A5h"}}, // the assembler's zero
             {Hex, "\x0B\r", {"0b 0d"}},       // no marks, though they look like it
             {Hex, "", {" , |\n"}},
-            {Decimal, crLf, {"013 010", "013 | 010", "13d, 10D"}},
-            {Decimal, "\r\n\xFF", {"13,10,255", "013010255"}},
-            {Decimal, QByteArray("\0\xFF", 2), {"0 255"}},
-            {Binary, crLf, {"00001101 00001010", "0000110100001010", "1101|1010"}},
-            {Binary, crLf, {"0b1101,0B1010", "1101b 00001010B"}},
-            {Ascii, "0D |,0A", {"0D |,0A"}},
-            {Ascii, "a\r\nb\nc\r", {"a\r\nb\nc\r"}},
+            {Decimal, crLf + "\xFF", {"13,10,255", "013010255", "13d, 10D 255"}},
+            {Binary, crLf, {"0000110100001010", "1101|1010", "0b1101,0B1010", "1101b 00001010B"}},
+            {Ascii, "0D |,a\r\nb\nc\r", {"0D |,a\r\nb\nc\r"}},
             {Ascii, "\x80\xE4\x81", {"\u20AC\u00E4\u0081"}},
         };
         for (const auto &[form, bytes, texts] : pasted) {
@@ -91,23 +74,17 @@ class tst_SequenceText : public QObject
             QString text;
             QString named;
         } pasted[] = {
-            {Hex, "0D 0G", "Item 2, \"0G\","},
             {Hex, "41 0D0", "Item 2, \"0D0\","},
             {Hex, "0x", "Item 1, \"0x\","},
             {Hex, "0D,h", "Item 2, \"h\","},
             {Hex, "0Dhh", "Item 1, \"0Dhh\","},
-            {Hex, "-1", "Item 1, \"-1\","},
-            {Hex, "0000: 0D", "Item 1, \"0000:\","},  // of a dump
             {Hex, "4\u0661", "Item 1, \"4\u0661\","}, // a digit of another script
             {Hex, QString(40, u'0') + "X" + QString(40, u'Y'),
              "Item 21, \"XYYYYYYYYYYYYYYY\u2026\","},
             {Decimal, "255,256", "Item 2, \"256\","},
             {Decimal, "1310", "Item 1, \"1310\","},
             {Decimal, "-5", "Item 1, \"-5\","},
-            {Decimal, "1.5", "Item 1, \"1.5\","},
-            {Decimal, "0A", "Item 1, \"0A\","},
             {Binary, "101 102", "Item 2, \"102\","},
-            {Binary, "000011011", "Item 1, \"000011011\","},
             {Ascii, "ab\u0416", "The character \u0416 (U+0416)"},
         };
         for (const auto &[form, text, named] : pasted) {
@@ -119,25 +96,26 @@ class tst_SequenceText : public QObject
 
     void ReadsBackWhatListsAndViewsShow()
     {
-        const QByteArray bytes = EveryByte();
-        const auto reads = [&](const QByteArray &text, Representation form) {
-            return SequenceText::Parse(QString::fromLatin1(text), form).bytes == bytes;
-        };
-        QVERIFY(reads(Common_Function::SeqToHexList(bytes), Hex));
-        QVERIFY(reads(Common_Function::SeqToDecimalList(bytes), Decimal));
-        QVERIFY(reads(Common_Function::SeqToBinaryList(bytes), Binary));
-        for (const Representation form : {Hex, Decimal, Binary}) {
-            QVERIFY(reads(Common_Function::SeqToViewText(form, bytes), form));
-            QVERIFY(reads(SequenceText::Of(bytes, form).replace(" ", ""), form));
-        }
+        QByteArray bytes;
+        for (int i = 0; i < 256; ++i)
+            bytes.append(char(i));
+        using List = QByteArray (*)(QByteArrayView);
+        const std::pair<Representation, List> lists[] = {
+            {Hex, Common_Function::SeqToHexList},
+            {Decimal, Common_Function::SeqToDecimalList},
+            {Binary, Common_Function::SeqToBinaryList}};
+        for (const auto &[form, list] : lists)
+            for (const QByteArray &text : {list(bytes), Common_Function::SeqToViewText(form, bytes),
+                                           SequenceText::Of(bytes, form).replace(" ", "")})
+                QCOMPARE(SequenceText::Parse(QString::fromLatin1(text), form).bytes, bytes);
     }
 
     void NamesControlCharacters()
     {
-        const std::pair<int, const char *> names[] = {{0, "NUL"},   {13, "CR"}, {31, "US"},
-                                                      {127, "DEL"}, {32, ""},   {0x81, ""}};
+        const std::pair<uchar, const char *> names[] = {
+            {0, "NUL"}, {31, "US"}, {127, "DEL"}, {32, ""}, {0x81, ""}};
         for (const auto &[byte, name] : names)
-            QCOMPARE(SequenceText::ControlName(uchar(byte)).toByteArray(), name);
+            QCOMPARE(SequenceText::ControlName(byte).toByteArray(), name);
     }
 
     void UndoesAndRedoesAcrossForms()

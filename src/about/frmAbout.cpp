@@ -4,6 +4,7 @@
 #include "about/frmAbout.h"
 
 #include "controls/ClickLabel.h"
+#include "controls/NamedButton.h"
 #include "platform/Shell.h"
 #include "platform/UserPrompts.h"
 
@@ -114,13 +115,11 @@ void frmAbout::MakeCredits(QVBoxLayout *page)
 
 void frmAbout::MakeButtons(QVBoxLayout *page)
 {
-    auto *cmdSysInfo = new QPushButton(QStringLiteral("&System Info..."));
-    cmdSysInfo->setObjectName(QStringLiteral("cmdSysInfo"));
+    QPushButton *cmdSysInfo = NamedButton("cmdSysInfo", "&System Info...");
     cmdSysInfo->setAutoDefault(false);
     connect(cmdSysInfo, &QPushButton::clicked, this, [this] { ShowSystemInformation(); });
 
-    auto *cmdOK = new QPushButton(QStringLiteral("OK"));
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    QPushButton *cmdOK = NamedButton("cmdOK", "OK");
     cmdOK->setDefault(true);
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
 

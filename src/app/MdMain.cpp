@@ -265,7 +265,7 @@ void MdMain::Execute(Command command)
         ShowAbout();
         break;
     default:
-        break; // the others are not built yet, and their buttons and entries are disabled
+        break; // OpenRecent comes with its project, by a signal of its own; None does nothing
     }
 }
 
@@ -340,7 +340,8 @@ void MdMain::ShowRecentProjects(const QStringList &projects)
 void MdMain::ShowOptions()
 {
     m_communication->ClosePorts();
-    if (!m_communication->Running()) {
+    // A log that could not be closed may have kept the user until the program ends.
+    if (!m_communication->Running() && !m_settings.QuitRequested) {
         const OptionsValues values = {m_settings.comm, m_settings.stamp, m_settings.Display,
                                       m_settings.log};
         frmOptions options(

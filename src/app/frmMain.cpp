@@ -489,11 +489,12 @@ bool frmMain::ProjectModified() const
     return ToolbarButton(MainCommands::ButtonIndex::Save)->isEnabled();
 }
 
-/// While a close is being asked about, that close goes through: its question is taken back.
+/// While a close is being asked about, that close goes through: its question is taken back. A
+/// window that has gone takes only the boxes with it that still stand.
 void frmMain::CloseUnasked()
 {
     m_unasked = true;
-    if (m_asking)
+    if (m_asking || (m_settings.QuitRequested && !isVisible()))
         UnloadForms(this);
     else
         close();
@@ -532,10 +533,11 @@ void frmMain::UnloadForms(const QWidget *except)
 {
     const QWidgetList forms = QApplication::topLevelWidgets();
     for (auto form = forms.rbegin(); form != forms.rend(); ++form) {
+        if (*form == except)
+            continue;
+        (*form)->close(); // a message box takes its escape button, which to reject it would not
         auto *dialog = qobject_cast<QDialog *>(*form);
-        if (dialog)
+        if (dialog && dialog->isVisible())
             dialog->reject();
-        else if (*form != except)
-            (*form)->close();
     }
 }

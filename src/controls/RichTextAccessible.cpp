@@ -3,6 +3,7 @@
 
 #include "controls/RichTextAccessible.h"
 
+#include "controls/BgrColour.h"
 #include "controls/RichTextBox.h"
 #include "controls/RichTextModel.h"
 #include "repr/CodePage1252.h"
@@ -136,7 +137,7 @@ QString RichTextAccessible::attributes(int offset, int *startOffset, int *endOff
         return {};
     const RichTextModel::StyleRun &run = model.RunAt(position);
     *endOffset = OffsetOf(run.end);
-    const QColor colour = RichTextPainter::ToColour(run.style.colour);
+    const QColor colour = BgrColour::ToColour(run.style.colour);
     QString told = QStringLiteral("color:rgb(%1,%2,%3)")
                        .arg(colour.red())
                        .arg(colour.green())

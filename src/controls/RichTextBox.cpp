@@ -249,7 +249,8 @@ std::unique_ptr<QMenu> RichTextBox::MakeContextMenu()
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
-    m_pressedKeys.insert(event->key());
+    if (event->key() != Qt::Key_F3) // goes on with a search, so it must not move its start
+        m_pressedKeys.insert(event->key());
     RichTextView::keyPressEvent(event);
 }
 

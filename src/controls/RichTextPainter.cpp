@@ -3,6 +3,7 @@
 
 #include "controls/RichTextPainter.h"
 
+#include "controls/BgrColour.h"
 #include "controls/RichTextLayout.h"
 #include "controls/RichTextModel.h"
 #include "repr/CodePage1252.h"
@@ -86,11 +87,6 @@ RichTextPainter::Face RichTextPainter::MakeFace(const QFont &font)
     return face;
 }
 
-QColor RichTextPainter::ToColour(qint32 colour)
-{
-    return {colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF};
-}
-
 QColor RichTextPainter::ToGrey(const QColor &colour)
 {
     const int grey = qGray(colour.rgb());
@@ -163,7 +159,7 @@ void RichTextPainter::CollectRow(Inks &inks, const RichTextLayout &layout, qsize
             to = qMin(to, selectionEnd);
         else if (at < selectionStart)
             to = qMin(to, selectionStart);
-        const QColor colour = selected ? part.selectionText : ToColour(run.style.colour);
+        const QColor colour = selected ? part.selectionText : BgrColour::ToColour(run.style.colour);
         column = CollectSegment(inks, layout,
                                 {at, to, column, run.style, part.grey ? ToGrey(colour) : colour});
         at = to;

@@ -41,8 +41,6 @@ class RichTextPainter final
     /// caller's. The layout must be up to date.
     void Paint(QPainter &painter, const RichTextLayout &layout, const Part &part) const;
 
-    /// From 0x00BBGGRR.
-    static QColor ToColour(qint32 colour);
     static QColor ToGrey(const QColor &colour);
 
   private:

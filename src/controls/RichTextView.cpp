@@ -3,6 +3,7 @@
 
 #include "controls/RichTextView.h"
 
+#include "controls/BgrColour.h"
 #include "controls/FixedPitchFont.h"
 #include "controls/RichTextModel.h"
 #include "repr/CodePage1252.h"
@@ -212,7 +213,7 @@ void RichTextView::ScrollToSelection()
 void RichTextView::SetBackground(qint32 colour)
 {
     QPalette colours;
-    colours.setColor(QPalette::Base, RichTextPainter::ToColour(colour));
+    colours.setColor(QPalette::Base, BgrColour::ToColour(colour));
     viewport()->setPalette(colours);
 }
 

@@ -40,23 +40,22 @@ MdFind::MdFind(SettingsRecord &settings, const MdSequenceEdition &sequences,
 {
 }
 
+std::optional<QByteArray> MdFind::SequenceAt(FindKind list, int index) const
+{
+    const bool send = list == FindKind::Send;
+    if (index < 1 || index > (send ? m_sequences.SendCount() : m_sequences.ReceiveCount()))
+        return {};
+    return send ? m_sequences.SendAt(index - 1).Sequence
+                : m_sequences.ReceiveAt(index - 1).Sequence;
+}
+
 std::optional<QByteArray> MdFind::ChosenSequence() const
 {
-    switch (FindTab) {
-    case FindKind::Send:
-        if (FindSendIndex > 0 && FindSendIndex <= m_sequences.SendCount())
-            return m_sequences.SendAt(FindSendIndex - 1).Sequence;
-        break;
-    case FindKind::Receive:
-        if (FindReceiveIndex > 0 && FindReceiveIndex <= m_sequences.ReceiveCount())
-            return m_sequences.ReceiveAt(FindReceiveIndex - 1).Sequence;
-        break;
-    case FindKind::Defined:
-        if (!FindDefinedSequence.isEmpty())
-            return FindDefinedSequence;
-        break;
-    }
-    return {};
+    if (FindTab != FindKind::Defined)
+        return SequenceAt(FindTab, FindTab == FindKind::Send ? FindSendIndex : FindReceiveIndex);
+    if (FindDefinedSequence.isEmpty())
+        return {};
+    return FindDefinedSequence;
 }
 
 bool MdFind::FindNext(FindKind kind, QByteArrayView sequence)

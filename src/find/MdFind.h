@@ -39,6 +39,10 @@ class MdFind
     QByteArray FindDefinedSequence;
     Representation FindEditMode = Representation::Ascii; ///< of the defined sequence
 
+    /// The sequence of an entry of one of the two lists, 0 being the entry for none; nothing if
+    /// the project has no such sequence.
+    std::optional<QByteArray> SequenceAt(FindKind list, int index) const;
+
     /// What the dialog was left to search for; nothing if no sequence is chosen there, or none
     /// that the project still has.
     std::optional<QByteArray> ChosenSequence() const;

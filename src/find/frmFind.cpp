@@ -3,6 +3,7 @@
 
 #include "find/frmFind.h"
 
+#include "controls/NamedButton.h"
 #include "controls/SQEditSequence.h"
 #include "repr/CodePage1252.h"
 #include "sequences/EditModeOptions.h"
@@ -137,8 +138,7 @@ void frmFind::MakeDefinedPanel()
 
 void frmFind::MakeButtons(FindKind kind)
 {
-    auto *find = new QPushButton(QStringLiteral("Find &Next"));
-    find->setObjectName(Text(Pages[size_t(kind)].button));
+    QPushButton *find = NamedButton(Pages[size_t(kind)].button, "Find &Next");
     auto *cancel = new QPushButton(QStringLiteral("Cancel"));
     cancel->setObjectName(QStringLiteral("CmdCancel_%1").arg(int(kind)));
     m_findButtons[size_t(kind)] = find;
@@ -220,19 +220,16 @@ void frmFind::EnableDefined()
 
 QByteArray frmFind::SequenceOf(FindKind kind) const
 {
-    switch (kind) {
-    case FindKind::Send:
-        return m_parts.sequences.SendAt(ComboSend->currentIndex() - 1).Sequence;
-    case FindKind::Receive:
-        return m_parts.sequences.ReceiveAt(ComboReceive->currentIndex() - 1).Sequence;
-    default:
+    if (kind == FindKind::Defined)
         return AXEditFind->Sequence();
-    }
+    const QComboBox &combo = kind == FindKind::Send ? *ComboSend : *ComboReceive;
+    return m_parts.find.SequenceAt(kind, combo.currentIndex()).value_or(QByteArray());
 }
 
 void frmFind::FindNext(FindKind kind)
 {
-    EnableDefined();
+    if (kind == FindKind::Defined)
+        EnableDefined();
     if (m_parts.find.FindNext(kind, SequenceOf(kind)))
         StandBeside(m_parts.ShowHit());
 }

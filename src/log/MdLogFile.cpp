@@ -120,17 +120,25 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
     return existing;
 }
 
+/// All files or none: those that a failed start has made are taken away again.
 bool MdLogFile::Open(const LogNames &names)
 {
+    QStringList made;
     for (const LogForm &form : LogForms) {
         if (!(m_parts.settings.log.*form.flag))
             continue;
-        const FileResult failure = FileOf(form.representation).OpenFile(names.PathOf(form));
+        const QString path = names.PathOf(form);
+        const bool isNew = !m_parts.files.System().Exists(path);
+        const FileResult failure = FileOf(form.representation).OpenFile(path);
         if (failure) {
             Close();
+            for (const QString &each : std::as_const(made))
+                m_parts.files.System().Remove(each);
             m_parts.prompts.ShowMessage(WritingFailed(form, *failure));
             return false;
         }
+        if (isNew)
+            made << path;
     }
     m_names = names;
     m_logState = StateLogging;
@@ -185,14 +193,15 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
         QMetaObject::invokeMethod(this, &MdLogFile::FlushBurst, Qt::QueuedConnection);
 }
 
-/// Where a write has failed already, that has been told.
 void MdLogFile::FlushBurst()
 {
     m_flushUnderWay = false;
     for (const LogForm &form : LogForms) {
         ClOutputFile &file = FileOf(form.representation);
-        const bool told = file.Failure().has_value();
-        if (file.IsOpen() && file.Flush() && !told)
+        if (!file.IsOpen())
+            continue;
+        const bool toldAlready = file.Failure().has_value(); // with the write that failed
+        if (file.Flush() && !toldAlready)
             TellOfFailedWrite(form);
     }
 }

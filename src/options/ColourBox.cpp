@@ -3,7 +3,7 @@
 
 #include "options/ColourBox.h"
 
-#include "controls/RichTextPainter.h"
+#include "controls/BgrColour.h"
 
 #include <QPainter>
 
@@ -17,7 +17,7 @@ ColourBox::ColourBox(const char *name, const char *accessibleName)
 void ColourBox::SetColour(qint32 colour)
 {
     m_colour = colour;
-    const QString code = RichTextPainter::ToColour(colour).name();
+    const QString code = BgrColour::ToColour(colour).name();
     setToolTip(code);
     setAccessibleDescription(code);
     update();
@@ -38,5 +38,5 @@ void ColourBox::paintEvent(QPaintEvent *)
     painter.fillRect(rect().adjusted(frame, frame, -frame, -frame),
                      palette().color(QPalette::Base));
     painter.fillRect(rect().adjusted(frame + 1, frame + 1, -frame - 1, -frame - 1),
-                     RichTextPainter::ToColour(m_colour));
+                     BgrColour::ToColour(m_colour));
 }

@@ -53,13 +53,14 @@ QString RunText(const CommOverrides &run)
         parts << ModeCaption(*run.mode);
     if (run.line)
         parts << LineSettingsText(*run.line);
-    for (const std::optional<int> &port : {run.portA, run.portB}) {
-        if (port)
-            parts << QStringLiteral("COM%1").arg(*port);
-    }
+    if (run.portA)
+        parts << QStringLiteral("COM%1").arg(*run.portA);
+    if (run.portB && run.mode != CommMode::SendReceive)
+        parts << QStringLiteral("COM%1").arg(*run.portB);
     return parts.isEmpty() ? QString()
                            : QStringLiteral("The command line has put in force for this run: %1. "
-                                            "OK ends that and puts the settings above in force.")
+                                            "OK and Apply end that and put the settings above in "
+                                            "force.")
                                  .arg(parts.join(QStringLiteral(", ")));
 }
 
@@ -221,8 +222,8 @@ PortDevices::Meaning CommunicationOptions::MeaningOf(int comNumber) const
 
 void CommunicationOptions::ChooseDevice(const PortBox &box)
 {
-    if (box.IsFaulty())
-        return; // which the user is told as of any box that is left
+    if (!FieldsAreRight())
+        return;
     const int number = box.Number();
     QMap<int, PortDevices::Meaning> meanings;
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)

@@ -25,6 +25,9 @@ class CommunicationOptions final : public OptionsPage
     /// The devices live longer than the page.
     CommunicationOptions(const PortDevices &devices, std::shared_ptr<const PortFinder> finder);
 
+    /// Asked before the devices are shown: tells the user of a field that is wrong, if one is.
+    std::function<bool()> FieldsAreRight = [] { return true; };
+
     void Show(const OptionsValues &values) override;
     /// What the command line had put in the place of these settings ends.
     void Store(OptionsValues &values) const override;

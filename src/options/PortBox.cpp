@@ -42,7 +42,6 @@ PortBox::PortBox(const char *boxName, const char *buttonName, const char *button
     connect(m_edit, &QLineEdit::textChanged, this, &PortBox::UpdateMeaning);
     connect(m_button, &QPushButton::clicked, this, [this] {
         m_edit->setModified(true); // the number is used, so it has to be a COM number
-        m_button->setFocus();      // so that the box is left, by whatever stroke this was
         Q_EMIT DevicesRequested();
     });
 }

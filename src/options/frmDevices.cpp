@@ -3,15 +3,17 @@
 
 #include "options/frmDevices.h"
 
+#include "controls/NamedButton.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPromise>
 #include <QPushButton>
-#include <QThreadPool>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <thread>
 #include <utility>
 
 namespace
@@ -31,13 +33,6 @@ QString NumbersText(const QList<int> &numbers)
     return names.join(QStringLiteral(", "));
 }
 
-QPushButton *MakeButton(const char *name, const char *caption)
-{
-    auto *button = new QPushButton(QString::fromLatin1(caption));
-    button->setObjectName(QString::fromLatin1(name));
-    return button;
-}
-
 } // namespace
 
 frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &meanings,
@@ -47,7 +42,7 @@ frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &mea
       m_list(new QTreeWidget),
       lblState(new QLabel),
       txtDevice(new QLineEdit),
-      cmdLookAgain(MakeButton("cmdLookAgain", "&Look Again"))
+      cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
     for (auto meaning = meanings.cbegin(); meaning != meanings.cend(); ++meaning)
         m_numbers[meaning.key()] = meaning->device;
@@ -74,7 +69,13 @@ void frmDevices::MakeList()
     lblState->setObjectName(QStringLiteral("lblState"));
     layout()->addWidget(m_list);
     layout()->addWidget(lblState);
-    connect(m_list, &QTreeWidget::itemSelectionChanged, this, &frmDevices::TakeSelected);
+    connect(m_list, &QTreeWidget::itemSelectionChanged, this, [this] {
+        if (!m_list->selectedItems().isEmpty())
+            Take(*m_list->selectedItems().first());
+    });
+    // The row that is chosen already counts again, too, whatever was typed meanwhile.
+    connect(m_list, &QTreeWidget::itemClicked, this,
+            [this](const QTreeWidgetItem *port) { Take(*port); });
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &QDialog::accept);
 }
 
@@ -104,8 +105,8 @@ void frmDevices::MakeField(int comNumber, const PortDevices::Meaning &meaning)
 
 void frmDevices::MakeButtons()
 {
-    QPushButton *cmdOK = MakeButton("cmdOK", "OK");
-    QPushButton *cmdCancel = MakeButton("cmdCancel", "Cancel");
+    QPushButton *cmdOK = NamedButton("cmdOK", "OK");
+    QPushButton *cmdCancel = NamedButton("cmdCancel", "Cancel");
     cmdOK->setDefault(true);
     auto *row = new QHBoxLayout;
     row->addWidget(cmdLookAgain);
@@ -118,7 +119,8 @@ void frmDevices::MakeButtons()
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-/// The thread keeps what it needs; the watcher forgets it when the dialog goes.
+/// The thread keeps what it needs; the watcher forgets it when the dialog goes, and the program
+/// does not wait for it either: a path on a dead network may hold it for long.
 void frmDevices::Look()
 {
     cmdLookAgain->setEnabled(false);
@@ -126,11 +128,11 @@ void frmDevices::Look()
     lblState->setText(QStringLiteral("Looking for ports ..."));
     const auto promise = std::make_shared<QPromise<QList<ListedPort>>>();
     m_watcher.setFuture(promise->future());
-    QThreadPool::globalInstance()->start([promise, finder = m_finder, numbers = m_numbers] {
+    std::thread([promise, finder = m_finder, numbers = m_numbers] {
         promise->start();
         promise->addResult(ListPorts(*finder, numbers));
         promise->finish();
-    });
+    }).detach();
 }
 
 void frmDevices::ShowPorts()
@@ -155,12 +157,9 @@ void frmDevices::ShowPorts()
     cmdLookAgain->setEnabled(true);
 }
 
-void frmDevices::TakeSelected()
+void frmDevices::Take(const QTreeWidgetItem &port)
 {
-    const QList<QTreeWidgetItem *> selected = m_list->selectedItems();
-    if (selected.isEmpty())
-        return;
-    txtDevice->setText(selected.first()->data(0, AssignedName).toString());
+    txtDevice->setText(port.data(0, AssignedName).toString());
     txtDevice->setModified(true);
 }
 

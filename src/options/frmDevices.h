@@ -15,9 +15,10 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
+class QTreeWidgetItem;
 
 /// Lets the user choose the device of a COM number, from the ports of this machine or by typing a
-/// path. The ports are looked for in a thread of its own, which may outlive the dialog.
+/// path. The ports are looked for in a thread that may outlive the dialog.
 class frmDevices final : public QDialog
 {
     Q_OBJECT
@@ -38,7 +39,7 @@ class frmDevices final : public QDialog
     void MakeButtons();
     void Look();
     void ShowPorts();
-    void TakeSelected();
+    void Take(const QTreeWidgetItem &port);
 
     QMap<int, QString> m_numbers; ///< devices of all COM numbers
     std::shared_ptr<const PortFinder> m_finder;

@@ -3,6 +3,7 @@
 
 #include "options/frmOptions.h"
 
+#include "controls/NamedButton.h"
 #include "options/CommunicationOptions.h"
 #include "options/DisplayOptions.h"
 #include "options/LoggingOptions.h"
@@ -23,21 +24,15 @@ namespace
 constexpr std::array<const char *, 4> TabCaptions = {"Communication", "Display - 1", "Display - 2",
                                                      "Logging"};
 
-QPushButton *MakeButton(const char *name, const char *caption)
-{
-    auto *button = new QPushButton(QString::fromLatin1(caption));
-    button->setObjectName(QString::fromLatin1(name));
-    return button;
-}
-
 } // namespace
 
 frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
     : QDialog(parent),
       m_parts(parts),
+      m_values(parts.values),
       tbsOptions(new QTabBar),
       m_frame(new QStackedWidget),
-      cmdCancel(MakeButton("cmdCancel", "Cancel"))
+      cmdCancel(NamedButton("cmdCancel", "Cancel"))
 {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Options"));
@@ -50,7 +45,9 @@ frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
 
 void frmOptions::MakePages()
 {
-    picOptions = {new CommunicationOptions(m_parts.devices, m_parts.finder),
+    auto *communication = new CommunicationOptions(m_parts.devices, m_parts.finder);
+    communication->FieldsAreRight = [this] { return FieldsAreRight(nullptr); };
+    picOptions = {communication,
                   new DisplayOptions(m_parts.display, m_parts.prompts, m_parts.DisplayChosen),
                   new SequenceOptions, new LoggingOptions};
     tbsOptions->setObjectName(QStringLiteral("tbsOptions"));
@@ -72,8 +69,8 @@ void frmOptions::MakePages()
 
 void frmOptions::MakeButtons()
 {
-    QPushButton *cmdOK = MakeButton("cmdOK", "OK");
-    QPushButton *cmdApply = MakeButton("cmdApply", "Apply");
+    QPushButton *cmdOK = NamedButton("cmdOK", "OK");
+    QPushButton *cmdApply = NamedButton("cmdApply", "Apply");
     cmdOK->setDefault(true);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, 8, 0, 0);
@@ -93,7 +90,7 @@ void frmOptions::MakeButtons()
 void frmOptions::ShowValues()
 {
     for (OptionsPage *page : picOptions)
-        page->Show(m_parts.values);
+        page->Show(m_values);
 }
 
 /// A field that was left is checked when the stroke that moved the focus has been dealt with: a
@@ -107,14 +104,20 @@ void frmOptions::NoteFocus(const QWidget *now)
 /// The way to Cancel is free.
 void frmOptions::CheckLeftFields()
 {
-    if (m_telling || !isVisible() || focusWidget() == cmdCancel)
-        return;
+    if (!m_telling && isVisible() && focusWidget() != cmdCancel)
+        FieldsAreRight(focusWidget());
+}
+
+/// Tells of the first field that may not be left as it stands, if there is one.
+bool frmOptions::FieldsAreRight(const QWidget *typing)
+{
     for (size_t i = 0; i < picOptions.size(); ++i) {
-        if (const auto fault = picOptions[i]->FaultyField(focusWidget())) {
+        if (const auto fault = picOptions[i]->FaultyField(typing)) {
             Tell(i, *fault);
-            return;
+            return false;
         }
     }
+    return true;
 }
 
 /// Taking the focus from a button that is still held down also keeps it from being pressed.
@@ -131,11 +134,10 @@ void frmOptions::Tell(size_t page, const OptionsFault &fault)
 
 bool frmOptions::MayConfirm()
 {
+    if (!FieldsAreRight(nullptr))
+        return false;
     for (size_t i = 0; i < picOptions.size(); ++i) {
-        auto fault = picOptions[i]->FaultyField(nullptr);
-        if (!fault)
-            fault = picOptions[i]->Conflict();
-        if (fault) {
+        if (const auto fault = picOptions[i]->Conflict()) {
             Tell(i, *fault);
             return false;
         }
@@ -148,9 +150,9 @@ bool frmOptions::Confirm()
     if (!MayConfirm())
         return false;
     for (const OptionsPage *page : picOptions)
-        page->Store(m_parts.values);
-    m_parts.ValuesConfirmed(m_parts.values);
-    m_parts.values.devices.clear();
+        page->Store(m_values);
+    m_parts.ValuesConfirmed(m_values);
+    m_values.devices.clear();
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include <QDialog>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 class PortDevices;
@@ -17,9 +18,9 @@ class QStackedWidget;
 class QTabBar;
 class UserPrompts;
 
-/// What the options dialog works with; all of it lives longer than the dialog.
+/// What the options dialog works with; what is referred to lives longer than the dialog.
 struct OptionsParts {
-    OptionsValues values;
+    OptionsValues values;    ///< shown first
     DisplaySettings display; ///< colours and attributes of the next start
     UserPrompts &prompts;
     const PortDevices &devices;
@@ -48,10 +49,12 @@ class frmOptions final : public QDialog
     void NoteFocus(const QWidget *now);
     void CheckLeftFields();
     void Tell(size_t page, const OptionsFault &fault);
+    bool FieldsAreRight(const QWidget *typing);
     bool MayConfirm();
     bool Confirm();
 
     OptionsParts m_parts;
+    OptionsValues m_values; ///< confirmed last
     QTabBar *tbsOptions;
     QStackedWidget *m_frame;
     std::array<OptionsPage *, 4> picOptions{};

@@ -3,6 +3,8 @@
 
 #include "platform/ConsolePrompts.h"
 
+#include <utility>
+
 namespace
 {
 
@@ -47,6 +49,12 @@ PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
         m_out << " -> " << AnswerText(prompt.defaultAnswer);
     m_out << '\n' << Qt::flush;
     return prompt.defaultAnswer;
+}
+
+void ConsolePrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
+{
+    if (std::exchange(m_noticed[about], prompt.text) != prompt.text)
+        ShowMessage(prompt);
 }
 
 QString ConsolePrompts::ChooseFile(const FileDialogRequest &request)

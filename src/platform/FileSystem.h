@@ -34,6 +34,8 @@ class OutputDevice
     virtual Taken Write(QByteArrayView bytes) = 0;
     /// Returns when the disk holds what was written.
     virtual FileResult Sync() = 0;
+    /// What has become wrong with the file since, such as that it has been deleted.
+    virtual FileResult Check() const { return {}; }
     /// Bytes in the file, negative if the system cannot tell.
     virtual qint64 Size() const = 0;
     /// Only of a device made by CreateBeside: the file takes its target's place, at once and whole.
@@ -64,6 +66,8 @@ class FileSystem
     virtual Content Read(const QString &path, qint64 limit) = 0;
     /// Whether something stands there, be it a file or not.
     virtual bool Exists(const QString &path) const = 0;
+    /// Takes the file away, best effort.
+    virtual void Remove(const QString &path) = 0;
     /// One name for a file, however it is reached; it need not exist.
     virtual QString CanonicalPath(const QString &path) const = 0;
 };

@@ -3,6 +3,7 @@
 
 #include "platform/QtPrompts.h"
 
+#include "controls/BgrColour.h"
 #include "platform/PrintPaper.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QPageLayout>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QWindow>
 
 #include <algorithm>
 #include <utility>
@@ -68,20 +70,28 @@ QMessageBox::StandardButton ButtonOf(PromptAnswer answer)
     return QMessageBox::Ok;
 }
 
-/// A box that nobody waits for. It owns no other box, because it may go at any moment.
+/// A box that nobody waits for. It owns no other box, because it may go at any moment, and stays
+/// until it is answered, whatever becomes of the window that it stands over.
 class NoticeBox final : public QMessageBox
 {
   public:
-    using QMessageBox::QMessageBox;
+    /// Belongs to the owner's window for the system, so that a modal owner does not block it.
+    void ShowOver(const QWidget *owner)
+    {
+        create();
+        if (owner) {
+            windowHandle()->setTransientParent(owner->window()->windowHandle());
+            move(owner->window()->frameGeometry().center() - QRect({}, sizeHint()).center());
+        }
+        show();
+    }
 };
 
 /// What a box stands over. When another program has the focus that is no active window.
 QWidget *Owner()
 {
     for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
-        while (dynamic_cast<NoticeBox *>(window))
-            window = window->parentWidget();
-        if (window)
+        if (window && !dynamic_cast<NoticeBox *>(window))
             return window;
     }
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -195,12 +205,13 @@ void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
     QPointer<QMessageBox> &standing = m_notices[about];
     if (standing && standing->isVisible())
         return;
-    standing = new NoticeBox(Owner());
-    Furnish(*standing, prompt);
-    standing->setWindowModality(Qt::NonModal);
-    standing->setAttribute(Qt::WA_DeleteOnClose);
-    standing->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
-    standing->show();
+    auto *box = new NoticeBox;
+    standing = box;
+    Furnish(*box, prompt);
+    box->setWindowModality(Qt::NonModal);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
+    box->ShowOver(Owner());
 }
 
 QString QtPrompts::ChooseFile(const FileDialogRequest &request)
@@ -217,7 +228,7 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
     dialog.selectFile(request.name);
-    while (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+    while (!Ending() && dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         const QFileInfo chosen(dialog.selectedFiles().first());
         const bool folderMatters = (request.flags & FileDialogFlags::PathMustExist) != 0;
         if (!folderMatters || chosen.dir().exists())
@@ -243,7 +254,7 @@ std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &
     if (request.SelectionChosen())
         dialog.setPrintRange(QAbstractPrintDialog::Selection);
     HideWhatIsNotOffered(dialog);
-    if (dialog.exec() != QDialog::Accepted)
+    if (dialog.exec() != QDialog::Accepted || Ending())
         return {};
     m_printer = printer->printerName();
     return ChoiceOf(request, dialog, printer);
@@ -253,11 +264,9 @@ std::optional<qint32> QtPrompts::ChooseColour(qint32 initial, const QString &tit
 {
     if (Ending())
         return m_console.ChooseColour(initial, title);
-    const QColor start(initial & 0xFF, (initial >> 8) & 0xFF, (initial >> 16) & 0xFF);
-    QColorDialog dialog(start, Owner());
+    QColorDialog dialog(BgrColour::ToColour(initial), Owner());
     dialog.setWindowTitle(title);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;
-    const QColor chosen = dialog.selectedColor();
-    return chosen.red() | chosen.green() << 8 | chosen.blue() << 16;
+    return BgrColour::FromColour(dialog.selectedColor());
 }

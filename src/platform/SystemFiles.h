@@ -12,6 +12,7 @@ class SystemFiles final : public FileSystem
     Created Create(const QString &path) override;
     Created CreateBeside(const QString &path) override;
     Content Read(const QString &path, qint64 limit) override;
+    void Remove(const QString &path) override;
     bool Exists(const QString &path) const override;
     QString CanonicalPath(const QString &path) const override;
 };

@@ -145,9 +145,16 @@ class PosixOutput final : public OutputDevice
         } while (count < 0 && errno == EINTR);
         if (count < 0)
             return {0, SystemFailure()};
-        if (Deleted())
-            return {count, FileFailure{false, QStringLiteral("The file has been deleted")}};
-        return {count, {}};
+        return {count, Check()};
+    }
+
+    /// What is in a deleted file reaches nobody. One that has yet to take its place has no name.
+    FileResult Check() const override
+    {
+        struct stat status = {};
+        if (!m_target.isEmpty() || ::fstat(m_file.Number(), &status) != 0 || status.st_nlink > 0)
+            return {};
+        return FileFailure{false, QStringLiteral("The file has been deleted")};
     }
 
     FileResult Sync() override
@@ -183,13 +190,6 @@ class PosixOutput final : public OutputDevice
     }
 
   private:
-    /// What is written then reaches nobody. A file that has yet to take its place has no name.
-    bool Deleted() const
-    {
-        struct stat status = {};
-        return m_target.isEmpty() && ::fstat(m_file.Number(), &status) == 0 && status.st_nlink == 0;
-    }
-
     /// A file can only be renamed once it has a name.
     FileResult GiveName()
     {
@@ -278,6 +278,11 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
                                        .arg(limit)}};
     }
     return ReadAll(file.Number(), status.st_size, limit);
+}
+
+void SystemFiles::Remove(const QString &path)
+{
+    ::unlink(QFile::encodeName(path).constData());
 }
 
 bool SystemFiles::Exists(const QString &path) const

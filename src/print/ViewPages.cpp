@@ -3,6 +3,7 @@
 
 #include "print/ViewPages.h"
 
+#include "controls/BgrColour.h"
 #include "controls/FixedPitchFont.h"
 #include "platform/PrintPaper.h"
 
@@ -33,7 +34,7 @@ ViewPages::ViewPages(const ViewPrintout &printout, PrintPaper &paper, PrintColou
     : m_paper(paper),
       m_painter(PaperFont(), ScaleOf(paper)),
       m_layout(printout.model),
-      m_background(RichTextPainter::ToColour(printout.background)),
+      m_background(BgrColour::ToColour(printout.background)),
       m_grey(colour == PrintColour::Monochrome)
 {
     const QSizeF room = paper.Size() / PrintPaper::TwipsPerPixel - QSizeF(2 * Margin, 2 * Margin);

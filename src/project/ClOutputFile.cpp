@@ -123,8 +123,8 @@ void ClOutputFile::CloseFile()
 {
     if (!IsOpen())
         return;
-    if (!m_replacing)
-        Flush();
+    if (!m_replacing && !Flush())
+        m_failure = m_device->Check();
     Release();
 }
 

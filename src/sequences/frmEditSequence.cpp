@@ -4,6 +4,7 @@
 #include "sequences/frmEditSequence.h"
 
 #include "controls/CodePageEdit.h"
+#include "controls/NamedButton.h"
 #include "controls/SQEditSequence.h"
 #include "platform/UserPrompts.h"
 #include "sequences/EditModeOptions.h"
@@ -24,13 +25,6 @@ QString Text(const char *latin)
     return QString::fromLatin1(latin);
 }
 
-QPushButton *MakeButton(const char *name, const char *caption, QWidget *parent)
-{
-    auto *button = new QPushButton(Text(caption), parent);
-    button->setObjectName(Text(name));
-    return button;
-}
-
 } // namespace
 
 frmEditSequence::frmEditSequence(const Names &names, const SequenceEditorParts &parts,
@@ -43,12 +37,12 @@ frmEditSequence::frmEditSequence(const Names &names, const SequenceEditorParts &
       m_nameNote(new QLabel(this)),
       m_sequence(new SQEditSequence(this)),
       m_modes(new EditModeOptions(*m_sequence, this)),
-      cmdBack(MakeButton("cmdBack", "&Back", this)),
-      cmdForward(MakeButton("cmdForward", "&Forward", this)),
-      cmdOK(MakeButton("cmdOK", "OK", this)),
-      CmdCancel(MakeButton("CmdCancel", "Cancel", this)),
-      cmdApply(MakeButton("cmdApply", "Apply", this)),
-      cmdDelete(MakeButton("cmdDelete", "Delete Sequence", this))
+      cmdBack(NamedButton("cmdBack", "&Back", this)),
+      cmdForward(NamedButton("cmdForward", "&Forward", this)),
+      cmdOK(NamedButton("cmdOK", "OK", this)),
+      CmdCancel(NamedButton("CmdCancel", "Cancel", this)),
+      cmdApply(NamedButton("cmdApply", "Apply", this)),
+      cmdDelete(NamedButton("cmdDelete", "Delete Sequence", this))
 {
     setObjectName(Text(names.form));
     setWindowTitle(Text(names.caption));

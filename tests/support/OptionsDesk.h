@@ -14,7 +14,7 @@
 #include <QTest>
 
 /// The hands on an open options dialog. Controls are known by their names; a control's value is
-/// its text, its tick, its list position or its colour.
+/// its text, its tick or its colour; a list's is the text that is chosen.
 struct OptionsDesk {
     QWidget &form;
 
@@ -49,7 +49,7 @@ struct OptionsDesk {
         if (qobject_cast<QLineEdit *>(widget))
             Type(name, value.toString());
         else if (auto *list = qobject_cast<QComboBox *>(widget))
-            list->setCurrentIndex(value.toInt());
+            list->setCurrentText(value.toString());
         else if (auto *button = qobject_cast<QAbstractButton *>(widget))
             button->click();
     }
@@ -60,7 +60,7 @@ struct OptionsDesk {
         if (const auto *edit = qobject_cast<QLineEdit *>(widget))
             return edit->text();
         if (const auto *list = qobject_cast<QComboBox *>(widget))
-            return list->currentIndex();
+            return list->currentText();
         if (const auto *colour = qobject_cast<ColourBox *>(widget))
             return colour->Colour();
         return qobject_cast<QAbstractButton *>(widget)->isChecked();

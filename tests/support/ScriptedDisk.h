@@ -22,6 +22,15 @@ class ScriptedDisk final : public FileSystem
     qint64 vanishing = 0; ///< bytes that are said to be written, but are missing in the file
     int unfinished = 0;   ///< files beside others that exist now
 
+    /// An empty disk without faults.
+    void Reset()
+    {
+        files.clear();
+        room = Plenty;
+        failSync = failTakePlace = false;
+        vanishing = 0;
+    }
+
     Created Create(const QString &path) override
     {
         if (path == refused)
@@ -41,6 +50,7 @@ class ScriptedDisk final : public FileSystem
         return {files[path], {}};
     }
     bool Exists(const QString &path) const override { return files.contains(path); }
+    void Remove(const QString &path) override { files.remove(path); }
     QString CanonicalPath(const QString &path) const override { return path; }
 
   private:
@@ -66,6 +76,12 @@ class ScriptedDisk final : public FileSystem
         FileResult Sync() override
         {
             return m_disk.failSync ? FileResult(NoSpace()) : FileResult();
+        }
+        FileResult Check() const override
+        {
+            if (m_beside || m_disk.files.contains(m_path))
+                return {};
+            return FileFailure{false, QStringLiteral("It was deleted")};
         }
         qint64 Size() const override { return m_bytes.size() - m_disk.vanishing; }
         FileResult TakePlace() override

@@ -13,24 +13,8 @@
 #include <QToolTip>
 #include <QVBoxLayout>
 
-#include <map>
-
 /// The edit modes of the control.
 enum Mode { Ascii, Decimal, Hex, Binary };
-
-/// Keys that have short names here; all others are called as in menus.
-inline const std::map<QString, QKeyCombination> NamedKeys = {
-    {"BS", Qt::Key_Backspace},
-    {"All", Qt::CTRL | Qt::Key_A},
-    {"Copy", Qt::CTRL | Qt::Key_C},
-    {"Cut", Qt::CTRL | Qt::Key_X},
-    {"Paste", Qt::CTRL | Qt::Key_V},
-    {"Undo", Qt::CTRL | Qt::Key_Z},
-    {"Redo", Qt::CTRL | Qt::Key_Y},
-    {"Redo2", Qt::CTRL | Qt::SHIFT | Qt::Key_Z},
-    {"Enter", Qt::Key_Return},
-    {"Keypad", Qt::KeypadModifier | Qt::Key_Enter},
-    {"Ctrl+Enter", Qt::CTRL | Qt::Key_Return}};
 
 /// A shown window with the control between two other fields, and the verbs of a user.
 struct SequenceDesk {
@@ -55,7 +39,7 @@ struct SequenceDesk {
             qFatal("the window was not shown");
     }
 
-    /// Characters, and keys by their names in angle brackets.
+    /// Characters, and keys as in menus in angle brackets.
     void Type(const QString &keys)
     {
         for (qsizetype at = 0; at < keys.size(); ++at) {
@@ -64,11 +48,9 @@ struct SequenceDesk {
                 continue;
             }
             const qsizetype end = keys.indexOf(u'>', at);
-            const QString name = keys.mid(at + 1, end - at - 1);
-            const auto named = NamedKeys.find(name);
-            const QKeyCombination key = named != NamedKeys.end()
-                                            ? named->second
-                                            : QKeySequence(name, QKeySequence::PortableText)[0];
+            const QKeySequence keySequence(keys.mid(at + 1, end - at - 1),
+                                           QKeySequence::PortableText);
+            const QKeyCombination key = keySequence[0];
             QTest::keyClick(&editor, key.key(), key.keyboardModifiers());
             at = end;
         }
@@ -76,7 +58,7 @@ struct SequenceDesk {
     void PasteText(const QString &text)
     {
         QApplication::clipboard()->setText(text);
-        Type("<Paste>");
+        Type("<Ctrl+V>");
     }
     QByteArray Bytes() const { return editor.Sequence().toHex(' ').toUpper(); }
     QString Line() const { return editor.findChild<QLabel *>("lblPosition")->text(); }
