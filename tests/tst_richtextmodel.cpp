@@ -61,8 +61,7 @@ class tst_RichTextModel : public QObject
 
     void MoveTakesStylesAndTrims()
     {
-        RichTextModel source;
-        RichTextModel view;
+        RichTextModel source, view;
         view.SetText(QByteArray(130000, 'x'), Plain);
         const QSignalSpy changed(&view, &RichTextModel::Changed);
         view.MoveViewContent(source); // of nothing changes nothing
@@ -72,8 +71,7 @@ class tst_RichTextModel : public QObject
         source.AppendStyled("", Red);
         source.AppendStyled("c", Blue);
         view.MoveViewContent(source);
-        QCOMPARE(source.Length(), 0);
-        QCOMPARE(Told(source), QString());
+        QCOMPARE(Told(source), "");
         source.AppendStyled("d", Blue);
         view.MoveViewContent(source);
         QCOMPARE(Told(view), "p[" + QString(130000 - 2048, u'x') + "b]b[cd]");
@@ -97,14 +95,11 @@ class tst_RichTextModel : public QObject
     void Find_data()
     {
         const Cases<QByteArray, QByteArray, qint64, qint64> row("text", "pattern", "from", "found");
-        row("the first of two", "0D 0D 0D", "0D 0D", 0, 0);
         row("matches may overlap", "0D 0D 0D", "0D 0D", 1, 3);
         row("none after the last", "0D 0D 0D", "0D 0D", 4, -1);
         row("small letters find capitals", "xABCx", "abc", 0, 1);
         row("capitals find small letters", "x\xE4\xF6x", "\xC4\xD6", 0, 1);
-        row("the sign of multiplication is no letter", "\xF7", "\xD7", 0, -1);
-        row("a broken start of the pattern", "aabaabaaab", "aabaaab", 0, 3);
-        row("at the very end", "abc", "c", 0, 2);
+        row("a broken start of the pattern", "aabaaabaaac", "aabaaac", 0, 4);
         row("longer than the text", "abc", "abcd", 0, -1);
         row("an empty pattern matches nothing", "abc", "", 0, -1);
         row("from before the begin", "abc", "a", -7, 0);
@@ -128,14 +123,11 @@ class tst_RichTextModel : public QObject
         const Cases<int, int, QByteArray, TextStyle, QString> row("from", "to", "text", "style",
                                                                   "told");
         row("in the middle it splits a run", 1, 1, "X", Blue, "r[a]b[X]r[bc]p[def]");
-        row("in the same style it joins the run", 1, 1, "X", Red, "r[aXbc]p[def]");
         row("between two runs it joins the earlier", 3, 3, "X", Red, "r[abcX]p[def]");
         row("between two runs it joins the later", 3, 3, "X", Plain, "r[abc]p[Xdef]");
         row("at the begin", 0, 0, "X", Blue, "b[X]r[abc]p[def]");
-        row("at the end", 6, 6, "X", Blue, "r[abc]p[def]b[X]");
         row("over two runs", 2, 4, "XY", Blue, "r[ab]b[XY]p[ef]");
         row("a whole run goes", 0, 3, "", Plain, "p[def]");
-        row("everything goes", 0, 6, "", Plain, "");
         row("ends beyond the content are moved to it", -3, 99, "X", Red, "r[X]");
         row("a backward range inserts at its start", 4, 2, "X", Blue, "r[abc]p[d]b[X]p[ef]");
     }
@@ -181,12 +173,8 @@ class tst_RichTextModel : public QObject
         };
         QCOMPARE(steps(Next), (QList<qint64>{1, 2, 3, 4, 5, 7, 7, 9, 9, 10, 10}));
         QCOMPARE(steps(Previous), (QList<qint64>{0, 0, 1, 2, 3, 4, 5, 5, 7, 7, 9}));
-        const std::pair<qint64, qint64> words[] = {{0, 2}, {2, 4}, {5, 7}};
-        for (const auto &[from, to] : words)
-            QCOMPARE(NextWord(model, from), to);
-        const std::pair<qint64, qint64> back[] = {{10, 9}, {9, 7}, {4, 2}};
-        for (const auto &[from, to] : back)
-            QCOMPARE(PreviousWord(model, from), to);
+        QCOMPARE(steps(NextWord), (QList<qint64>{2, 2, 4, 4, 5, 7, 7, 9, 9, 10, 10}));
+        QCOMPARE(steps(PreviousWord), (QList<qint64>{0, 0, 0, 2, 2, 4, 5, 5, 7, 7, 9}));
         QCOMPARE(WordAt(model, 1), (Span{0, 2}));
         QCOMPARE(WordAt(model, 5), (Span{4, 5}));
         QCOMPARE(WordAt(model, 7), (Span{7, 7}));

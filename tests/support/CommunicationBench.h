@@ -6,11 +6,11 @@
 #include "comm/CommunicationViews.h"
 #include "comm/MdCommunication.h"
 #include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
 #include "support/FixedClock.h"
 #include "support/RecordingLog.h"
 #include "support/ScriptedPort.h"
 #include "support/ScriptedPrompts.h"
+#include "support/WatchSequence.h"
 
 /// Communication with scripted ports, and what it told the window.
 class CommunicationBench
@@ -42,21 +42,9 @@ class CommunicationBench
         communication.OpenPorts();
     }
 
-    /// A receive sequence; with an answer if one is given.
-    void Watch(const QByteArray &sequence, const QByteArray &comment,
-               const QByteArray &answer = QByteArray())
+    void Watch(const QByteArray &sequence, const QByteArray &comment, const QByteArray &answer = {})
     {
-        const int index = tables.ReceiveCount();
-        tables.EditReceive(index).Sequence = sequence;
-        tables.EditReceive(index).Comment = comment;
-        tables.SetReceiveCount(index + 1);
-        if (answer.isEmpty())
-            return;
-        tables.EditSend(tables.SendCount()).Name = "answer";
-        tables.EditSend(tables.SendCount()).Sequence = answer;
-        tables.SetSendCount(tables.SendCount() + 1);
-        tables.EditReceive(index).Answer = qint16(tables.SendCount());
-        tables.RefreshAnswerName(index);
+        WatchSequence(tables, sequence, comment, answer);
     }
 
     /// What is staged in ASCII, in runs of equal style: "0:" and "1:" for the directions, "c:"

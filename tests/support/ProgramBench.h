@@ -12,6 +12,7 @@
 #include "support/OptionsDesk.h"
 #include "support/RecordingShell.h"
 #include "support/ScriptedPrompts.h"
+#include "support/WatchSequence.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -34,8 +35,8 @@ class ProgramBench
     bool stuck = false; ///< a goal was not met in time
 
     struct Step {
-        std::function<void()> act;
-        std::function<bool()> goal;
+        std::function<void()> act = [] {};
+        std::function<bool()> goal = [] { return true; };
     };
 
     /// Runs the program through the steps, then closes its window. Returns the exit status.
@@ -79,6 +80,11 @@ class ProgramBench
     {
         return View(r).Bytes().toByteArray();
     }
+    /// Waits until the ports are open.
+    Step Started()
+    {
+        return {.goal = [this] { return Running(); }};
+    }
     bool Running() { return program->Communication().Running(); }
 
     /// Opens the options and acts in them; a dialog that is then still open is cancelled.
@@ -95,15 +101,6 @@ class ProgramBench
 
     void Watch(const QByteArray &sequence, const QByteArray &comment, const QByteArray &answer)
     {
-        MdSequenceEdition &tables = program->Sequences();
-        const int index = tables.ReceiveCount();
-        tables.EditSend(index).Name = "answer";
-        tables.EditSend(index).Sequence = answer;
-        tables.SetSendCount(index + 1);
-        tables.EditReceive(index).Sequence = sequence;
-        tables.EditReceive(index).Comment = comment;
-        tables.EditReceive(index).Answer = qint16(index + 1);
-        tables.SetReceiveCount(index + 1);
-        tables.RefreshAnswerName(index);
+        WatchSequence(program->Sequences(), sequence, comment, answer);
     }
 };
