@@ -235,6 +235,43 @@ class tst_program : public QObject
         }
     }
 
+    void TheLogHasItsButtonsAndItsEnd()
+    {
+        const QTemporaryDir folder;
+        PtyPair lineA;
+        ProgramBench bench;
+        bench.AssignPort(1, lineA.DeviceName());
+        bench.line.start = true;
+        bench.prompts.chosen = {folder.filePath("a.txt"), folder.filePath("b.txt")};
+        QString enabled;
+        const auto press = [&](int button) {
+            bench.program->Window()->ToolbarButton(button)->trigger();
+            for (const int each : {19, 20})
+                enabled += bench.program->Window()->ToolbarButton(each)->isEnabled() ? 'e' : '-';
+        };
+        const auto logAndWrite = [&] {
+            press(19);
+            lineA.Write("logged");
+        };
+        const auto endInTheBoxBeforeTheOptions = [&] {
+            press(19);
+            QFile::remove(folder.filePath("b_asc.txt"));
+            bench.prompts.whileStanding = [&] { bench.program->CloseUnasked(); };
+            bench.program->Execute(Command::Options); // comes back, and shows nothing
+        };
+        const int status =
+            bench.Run({bench.Started(),
+                       {logAndWrite, [&] { return bench.Shown().contains("logged"); }},
+                       {[&] { press(20); }},
+                       {endInTheBoxBeforeTheOptions}});
+        QCOMPARE(status, 1);
+        QCOMPARE(enabled, "-ee--e");
+        QCOMPARE(bench.prompts.shown.size(), 1);
+        QVERIFY(bench.prompts.shown[0].text.startsWith("Error while closing a log file - "));
+        QFile log(folder.filePath("a_asc.txt"));
+        QVERIFY(log.open(QIODevice::ReadOnly) && log.readAll() == "logged");
+    }
+
     void TheRunsOwnSettingsAreNotStored()
     {
         PtyPair lineA;

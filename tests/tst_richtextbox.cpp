@@ -283,6 +283,7 @@ class tst_RichTextBox : public QObject
         desk.box.setFocus();
         QTest::keyRelease(&desk.box, Qt::Key_Home);
         QTest::keyRelease(&desk.box, Qt::Key_Escape);
+        desk.Keys({Qt::Key_F3});
         desk.Drop({});
         QVERIFY(released.isEmpty());
     }
