@@ -67,13 +67,9 @@ void tst_about::TheBoxNamesVersionAndLinks()
     box.ShowSystemInformation = [&] { asked = true; };
     box.show();
     QCOMPARE(box.windowTitle(), QString("About Serimonde"));
-    const QList<QPair<const char *, const char *>> texts = {
-        {"lblTitle", "Serimonde"},
-        {"lblVersion", "Version 1.2.3"},
-        {"lblDescription", "A development tool for serial communication protocols."},
-        {"labSendEMailTo", "E-Mail to:"},
-        {"labEmail", "help@maker.test"},
-        {"labWeb", "https://maker.test/"}};
+    const QList<QPair<const char *, const char *>> texts = {{"lblVersion", "Version 1.2.3"},
+                                                            {"labEmail", "help@maker.test"},
+                                                            {"labWeb", "https://maker.test/"}};
     for (const auto &[name, text] : texts)
         QCOMPARE(box.findChild<QLabel *>(name)->text(), QString(text));
 

@@ -102,17 +102,11 @@ class tst_help : public QObject
     void LinksLeadOutside_data();
     void LinksLeadOutside();
     void NoPageIsMissing();
-    void TheWindowGoesWithTheProgram();
 };
 
 void tst_help::HelpThatCannotBeShown_data()
 {
-    QTest::addColumn<std::function<void(const QString &)>>("spoil");
-    QTest::addColumn<QString>("cause");
-    using Spoil = std::function<void(const QString &)>;
-    const auto row = [](const char *name, const QString &cause, const Spoil &spoil) {
-        QTest::newRow(name) << spoil << cause;
-    };
+    const Cases<QString, std::function<void(const QString &)>> row("cause", "spoil");
     const auto halve = [](auto &path) { QFile::resize(path, QFileInfo(path).size() / 2); };
     row("missing", "No such file or directory.", [](auto &path) { QFile::remove(path); });
     row("another kind of file", "", [](auto &path) { Write(path, "What is this?"); });
@@ -160,38 +154,31 @@ void tst_help::TheCommandsOpenTheirPanes()
 {
     const SmallHelp small;
     ProgramBench bench;
-    QString page;
-    QList<int> panes;
-    bool caretInField = false;
-    QStringList contents;
     QString usualFile;
     const auto choose = [&](const char *entry) {
         if (usualFile.isEmpty())
             usualFile = bench.program->Help().File();
         bench.program->Help().SetFile(small.path);
         bench.program->Window()->findChild<QAction *>(entry)->trigger();
+    };
+    const auto shows = [&](int pane, const char *focus) {
         const frmHelp *window = bench.program->Help().Window();
-        panes << window->findChild<QTabWidget *>("tbsPanes")->currentIndex();
-        page = window->findChild<HelpBrowser *>("txtPage")->source().toString();
-        caretInField = window->focusWidget()->objectName() == "txtKeyword";
-        return window->isVisible();
-    };
-    const auto tree = [&] {
-        const auto *list =
-            bench.program->Help().Window()->findChild<QHelpContentWidget *>("lstContents");
+        const auto *list = window->findChild<QHelpContentWidget *>("lstContents");
         const QModelIndex first = list->model()->index(0, 0);
-        contents = {first.data().toString(), list->model()->index(0, 0, first).data().toString()};
-        return first.isValid() && list->currentIndex() == first;
+        return window->isVisible() && window->focusWidget()->objectName() == focus &&
+               window->findChild<QTabWidget *>("tbsPanes")->currentIndex() == pane &&
+               window->findChild<HelpBrowser *>("txtPage")->source().fileName() == "index.html" &&
+               list->currentIndex() == first && first.data() == "Start" &&
+               list->model()->index(0, 0, first).data() == "Window";
     };
-    bench.Run({{[&] { QVERIFY(choose("mnuHelpContents")); }, tree},
-               {[&] { QVERIFY(choose("mnuHelpSearchForHelpOn")); }, [] { return true; }}});
-    QVERIFY(!bench.stuck);
+    QCOMPARE(
+        bench.Run(
+            {{[&] { choose("mnuHelpContents"); }, [&] { return shows(0, "lstContents"); }},
+             {[&] { choose("mnuHelpSearchForHelpOn"); }, [&] { return shows(1, "txtKeyword"); }}}),
+        0);
+    QVERIFY(!bench.stuck && bench.prompts.shown.isEmpty());
+    QVERIFY(!bench.program->Help().Window()->isVisible()); // it goes with the program
     QCOMPARE(usualFile, QCoreApplication::applicationDirPath() + "/serimonde.hlp");
-    QCOMPARE(panes, QList({0, 1}));
-    QCOMPARE(page, QString("qthelp://small.help/doc/index.html"));
-    QVERIFY(caretInField);
-    QCOMPARE(contents, QStringList({"Start", "Window"}));
-    QVERIFY(bench.prompts.shown.isEmpty());
 }
 
 void tst_help::TheKeyOpensThePageOfItsForm_data()
@@ -366,19 +353,6 @@ void tst_help::NoPageIsMissing()
     QFile project(SERIMONDE_HELP_PROJECT);
     QVERIFY(project.open(QIODevice::ReadOnly));
     everyLinkLeads(pages.first(), project.readAll());
-}
-
-void tst_help::TheWindowGoesWithTheProgram()
-{
-    const SmallHelp small;
-    ProgramBench bench;
-    const auto help = [&] {
-        bench.program->Help().SetFile(small.path);
-        bench.program->Execute(Command::HelpContents);
-    };
-    QCOMPARE(bench.Run({{help, [&] { return bench.program->Help().Window()->isVisible(); }}}), 0);
-    QVERIFY(!bench.stuck);
-    QVERIFY(!bench.program->Help().Window()->isVisible());
 }
 
 QTEST_MAIN(tst_help)
