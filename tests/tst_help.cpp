@@ -109,7 +109,6 @@ void tst_help::HelpThatCannotBeShown_data()
     const Cases<QString, std::function<void(const QString &)>> row("cause", "spoil");
     const auto halve = [](auto &path) { QFile::resize(path, QFileInfo(path).size() / 2); };
     row("missing", "No such file or directory.", [](auto &path) { QFile::remove(path); });
-    row("another kind of file", "", [](auto &path) { Write(path, "What is this?"); });
     row("the half of it", "", halve);
     row("a page that cannot be unpacked", "The file is damaged.", [](const QString &path) {
         QFile file(path);
