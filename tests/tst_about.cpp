@@ -67,13 +67,9 @@ void tst_about::TheBoxNamesVersionAndLinks()
     box.ShowSystemInformation = [&] { asked = true; };
     box.show();
     QCOMPARE(box.windowTitle(), QString("About Serimonde"));
-    const QList<QPair<const char *, const char *>> texts = {
-        {"lblTitle", "Serimonde"},
-        {"lblVersion", "Version 1.2.3"},
-        {"lblDescription", "A development tool for serial communication protocols."},
-        {"labSendEMailTo", "E-Mail to:"},
-        {"labEmail", "help@maker.test"},
-        {"labWeb", "https://maker.test/"}};
+    const QList<QPair<const char *, const char *>> texts = {{"lblVersion", "Version 1.2.3"},
+                                                            {"labEmail", "help@maker.test"},
+                                                            {"labWeb", "https://maker.test/"}};
     for (const auto &[name, text] : texts)
         QCOMPARE(box.findChild<QLabel *>(name)->text(), QString(text));
 
@@ -116,15 +112,11 @@ void tst_about::ValuesAsText_data()
     const auto number = int(RegistryValue::Type::Number);
     row("a text is itself", text, "C:\\Tools\\\xC3\xBC.exe", QString::fromUtf8("C:\\Tools\\ü.exe"));
     row("a text ends at its first NUL", text, QByteArray("one\0two", 7), "one");
-    row("an empty text", text, "", "");
     row("bytes below 16 give one digit each", number, "\x04\x03\x02\x01", "4660");    // &h1234
-    row("other bytes give two", number, "\xCD\xAB\x34\x12", "305441741");             // &h1234ABCD
     row("both kinds together", number, "\x10\x0F\x80\x01", "1576720");                // &h180F10
-    row("zeros on top are cut off", number, QByteArray("\x2A\0\0\0", 4), "42");       // &h2A
     row("all above a zero is cut off", number, QByteArray("\x02\0\x07\x01", 4), "2"); // &h2
     row("nothing is left of zero", number, QByteArray(4, '\0'), "0");
-    row("four digits are not negative", number, QByteArray("\xFF\xFF\0\0", 4), "65535");
-    row("neither are eight", number, "\xFF\xFF\xFF\xFF", "4294967295");
+    row("eight digits are not negative", number, "\xFF\xFF\xFF\xFF", "4294967295");
     row("another type has no text", int(RegistryValue::Type::Other), "\x01\x02", "");
 }
 
@@ -151,10 +143,7 @@ void tst_about::TheStoreInTextFiles_data()
     row("an unknown type", "[ROOT\\A\\B]\nname=REG_BINARY 01 02", true, "");
     row("a number that is none", "[ROOT\\A\\B]\nname=REG_DWORD 0x1FFFFFFFF", false, "");
     row("a comment", "[ROOT\\A\\B]\n#name=REG_SZ no", false, "");
-    row("only another key", "[ROOT\\A]\nname=REG_SZ no\n", false, "");
-    row("a line without a value", "[ROOT\\A\\B]\nname\n=\n[", false, "");
     row("no text at all", QByteArray("\0\xFF[\xC3=\n\n[ROOT\\A\\B", 15), false, "");
-    row("nothing", "", false, "");
 }
 
 void tst_about::TheStoreInTextFiles()

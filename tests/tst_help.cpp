@@ -5,6 +5,7 @@
 #include "help/HelpFile.h"
 #include "help/HelpPages.h"
 #include "help/frmHelp.h"
+#include "platform/QtPrompts.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 
@@ -14,13 +15,16 @@
 #include <QHelpEngine>
 #include <QHelpIndexWidget>
 #include <QLineEdit>
+#include <QPrintDialog>
 #include <QProcess>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextStream>
 #include <QWindow>
+
+#include <memory>
 
 namespace
 {
@@ -34,7 +38,8 @@ void Write(const QString &path, const QByteArray &content)
     file.write(content);
 }
 
-/// A help of three pages; two of its keywords begin alike, and one stands for two pages.
+/// A help of a few pages, each a link to another; two of its keywords begin alike, and one stands
+/// for two pages.
 class SmallHelp
 {
     QTemporaryDir m_folder;
@@ -44,9 +49,10 @@ class SmallHelp
 
     SmallHelp()
     {
-        for (const char *page : {"index", "window", "sequences"})
-            Write(m_folder.filePath(page) + ".html",
-                  QByteArray("<title>") + page + "</title><p>" + QByteArray(1000, 'x') + "</p>");
+        for (const char *page : {"index", "window", "sequences", "logging", "printing"})
+            Write(m_folder.filePath(page) + ".html", QByteArray("<title>") + page +
+                                                         "</title><p><a href=\"window.html#end\">" +
+                                                         QByteArray(1000, 'x') + "</a></p>");
         Write(m_folder.filePath("small.qhp"), R"(<QtHelpProject version="1.0">
             <namespace>small.help</namespace><virtualFolder>doc</virtualFolder><filterSection>
             <toc><section title="Start" ref="index.html">
@@ -90,32 +96,20 @@ class tst_help : public QObject
     void TheCommandsOpenTheirPanes();
     void TheKeyOpensThePageOfItsForm_data();
     void TheKeyOpensThePageOfItsForm();
-    void TheWindowCanBeUsedBesideAModalDialog();
+    void TheKeyWorksWhereAFileIsChosen();
+    void TheWindowCanBeUsedBesideModalDialogs();
     void TheIndexIsSearched();
     void LinksLeadOutside_data();
     void LinksLeadOutside();
     void NoPageIsMissing();
-    void TheWindowGoesWithTheProgram();
 };
 
 void tst_help::HelpThatCannotBeShown_data()
 {
-    QTest::addColumn<std::function<void(const QString &)>>("spoil");
-    QTest::addColumn<QString>("cause");
-    using Spoil = std::function<void(const QString &)>;
-    const auto row = [](const char *name, const QString &cause, const Spoil &spoil) {
-        QTest::newRow(name) << spoil << cause;
-    };
-    const auto keep = [](const QString &path, int quarters) {
-        QFile file(path);
-        file.resize(file.size() * quarters / 4);
-    };
+    const Cases<QString, std::function<void(const QString &)>> row("cause", "spoil");
+    const auto halve = [](auto &path) { QFile::resize(path, QFileInfo(path).size() / 2); };
     row("missing", "No such file or directory.", [](auto &path) { QFile::remove(path); });
-    row("empty", "", [&](auto &path) { keep(path, 0); });
-    row("another kind of file", "", [](auto &path) { Write(path, "What is this?"); });
-    row("a quarter of it", "", [=](auto &path) { keep(path, 1); });
-    row("half of it", "", [=](auto &path) { keep(path, 2); });
-    row("three quarters of it", "", [=](auto &path) { keep(path, 3); });
+    row("the half of it", "", halve);
     row("a page that cannot be unpacked", "The file is damaged.", [](const QString &path) {
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadWrite));
@@ -159,38 +153,31 @@ void tst_help::TheCommandsOpenTheirPanes()
 {
     const SmallHelp small;
     ProgramBench bench;
-    QString page;
-    QList<int> panes;
-    bool caretInField = false;
-    QStringList contents;
     QString usualFile;
     const auto choose = [&](const char *entry) {
         if (usualFile.isEmpty())
             usualFile = bench.program->Help().File();
         bench.program->Help().SetFile(small.path);
         bench.program->Window()->findChild<QAction *>(entry)->trigger();
+    };
+    const auto shows = [&](int pane, const char *focus) {
         const frmHelp *window = bench.program->Help().Window();
-        panes << window->findChild<QTabWidget *>("tbsPanes")->currentIndex();
-        page = window->findChild<HelpBrowser *>("txtPage")->source().toString();
-        caretInField = window->focusWidget()->objectName() == "txtKeyword";
-        return window->isVisible();
-    };
-    const auto tree = [&] {
-        const auto *list =
-            bench.program->Help().Window()->findChild<QHelpContentWidget *>("lstContents");
+        const auto *list = window->findChild<QHelpContentWidget *>("lstContents");
         const QModelIndex first = list->model()->index(0, 0);
-        contents = {first.data().toString(), list->model()->index(0, 0, first).data().toString()};
-        return first.isValid() && list->currentIndex() == first;
+        return window->isVisible() && window->focusWidget()->objectName() == focus &&
+               window->findChild<QTabWidget *>("tbsPanes")->currentIndex() == pane &&
+               window->findChild<HelpBrowser *>("txtPage")->source().fileName() == "index.html" &&
+               list->currentIndex() == first && first.data() == "Start" &&
+               list->model()->index(0, 0, first).data() == "Window";
     };
-    bench.Run({{[&] { QVERIFY(choose("mnuHelpContents")); }, tree},
-               {[&] { QVERIFY(choose("mnuHelpSearchForHelpOn")); }, [] { return true; }}});
-    QVERIFY(!bench.stuck);
+    QCOMPARE(
+        bench.Run(
+            {{[&] { choose("mnuHelpContents"); }, [&] { return shows(0, "lstContents"); }},
+             {[&] { choose("mnuHelpSearchForHelpOn"); }, [&] { return shows(1, "txtKeyword"); }}}),
+        0);
+    QVERIFY(!bench.stuck && bench.prompts.shown.isEmpty());
+    QVERIFY(!bench.program->Help().Window()->isVisible()); // it goes with the program
     QCOMPARE(usualFile, QCoreApplication::applicationDirPath() + "/serimonde.hlp");
-    QCOMPARE(panes, QList({0, 1}));
-    QCOMPARE(page, QString("qthelp://small.help/doc/index.html"));
-    QVERIFY(caretInField);
-    QCOMPARE(contents, QStringList({"Start", "Window"}));
-    QVERIFY(bench.prompts.shown.isEmpty());
 }
 
 void tst_help::TheKeyOpensThePageOfItsForm_data()
@@ -201,6 +188,7 @@ void tst_help::TheKeyOpensThePageOfItsForm_data()
     row("the nearest form decides", "frmEditAction", "frmMain", "sequences.html");
     row("an unknown form", "frmUnknown", "", "index.html");
     row("a form whose page is missing", "frmAbout", "frmMain", "index.html");
+    row("a dialog of the toolkit", "QPrintDialog", "frmMain", "printing.html");
 }
 
 void tst_help::TheKeyOpensThePageOfItsForm()
@@ -212,10 +200,11 @@ void tst_help::TheKeyOpensThePageOfItsForm()
     const HelpBench bench(small.path);
     QWidget window;
     window.setObjectName(owner);
-    QDialog dialog(&window);
-    dialog.setObjectName(form);
-    QLineEdit field(&dialog);
-    dialog.show();
+    const std::unique_ptr<QDialog> dialog(form == "QPrintDialog" ? new QPrintDialog(&window)
+                                                                 : new QDialog(&window));
+    dialog->setObjectName(form);
+    QLineEdit field(dialog.get());
+    dialog->show();
     QTest::keyClick(&field, Qt::Key_F1, Qt::ShiftModifier);
     QVERIFY(!bench.help.Window());
     QTest::keyClick(&field, Qt::Key_F1);
@@ -223,35 +212,60 @@ void tst_help::TheKeyOpensThePageOfItsForm()
     QCOMPARE(bench.Page(), "qthelp://small.help/doc/" + page);
 }
 
-void tst_help::TheWindowCanBeUsedBesideAModalDialog()
+void tst_help::TheKeyWorksWhereAFileIsChosen()
+{
+    const SmallHelp small;
+    const HelpBench bench(small.path);
+    QTextStream errors(stderr);
+    QtPrompts prompts(errors);
+    QTimer::singleShot(0, qApp, [] {
+        QWidget *dialog = QApplication::activeModalWidget();
+        QTest::keyClick(dialog, Qt::Key_F1);
+        dialog->close();
+    });
+    prompts.ChooseFile({.dialog = "dlgLogFile", .title = "", .filter = "", .folder = "."});
+    QCOMPARE(bench.Page(), QString("qthelp://small.help/doc/logging.html"));
+}
+
+void tst_help::TheWindowCanBeUsedBesideModalDialogs()
 {
     const SmallHelp small;
     HelpBench bench(small.path);
     bench.help.ShowContents();
-    const QTabWidget *panes = bench.Find<QTabWidget>("tbsPanes");
-    const auto clickOnIndexTab = [&] {
+    QTabWidget *panes = bench.Find<QTabWidget>("tbsPanes");
+    const auto canBeUsed = [&] {
+        panes->setCurrentIndex(0);
         const QTabBar *bar = panes->tabBar();
         const QPoint place = bar->mapTo(bench.help.Window(), bar->tabRect(1).center());
         QTest::mouseClick(bench.help.Window()->windowHandle(), Qt::LeftButton, {}, place);
+        return panes->currentIndex() == 1 && bench.help.Window()->isVisible();
     };
-    {
-        QDialog dialog;
-        dialog.setObjectName("frmEditAction");
+    const auto open = [](QDialog &dialog) {
         dialog.setModal(true);
         dialog.show();
-        clickOnIndexTab();
-        QCOMPARE(panes->currentIndex(), 0); // the dialog keeps it from being used
-        QTest::keyClick(&dialog, Qt::Key_F1);
-        clickOnIndexTab();
-        QCOMPARE(panes->currentIndex(), 1);
-        QTest::keyClick(bench.help.Window(), Qt::Key_Escape);
-        QVERIFY(!bench.help.Window()->isVisible() && dialog.isVisible());
-        QTest::keyClick(&dialog, Qt::Key_F1);
+    };
+    QDialog outer;
+    open(outer);
+    QTRY_VERIFY(canBeUsed());
+    for (const bool asked : {true, false}) {
+        QDialog inner(&outer);
+        open(inner);
+        QTRY_VERIFY(canBeUsed());
+        if (asked)
+            QTest::keyClick(&inner, Qt::Key_F1);
+        inner.close();
+        QTRY_VERIFY(canBeUsed());
     }
-    QVERIFY(bench.help.Window()->isVisible());
-    bench.help.ShowContents();
-    clickOnIndexTab();
-    QCOMPARE(panes->currentIndex(), 1);
+    QDialog own(bench.help.Window());
+    open(own);
+    QTest::keyClick(&own, Qt::Key_F1);
+    QCoreApplication::processEvents();
+    QVERIFY(!canBeUsed()); // it belongs to the help
+    own.close();
+    QTRY_VERIFY(canBeUsed());
+    QTRY_VERIFY(bench.help.Window()->isActiveWindow());
+    QTest::keyClick(bench.help.Window(), Qt::Key_Escape);
+    QVERIFY(!bench.help.Window()->isVisible() && outer.isVisible());
 }
 
 void tst_help::TheIndexIsSearched()
@@ -284,7 +298,7 @@ void tst_help::TheIndexIsSearched()
 void tst_help::LinksLeadOutside_data()
 {
     const Cases<QString, QStringList, QString> row("link", "opened", "page");
-    row("a page", "qthelp://small.help/doc/window.html", {}, "window.html");
+    row("a page", "", {}, "window.html#end"); // as the text of the first page has it
     row("a web site", "https://a.test/?b=c", {"https://a.test/?b=c"}, "index.html");
     row("mail", "mailto:a@b.test", {"mailto:a@b.test"}, "index.html");
     row("a file of the computer", "file:///etc/passwd", {}, "index.html");
@@ -301,9 +315,13 @@ void tst_help::LinksLeadOutside()
     bench.help.ShowContents();
     const auto *contents = bench.Find<QHelpContentWidget>("lstContents");
     QTRY_COMPARE(contents->currentIndex().data().toString(), QString("Start"));
-    Q_EMIT bench.Browser()->anchorClicked(link);
+    if (link.isEmpty())
+        QTest::mouseClick(bench.Browser()->viewport(), Qt::LeftButton, {},
+                          bench.Browser()->viewport()->rect().center() / 8);
+    else
+        Q_EMIT bench.Browser()->anchorClicked(link);
     QCOMPARE(contents->currentIndex().data().toString(),
-             QString(page == "window.html" ? "Window" : "Start"));
+             QString(link.isEmpty() ? "Window" : "Start"));
     QCOMPARE(bench.shell.opened, opened);
     QCOMPARE(bench.prompts.shown.size(), opened.size());
     QCOMPARE(bench.Page(), "qthelp://small.help/doc/" + page);
@@ -315,33 +333,25 @@ void tst_help::NoPageIsMissing()
     QCOMPARE(file.Open(RealFile), QString());
     for (const HelpPages::Row &row : HelpPages::Table())
         QVERIFY2(file.Page(row.page).path().endsWith(row.page), row.page);
-    static const QRegularExpression link("(?:href|src)=\"([^\"#:]+)(?:#[^\"]*)?\"");
+    static const QRegularExpression link("(?:href|src|ref)=\"([^\":]+)\"");
     const QList<QUrl> pages = file.Engine().files("org.serimonde.help", QString(), "html");
     QVERIFY(!pages.isEmpty());
-    for (const QUrl &page : pages) {
-        auto links = link.globalMatch(QString::fromUtf8(file.Read(page)));
+    const auto everyLinkLeads = [&](const QUrl &page, const QByteArray &text) {
+        auto links = link.globalMatch(QString::fromUtf8(text));
         while (links.hasNext()) {
             const QUrl target = page.resolved(QUrl(links.next().captured(1)));
-            QVERIFY2(!file.Read(target).isEmpty(), qPrintable(page.path() + target.path()));
+            const QString place = target.fragment();
+            const QByteArray content = file.Read(target);
+            QVERIFY2(!content.isEmpty(), qPrintable(page.path() + target.path()));
+            QVERIFY2(place.isEmpty() || content.contains("id=\"" + place.toUtf8() + '"'),
+                     qPrintable(page.path() + place));
         }
-    }
-    QSignalSpy created(file.Engine().indexModel(), &QHelpIndexModel::indexCreated);
-    QVERIFY(created.wait());
-    for (const QString &keyword : file.Engine().indexModel()->stringList())
-        QVERIFY2(!file.PagesAbout(keyword).isEmpty(), qPrintable(keyword));
-}
-
-void tst_help::TheWindowGoesWithTheProgram()
-{
-    const SmallHelp small;
-    ProgramBench bench;
-    const auto help = [&] {
-        bench.program->Help().SetFile(small.path);
-        bench.program->Execute(Command::HelpContents);
     };
-    QCOMPARE(bench.Run({{help, [&] { return bench.program->Help().Window()->isVisible(); }}}), 0);
-    QVERIFY(!bench.stuck);
-    QVERIFY(!bench.program->Help().Window()->isVisible());
+    for (const QUrl &page : pages)
+        everyLinkLeads(page, file.Read(page));
+    QFile project(SERIMONDE_HELP_PROJECT);
+    QVERIFY(project.open(QIODevice::ReadOnly));
+    everyLinkLeads(pages.first(), project.readAll());
 }
 
 QTEST_MAIN(tst_help)

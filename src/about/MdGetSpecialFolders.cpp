@@ -3,17 +3,13 @@
 
 #include "about/MdGetSpecialFolders.h"
 
+#include "platform/RootFolder.h"
+
 #include <QDir>
 #include <QStandardPaths>
 
 namespace
 {
-
-#ifdef Q_OS_WIN
-const QString NoFolder = QStringLiteral("C:\\");
-#else
-const QString NoFolder = QStringLiteral("/");
-#endif
 
 QString WithSeparator(const QString &path)
 {
@@ -25,8 +21,8 @@ QString WithSeparator(const QString &path)
 
 QString SpecialFolderBelow(const QString &documents, const QString &subFolder)
 {
-    QString folder =
-        WithSeparator(WithSeparator(documents.isEmpty() ? NoFolder : documents) + subFolder);
+    const QString above = documents.isEmpty() ? RootFolder() : documents;
+    QString folder = WithSeparator(WithSeparator(above) + subFolder);
     QDir().mkpath(folder);
     return folder;
 }

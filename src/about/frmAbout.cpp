@@ -6,7 +6,6 @@
 #include "controls/ClickLabel.h"
 #include "controls/NamedButton.h"
 #include "platform/Shell.h"
-#include "platform/UserPrompts.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
@@ -87,17 +86,9 @@ QWidget *frmAbout::MakeLink(const char *name, const QString &text, const QString
     label->setTextFormat(Qt::PlainText);
     label->setMinimumWidth(label->sizeHint().width());
     label->MakeLink();
-    connect(label, &ClickLabel::Clicked, this, [this, link] { Follow(link); });
+    connect(label, &ClickLabel::Clicked, this,
+            [this, link] { FollowLink(m_shell, m_prompts, link); });
     return label;
-}
-
-void frmAbout::Follow(const QString &link)
-{
-    const QString fault = m_shell.Open(link);
-    if (!fault.isEmpty()) {
-        m_prompts.ShowMessage(
-            CriticalMessage(QStringLiteral("%1 could not be opened. ").arg(link) + fault));
-    }
 }
 
 void frmAbout::MakeCredits(QVBoxLayout *page)

@@ -36,7 +36,6 @@ class frmAbout final : public QDialog
     void MakeButtons(QVBoxLayout *page);
 
     QWidget *MakeLink(const char *name, const QString &text, const QString &link);
-    void Follow(const QString &link);
 
     Shell &m_shell;
     UserPrompts &m_prompts;

@@ -113,7 +113,8 @@ constexpr std::array OptionRows = {
     OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter},
     OptionRow{"screenshot", "FILE", "write a PNG of the window just before closing",
               ApplyScreenshot},
-    OptionRow{"demo", nullptr, "attach the simulated instrument", ApplyFlag<&CommandLine::demo>},
+    OptionRow{"demo", nullptr, "attach the simulated instrument and start",
+              ApplyFlag<&CommandLine::demo>},
     OptionRow{"help", nullptr, "show this text", ApplyHelp},
     OptionRow{"version", nullptr, "show the version", ApplyVersion},
 };

@@ -21,6 +21,7 @@ namespace
 {
 
 const QString Extension = QStringLiteral(".sqx");
+const QString DialogName = QStringLiteral("dlgProjectFile");
 const QString Filter = QStringLiteral("Serimonde Project Files (*.sqx)|*.sqx");
 
 } // namespace
@@ -53,6 +54,7 @@ void MdProject::OpenProject()
     if (!AskSaveChanges())
         return;
     const QString path = m_parts.prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Open,
+                                                     .dialog = DialogName,
                                                      .title = QStringLiteral("Open Project"),
                                                      .filter = Filter,
                                                      .folder = StartFolder()});
@@ -127,6 +129,7 @@ bool MdProject::SaveProjectAs()
 QString MdProject::ChooseTarget()
 {
     FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
+                                 .dialog = DialogName,
                                  .title = QStringLiteral("Save Project"),
                                  .filter = Filter,
                                  .folder = StartFolder()};

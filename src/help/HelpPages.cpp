@@ -22,9 +22,9 @@ constexpr std::array<Row, 10> Rows = {{
     {"frmOptions", "options.html"},
     {"frmDevices", "ports.html"},
     {"frmAbout", "about.html"},
+    {"dlgProjectFile", "projects.html"},
+    {"dlgLogFile", "logging.html"},
     {"QAbstractPrintDialog", "printing.html"},
-    {"QPageSetupDialog", "printing.html"},
-    {"QPrintPreviewDialog", "printing.html"},
 }};
 
 } // namespace

@@ -46,7 +46,7 @@ void MdHelp::ShowContents()
 {
     if (frmHelp *window = OpenedWindow()) {
         window->ShowContents();
-        window->BringUp(QApplication::activeModalWidget());
+        window->BringUp();
     }
 }
 
@@ -54,7 +54,7 @@ void MdHelp::ShowSearch()
 {
     if (frmHelp *window = OpenedWindow()) {
         window->ShowIndex();
-        window->BringUp(QApplication::activeModalWidget());
+        window->BringUp();
     }
 }
 
@@ -62,7 +62,7 @@ void MdHelp::ShowPageOf(const QWidget *widget)
 {
     if (frmHelp *window = OpenedWindow()) {
         window->ShowPage(QString::fromLatin1(HelpPages::PageOf(widget)));
-        window->BringUp(QApplication::activeModalWidget());
+        window->BringUp();
     }
 }
 

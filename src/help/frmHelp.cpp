@@ -6,10 +6,9 @@
 #include "help/HelpBrowser.h"
 #include "help/HelpFile.h"
 #include "platform/Shell.h"
-#include "platform/UserPrompts.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QHelpContentWidget>
 #include <QHelpEngine>
 #include <QHelpIndexWidget>
@@ -34,6 +33,8 @@ constexpr int PanesWidth = 260;
 constexpr int ContentsPane = 0;
 constexpr int IndexPane = 1;
 
+constexpr auto LaterOnce = Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection);
+
 /// What a link may lead to outside the help.
 const QStringList OutsideSchemes = {QStringLiteral("http"), QStringLiteral("https"),
                                     QStringLiteral("mailto")};
@@ -55,14 +56,25 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
     setWindowIcon(QIcon(QStringLiteral(":/icons/serimonde.svg")));
     resize(UsualSize.boundedTo(screen()->availableSize()));
     MakeBrowser();
+    MakeContents();
+    MakePanes();
+    Arrange();
+    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
+}
 
+void frmHelp::MakeContents()
+{
     m_contents->setObjectName(QStringLiteral("lstContents"));
     m_contents->setAccessibleName(QStringLiteral("Contents"));
     connect(m_contents, &QHelpContentWidget::linkActivated, this, &frmHelp::Follow);
-    connect(file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this] {
+    connect(m_file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this] {
         m_contents->expandToDepth(0);
         SelectInContents(txtPage->source());
     });
+}
+
+void frmHelp::MakePanes()
+{
     tbsPanes->setObjectName(QStringLiteral("tbsPanes"));
     tbsPanes->addTab(m_contents, QStringLiteral("&Contents"));
     tbsPanes->addTab(MakeIndexPane(), QStringLiteral("&Index"));
@@ -70,7 +82,10 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
         if (pane == IndexPane)
             ShowIndex();
     });
+}
 
+void frmHelp::Arrange()
+{
     auto *splitter = new QSplitter;
     splitter->addWidget(tbsPanes);
     splitter->addWidget(txtPage);
@@ -82,7 +97,6 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
     page->setSpacing(0);
     page->addWidget(MakeToolbar());
     page->addWidget(splitter, 1);
-    connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
 void frmHelp::MakeBrowser()
@@ -164,6 +178,10 @@ bool frmHelp::eventFilter(QObject *watched, QEvent *event)
             key == Qt::Key_PageDown)
             return QCoreApplication::sendEvent(m_index, event);
     }
+    if (watched == windowHandle() && event->type() == QEvent::WindowBlocked) {
+        // The dialog is not yet, or not any more, among the modal ones while this is told.
+        QMetaObject::invokeMethod(this, &frmHelp::JoinModalDialog, Qt::QueuedConnection);
+    }
     return QWidget::eventFilter(watched, event);
 }
 
@@ -189,14 +207,35 @@ void frmHelp::ShowPage(const QString &name)
     txtPage->setFocus();
 }
 
-void frmHelp::BringUp(const QWidget *modalDialog)
+/// The modal dialog that stands, if there is one. A message over the help belongs to the help,
+/// which then keeps its owner.
+QWindow *frmHelp::OwnerNow() const
+{
+    const QWidget *dialog = QApplication::activeModalWidget();
+    QWindow *window = dialog ? dialog->windowHandle() : nullptr;
+    const bool isOver = window && windowHandle()->isAncestorOf(window);
+    return isOver ? windowHandle()->transientParent() : window;
+}
+
+void frmHelp::JoinModalDialog()
+{
+    QWindow *owner = OwnerNow();
+    windowHandle()->setTransientParent(owner);
+    if (owner)
+        connect(owner, &QWindow::visibleChanged, this, &frmHelp::JoinModalDialog, LaterOnce);
+}
+
+void frmHelp::BringUp()
 {
     create();
-    QWindow *owner = modalDialog ? modalDialog->windowHandle() : nullptr;
-    if (windowHandle()->transientParent() != owner) {
-        hide(); // whose window it is counts when it appears
-        windowHandle()->setTransientParent(owner);
+    windowHandle()->installEventFilter(this);
+    if (windowHandle()->transientParent() != OwnerNow()) {
+        hide(); // the desktop puts it above its owner when it appears
+        JoinModalDialog();
     }
+    // Where a window goes whose owner is closed, each desktop decides in its own way.
+    if (const QWindow *owner = windowHandle()->transientParent())
+        connect(owner, &QWindow::visibleChanged, this, &frmHelp::raise, LaterOnce);
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
@@ -211,11 +250,7 @@ void frmHelp::Follow(const QUrl &link)
     }
     if (!OutsideSchemes.contains(link.scheme()))
         return;
-    const QString fault = m_shell.Open(link.toString());
-    if (!fault.isEmpty()) {
-        m_prompts.ShowMessage(CriticalMessage(
-            QStringLiteral("%1 could not be opened. ").arg(link.toString()) + fault));
-    }
+    FollowLink(m_shell, m_prompts, link.toString());
 }
 
 void frmHelp::FilterIndex()

@@ -12,7 +12,7 @@ class QHelpIndexWidget;
 class QLineEdit;
 class QTabWidget;
 class QToolBar;
-class QVBoxLayout;
+class QWindow;
 class Shell;
 class UserPrompts;
 
@@ -33,18 +33,24 @@ class frmHelp final : public QWidget
     void ShowPage(const QString &name);
 
     /// Brings the window to the front. While a modal dialog stands only the windows that belong to
-    /// it can be used, so the help window belongs to it until it is brought to the front again.
-    void BringUp(const QWidget *modalDialog);
+    /// it can be used, so the help window always belongs to the latest one.
+    void BringUp();
 
   protected:
-    /// Hands the keys that move in the index from the search field to the index.
+    /// Hands the keys that move in the index from the search field to the index, and notices when
+    /// another modal dialog has blocked the window.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
-    QToolBar *MakeToolbar();
-    QWidget *MakeIndexPane();
     void MakeBrowser();
+    void MakeContents();
+    void MakePanes();
+    QWidget *MakeIndexPane();
+    QToolBar *MakeToolbar();
+    void Arrange();
 
+    QWindow *OwnerNow() const;
+    void JoinModalDialog();
     void Follow(const QUrl &link);
     void FilterIndex();
     void SelectInContents(const QUrl &shown);

@@ -72,6 +72,7 @@ std::optional<LogNames> MdLogFile::AskForNames()
 {
     const QString &remembered = m_parts.settings.log.Folder;
     FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
+                                 .dialog = QStringLiteral("dlgLogFile"),
                                  .title = QStringLiteral("Save Log file as ..."),
                                  .filter = QStringLiteral("log file | *.txt"),
                                  .folder =

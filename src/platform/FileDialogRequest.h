@@ -26,6 +26,7 @@ struct FileDialogRequest {
     };
 
     Purpose purpose = Purpose::Open;
+    QString dialog; ///< object name of the dialog, which its help is found by
     QString title;
     QString filter; ///< description and pattern, parted by "|", as "Texts | *.txt"
     QString folder; ///< where it starts

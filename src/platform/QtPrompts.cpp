@@ -219,6 +219,7 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
     if (Ending())
         return m_console.ChooseFile(request);
     QFileDialog dialog(Owner(), request.title, request.folder, NameFilter(request.filter));
+    dialog.setObjectName(request.dialog);
     if (request.purpose == FileDialogRequest::Purpose::Save) {
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setFileMode(QFileDialog::AnyFile);

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+class UserPrompts;
+
 /// A program and what it is started with.
 struct ProgramCall {
     QString program; ///< a path
@@ -32,3 +34,6 @@ class Shell
     /// the best first.
     virtual QList<ProgramCall> SystemInformationPrograms() const = 0;
 };
+
+/// Opens a link that the user has clicked on, and tells the user if that fails.
+void FollowLink(Shell &shell, UserPrompts &prompts, const QString &link);

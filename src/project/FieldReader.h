@@ -14,9 +14,9 @@ class FieldReader
     explicit FieldReader(QByteArray bytes = {}) : m_bytes(std::move(bytes)) {}
 
     /// The next field: without leading blanks, up to a comma or a line end (CR LF, LF or CR), which
-    /// is passed over. A field that starts with a double quote runs to the closing one, line ends
-    /// included, or to the end; what stands behind the closing quote is dropped. Empty for an empty
-    /// line and after the end.
+    /// is passed over. With a double quote in front it is all up to the next quote, line ends
+    /// included, or up to the end of the bytes; what stands between that quote and the separator is
+    /// dropped. Empty for an empty line and after the end.
     QByteArray ReadInfo();
 
     /// No byte is left.

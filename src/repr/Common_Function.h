@@ -9,7 +9,7 @@
 #include <QByteArrayView>
 
 /// The conversions from bytes to text. A byte sequence and every 8-bit text is a QByteArray, one
-/// byte per character. There are no failures; an empty sequence gives an empty text in every form.
+/// byte per character. None of them fails; no bytes give an empty text.
 namespace Common_Function
 {
 

@@ -200,7 +200,7 @@ void frmEditSequence::Step(int by)
     ShowRecord(index);
 }
 
-/// Nothing is stored when both the sequence and the name are empty.
+/// A record without name and bytes does not come into the table.
 void frmEditSequence::Apply()
 {
     if (Name().isEmpty() && Sequence().isEmpty())
