@@ -321,10 +321,14 @@ void MdMain::SetCaption(const QString &caption)
 
 void MdMain::SetBusy(bool busy)
 {
-    if (busy)
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+    if (!busy) {
         QGuiApplication::restoreOverrideCursor();
+        return;
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // Nothing is painted until the work is done, not even where a dialog stood.
+    if (m_window)
+        m_window->repaint();
 }
 
 void MdMain::RefreshLists()
