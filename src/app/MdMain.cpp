@@ -23,6 +23,7 @@
 #include "sequences/frmEditEvent.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
@@ -326,9 +327,10 @@ void MdMain::SetBusy(bool busy)
         return;
     }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    // Nothing is painted until the work is done, not even where a dialog stood.
-    if (m_window)
-        m_window->repaint();
+    // No event is handled until the work is done, so the place where a dialog stood is painted now.
+    // To repaint the window leaves out what lies on it; all of that is in the backing store.
+    if (m_window && m_window->isVisible() && m_window->backingStore())
+        m_window->backingStore()->flush(m_window->rect());
 }
 
 void MdMain::RefreshLists()
