@@ -23,6 +23,7 @@
 #include "sequences/frmEditEvent.h"
 
 #include <QApplication>
+#include <QBackingStore>
 #include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
@@ -321,10 +322,15 @@ void MdMain::SetCaption(const QString &caption)
 
 void MdMain::SetBusy(bool busy)
 {
-    if (busy)
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    else
+    if (!busy) {
         QGuiApplication::restoreOverrideCursor();
+        return;
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // No event is handled until the work is done, so the place where a dialog stood is painted now.
+    // To repaint the window leaves out what lies on it; all of that is in the backing store.
+    if (m_window && m_window->isVisible() && m_window->backingStore())
+        m_window->backingStore()->flush(m_window->rect());
 }
 
 void MdMain::RefreshLists()

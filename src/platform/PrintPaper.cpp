@@ -179,12 +179,23 @@ QPaintDevice &PrintPaper::Device() const
 
 QString PrintPaper::NextPage()
 {
-    QString fault = m_painter.isActive() ? m_sheets->Fault() : m_sheets->Open();
+    if (!m_painter.isActive())
+        return BeginJob();
+    QString fault = m_sheets->Fault();
     if (!fault.isEmpty())
         return fault;
-    const bool begun =
-        m_painter.isActive() ? m_sheets->Device().newPage() : m_painter.begin(&m_sheets->Device());
-    return begun ? m_sheets->Fault() : NotAccepted;
+    return m_sheets->Device().newPage() ? m_sheets->Fault() : NotAccepted;
+}
+
+QString PrintPaper::BeginJob()
+{
+    QString fault = m_sheets->Open();
+    if (!fault.isEmpty())
+        return fault;
+    if (m_painter.begin(&m_sheets->Device()))
+        return m_sheets->Fault();
+    m_sheets->Abort();
+    return NotAccepted;
 }
 
 QString PrintPaper::Finish()

@@ -34,11 +34,11 @@ class PrintPaper final
     /// What fonts are to be measured for.
     QPaintDevice &Device() const;
 
-    /// Valid once NextPage has returned true.
+    /// Active once NextPage has begun a page.
     QPainter &Painter() { return m_painter; }
 
     /// Begins the job with its first page, or the next page. Returns the cause if that fails, else
-    /// an empty text.
+    /// an empty text; a job that cannot begin is thrown away at once.
     QString NextPage();
     /// Ends the job and releases it. If that fails it is thrown away.
     QString Finish();
@@ -48,6 +48,8 @@ class PrintPaper final
     class Sheets;
 
   private:
+    QString BeginJob();
+
     std::unique_ptr<Sheets> m_sheets; ///< outlives the painter
     QPainter m_painter;
 };

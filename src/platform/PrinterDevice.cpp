@@ -10,7 +10,7 @@ void PrinterDevice::SetUp(PageOrientation orientation, PrintColour colour)
     m_orientation = orientation;
     m_colour = colour;
     m_failure.clear();
-    Keep(LayOutPages());
+    LayOutPages();
 }
 
 void PrinterDevice::Print(const QString &text, LineEnd end)
@@ -23,9 +23,10 @@ void PrinterDevice::Print(const QString &text, LineEnd end)
         m_continued = true;
         ++m_pagesDue;
     }
+    const float width = TextWidth(text);
     if (!text.isEmpty() && ReachPage())
-        Keep(DrawText(m_position, text));
-    m_position.x += TextWidth(text);
+        Keep(DrawText(m_position, text, width));
+    m_position.x += width;
     if (end == LineEnd::NextLine)
         m_position = {ScaleLeft(), m_position.y + height};
 }

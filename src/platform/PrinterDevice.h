@@ -82,11 +82,13 @@ class PrinterDevice
     const QString &Failure() const { return m_failure; }
 
   protected:
+    /// The pages of the next job, in the orientation and colour set up.
+    virtual void LayOutPages() = 0;
     // What a kind of printer does; each returns the cause if it fails, else an empty text.
-    virtual QString LayOutPages() = 0;
     /// The first page of a job begins it.
     virtual QString BeginPage() = 0;
-    virtual QString DrawText(TwipPoint at, const QString &text) = 0;
+    /// The width is the text's.
+    virtual QString DrawText(TwipPoint at, const QString &text, float width) = 0;
     virtual QString DrawLine(TwipPoint from, TwipPoint to) = 0;
     virtual QString DrawPicture(const PrinterPicture &picture, const TwipRect &place) = 0;
     virtual QString FinishJob() = 0;

@@ -44,7 +44,7 @@ void MdPrint::PrintCommunication()
     if (shown < 0 || shown >= RepresentationCount)
         return;
     const RichTextModel &model = m_parts.views.View(Representation(shown));
-    PrintDialogRequest request = {.document = QStringLiteral("Serimonde - Communication"),
+    PrintDialogRequest request = {.document = Titled(QStringLiteral("Communication")),
                                   .flags = PrintFlags::ReturnDevice | PrintFlags::NoPageNumbers};
     if (model.HasSelection())
         request.flags |= PrintFlags::Selection;
@@ -63,7 +63,8 @@ void MdPrint::PrintCommunication()
         const Hourglass hourglass(m_parts.setBusy);
         failure = m_parts.output.PrintView(printout, *choice);
     }
-    if (!failure.isEmpty())
+    // Whoever wanted paper sees that none comes; a missing file would pass for one that is there.
+    if (!failure.isEmpty() && !choice->pdfPath.isEmpty())
         ShowFailure();
 }
 
@@ -74,8 +75,7 @@ void MdPrint::PrintProject()
         return;
     }
     const QString &name = m_parts.settings.ProjectFileName;
-    const QString document =
-        QStringLiteral("Serimonde - ") + (name.isEmpty() ? QStringLiteral("Project") : name);
+    const QString document = Titled(name.isEmpty() ? QStringLiteral("Project") : name);
     if (Printer().setup(document) && !PrintCopies())
         ShowFailure();
 }
@@ -113,8 +113,9 @@ void MdPrint::PrintHeader()
     const SettingsRecord &settings = m_parts.settings;
     const QString today = m_parts.clock.ShortDate(m_parts.clock.Now().date());
     Printer().SetFontBold(true);
-    Printer().printText(settings.ProgramTitle + QLatin1String(" - ") + today);
-    Printer().printText(settings.ProjectDirectory + settings.ProjectFileName);
+    Printer().printText(Titled(today));
+    Printer().printText(
+        CodePage1252::WithShapes(settings.ProjectDirectory + settings.ProjectFileName));
     Printer().SetFontBold(false);
     PrintEmptyLines(2);
 }
@@ -179,6 +180,11 @@ void MdPrint::PrintEmptyLines(int count)
 {
     for (int i = 0; i < count; ++i)
         Printer().printText({});
+}
+
+QString MdPrint::Titled(const QString &text) const
+{
+    return m_parts.settings.ProgramTitle + QLatin1String(" - ") + text;
 }
 
 void MdPrint::ShowFailure()

@@ -50,6 +50,8 @@ class MdPrint final
     void PrintHeading(const QString &text);
     void PrintNameAndSequence(int index, QByteArrayView name, QByteArrayView sequence);
     void PrintEmptyLines(int count);
+    /// Behind the program title.
+    QString Titled(const QString &text) const;
     void ShowFailure();
 
     ClMyPrinter &Printer();

@@ -69,17 +69,21 @@ QString ToUnicode(QByteArrayView text)
 
 QString ToShapes(QByteArrayView text)
 {
+    return WithShapes(ToUnicode(text));
+}
+
+QString WithShapes(QString text)
+{
     constexpr QChar EmptyBox = u'\u25A1';
     constexpr QChar SoftHyphen = u'\u00AD';
-    QString result = ToUnicode(text);
-    for (QChar &character : result) {
+    for (QChar &character : text) {
         const bool shapeless = character < u' ' || (character >= u'\x7F' && character < u'\xA0');
         if (shapeless)
             character = EmptyBox;
         else if (character == SoftHyphen)
             character = u'-';
     }
-    return result;
+    return text;
 }
 
 Encoded FromUnicode(QStringView text)

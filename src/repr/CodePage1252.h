@@ -18,6 +18,8 @@ QString ToUnicode(QByteArrayView text);
 /// One visible character for each byte, for texts that nobody copies: an empty box for a byte
 /// without a shape (controls and the five empty codes), a hyphen for the soft hyphen.
 QString ToShapes(QByteArrayView text);
+/// The same for a text that may hold more than the code page.
+QString WithShapes(QString text);
 
 struct Encoded {
     QByteArray bytes;

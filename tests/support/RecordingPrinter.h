@@ -71,17 +71,16 @@ class RecordingOutput final : public PrintOutput
         float TextHeight(const QString &) const override { return m_output.lineHeight; }
 
       protected:
-        QString LayOutPages() override
+        void LayOutPages() override
         {
             m_output.setUp = QStringLiteral("%1 %2").arg(int(Orientation())).arg(int(Colour()));
-            return {};
         }
         QString BeginPage() override
         {
             ++m_output.pages;
             return {};
         }
-        QString DrawText(TwipPoint at, const QString &text) override
+        QString DrawText(TwipPoint at, const QString &text, float) override
         {
             return Record(at, (FontBold() ? QStringLiteral("*") : QString()) + text);
         }

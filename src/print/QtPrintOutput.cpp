@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/QtPrintOutput.h"
+#include "print/QtPrintOutput.h"
 
 #include "platform/QtPrinterDevice.h"
 #include "print/ViewPages.h"
