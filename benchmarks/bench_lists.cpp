@@ -11,7 +11,6 @@
 #include "sequences/frmEditEvent.h"
 #include "support/ScriptedPrompts.h"
 
-#include <QApplication>
 #include <QScrollBar>
 
 #include <benchmark/benchmark.h>
@@ -116,11 +115,3 @@ BENCHMARK(OpenEditor<frmEditEvent>)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RefreshLists, kept, false)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RefreshLists, emptied, true)->Arg(3)->Unit(benchmark::kMillisecond);
 BENCHMARK(ScrollLists)->DenseRange(0, 3)->Unit(benchmark::kMillisecond);
-
-int main(int argc, char *argv[])
-{
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -6,7 +6,6 @@
 #include "repr/Common_Function.h"
 #include "support/PtyPair.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -223,11 +222,3 @@ BENCHMARK_CAPTURE(AutomaticAnswer, under 50 kB a second, 50000)
     ->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

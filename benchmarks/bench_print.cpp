@@ -12,7 +12,6 @@
 #include "support/FixedClock.h"
 #include "support/ScriptedPrompts.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
@@ -52,11 +51,3 @@ void PrintProjectAsPdf(benchmark::State &state)
 BENCHMARK(PrintProjectAsPdf)->Arg(64)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

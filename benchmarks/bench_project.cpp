@@ -7,7 +7,6 @@
 #include "project/ProjectFile.h"
 #include "sequences/MdSequenceEdition.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -77,11 +76,3 @@ BENCHMARK(LoadFullProject)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(SaveFullProjectWithFsync)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

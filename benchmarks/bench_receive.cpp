@@ -11,8 +11,6 @@
 #include "support/ScriptedPort.h"
 #include "support/ScriptedPrompts.h"
 
-#include <QCoreApplication>
-
 #include <benchmark/benchmark.h>
 
 namespace
@@ -120,11 +118,3 @@ BENCHMARK_CAPTURE(Detection, text, Traffic::Text)->Arg(1)->Arg(32)->Arg(1024);
 BENCHMARK_CAPTURE(Detection, near misses, Traffic::NearMiss)->Arg(1)->Arg(32)->Arg(1024);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -42,5 +42,3 @@ void StartToWindow(benchmark::State &state)
 BENCHMARK(StartToWindow)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(10);
 
 } // namespace
-
-BENCHMARK_MAIN();

@@ -8,7 +8,6 @@
 #include "sequences/MdSequenceEdition.h"
 #include "support/ScriptedPrompts.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QTextCursor>
@@ -180,11 +179,3 @@ BENCHMARK(MainLoopPass)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterati
 BENCHMARK(Relayout)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -30,7 +30,9 @@
 #include <QSaveFile>
 #include <QTimer>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace
 {
@@ -210,64 +212,36 @@ void MdMain::SetProgramTitle(const QString &title)
 
 void MdMain::Execute(Command command)
 {
-    switch (command) {
-    case Command::New:
-        m_project.NewProject();
-        break;
-    case Command::Open:
-        m_project.OpenProject();
-        break;
-    case Command::Save:
-        m_project.SaveProject();
-        break;
-    case Command::SaveAs:
-        m_project.SaveProjectAs();
-        break;
-    case Command::Find:
-        ShowFind();
-        break;
-    case Command::FindNext:
-        FindNext();
-        break;
-    case Command::PrintProject:
-        m_print.PrintProject();
-        break;
-    case Command::PrintCommunication:
-        m_print.PrintCommunication();
-        break;
-    case Command::Start:
-        m_communication->OpenPorts();
-        break;
-    case Command::Stop:
-        m_communication->ClosePorts();
-        break;
-    case Command::Clean:
-        m_views.ClearViews();
-        break;
-    case Command::StartLog:
-        m_log.StartLog();
-        break;
-    case Command::StopLog:
-        m_log.StopLog();
-        break;
-    case Command::Options:
-        ShowOptions();
-        break;
-    case Command::Exit:
-        m_window->close();
-        break;
-    case Command::HelpContents:
-        m_help.ShowContents();
-        break;
-    case Command::HelpSearch:
-        m_help.ShowSearch();
-        break;
-    case Command::About:
-        ShowAbout();
-        break;
-    default:
-        break; // OpenRecent comes with its project, by a signal of its own; None does nothing
-    }
+    struct Row {
+        Command command;
+        void (*act)(MdMain &program);
+    };
+    // Without those that do nothing, and OpenRecent, whose project comes with a signal of its own.
+    static constexpr Row Rows[] = {
+        {Command::New, [](MdMain &program) { program.m_project.NewProject(); }},
+        {Command::Open, [](MdMain &program) { program.m_project.OpenProject(); }},
+        {Command::Save, [](MdMain &program) { program.m_project.SaveProject(); }},
+        {Command::SaveAs, [](MdMain &program) { program.m_project.SaveProjectAs(); }},
+        {Command::PrintProject, [](MdMain &program) { program.m_print.PrintProject(); }},
+        {Command::PrintCommunication,
+         [](MdMain &program) { program.m_print.PrintCommunication(); }},
+        {Command::Exit, [](MdMain &program) { program.m_window->close(); }},
+        {Command::Options, [](MdMain &program) { program.ShowOptions(); }},
+        {Command::Find, [](MdMain &program) { program.ShowFind(); }},
+        {Command::FindNext, [](MdMain &program) { program.FindNext(); }},
+        {Command::Start, [](MdMain &program) { program.m_communication->OpenPorts(); }},
+        {Command::Stop, [](MdMain &program) { program.m_communication->ClosePorts(); }},
+        {Command::Clean, [](MdMain &program) { program.m_views.ClearViews(); }},
+        {Command::StartLog, [](MdMain &program) { program.m_log.StartLog(); }},
+        {Command::StopLog, [](MdMain &program) { program.m_log.StopLog(); }},
+        {Command::HelpContents, [](MdMain &program) { program.m_help.ShowContents(); }},
+        {Command::HelpSearch, [](MdMain &program) { program.m_help.ShowSearch(); }},
+        {Command::About, [](MdMain &program) { program.ShowAbout(); }},
+    };
+    const auto *row = std::find_if(std::begin(Rows), std::end(Rows),
+                                   [command](const Row &each) { return each.command == command; });
+    if (row != std::end(Rows))
+        row->act(*this);
 }
 
 void MdMain::EditSendSequence()
