@@ -3,17 +3,22 @@
 
 #pragma once
 
-#include "app/MainLoop.h"
-#include "app/frmMain.h"
-#include "comm/CommunicationViews.h"
-#include "comm/MdCommunication.h"
-#include "comm/PortDevices.h"
-#include "log/MdLogFile.h"
-#include "platform/QtSerialPort.h"
-#include "platform/SerialPortHub.h"
-#include "platform/SystemFiles.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "CommConfiguration.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MainLoop.h"
+#include "MdCommunication.h"
+#include "MdLogFile.h"
+#include "MdSequenceEdition.h"
+#include "PortDevices.h"
+#include "QtSerialPort.h"
+#include "RunState.h"
+#include "SerialPortHub.h"
+#include "StampText.h"
+#include "SystemFiles.h"
+#include "SystemPortName.h"
+#include "WindowSettings.h"
+#include "frmMain.h"
 #include "support/FixedClock.h"
 #include "support/MemoryStore.h"
 #include "support/ScriptedPrompts.h"
@@ -58,23 +63,34 @@ class ChecksumLog final : public CommunicationLog
 class LiveProgram
 {
   public:
-    SettingsRecord settings;
+    struct {
+        CommConfiguration comm;
+        DisplaySettings display;
+        StampSettings stamp;
+        LogSettings log;
+        WindowSettings window;
+        ListSettings lists;
+    } settings;
+    RunState run;
     MdSequenceEdition tables;
     CommunicationViews views;
     ChecksumLog log;
     ScriptedPrompts prompts;
     FixedClock clock;
     MemoryStore store;
-    PortDevices devices{store};
+    PortDevices devices{store, SystemPortName};
     SerialPortHub hub;
     QtSerialPort portA{hub, devices};
     QtSerialPort portB{hub, devices};
-    MdCommunication communication{{settings, tables, views, log, prompts, clock, portA, portB}};
+    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
+                                   log, prompts, clock, portA, portB}};
     SystemFiles system;
     OpenFiles files{system};
-    MdLogFile logFile{{settings, prompts, files, [this] { return communication.Running(); }}};
-    MainLoop loop{settings, communication, views};
-    frmMain window{settings, views};
+    MdLogFile logFile{
+        {settings.log, prompts, files, run, [this] { return communication.Running(); }}};
+    MainLoop loop{run, communication, views};
+    frmMain window{
+        {settings.comm, settings.display, settings.window, settings.lists, views, run, {}}};
     std::vector<double> passes; ///< seconds from the start of one pass to that of the next
 
     /// Opens the port; with a log in all four forms if it is given a name.

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "MdSequenceEdition.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
 #include "SampleTraffic.h"
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
-#include "sequences/SequenceRows.h"
-#include "sequences/frmEditAction.h"
-#include "sequences/frmEditEvent.h"
+#include "SequenceRows.h"
+#include "frmEditAction.h"
+#include "frmEditEvent.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QScrollBar>
@@ -27,13 +26,9 @@ void FillTables(MdSequenceEdition &tables)
     for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
         const QByteArray bytes = SampleTraffic::RandomBytes(random, SequenceLength);
         const QByteArray name = "Sequence " + QByteArray::number(i);
-        tables.EditSend(i) = {name, bytes, {}};
-        tables.EditReceive(i).Name = name;
-        tables.EditReceive(i).Sequence = bytes;
-        tables.EditReceive(i).Answer = qint16(i + 1);
+        tables.AddSend({name, bytes, {}});
+        tables.AddReceive({.Name = name, .Sequence = bytes, .Answer = qint16(i + 1)});
     }
-    tables.SetSendCount(MdSequenceEdition::Capacity);
-    tables.SetReceiveCount(MdSequenceEdition::Capacity);
 }
 
 /// Both lists in a window of their own, filled.
@@ -95,14 +90,13 @@ void ScrollLists(benchmark::State &state)
 /// An editor opened on record 1000 of full tables, until it is painted.
 template <typename Editor> void OpenEditor(benchmark::State &state)
 {
-    const SettingsRecord settings;
     MdSequenceEdition tables;
     FillTables(tables);
     ScriptedPrompts prompts;
     Representation mode = Representation::Hex;
     tables.CurrentSendIndex = tables.CurrentReceiveIndex = 1000;
     for (auto _ : state) {
-        Editor editor({settings, tables, prompts, mode, [](int) {}, [](int) {}});
+        Editor editor({tables, prompts, mode, [](int) {}, [](int) {}});
         editor.show();
         editor.grab();
     }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "Common_Function.h"
 #include "LiveProgram.h"
 #include "SampleTraffic.h"
-#include "repr/Common_Function.h"
 #include "support/PtyPair.h"
 
 #include <QFile>
@@ -178,13 +178,9 @@ void AutomaticAnswer(benchmark::State &state, int noiseRate)
     for (auto _ : state) {
         PtyPair line;
         LiveProgram program(line.DeviceName());
-        program.tables.EditSend(0) = {"answer", Answer, {}};
-        program.tables.SetSendCount(1);
-        ReceiveSequence &request = program.tables.EditReceive(0);
-        request.Sequence = Request;
-        request.Answer = 1;
-        program.tables.SetReceiveCount(1);
-        program.tables.RefreshAnswerName(0);
+        program.tables.AddSend({"answer", Answer, {}});
+        program.tables.AddReceive({.Sequence = Request, .Answer = 1});
+        program.tables.RefreshAnswerNames();
 
         std::vector<double> times;
         std::atomic<bool> finished = false;

@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MdPrint.h"
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "ProjectState.h"
+#include "QtPrintOutput.h"
 #include "SampleTraffic.h"
-#include "comm/CommunicationViews.h"
-#include "platform/SystemFiles.h"
-#include "print/MdPrint.h"
-#include "print/QtPrintOutput.h"
-#include "project/OpenFiles.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "SequenceSettings.h"
+#include "SystemFiles.h"
 #include "support/FixedClock.h"
 #include "support/ScriptedPrompts.h"
 
@@ -26,20 +28,20 @@ void PrintProjectAsPdf(benchmark::State &state)
     SystemFiles system;
     OpenFiles files(system);
     QtPrintOutput output(files);
-    SettingsRecord settings;
-    settings.Display = qint16(Representation::Hex);
+    const ProjectState project;
+    const DisplaySettings display;
+    SequenceSettings form;
+    form.Display = qint16(Representation::Hex);
     MdSequenceEdition tables;
     SampleTraffic::Random random(3);
     for (int i = 0; i < int(state.range(0)); ++i) {
-        tables.EditSend(i).Name = "Request";
-        tables.EditSend(i).Sequence = SampleTraffic::RandomBytes(random, 1000);
+        tables.AddSend({"Request", SampleTraffic::RandomBytes(random, 1000), {}});
     }
-    tables.SetSendCount(int(state.range(0)));
     CommunicationViews views;
     ScriptedPrompts prompts;
     prompts.printer = PrinterChoice{.pdfPath = folder.filePath(QStringLiteral("project.pdf"))};
     const FixedClock clock;
-    MdPrint print({settings, tables, views, prompts, clock, output, [](bool) {}});
+    MdPrint print({project, display, form, tables, views, prompts, clock, output, [](bool) {}});
     for (auto _ : state)
         print.PrintProject();
     if (!prompts.shown.isEmpty())

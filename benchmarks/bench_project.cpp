@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "ProjectFile.h"
 #include "SampleTraffic.h"
-#include "platform/SystemFiles.h"
-#include "project/OpenFiles.h"
-#include "project/ProjectFile.h"
-#include "sequences/MdSequenceEdition.h"
+#include "SystemFiles.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -23,16 +23,12 @@ void FillTables(MdSequenceEdition &tables)
     SampleTraffic::Random random(3);
     for (int i = 0; i < MdSequenceEdition::Capacity; ++i) {
         const QByteArray number = QByteArray::number(i);
-        tables.EditSend(i).Name = "Request " + number;
-        tables.EditSend(i).Sequence = SampleTraffic::RandomBytes(random, SequenceSize);
-        ReceiveSequence &record = tables.EditReceive(i);
-        record.Name = "Reply " + number;
-        record.Sequence = SampleTraffic::RandomBytes(random, SequenceSize);
-        record.Answer = qint16(i + 1);
-        record.Comment = "[reply " + number + " has come]";
+        tables.AddSend({"Request " + number, SampleTraffic::RandomBytes(random, SequenceSize), {}});
+        tables.AddReceive({.Name = "Reply " + number,
+                           .Sequence = SampleTraffic::RandomBytes(random, SequenceSize),
+                           .Answer = qint16(i + 1),
+                           .Comment = "[reply " + number + " has come]"});
     }
-    tables.SetSendCount(MdSequenceEdition::Capacity);
-    tables.SetReceiveCount(MdSequenceEdition::Capacity);
 }
 
 /// A full project in a file of the system's temporary folder.

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CommConfiguration.h"
+#include "CommunicationLog.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MdCommunication.h"
+#include "MdSequenceEdition.h"
 #include "SampleTraffic.h"
-#include "comm/CommunicationViews.h"
-#include "comm/MdCommunication.h"
-#include "log/CommunicationLog.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "StampText.h"
 #include "support/FixedClock.h"
 #include "support/ScriptedPort.h"
 #include "support/ScriptedPrompts.h"
@@ -30,9 +32,7 @@ class NoLog final : public CommunicationLog
 void AddActive(MdSequenceEdition &tables, const QByteArrayList &sequences)
 {
     for (const QByteArray &sequence : sequences) {
-        tables.EditReceive(tables.ReceiveCount()).Sequence = sequence;
-        tables.EditReceive(tables.ReceiveCount()).Comment = "detected";
-        tables.SetReceiveCount(tables.ReceiveCount() + 1);
+        tables.AddReceive({.Sequence = sequence, .Comment = "detected"});
     }
 }
 
@@ -42,7 +42,9 @@ void ReceivePath(benchmark::State &state)
 {
     constexpr qsizetype BytesPerPass = 100000;
     SampleTraffic::Random random(1);
-    SettingsRecord settings;
+    CommConfiguration comm;
+    DisplaySettings display;
+    StampSettings stamp;
     MdSequenceEdition tables;
     AddActive(tables, SampleTraffic::Sequences(random, 20));
     CommunicationViews views;
@@ -51,7 +53,8 @@ void ReceivePath(benchmark::State &state)
     FixedClock clock;
     ScriptedPort portA;
     ScriptedPort portB;
-    MdCommunication communication({settings, tables, views, log, prompts, clock, portA, portB});
+    MdCommunication communication(
+        {comm, display, stamp, tables, views, log, prompts, clock, portA, portB});
     communication.OpenPorts();
     const QByteArray data = SampleTraffic::Text(random, DataSize);
 

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/CommunicationViews.h"
-#include "controls/RichTextBox.h"
-#include "find/MdFind.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "CommunicationViews.h"
+#include "MdFind.h"
+#include "MdSequenceEdition.h"
+#include "RichTextBox.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QElapsedTimer>
@@ -155,16 +154,15 @@ void Relayout(benchmark::State &state)
 void Search(benchmark::State &state, Representation shown, const QByteArray &almost,
             const QByteArray &end, const QByteArray &sequence)
 {
-    SettingsRecord settings;
     const MdSequenceEdition tables;
     CommunicationViews views;
     ScriptedPrompts prompts;
-    MdFind find(settings, tables, views, prompts);
-    settings.DisplayedRepresentation = shown;
+    MdFind find(tables, views, prompts);
+    views.DisplayedRepresentation = shown;
     views.View(shown).SetText(
         almost.repeated(128000 / almost.size()).first(128000 - end.size()) + end, Blue);
     for (auto _ : state) {
-        settings.CaretPosition = 0;
+        views.CaretPosition = 0;
         if (!find.FindNext(FindKind::Defined, sequence))
             state.SkipWithError("not found");
     }

@@ -30,3 +30,10 @@ target_compile_options(serimonde_common INTERFACE
     "$<$<CONFIG:Release>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong;-Wformat=2>")
 target_link_options(serimonde_common INTERFACE
     "$<$<CONFIG:Release>:-pie;-Wl,-z,relro,-z,now>")
+
+# serimonde_library(FOLDER SOURCES...): the library of a folder under src, without what it may see.
+function(serimonde_library folder)
+    add_library(serimonde_${folder} STATIC ${ARGN})
+    target_include_directories(serimonde_${folder} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
+    target_link_libraries(serimonde_${folder} PUBLIC serimonde_common Qt6::Core)
+endfunction()

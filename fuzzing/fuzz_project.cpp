@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/FieldReader.h"
-#include "project/OpenFiles.h"
-#include "project/ProjectFile.h"
-#include "sequences/MdSequenceEdition.h"
+#include "FieldReader.h"
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "ProjectFile.h"
 #include "support/ScriptedDisk.h"
 
 #include <cstdint>

@@ -1,17 +1,17 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "about/ProgramInfo.h"
-#include "app/CommandLine.h"
-#include "app/MdMain.h"
-#include "platform/ConsolePrompts.h"
-#include "platform/Display.h"
-#include "platform/QtPrompts.h"
-#include "platform/QtSettingsStore.h"
-#include "platform/QtShell.h"
-#include "platform/SystemClock.h"
-#include "platform/SystemRegistry.h"
-#include "platform/TerminationWatch.h"
+#include "CommandLine.h"
+#include "ConsolePrompts.h"
+#include "Display.h"
+#include "MdMain.h"
+#include "ProgramInfo.h"
+#include "QtPrompts.h"
+#include "QtSettingsStore.h"
+#include "QtShell.h"
+#include "SystemClock.h"
+#include "SystemRegistry.h"
+#include "TerminationWatch.h"
 
 #include <QApplication>
 #include <QRegularExpression>

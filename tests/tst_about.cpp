@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "about/SystemInformation.h"
-#include "about/frmAbout.h"
-#include "controls/ClickLabel.h"
-#include "platform/QtShell.h"
-#include "platform/TextRegistry.h"
+#include "ClickLabel.h"
+#include "QtShell.h"
+#include "SystemInformation.h"
+#include "TextRegistry.h"
+#include "frmAbout.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/ArrivalPort.h"
-#include "platform/ArrivalQueue.h"
+#include "ArrivalPort.h"
+#include "ArrivalQueue.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/CommandLine.h"
+#include "CommandLine.h"
 #include "support/Cases.h"
 
 class tst_commandline : public QObject

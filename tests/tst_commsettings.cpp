@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/CommConfiguration.h"
+#include "CommConfiguration.h"
 #include "support/Cases.h"
 
 class tst_commsettings : public QObject

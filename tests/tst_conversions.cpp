@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "repr/CodePage1252.h"
-#include "repr/Common_Function.h"
+#include "CodePage1252.h"
+#include "Common_Function.h"
 #include "support/Cases.h"
 
 using namespace Common_Function;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/DemoInstrument.h"
+#include "DemoInstrument.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/ReceiveDetection.h"
+#include "ReceiveDetection.h"
 #include "support/Cases.h"
 #include "support/WatchSequence.h"
 
@@ -131,11 +131,12 @@ class tst_detection : public QObject
         for (int round = 0; round < 3000; ++round) {
             if (random.bounded(10) == 0) { // the tables change while traffic runs
                 const int index = int(random.bounded(records));
-                ReceiveSequence &record = tables.EditReceive(index);
-                record.Sequence = bytes(int(random.bounded(longest + 1)));
-                record.Comment = QByteArray::number(index);
-                record.Active = qint16(random.bounded(3));
-                tables.SetReceiveCount(int(random.bounded(records)) + 1);
+                tables.StoreReceive(index, {.Sequence = bytes(int(random.bounded(longest + 1))),
+                                            .Comment = QByteArray::number(index),
+                                            .Active = qint16(random.bounded(3))});
+                tables.CurrentReceiveIndex = int(random.bounded(records));
+                if (random.bounded(4) == 0)
+                    tables.DeleteReceiveSequence();
             }
             if (random.bounded(200) == 0) {
                 detection.Clear();

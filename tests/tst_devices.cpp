@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/frmDevices.h"
-#include "platform/SystemPortFinder.h"
+#include "SystemPortFinder.h"
+#include "frmDevices.h"
 #include "support/ScriptedFinder.h"
 
 #include <QDir>
@@ -21,7 +21,7 @@ class tst_devices : public QObject
     {
         const auto finder = std::make_shared<ScriptedFinder>();
         finder->allowed.acquire(1000);
-        auto dialog = std::make_unique<frmDevices>(5, QMap<int, PortDevices::Meaning>(), finder);
+        auto dialog = std::make_unique<frmDevices>(frmDevices::ChosenPort{5, {}, {}}, finder);
         dialog->show();
         QCOMPARE(dialog->findChild<QLabel *>("lblState")->text(),
                  QStringLiteral("Looking for ports ..."));
@@ -30,7 +30,7 @@ class tst_devices : public QObject
         QTRY_COMPARE(finder.use_count(), 1);
 
         finder->ports.clear();
-        frmDevices second(5, {}, finder);
+        frmDevices second({5, {}, {}}, finder);
         QVERIFY(RowsOf(second).isEmpty());
         finder->allowed.release();
         QTRY_COMPARE(second.findChild<QLabel *>("lblState")->text(),

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SQEditSequence.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
-#include "sequences/frmEditAction.h"
-#include "sequences/frmEditEvent.h"
+#include "MdSequenceEdition.h"
+#include "SQEditSequence.h"
+#include "frmEditAction.h"
+#include "frmEditEvent.h"
 #include "support/Cases.h"
+#include "support/FullTables.h"
 #include "support/ScriptedPrompts.h"
 
 #include <QCheckBox>
@@ -32,7 +32,7 @@ const QString DeleteText =
 template <typename Editor> class EditorBench
 {
   public:
-    SettingsRecord settings;
+    bool answersPossible = true;
     MdSequenceEdition tables;
     ScriptedPrompts prompts;
     Representation mode = Representation::Ascii;
@@ -41,13 +41,10 @@ template <typename Editor> class EditorBench
 
     explicit EditorBench(int index)
     {
-        int count = 0;
         for (const char *name : {"one", "two", "three"})
-            tables.EditSend(count++) = {name, QByteArray(name).toUpper(), {}};
-        tables.SetSendCount(count);
-        tables.EditReceive(0) = {"ask", "?", {}, {}, 2, "asked", 1};
-        tables.EditReceive(1) = {"bye", "!", {}, {}, 0, {}, 0, 0};
-        tables.SetReceiveCount(2);
+            tables.AddSend({name, QByteArray(name).toUpper(), {}});
+        tables.AddReceive({"ask", "?", {}, {}, 2, "asked", 1});
+        tables.AddReceive({"bye", "!", {}, {}, 0, {}, 0, 0});
         Open(index);
     }
 
@@ -57,8 +54,8 @@ template <typename Editor> class EditorBench
         const auto note = [this](const char *what) {
             return [this, what](int i) { changes << QStringLiteral("%1 %2").arg(what).arg(i); };
         };
-        const SequenceEditorParts parts = {settings, tables,          prompts,
-                                           mode,     note("applied"), note("deleted")};
+        const SequenceEditorParts parts = {tables,          prompts,         mode,
+                                           note("applied"), note("deleted"), answersPossible};
         editor = std::make_unique<Editor>(parts);
         editor->show();
     }
@@ -203,7 +200,7 @@ class tst_editors : public QObject
     void AFullTableTakesNoMore()
     {
         SendBench bench(0);
-        bench.tables.SetSendCount(1025);
+        FillSendTable(bench.tables);
         bench.Open(1024);
         bench.Press("cmdForward");
         QCOMPARE(bench.prompts.shown.size(), 1);
@@ -276,7 +273,7 @@ class tst_editors : public QObject
     void ReceiveOnlyHidesTheAnswer()
     {
         ReceiveBench bench(0);
-        bench.settings.comm.run.mode = CommMode::MonitorReceiveOnly;
+        bench.answersPossible = false;
         bench.Open(0);
         QVERIFY(!bench.Visible("ComboAnswer") && !bench.Visible("labAnswerWithSequence"));
         QVERIFY(bench.Visible("labSendAnswerNotPossible"));

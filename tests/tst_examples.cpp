@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/DemoProject.h"
-#include "platform/DemoProtocol.h"
-#include "platform/SystemFiles.h"
-#include "project/FieldReader.h"
-#include "project/OpenFiles.h"
-#include "project/ProjectFile.h"
-#include "sequences/MdSequenceEdition.h"
+#include "DemoProject.h"
+#include "DemoProtocol.h"
+#include "FieldReader.h"
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "ProjectFile.h"
+#include "SystemFiles.h"
+#include "support/FullTables.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -39,8 +40,8 @@ struct Loaded {
 
     explicit Loaded(const QByteArray &bytes)
     {
-        tables.SetSendCount(MdSequenceEdition::Capacity);
-        tables.SetReceiveCount(MdSequenceEdition::Capacity);
+        FillSendTable(tables);
+        FillReceiveTable(tables);
         FieldReader fields(bytes);
         if (const auto failure = ProjectFile::ReadProject(tables, fields))
             message = failure->message;
@@ -150,7 +151,7 @@ class tst_examples : public QObject
 
     void TheDemoSpeaksAsTheInstrumentDoes()
     {
-        tables.SetSendCount(9);
+        FillSendTable(tables);
         FillDemoProject(tables);
         QCOMPARE(tables.SendCount(), 4);
         QCOMPARE(tables.ReceiveCount(), 4);

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/RichTextBox.h"
-#include "controls/SQEditSequence.h"
-#include "controls/SQSendSequenceList.h"
-#include "find/frmFind.h"
+#include "RichTextBox.h"
+#include "SQEditSequence.h"
+#include "SQSendSequenceList.h"
+#include "frmFind.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 
@@ -27,25 +27,21 @@ MessagePrompt Finished(const char *text)
 class FindBench
 {
   public:
-    SettingsRecord settings;
     MdSequenceEdition tables;
     CommunicationViews views;
     ScriptedPrompts prompts;
-    MdFind find{settings, tables, views, prompts};
+    MdFind find{tables, views, prompts};
     std::unique_ptr<frmFind> dialog;
     int hitsShown = 0;
 
     FindBench()
     {
-        tables.EditSend(0) = {"R&D \x80", "one", {}};
-        tables.EditSend(1).Name = "no bytes";
-        tables.SetSendCount(2);
-        tables.EditReceive(0).Name = "ask";
-        tables.EditReceive(0).Sequence = "?";
-        tables.SetReceiveCount(1);
+        tables.AddSend({"R&D \x80", "one", {}});
+        tables.AddSend({"no bytes", {}, {}});
+        tables.AddReceive({.Name = "ask", .Sequence = "?"});
     }
 
-    RichTextModel &View() { return views.View(settings.DisplayedRepresentation); }
+    RichTextModel &View() { return views.View(views.DisplayedRepresentation); }
     void Open()
     {
         dialog = std::make_unique<frmFind>(FindParts{find, tables, [this] {
@@ -100,7 +96,7 @@ class tst_find : public QObject
         QFETCH(QByteArray, sequence);
         FindBench bench;
         QFETCH(Representation, view);
-        bench.settings.DisplayedRepresentation = view;
+        bench.views.DisplayedRepresentation = view;
         QFETCH(QByteArray, content);
         bench.View().AppendStyled(content, {});
         bench.find.FindTab = FindKind::Defined;
@@ -110,7 +106,7 @@ class tst_find : public QObject
         for (const qint64 hit : hits) {
             bench.prompts.shown.clear();
             QCOMPARE(bench.Press("cmdFindDefinedSequence"), hit);
-            QCOMPARE(bench.settings.CaretPosition, hit + 1);
+            QCOMPARE(bench.views.CaretPosition, hit + 1);
             if (hit < 0)
                 QCOMPARE(bench.prompts.shown,
                          QList{Finished("Finished searching for user defined sequence")});
@@ -195,7 +191,8 @@ class tst_find : public QObject
         QVERIFY(!bench.dialog->isVisible());
         QCOMPARE(bench.find.FindSendIndex, qint16(2));
 
-        bench.tables.SetSendCount(1);
+        bench.tables.CurrentSendIndex = 1;
+        bench.tables.DeleteSendSequence();
         bench.Open();
         QCOMPARE(bench.Control<QTabBar>("tbsFind")->currentIndex(), 2);
         QCOMPARE(bench.Control<QComboBox>("ComboSend")->currentText(), QStringLiteral("---"));
@@ -222,7 +219,7 @@ class tst_find : public QObject
         QCOMPARE(bench.FindDefined("x"), -1);
         bench.views.ClearViews();
         view.AppendStyled("x", {});
-        bench.settings.CaretPosition = begin + 5; // has gone with its text
+        bench.views.CaretPosition = begin + 5; // has gone with its text
         QCOMPARE(bench.FindDefined("x"), view.Begin() + 1);
     }
 
@@ -242,8 +239,7 @@ class tst_find : public QObject
             return [=] { press(form()->focusWidget(), key); };
         };
         const auto caretIs = [&](qint64 position) {
-            return
-                [&bench, position] { return bench.program->Settings().CaretPosition == position; };
+            return [&bench, position] { return bench.program->Views().CaretPosition == position; };
         };
         const auto formIsOpen = [&] { return form() != nullptr; };
         const auto formIsGone = [&] {

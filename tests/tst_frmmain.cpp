@@ -1,14 +1,17 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/frmMain.h"
-#include "comm/CommunicationViews.h"
-#include "controls/ClickLabel.h"
-#include "controls/RichTextBox.h"
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "platform/QtPrompts.h"
-#include "project/SettingsRecord.h"
+#include "ClickLabel.h"
+#include "CommConfiguration.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "QtPrompts.h"
+#include "RichTextBox.h"
+#include "RunState.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "WindowSettings.h"
+#include "frmMain.h"
 #include "support/Cases.h"
 
 #include <QAction>
@@ -28,18 +31,26 @@ namespace
 class WindowBench
 {
   public:
-    SettingsRecord settings;
+    struct Settings {
+        CommConfiguration comm;
+        DisplaySettings display;
+        WindowSettings window;
+        ListSettings lists;
+    } settings;
+    RunState run;
     CommunicationViews views;
     std::unique_ptr<frmMain> window;
     QList<Command> commands;
 
-    explicit WindowBench(const std::function<void(SettingsRecord &)> &prepare = {})
+    explicit WindowBench(const std::function<void(Settings &)> &prepare = {})
     {
         settings.window.MainWidth = 15000;
         settings.window.MainHeight = 10500;
         if (prepare)
             prepare(settings);
-        window = std::make_unique<frmMain>(settings, views);
+        window = std::make_unique<frmMain>(MainWindowParts{settings.comm, settings.display,
+                                                           settings.window, settings.lists, views,
+                                                           run, QStringLiteral("Serimonde")});
         QObject::connect(window.get(), &frmMain::CommandChosen, window.get(),
                          [this](Command command) { commands << command; });
         window->show();
@@ -108,18 +119,18 @@ class tst_frmmain : public QObject
         const auto enabled = [&] {
             QList<int> buttons;
             for (const int i : {3, 7, 8, 9, 12, 13, 15, 19, 20}) {
-                if (bench.window->ToolbarButton(i)->isEnabled())
+                if (bench.window->findChild<QToolBar *>("tbToolBar")->actions()[i - 1]->isEnabled())
                     buttons << i;
             }
             return buttons;
         };
         QCOMPARE(enabled(), (QList{7, 8, 9, 12, 15}));
-        bench.window->SetProjectModified();
+        bench.window->SetProjectModified(true);
         bench.window->SetToolbarState(MdCommunication::ToolbarState::Open);
         QCOMPARE(enabled(), (QList{3, 13}));
         QVERIFY(bench.Find<QAction>("mnuFileSave")->isEnabled());
         bench.window->SetToolbarState(MdCommunication::ToolbarState::Closed);
-        bench.window->SetProjectUnmodified();
+        bench.window->SetProjectModified(false);
         bench.window->EnableLogCommands(false, true);
         QCOMPARE(enabled(), (QList{7, 8, 9, 12, 15, 20}));
         QVERIFY(!bench.Find<QAction>("mnuFileSave")->isEnabled());
@@ -138,8 +149,9 @@ class tst_frmmain : public QObject
     {
         QFETCH(int, mode);
         QFETCH(QString, ports);
-        const WindowBench bench(
-            [&](SettingsRecord &settings) { settings.comm.stored = {mode, 3, 255, 12, 0, 3, 1}; });
+        const WindowBench bench([&](WindowBench::Settings &settings) {
+            settings.comm.stored = {mode, 3, 255, 12, 0, 3, 1};
+        });
         QStringList panels;
         for (int i = 1; i <= 6; ++i)
             panels << bench.Find<QLabel>(QStringLiteral("sbStatusBar_%1").arg(i))->text();
@@ -172,13 +184,13 @@ class tst_frmmain : public QObject
         const char *captions[] = {" ASCII", " HEX", " Decimal", " Binary"};
         const char *boxes[] = {"txtASCII", "txtHexa", "txtDeci", "txtBin"};
         for (const int tab : {3, 2, 1, 0}) {
-            bench.settings.CaretPosition = 17;
+            bench.views.CaretPosition = 17;
             QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(tab).center());
             QCOMPARE(tabs->tabText(tab), captions[tab]);
             for (int i = 0; i < 4; ++i)
                 QCOMPARE(bench.Find(boxes[i])->isVisible(), i == tab);
-            QCOMPARE(bench.settings.DisplayedRepresentation, Representation(tab));
-            QCOMPARE(bench.settings.CaretPosition, 0);
+            QCOMPARE(bench.views.DisplayedRepresentation, Representation(tab));
+            QCOMPARE(bench.views.CaretPosition, 0);
         }
     }
 
@@ -221,7 +233,7 @@ class tst_frmmain : public QObject
 
     void TheWindowComesBackAsItWas()
     {
-        WindowBench bench([](SettingsRecord &settings) {
+        WindowBench bench([](WindowBench::Settings &settings) {
             settings.window = {750, 600, 9000, 7500, 4500, 3000};
             settings.lists = {{40, 90, 300}, {41, 91, 301, 61}};
         });
@@ -243,8 +255,9 @@ class tst_frmmain : public QObject
     void AWindowOffEveryScreenIsBroughtBack()
     {
         for (const float far : {-90000.0F, 90000.0F, 3e38F, -3e38F}) {
-            const WindowBench bench(
-                [&](SettingsRecord &settings) { settings.window = {far, far, 0, far, far, far}; });
+            const WindowBench bench([&](WindowBench::Settings &settings) {
+                settings.window = {far, far, 0, far, far, far};
+            });
             const QRect screen = bench.window->screen()->availableGeometry();
             QVERIFY(screen.contains(bench.window->geometry().topLeft()));
             QCOMPARE(bench.window->width(), screen.width() * 3 / 4);
@@ -274,7 +287,7 @@ class tst_frmmain : public QObject
         else
             bench.window->close();
         QTEST(asked, "asked");
-        QTEST(bench.settings.QuitRequested, "gone");
+        QTEST(bench.run.QuitRequested, "gone");
         QTEST(!bench.window->isVisible(), "gone");
         QTEST(unloaded == 1, "gone");
     }
@@ -291,7 +304,7 @@ class tst_frmmain : public QObject
         };
         bench.window->close();
         QCOMPARE(asked, 1);
-        QVERIFY(bench.settings.QuitRequested);
+        QVERIFY(bench.run.QuitRequested);
         QVERIFY(!bench.window->isVisible());
     }
 
@@ -349,17 +362,17 @@ class tst_frmmain : public QObject
     void TypingWhileStoppedIsACommentAndTheCaretIsNoted()
     {
         const TextStyle style = {0x123456, true, false, true};
-        WindowBench bench([&](SettingsRecord &settings) {
+        WindowBench bench([&](WindowBench::Settings &settings) {
             settings.display.styles[StyleIndex::Comment] = style;
         });
         const RichTextModel &model = bench.views.View(Representation::Ascii);
         auto *box = bench.Find<RichTextBox>("txtASCII");
         QTest::keyClicks(box, "abc");
-        QCOMPARE(bench.settings.CaretPosition, 3);
+        QCOMPARE(bench.views.CaretPosition, 3);
         QTest::keyClick(box, Qt::Key_Home);
-        QCOMPARE(bench.settings.CaretPosition, 0);
+        QCOMPARE(bench.views.CaretPosition, 0);
         QTest::mouseClick(box->viewport(), Qt::LeftButton, {}, {box->viewport()->width() - 5, 5});
-        QCOMPARE(bench.settings.CaretPosition, 3);
+        QCOMPARE(bench.views.CaretPosition, 3);
         bench.views.SetCommunicating(true);
         QTest::keyClicks(box, "more");
         QCOMPARE(model.Bytes().toByteArray(), "abc");

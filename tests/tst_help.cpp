@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/HelpBrowser.h"
-#include "help/HelpFile.h"
-#include "help/HelpPages.h"
-#include "help/frmHelp.h"
-#include "platform/QtPrompts.h"
+#include "HelpBrowser.h"
+#include "HelpFile.h"
+#include "HelpPages.h"
+#include "QtPrompts.h"
+#include "frmHelp.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "log/MdLogFile.h"
+#include "MdLogFile.h"
+#include "RunState.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/ScriptedDisk.h"
@@ -22,14 +23,17 @@ class LogBench : public CommunicationBench
   public:
     ScriptedDisk disk;
     OpenFiles files{disk};
-    MdLogFile logFile{{settings, prompts, files, [this] { return communication.Running(); }}};
+    LogSettings logSettings;
+    RunState run;
+    MdLogFile logFile{
+        {logSettings, prompts, files, run, [this] { return communication.Running(); }}};
     QString commands; ///< which of them are enabled
 
     LogBench()
     {
         log.next = &logFile;
-        settings.log.Folder = "/logs/";
-        settings.log.ASCII = settings.log.Decimal = settings.log.HEX = settings.log.Binary = true;
+        logSettings.Folder = "/logs/";
+        logSettings.ASCII = logSettings.Decimal = logSettings.HEX = logSettings.Binary = true;
         QObject::connect(&logFile, &MdLogFile::CommandsChanged, &logFile,
                          [this](bool canStart, bool canStop) {
                              commands = QLatin1String(canStart ? "start " : "") +
@@ -93,8 +97,8 @@ class tst_log : public QObject
     {
         LogBench bench;
         bench.disk.files = {{"/logs/x_bin.txt", "old"}, {"/logs/y_hex.txt", "not wanted"}};
-        bench.settings.log.HEX = false;
-        bench.settings.log.Folder.clear();
+        bench.logSettings.HEX = false;
+        bench.logSettings.Folder.clear();
         bench.Open(CommMode::SendReceive);
         bench.StartAt({}); // cancelled
         QCOMPARE(bench.commands, "start ");
@@ -118,7 +122,7 @@ class tst_log : public QObject
                               "/logs/y_dec.txt", "/logs/y_hex.txt"}));
         QCOMPARE(bench.disk.files["/logs/x_bin.txt"] + bench.disk.files["/logs/y_hex.txt"],
                  "oldnot wanted");
-        QCOMPARE(bench.settings.log.Folder, "/logs/");
+        QCOMPARE(bench.logSettings.Folder, "/logs/");
 
         bench.logFile.StopLog();
         bench.prompts.answers = {PromptAnswer::Yes};
@@ -133,7 +137,7 @@ class tst_log : public QObject
         bench.logFile.StartLog();
         bench.logFile.StopLog();
         QCOMPARE(bench.commands, "");
-        bench.settings.log = {false, false, false, false, 0, {}};
+        bench.logSettings = {false, false, false, false, 0, {}};
         bench.OpenAndStart();
         QCOMPARE(bench.logFile.LogState(), 2);
         QCOMPARE(bench.commands, "stop");
@@ -260,14 +264,14 @@ class tst_log : public QObject
     {
         LogBench bench;
         bench.disk.refused = "/logs/test_hex.txt";
-        bench.settings.log.Folder = "/before/";
+        bench.logSettings.Folder = "/before/";
         bench.OpenAndStart();
         QCOMPARE(bench.Texts(bench.prompts.shown),
                  QStringList("critical: Error while writing the HEX log file - "
                              "Read-only file system"));
         QCOMPARE(bench.logFile.LogState(), 0);
         QCOMPARE(bench.commands, "start ");
-        QCOMPARE(bench.settings.log.Folder, "/before/");
+        QCOMPARE(bench.logSettings.Folder, "/before/");
         bench.Receive(bench.portA, "unlogged");
         QVERIFY(bench.disk.files.isEmpty()); // what was new is gone
         bench.disk.refused.clear();
@@ -279,7 +283,7 @@ class tst_log : public QObject
     {
         const std::pair<const char *, std::function<void(LogBench &)>> events[] = {
             {"the device is unplugged", [](LogBench &b) { b.portA.Unplug("gone"); }},
-            {"the program ends", [](LogBench &b) { b.settings.QuitRequested = true; }}};
+            {"the program ends", [](LogBench &b) { b.run.QuitRequested = true; }}};
         for (const auto &[name, happens] : events) {
             for (const qsizetype at : {1, 2}) { // in the dialog, in the question
                 LogBench bench;
@@ -300,14 +304,14 @@ class tst_log : public QObject
     {
         LogBench bench;
         const QString here = QDir::currentPath() + '/';
-        bench.settings.log = {true, true, false, false, 0, "/kept/"};
+        bench.logSettings = {true, true, false, false, 0, "/kept/"};
         bench.logFile.Arm("run_hex.txt", false);
         QCOMPARE(bench.logFile.LogState(), 0);
         bench.Open(CommMode::SendReceive);
         bench.Receive(bench.portA, "x");
         QCOMPARE(bench.disk.files, (QMap<QString, QByteArray>{{here + "run_asc.txt", "x"},
                                                               {here + "run_dec.txt", "120 "}}));
-        QCOMPARE(bench.settings.log.Folder, "/kept/");
+        QCOMPARE(bench.logSettings.Folder, "/kept/");
         bench.communication.ClosePorts();
         bench.Open(CommMode::SendReceive);
         QCOMPARE(bench.logFile.LogState(), 0); // once is enough

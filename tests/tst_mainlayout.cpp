@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/MainLayout.h"
+#include "MainLayout.h"
+#include "Twips.h"
 #include "support/Cases.h"
 
 using namespace MainLayout;

@@ -1,10 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SQSendSequenceList.h"
-#include "options/PortNumber.h"
-#include "options/frmOptions.h"
-#include "platform/QtPrompts.h"
+#include "PortNumber.h"
+#include "QtPrompts.h"
+#include "SQSendSequenceList.h"
+#include "SystemPortName.h"
+#include "frmOptions.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 #include "support/ScriptedFinder.h"
@@ -72,7 +73,7 @@ class OptionsBench
 {
   public:
     MemoryStore store;
-    PortDevices devices{store};
+    PortDevices devices{store, SystemPortName};
     ScriptedPrompts prompts;
     std::shared_ptr<ScriptedFinder> finder = std::make_shared<ScriptedFinder>();
     OptionsValues values;
@@ -168,11 +169,10 @@ void tst_options::EveryControlIsKeptOrNot()
             desk.Press(qPrintable(button));
     };
     const auto change = [&] {
-        bench.program->Sequences().EditSend(0) = {"name", "A", {}};
-        bench.program->Sequences().SetSendCount(1);
+        bench.program->Sequences().AddSend({"name", "A", {}});
         bench.InOptions(changeAll);
         sequence = bench.program->Window()->SendList().model()->index(0, 2).data().toString();
-        inForce = bench.program->Settings().display;
+        inForce = bench.program->Display();
     };
     bench.Run({{change, AtOnce}});
     QCOMPARE(bench.store.texts, expected);
@@ -183,7 +183,7 @@ void tst_options::EveryControlIsKeptOrNot()
     const auto compareAll = [&](const OptionsDesk &desk) {
         for (const Change &each : Changes)
             QCOMPARE(desk.Value(each.control) == each.value, all || IsKeptOnCancel(each));
-        inForce = bench.program->Settings().display;
+        inForce = bench.program->Display();
     };
     bench.Run({{[&] { bench.InOptions(compareAll); }, AtOnce}});
     QCOMPARE(bench.store.texts, expected);
@@ -355,7 +355,7 @@ void tst_options::WhatHasNoPlaceInTheDialogStays()
 {
     OptionsBench bench;
     bench.values.comm.stored = {2, 300, -5, 99, 5, -1, 3};
-    bench.values.Display = 7;
+    bench.values.sequences.Display = 7;
     bench.values.log.Format = -1;
     const OptionsDesk desk = bench.Open();
     for (const char *list : {"PicOp0SpeedCombo", "PicOp0ParityCombo", "PicOp0DataBitsCombo",
@@ -367,7 +367,7 @@ void tst_options::WhatHasNoPlaceInTheDialogStays()
     QVERIFY(bench.prompts.shown.isEmpty());
     const OptionsValues kept = bench.confirmed.value(0);
     QCOMPARE(kept.comm.stored, bench.values.comm.stored);
-    QCOMPARE(kept.Display, qint16(7));
+    QCOMPARE(kept.sequences.Display, qint16(7));
     QCOMPARE(kept.log.Format, qint16(-1));
 }
 
@@ -424,9 +424,7 @@ void tst_options::OKEndsWhatTheCommandLineHadPut()
     bench.line.line = ParseLineSettings(u"921600,E,7,2");
     QString note;
     QStringList settings;
-    const auto notePortSettings = [&] {
-        settings << bench.program->Settings().comm.PortSettings();
-    };
+    const auto notePortSettings = [&] { settings << bench.program->Comm().PortSettings(); };
     const auto noteAndPress = [&](const char *button) {
         bench.InOptions([&](const OptionsDesk &desk) {
             note = desk.Find<QLabel>("lblRun")->text();
@@ -439,7 +437,7 @@ void tst_options::OKEndsWhatTheCommandLineHadPut()
         {{[&] { noteAndPress("cmdCancel"); }, AtOnce}, {[&] { noteAndPress("cmdOK"); }, AtOnce}});
     QVERIFY2(note.contains("Monitoring (Receive Only), 921600,E,7,2"), qPrintable(note));
     QCOMPARE(settings, (QStringList{"921600,E,7,2", "9600,N,8,1"}));
-    QVERIFY(bench.program->Settings().comm.Mode() == CommMode::SendReceive);
+    QVERIFY(bench.program->Comm().Mode() == CommMode::SendReceive);
 }
 
 void tst_options::ADeviceIsAssigned_data()

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/ClInputFile.h"
-#include "project/ClOutputFile.h"
+#include "ClInputFile.h"
+#include "ClOutputFile.h"
 #include "support/Cases.h"
 #include "support/ScriptedDisk.h"
 

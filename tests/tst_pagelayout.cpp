@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "print/ClMyPrinter.h"
+#include "ClMyPrinter.h"
 #include "support/Cases.h"
 #include "support/RecordingPrinter.h"
 #include "support/ScriptedPrompts.h"

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/PortDevices.h"
+#include "PortDevices.h"
+#include "SystemPortName.h"
 #include "support/Cases.h"
 #include "support/MemoryStore.h"
 
@@ -29,7 +30,7 @@ class TestPortDevices : public QObject
         QFETCH(QString, assigned);
         QFETCH(QString, stored);
         MemoryStore store;
-        PortDevices devices(store);
+        PortDevices devices(store, SystemPortName);
         if (!assigned.isEmpty())
             devices.AssignForRun(number, assigned);
         if (!stored.isEmpty())
@@ -40,7 +41,7 @@ class TestPortDevices : public QObject
     void AnOwnAssignmentEndsThatOfTheRun()
     {
         MemoryStore store;
-        PortDevices devices(store);
+        PortDevices devices(store, SystemPortName);
         using Source = PortDevices::Source;
         QCOMPARE(devices.MeaningOf(200).source, Source::None);
         devices.AssignForRun(2, "/dev/a");

@@ -1,14 +1,16 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/CommunicationViews.h"
-#include "platform/QtPrompts.h"
-#include "platform/SystemFiles.h"
-#include "print/MdPrint.h"
-#include "print/QtPrintOutput.h"
-#include "project/OpenFiles.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MdPrint.h"
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "ProjectState.h"
+#include "QtPrintOutput.h"
+#include "QtPrompts.h"
+#include "SequenceSettings.h"
+#include "SystemFiles.h"
 #include "support/Cases.h"
 #include "support/FixedClock.h"
 #include "support/ProgramBench.h"
@@ -40,7 +42,9 @@ const MessagePrompt PrintingFailed = {.text = "Error while printing", .icon = Pr
 class PrintBench
 {
   public:
-    SettingsRecord settings;
+    ProjectState project;
+    DisplaySettings display;
+    SequenceSettings form;
     MdSequenceEdition tables;
     CommunicationViews views;
     ScriptedPrompts prompts;
@@ -49,27 +53,22 @@ class PrintBench
     MdPrint print;
 
     explicit PrintBench(PrintOutput &output)
-        : print({settings, tables, views, prompts, clock, output,
+        : print({project, display, form, tables, views, prompts, clock, output,
                  [this](bool busy) { pointer += busy ? "on " : "off "; }})
     {
-        settings.Display = qint16(Representation::Hex);
+        form.Display = qint16(Representation::Hex);
         prompts.whileStanding = [this] { pointer += "box "; };
         prompts.printer = PrinterChoice{};
     }
 
     void AddSend(const QByteArray &name, const QByteArray &sequence)
     {
-        tables.EditSend(tables.SendCount()).Name = name;
-        tables.EditSend(tables.SendCount()).Sequence = sequence;
-        tables.SetSendCount(tables.SendCount() + 1);
+        tables.AddSend({name, sequence, {}});
     }
     ReceiveSequence &AddReceive(const QByteArray &name, const QByteArray &sequence)
     {
-        tables.SetReceiveCount(tables.ReceiveCount() + 1);
-        ReceiveSequence &record = tables.EditReceive(tables.ReceiveCount() - 1);
-        record.Name = name;
-        record.Sequence = sequence;
-        return record;
+        tables.AddReceive({.Name = name, .Sequence = sequence});
+        return tables.EditReceive(tables.ReceiveCount() - 1);
     }
     RichTextModel &View(Representation r = Representation::Ascii) { return views.View(r); }
 };
@@ -192,8 +191,8 @@ void tst_print::AProjectIsPrintedLineByLine_data()
     const Cases<std::function<void(PrintBench &)>, QString, QString> add("fill", "document",
                                                                          "lines");
     const auto fill = [](PrintBench &bench) {
-        bench.settings.ProjectDirectory = "/home/m\re/";
-        bench.settings.ProjectFileName = "modem";
+        bench.project.ProjectDirectory = "/home/m\re/";
+        bench.project.ProjectFileName = "modem";
         bench.AddSend("Ping", "A\r");
         bench.AddSend("Caf\xE9 \x01", "");
         ReceiveSequence &pong = bench.AddReceive("Pong", "\xFF");
@@ -242,7 +241,7 @@ void tst_print::SequencesAreInTheFormOfTheLists()
     for (const qint16 display : lines.keys()) {
         RecordingOutput output = LargePaper();
         PrintBench bench(output);
-        bench.settings.Display = display;
+        bench.form.Display = display;
         bench.AddSend("Ping", "A\r");
         bench.print.PrintProject();
         QCOMPARE(output.Lines().value(4), lines[display]);
@@ -334,7 +333,7 @@ void tst_print::TheShownViewIsPrinted()
         bench.View(r).AppendStyled("text of " + QByteArray::number(int(r)), {});
     if (selects)
         bench.View(Representation(shown)).Select(7, 5);
-    bench.settings.DisplayedRepresentation = Representation(shown);
+    bench.views.DisplayedRepresentation = Representation(shown);
     bench.prompts.printer->selectionOnly = chooses;
     bench.print.PrintCommunication();
     QTEST(output.viewsPrinted, "printed");
@@ -405,7 +404,7 @@ void tst_print::TheWindowPrints()
     bench.Run({{[&] {
                     keys = entry("mnuPrintCommunication")->shortcut();
                     entry("mnuPrintCommunication")->trigger();
-                    bench.program->Window()->ToolbarButton(17)->trigger();
+                    bench.ToolbarButton(17)->trigger();
                     entry("mnuPrintProject")->trigger();
                 },
                 [&] { return !bench.prompts.shown.isEmpty(); }}});
@@ -483,7 +482,7 @@ void tst_print::StylesShowOnPaper()
     QVERIFY(plain > 100);
     QVERIFY(DotsOf(print({.colour = 0x0000FF, .bold = true})).value(red) > plain * 5 / 4);
     QVERIFY(DotsOf(print({.colour = 0x0000FF, .underline = true})).value(red) > plain);
-    on.bench.settings.display.DispBack = 0x800000;
+    on.bench.display.DispBack = 0x800000;
     const auto dark = DotsOf(print({.colour = 0xFF0000}));
     QVERIFY(dark.size() == 3 && dark[qRgb(0, 0, 255)] > 100 && dark[qRgb(0, 0, 128)] > plain);
     const QImage grey = print({.colour = 0x0000FF}, PrintColour::Monochrome);

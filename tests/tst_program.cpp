@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "platform/QtSerialPort.h"
-#include "platform/SerialPortHub.h"
-#include "repr/Common_Function.h"
+#include "Common_Function.h"
+#include "MainLoop.h"
+#include "QtSerialPort.h"
+#include "RunState.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "SerialPortHub.h"
+#include "SystemPortName.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/ProgramBench.h"
@@ -101,7 +104,7 @@ class tst_program : public QObject
     {
         PtyPair lineA, lineB;
         MemoryStore store;
-        PortDevices devices(store);
+        PortDevices devices(store, SystemPortName);
         devices.AssignForRun(1, lineA.DeviceName());
         devices.AssignForRun(2, lineB.DeviceName());
         SerialPortHub hub;
@@ -109,9 +112,11 @@ class tst_program : public QObject
         QtSerialPort portB(hub, devices);
         CommunicationBench bench;
         bench.settings.comm.run.mode = CommMode::MonitorReceiveOnly;
-        MdCommunication communication({bench.settings, bench.tables, bench.views, bench.log,
+        MdCommunication communication({bench.settings.comm, bench.settings.display,
+                                       bench.settings.stamp, bench.tables, bench.views, bench.log,
                                        bench.prompts, bench.clock, portA, portB});
-        MainLoop loop(bench.settings, communication, bench.views);
+        RunState run;
+        MainLoop loop(run, communication, bench.views);
         communication.OpenPorts();
 
         // The window's thread handles no event for a second, while the telegrams come one by one.
@@ -222,7 +227,7 @@ class tst_program : public QObject
             bench.prompts.answers = {answer};
             bool stayed = false;
             const auto close = [&] {
-                bench.program->Window()->SetProjectModified();
+                bench.program->Window()->SetProjectModified(true);
                 bench.program->Execute(Command::Exit);
                 stayed = bench.program->Window()->isVisible();
             };
@@ -245,9 +250,9 @@ class tst_program : public QObject
         bench.prompts.chosen = {folder.filePath("a.txt"), folder.filePath("b.txt")};
         QString enabled;
         const auto press = [&](int button) {
-            bench.program->Window()->ToolbarButton(button)->trigger();
+            bench.ToolbarButton(button)->trigger();
             for (const int each : {19, 20})
-                enabled += bench.program->Window()->ToolbarButton(each)->isEnabled() ? 'e' : '-';
+                enabled += bench.ToolbarButton(each)->isEnabled() ? 'e' : '-';
         };
         const auto logAndWrite = [&] {
             press(19);
@@ -315,7 +320,7 @@ class tst_program : public QObject
             bench.line.demo = true;
             bench.line.mode = CommMode(mode);
             const auto allStylesAreThere = [&] {
-                const auto &styles = bench.program->Settings().display.styles;
+                const auto &styles = bench.program->Display().styles;
                 QSet<qsizetype> seen;
                 for (const auto &run : bench.View(Representation::Hex).Runs())
                     seen << std::find(styles.begin(), styles.end(), run.style) - styles.begin();

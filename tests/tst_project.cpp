@@ -1,13 +1,15 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/MdProject.h"
-#include "app/ProjectWindow.h"
-#include "platform/QtSettingsStore.h"
-#include "platform/SystemFiles.h"
-#include "project/OpenFiles.h"
-#include "project/PathParts.h"
-#include "project/RecentProjects.h"
+#include "MdProject.h"
+#include "OpenFiles.h"
+#include "PathParts.h"
+#include "ProjectState.h"
+#include "ProjectWindow.h"
+#include "QtSettingsStore.h"
+#include "RecentProjects.h"
+#include "RunState.h"
+#include "SystemFiles.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/MemoryStore.h"
@@ -29,7 +31,9 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
     MemoryStore store;
     SystemFiles fileSystem;
     OpenFiles files{fileSystem};
-    MdProject project{{settings, tables, communication, store, prompts, files}};
+    ProjectState state;
+    RunState run;
+    MdProject project{{state, tables, communication, store, prompts, files, run}};
     bool modified = false;
     QString caption = QStringLiteral("Serimonde");
     QStringList recent;
@@ -41,8 +45,7 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
         project.Attach(*this);
         if (!ping)
             return;
-        tables.EditSend(0) = {"Ping", "A\r", {}};
-        tables.SetSendCount(1);
+        tables.AddSend({"Ping", "A\r", {}});
         modified = true;
     }
 
@@ -67,14 +70,14 @@ class ProjectBench : public CommunicationBench, public ProjectWindow
     }
     void NameIt(const QString &name)
     {
-        settings.ProjectDirectory = folder.path() + '/';
-        settings.ProjectFileName = name;
+        state.ProjectDirectory = folder.path() + '/';
+        state.ProjectFileName = name;
     }
     /// Folder, name, caption, modified and the recent list in one text.
     QString State() const
     {
-        QString shortened = (QStringList{settings.ProjectDirectory, settings.ProjectFileName,
-                                         caption, modified ? "modified" : "unmodified"} +
+        QString shortened = (QStringList{state.ProjectDirectory, state.ProjectFileName, caption,
+                                         modified ? "modified" : "unmodified"} +
                              recent)
                                 .join(u'|');
         return shortened.replace(folder.path(), "~");

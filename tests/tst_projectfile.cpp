@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/ClOutputFile.h"
-#include "project/DecimalList.h"
-#include "project/FieldReader.h"
-#include "project/ProjectFile.h"
-#include "sequences/MdSequenceEdition.h"
+#include "ClOutputFile.h"
+#include "DecimalList.h"
+#include "FieldReader.h"
+#include "MdSequenceEdition.h"
+#include "ProjectFile.h"
 #include "support/Cases.h"
 #include "support/ScriptedDisk.h"
 
@@ -25,10 +25,8 @@ const char *const VersionMessage = "Unknown project file version";
 
 void FillPingProject(MdSequenceEdition &tables)
 {
-    tables.EditSend(0) = {"Ping", "A\r", {}};
-    tables.SetSendCount(1);
-    tables.EditReceive(0) = {"Reply", "OK", {}, {}, 1, "got OK"};
-    tables.SetReceiveCount(1);
+    tables.AddSend({"Ping", "A\r", {}});
+    tables.AddReceive({"Reply", "OK", {}, {}, 1, "got OK"});
 }
 
 QString Read(MdSequenceEdition &tables, const QByteArray &bytes)
@@ -114,13 +112,8 @@ class tst_projectfile : public QObject
     void WritesWhatIsUnusual()
     {
         MdSequenceEdition tables;
-        tables.EditSend(0).Name = "a, \"b\" \xE4";
-        tables.SetSendCount(1);
-        ReceiveSequence &record = tables.EditReceive(0);
-        record.Sequence = QByteArray("\0\xFF", 2);
-        record.Answer = -32768;
-        record.Active = -1;
-        tables.SetReceiveCount(1);
+        tables.AddSend({"a, \"b\" \xE4", {}, {}});
+        tables.AddReceive({.Sequence = QByteArray("\0\xFF", 2), .Answer = -32768, .Active = -1});
         QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
         QCOMPARE(disk.files[Path], QByteArray("VERSION\r\n3\r\n\r\n"
                                               "SEND\r\n0\r\na, \"b\" \xE4\r\n\r\n\r\n"
@@ -145,9 +138,7 @@ class tst_projectfile : public QObject
                         {"3", "0\r\ncomment a\r\n", 0, ""}};
         for (const auto &[version, rest, active, comment] : versions) {
             MdSequenceEdition tables;
-            tables.EditReceive(0).Comment = "before";
-            tables.EditReceive(0).Active = 0;
-            tables.SetReceiveCount(1);
+            tables.AddReceive({.Comment = "before", .Active = 0});
             QCOMPARE(Read(tables, "VERSION\r\n" + version +
                                       "\r\n\r\nSEND\r\n0\r\nx\r\n065\r\n\r\n" +
                                       "RECEIVE\r\n0\r\ny\r\n066\r\n-7\r\n" + rest + "\r\n"),

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/MainLoop.h"
-#include "platform/SystemClock.h"
+#include "MainLoop.h"
+#include "RunState.h"
+#include "SystemClock.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 
@@ -167,7 +168,8 @@ class tst_receivepath : public QObject
     void OnlyARunningLoopMovesText()
     {
         CommunicationBench bench;
-        MainLoop loop(bench.settings, bench.communication, bench.views);
+        RunState run;
+        MainLoop loop(run, bench.communication, bench.views);
         RichTextModel &view = bench.views.View(Representation::Ascii);
         bench.views.StagingBox(Representation::Ascii).AppendStyled("staged", {});
         QCOMPARE(loop.Pass(), 100);
@@ -177,7 +179,7 @@ class tst_receivepath : public QObject
         QCOMPARE(loop.Pass(), 10);
         QCOMPARE(view.Bytes().toByteArray(), "stagedlive");
 
-        QTimer::singleShot(0, &bench.communication, [&] { bench.settings.QuitRequested = true; });
+        QTimer::singleShot(0, &bench.communication, [&] { run.QuitRequested = true; });
         loop.Run();
     }
 };

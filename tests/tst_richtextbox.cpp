@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/RichTextAccessible.h"
-#include "controls/RichTextBox.h"
-#include "controls/RichTextModel.h"
+#include "RichTextAccessible.h"
+#include "RichTextBox.h"
+#include "RichTextModel.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/RichTextCaret.h"
-#include "controls/RichTextLayout.h"
-#include "controls/RichTextModel.h"
+#include "RichTextCaret.h"
+#include "RichTextLayout.h"
+#include "RichTextModel.h"
 #include "support/Cases.h"
 
 #include <QRandomGenerator>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/RichTextModel.h"
-#include "controls/RichTextSteps.h"
+#include "RichTextModel.h"
+#include "RichTextSteps.h"
 #include "support/Cases.h"
 
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "controls/SequenceToolTip.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "SequenceToolTip.h"
 
 #include <QAction>
 #include <QClipboard>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "sequences/MdSequenceEdition.h"
+#include "MdSequenceEdition.h"
 
 #include <QTest>
 
@@ -10,16 +10,11 @@ namespace
 
 /// The tables as the delete rules concern them.
 struct Tables : MdSequenceEdition {
-    void AddSend(const QByteArray &name)
-    {
-        EditSend(SendCount()) = {name, name.toLower(), {}};
-        SetSendCount(SendCount() + 1);
-    }
+    void AddSend(const QByteArray &name) { MdSequenceEdition::AddSend({name, name.toLower(), {}}); }
     void AddReceive(const QByteArray &name, qint16 answer = 0, qint16 active = 1)
     {
-        EditReceive(ReceiveCount()) = {name,   name.toLower(),  {},     {},
-                                       answer, "about " + name, answer, active};
-        SetReceiveCount(ReceiveCount() + 1);
+        MdSequenceEdition::AddReceive(
+            {name, name.toLower(), {}, {}, answer, "about " + name, answer, active});
     }
     /// All that is stored of a receive sequence.
     QByteArray Receive(int index) const

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SequenceEditing.h"
-#include "controls/SequenceText.h"
-#include "repr/Common_Function.h"
+#include "Common_Function.h"
+#include "SequenceEditing.h"
+#include "SequenceText.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/SequenceLists.h"
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "SequenceLists.h"
+#include "SequenceSettings.h"
 #include "support/CommunicationBench.h"
+#include "support/FullTables.h"
 
 #include <QTest>
 
@@ -16,32 +18,27 @@ class WiringBench
 {
   public:
     CommunicationBench comm;
+    SequenceSettings form;
     SQSendSequenceList sendList;
     SQReceiveSequenceList receiveList;
     SequenceLists lists{
-        {comm.settings, comm.tables, comm.communication, comm.prompts, sendList, receiveList}};
+        {form, comm.tables, comm.communication, comm.prompts, sendList, receiveList}};
     int changes = 0;
     QStringList edits; ///< such as "send 2"
 
     WiringBench()
     {
-        comm.tables.EditSend(0) = {"ask", "Hi\r", {}};
-        comm.tables.EditSend(1) = {"binary", QByteArray("\0\xFF", 2), {}};
-        comm.tables.EditSend(2) = {"last", "x", {}};
-        comm.tables.SetSendCount(3);
-        AddReceive({"question", "?", {}, {}, 2, "[asked]"});
-        AddReceive({"plain", "p", {}, {}, 0, {}});
+        comm.tables.AddSend({"ask", "Hi\r", {}});
+        comm.tables.AddSend({"binary", QByteArray("\0\xFF", 2), {}});
+        comm.tables.AddSend({"last", "x", {}});
+        comm.tables.AddReceive({"question", "?", {}, {}, 2, "[asked]"});
+        comm.tables.AddReceive({"plain", "p", {}, {}, 0, {}});
         QObject::connect(&lists, &SequenceLists::ProjectChanged, &lists, [this] { ++changes; });
         lists.EditSend = [this] { Note("send ", comm.tables.CurrentSendIndex); };
         lists.EditReceive = [this] { Note("receive ", comm.tables.CurrentReceiveIndex); };
         lists.Refresh();
     }
 
-    void AddReceive(const ReceiveSequence &record)
-    {
-        comm.tables.EditReceive(comm.tables.ReceiveCount()) = record;
-        comm.tables.SetReceiveCount(comm.tables.ReceiveCount() + 1);
-    }
     /// Rows as name, sequence and third value.
     static QStringList Rows(const SequenceList &list)
     {
@@ -78,7 +75,7 @@ class tst_sequencewiring : public QObject
         };
         WiringBench bench;
         for (const auto &[display, ask, question] : displays) {
-            bench.comm.settings.Display = display;
+            bench.form.Display = display;
             bench.lists.Refresh();
             QCOMPARE(bench.Rows(bench.sendList).size(), 3);
             QCOMPARE(bench.Rows(bench.sendList).first(), ask);
@@ -92,7 +89,7 @@ class tst_sequencewiring : public QObject
     {
         WiringBench bench;
         bench.comm.tables.EditSend(1).Name = "renamed";
-        bench.AddReceive({"outside", "o", {}, "left over", 32767, {}});
+        bench.comm.tables.AddReceive({"outside", "o", {}, "left over", 32767, {}});
         bench.lists.RefreshEventList();
         QCOMPARE(bench.Rows(bench.receiveList),
                  QStringList({"question/?/renamed", "plain/p/", "outside/o/"}));
@@ -161,8 +158,8 @@ class tst_sequencewiring : public QObject
     void AFullTableTakesNoMore()
     {
         WiringBench bench;
-        bench.comm.tables.SetSendCount(1025);
-        bench.comm.tables.SetReceiveCount(1025);
+        FillSendTable(bench.comm.tables);
+        FillReceiveTable(bench.comm.tables);
         bench.lists.Refresh();
         Q_EMIT bench.sendList.EmptyRowRequested(1025);
         Q_EMIT bench.receiveList.EmptyRowRequested(1025);

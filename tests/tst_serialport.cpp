@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "comm/PortDevices.h"
-#include "platform/QtSerialPort.h"
-#include "platform/SerialPortHub.h"
+#include "PortDevices.h"
+#include "QtSerialPort.h"
+#include "SerialPortHub.h"
+#include "SystemPortName.h"
 #include "support/Cases.h"
 #include "support/MemoryStore.h"
 #include "support/PtyPair.h"
@@ -69,7 +70,7 @@ KernelLine LineOf(const PtyPair &pty)
 /// What the two ends of a program share, on a fresh table of devices.
 struct World {
     MemoryStore store;
-    PortDevices devices{store};
+    PortDevices devices{store, SystemPortName};
     SerialPortHub hub;
     QList<QByteArray> events; ///< of all stations, in order
 

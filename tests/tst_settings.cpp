@@ -1,9 +1,15 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/ProgramSettings.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "CommSettings.h"
+#include "DisplaySettings.h"
+#include "LogSettings.h"
+#include "MdSequenceEdition.h"
+#include "ProgramSettings.h"
+#include "SequenceSettings.h"
+#include "StampText.h"
+#include "StoredSettings.h"
+#include "WindowSettings.h"
 #include "support/Cases.h"
 #include "support/MemoryStore.h"
 
@@ -34,11 +40,23 @@ QMap<QString, QString> Defaults()
 
 struct SettingsBench {
     MemoryStore store;
-    SettingsRecord settings;
+    struct {
+        CommSettings comm;
+        WindowSettings window;
+        ListSettings lists;
+        DisplaySettings display, displayNext;
+        StampSettings stamp;
+        LogSettings log;
+        SequenceSettings sequences;
+        QString projectFolder;
+    } settings;
+    StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
+                             &settings.display, &settings.displayNext, &settings.stamp,
+                             &settings.log,     &settings.sequences,   &settings.projectFolder};
     MdSequenceEdition tables;
 
-    auto Load() { return ProgramSettings::LoadSettings(store, settings, tables); }
-    void Save(bool minimised = false) { ProgramSettings::SaveSettings(store, settings, minimised); }
+    auto Load() { return ProgramSettings::LoadSettings(store, places, tables); }
+    void Save(bool minimised = false) { ProgramSettings::SaveSettings(store, places, minimised); }
 };
 
 } // namespace
@@ -51,7 +69,7 @@ class tst_settings : public QObject
     void AnEmptyStoreGivesTheDefaults()
     {
         SettingsBench bench;
-        bench.settings.display.DispBack = bench.settings.comm.stored.CommSpeed = 3;
+        bench.settings.display.DispBack = bench.settings.comm.CommSpeed = 3;
         for (const int index : {0, 512, 1024})
             bench.tables.EditReceive(index).Active = 0;
         QVERIFY(!bench.Load());
@@ -82,7 +100,7 @@ class tst_settings : public QObject
         QCOMPARE(bench.store.texts, changed);
         QCOMPARE(bench.store.flushes, 1);
         QVERIFY(bench.settings.display == bench.settings.displayNext);
-        QCOMPARE(bench.settings.ProjectDirectory, changed["Settings/ProjectPath"]);
+        QCOMPARE(bench.settings.projectFolder, changed["Settings/ProjectPath"]);
     }
 
     void TheSavedCopyOfTheLooksIsTheSecondOne()

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/SystemFiles.h"
-#include "project/ClInputFile.h"
-#include "project/ClOutputFile.h"
-#include "project/ProjectFile.h"
-#include "sequences/MdSequenceEdition.h"
+#include "ClInputFile.h"
+#include "ClOutputFile.h"
+#include "MdSequenceEdition.h"
+#include "ProjectFile.h"
+#include "SystemFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -41,8 +41,7 @@ void Put(const QString &path, const QByteArray &bytes)
 void FillTables(MdSequenceEdition &tables)
 {
     for (int i = 0; i < 500; ++i)
-        tables.EditSend(i).Sequence = QByteArray(64, 'x');
-    tables.SetSendCount(500);
+        tables.AddSend({{}, QByteArray(64, 'x'), {}});
 }
 
 /// No file of this process grows beyond that. Like a full disk it fails with --full, else the

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/MainCommands.h"
+#include "MainCommands.h"
 
 namespace
 {
@@ -17,9 +17,9 @@ constexpr std::array<ToolbarButton, 20> ToolbarButtons = {{
     Separator,
     {"Properties", "Options", "properties", Command::Options, nullptr},
     Separator,
-    {"Cut", "Cut", "cut", Command::None, nullptr},
-    {"Copy", "Copy", "copy", Command::None, nullptr},
-    {"Paste", "Paste", "paste", Command::None, nullptr},
+    {"Cut", "Cut", "cut", Command::Cut, nullptr},
+    {"Copy", "Copy", "copy", Command::Copy, nullptr},
+    {"Paste", "Paste", "paste", Command::Paste, nullptr},
     {"Find", "Find a Sequence Within The Communication Window", "find", Command::Find, "Ctrl+F"},
     Separator,
     {"Start", "Start Communication", "start", Command::Start, "F5"},

@@ -25,6 +25,9 @@ enum class Command {
     Clean,
     StartLog,
     StopLog,
+    Cut,
+    Copy,
+    Paste,
     HelpContents,
     HelpSearch,
     About
@@ -42,20 +45,6 @@ struct ToolbarButton {
     Command command;
     const char *shortcut; ///< for what no menu entry offers; null for none
 };
-
-/// Places of the buttons that are switched at run time, counted from 1 with the separators.
-namespace ButtonIndex
-{
-constexpr int Save = 3;
-constexpr int Cut = 7;
-constexpr int Copy = 8;
-constexpr int Paste = 9;
-constexpr int Start = 12;
-constexpr int Stop = 13;
-constexpr int Clean = 15;
-constexpr int StartLog = 19;
-constexpr int StopLog = 20;
-} // namespace ButtonIndex
 
 std::span<const ToolbarButton> Toolbar();
 

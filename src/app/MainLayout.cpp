@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/MainLayout.h"
+#include "MainLayout.h"
 
 #include <algorithm>
 
@@ -57,13 +57,6 @@ Vertical HSizeControls(int y, const InnerArea &inner)
     sums.views = {sums.tabs.start + TitleHeight + 100,
                   std::max(0, sums.tabs.length - TitleHeight - 200)};
     return sums;
-}
-
-int DragPosition(int wanted, int limit, int innerLength)
-{
-    if (wanted < limit)
-        return limit;
-    return std::min(wanted, innerLength - limit);
 }
 
 } // namespace MainLayout

@@ -8,7 +8,6 @@
 namespace MainLayout
 {
 
-constexpr int TwipsPerPixel = 15;
 /// The window is never narrower.
 constexpr int MinimumWidth = 3000;
 constexpr int TitleHeight = 270;
@@ -59,8 +58,5 @@ Horizontal VSizeControls(int x, int innerWidth);
 /// Sums for the wanted top of the horizontal splitter, bounded to 2,000 ... height - 2,000, where
 /// the upper bound wins. No height is negative.
 Vertical HSizeControls(int y, const InnerArea &inner);
-
-/// Where the picture of a dragged splitter stands: not nearer than limit to either end.
-int DragPosition(int wanted, int limit, int innerLength);
 
 } // namespace MainLayout

@@ -3,31 +3,39 @@
 
 #pragma once
 
-#include "app/CommandLine.h"
-#include "app/MainCommands.h"
-#include "app/MainLoop.h"
-#include "app/MdProject.h"
-#include "app/ProjectWindow.h"
-#include "comm/CommunicationViews.h"
-#include "comm/MdCommunication.h"
-#include "comm/PortDevices.h"
-#include "find/MdFind.h"
-#include "help/MdHelp.h"
-#include "log/MdLogFile.h"
-#include "platform/SystemFiles.h"
-#include "print/MdPrint.h"
-#include "print/QtPrintOutput.h"
-#include "project/OpenFiles.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
+#include "CommConfiguration.h"
+#include "CommandLine.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "LogSettings.h"
+#include "MainCommands.h"
+#include "MdFind.h"
+#include "MdHelp.h"
+#include "MdLogFile.h"
+#include "MdPrint.h"
+#include "MdProject.h"
+#include "MdSequenceEdition.h"
+#include "OpenFiles.h"
+#include "PortDevices.h"
+#include "ProjectState.h"
+#include "QtPrintOutput.h"
+#include "RunState.h"
+#include "SequenceSettings.h"
+#include "StampText.h"
+#include "StoredSettings.h"
+#include "SystemFiles.h"
+#include "WindowSettings.h"
 
 #include <QObject>
 
+#include <functional>
+#include <map>
 #include <memory>
 
 class Clock;
 class DemoInstrument;
-class frmMain;
+class MainDialogs;
+class MdCommunication;
 class PortFinder;
 class QtSerialPort;
 class SequenceLists;
@@ -36,11 +44,10 @@ class SettingsStore;
 class Shell;
 class SystemRegistry;
 class UserPrompts;
-struct OptionsValues;
+class frmMain;
 
-/// The program: owns the state that everything shares, brings its parts up in their order, runs
-/// the main loop and carries out the commands that belong to no other part.
-class MdMain final : public QObject, private ProjectWindow
+/// The program: owns what its parts work with, wires them, and runs the main loop.
+class MdMain final : public QObject
 {
     Q_OBJECT
 
@@ -64,9 +71,6 @@ class MdMain final : public QObject, private ProjectWindow
     /// The system ends the program: open dialogs are rejected and the window closes unasked.
     void CloseUnasked();
 
-    /// Sets the title of program and window.
-    void SetProgramTitle(const QString &title);
-
     /// Carries out a command of the main window.
     void Execute(Command command);
 
@@ -75,39 +79,37 @@ class MdMain final : public QObject, private ProjectWindow
     /// The window while the program runs, else null.
     frmMain *Window() const { return m_window.get(); }
     MdCommunication &Communication() { return *m_communication; }
-    SettingsRecord &Settings() { return m_settings; }
+    const CommConfiguration &Comm() const { return m_comm; }
+    const DisplaySettings &Display() const { return m_display; }
     MdSequenceEdition &Sequences() { return m_sequences; }
     CommunicationViews &Views() { return m_views; }
 
   private:
-    bool ProjectModified() const override;
-    void SetProjectModified(bool modified) override;
-    void SetCaption(const QString &caption) override;
-    void SetBusy(bool busy) override;
-    void RefreshLists() override;
-    void ShowRecentProjects(const QStringList &projects) override;
-
-    bool PortsOpen() const;
     bool LoadMainWindow();
     void ApplyCommandLine();
-    void AttachDemo();
-    void ConnectWindow();
+    void MakeWindow();
+    void ConnectCommunication();
+    void WireCommands();
     void ShowMainWindow();
-    void ConnectLists();
-    void ShowOptions();
-    void ShowFind();
-    void FindNext();
-    void StoreOptions(const OptionsValues &values);
-    void ShowAbout();
-    void EditSendSequence();
-    void EditReceiveSequence();
     void UnloadMainWindow();
-    void WriteScreenshot();
+    StoredSettings Stored();
 
     World m_world;
     CommandLine m_line;
     MdHelp m_help;
-    SettingsRecord m_settings;
+
+    // What the subjects own and the settings store keeps.
+    CommConfiguration m_comm;
+    DisplaySettings m_display;     ///< in force
+    DisplaySettings m_displayNext; ///< for the next start
+    StampSettings m_stamp;
+    LogSettings m_logSettings;
+    SequenceSettings m_sequenceSettings;
+    WindowSettings m_windowSettings;
+    ListSettings m_listSettings;
+    ProjectState m_projectState;
+    RunState m_run;
+
     MdSequenceEdition m_sequences;
     CommunicationViews m_views;
     SystemFiles m_fileSystem;
@@ -124,8 +126,8 @@ class MdMain final : public QObject, private ProjectWindow
     MdFind m_find;
     QtPrintOutput m_printOutput{m_files};
     MdPrint m_print;
-    Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
-    Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
+    std::map<Command, std::function<void()>> m_commands;
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
+    std::unique_ptr<MainDialogs> m_dialogs; ///< of the window
 };

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/SendListCover.h"
+#include "SendListCover.h"
 
-#include "controls/ClickLabel.h"
+#include "ClickLabel.h"
+#include "Icons.h"
 
-#include <QIcon>
 #include <QVBoxLayout>
 
-SendListCover::SendListCover(const QIcon &optionsIcon, QWidget *parent) : QFrame(parent)
+SendListCover::SendListCover(QWidget *parent) : QFrame(parent)
 {
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setBackgroundRole(QPalette::Base);
@@ -25,7 +25,7 @@ SendListCover::SendListCover(const QIcon &optionsIcon, QWidget *parent) : QFrame
     link->MakeLink();
     auto *image = new ClickLabel;
     image->setObjectName(QStringLiteral("imgClickOptions"));
-    image->setPixmap(optionsIcon.pixmap(24, 24));
+    image->setPixmap(Icons::Named("properties").pixmap(24, 24));
     image->setAccessibleName(QStringLiteral("Options"));
     image->setCursor(Qt::PointingHandCursor);
     for (ClickLabel *label : {link, image})

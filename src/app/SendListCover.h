@@ -5,15 +5,13 @@
 
 #include <QFrame>
 
-class QIcon;
-
 /// Covers the send list in the mode that never transmits; says why and leads to the options.
 class SendListCover final : public QFrame
 {
     Q_OBJECT
 
   public:
-    SendListCover(const QIcon &optionsIcon, QWidget *parent);
+    explicit SendListCover(QWidget *parent);
 
   Q_SIGNALS:
     void OptionsClicked();

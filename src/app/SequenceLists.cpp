@@ -1,15 +1,15 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/SequenceLists.h"
+#include "SequenceLists.h"
 
-#include "comm/MdCommunication.h"
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "platform/UserPrompts.h"
-#include "project/SettingsRecord.h"
-#include "sequences/MdSequenceEdition.h"
-#include "sequences/SequenceRows.h"
+#include "MdCommunication.h"
+#include "MdSequenceEdition.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "SequenceRows.h"
+#include "SequenceSettings.h"
+#include "UserPrompts.h"
 
 namespace
 {
@@ -36,13 +36,14 @@ void SequenceLists::Refresh()
 
 void SequenceLists::RefreshActionList()
 {
-    m_parts.ActionList.SetRows(SequenceRows::SendRows(m_parts.sequences, m_parts.settings.Display));
+    m_parts.ActionList.SetRows(SequenceRows::SendRows(m_parts.sequences, m_parts.form.Display));
 }
 
+/// The send sequences may have other names now.
 void SequenceLists::RefreshEventList()
 {
-    m_parts.EventList.SetRows(
-        SequenceRows::ReceiveRows(m_parts.sequences, m_parts.settings.Display));
+    m_parts.sequences.RefreshAnswerNames();
+    m_parts.EventList.SetRows(SequenceRows::ReceiveRows(m_parts.sequences, m_parts.form.Display));
 }
 
 void SequenceLists::ConnectActionList()
@@ -86,7 +87,7 @@ void SequenceLists::Send(int index)
 void SequenceLists::ShowSendRecord(int index)
 {
     const SequenceListRow row =
-        SequenceRows::SendRow(m_parts.sequences.SendAt(index), m_parts.settings.Display);
+        SequenceRows::SendRow(m_parts.sequences.SendAt(index), m_parts.form.Display);
     if (index < m_parts.ActionList.Count())
         m_parts.ActionList.ModifyRow(index, row);
     else
@@ -103,7 +104,7 @@ void SequenceLists::RemoveSendRow(int index)
 void SequenceLists::ShowReceiveRecord(int index)
 {
     const SequenceListRow row =
-        SequenceRows::ReceiveRow(m_parts.sequences.ReceiveAt(index), m_parts.settings.Display);
+        SequenceRows::ReceiveRow(m_parts.sequences.ReceiveAt(index), m_parts.form.Display);
     if (index < m_parts.EventList.Count())
         m_parts.EventList.ModifyRow(index, row);
     else

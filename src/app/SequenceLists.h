@@ -12,11 +12,11 @@ class MdSequenceEdition;
 class SQReceiveSequenceList;
 class SQSendSequenceList;
 class UserPrompts;
-struct SettingsRecord;
+struct SequenceSettings;
 
 /// What the sequence lists work with; all of it lives longer than SequenceLists.
 struct SequenceListParts {
-    const SettingsRecord &settings;
+    const SequenceSettings &form;
     MdSequenceEdition &sequences;
     MdCommunication &communication;
     UserPrompts &prompts;

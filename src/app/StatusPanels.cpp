@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/StatusPanels.h"
+#include "StatusPanels.h"
 
-#include "comm/CommConfiguration.h"
-#include "controls/ClickLabel.h"
+#include "ClickLabel.h"
+#include "CommConfiguration.h"
 
 namespace
 {

@@ -1,22 +1,28 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "app/frmMain.h"
+#include "frmMain.h"
 
-#include "app/MainLayout.h"
-#include "app/SendListCover.h"
-#include "app/StatusPanels.h"
-#include "comm/CommunicationViews.h"
-#include "controls/RichTextAccessible.h"
-#include "controls/RichTextBox.h"
-#include "controls/SQReceiveSequenceList.h"
-#include "controls/SQSendSequenceList.h"
-#include "controls/SplitterHandle.h"
-#include "project/SettingsRecord.h"
+#include "CommConfiguration.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "Icons.h"
+#include "MainLayout.h"
+#include "RichTextAccessible.h"
+#include "RichTextBox.h"
+#include "RunState.h"
+#include "SQReceiveSequenceList.h"
+#include "SQSendSequenceList.h"
+#include "SendListCover.h"
+#include "SplitterHandle.h"
+#include "StatusPanels.h"
+#include "Twips.h"
+#include "WindowSettings.h"
 
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QBackingStore>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QFrame>
@@ -31,17 +37,10 @@
 #include <algorithm>
 #include <cmath>
 
-/// The icons stand in a static library, which nothing else would pull in.
-static void LoadIcons()
-{
-    Q_INIT_RESOURCE(icons);
-}
-
 namespace
 {
 
 using MainLayout::Span;
-using MainLayout::TwipsPerPixel;
 
 /// Room for the ears of the tab strip, which hang below its body.
 constexpr int TabEarsHeight = 400;
@@ -99,12 +98,6 @@ void SetVertically(QWidget *widget, const Span &span)
     widget->setGeometry(widget->x(), rect.y(), widget->width(), rect.height());
 }
 
-QIcon IconNamed(const char *image)
-{
-    LoadIcons();
-    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(image)));
-}
-
 QString Text(const char *latin)
 {
     return QString::fromLatin1(latin);
@@ -112,18 +105,17 @@ QString Text(const char *latin)
 
 } // namespace
 
-frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
-    : m_settings(settings),
-      m_views(views),
-      m_vSplitt(WholeTwips(settings.window.vSplitt)),
-      m_hSplitt(WholeTwips(settings.window.hSplitt)),
+frmMain::frmMain(const MainWindowParts &parts)
+    : m_parts(parts),
+      m_vSplitt(WholeTwips(parts.window.vSplitt)),
+      m_hSplitt(WholeTwips(parts.window.hSplitt)),
       m_menuBar(new QMenuBar(this)),
       m_inner(new QWidget(this)),
       tbToolBar(new QToolBar(m_inner)),
       sbStatusBar(new StatusPanels(m_inner)),
       ActionList(new SQSendSequenceList(m_inner)),
       EventList(new SQReceiveSequenceList(m_inner)),
-      picSendSequenceDeactivated(new SendListCover(IconNamed("properties"), m_inner)),
+      picSendSequenceDeactivated(new SendListCover(m_inner)),
       m_tabBody(new QFrame(m_inner)),
       tsTabStrip1(new QTabBar(m_inner)),
       VimgSplitter(new SplitterHandle(Qt::Horizontal, MainLayout::VerticalDragLimit, m_inner)),
@@ -131,8 +123,8 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
 {
     QAccessible::installFactory(RichTextAccessible::Create);
     setObjectName(QStringLiteral("frmMain"));
-    setWindowTitle(settings.ProgramTitle);
-    setWindowIcon(IconNamed("serimonde"));
+    SetCaption(parts.title);
+    setWindowIcon(Icons::Named("serimonde"));
     setMinimumWidth(Pixels(MainLayout::MinimumWidth));
     MakeMenus();
     MakeToolbar();
@@ -152,7 +144,7 @@ frmMain::frmMain(SettingsRecord &settings, CommunicationViews &views)
     UpdateStatusPanels();
     SetToolbarState(MdCommunication::ToolbarState::Closed);
     EnableLogCommands(false, false);
-    SetProjectUnmodified();
+    SetProjectModified(false);
 }
 
 QAction *frmMain::MakeAction(Command command, const QString &text, const char *shortcut)
@@ -161,6 +153,7 @@ QAction *frmMain::MakeAction(Command command, const QString &text, const char *s
     if (shortcut)
         action->setShortcut(QKeySequence(Text(shortcut)));
     connect(action, &QAction::triggered, this, [this, command] { Q_EMIT CommandChosen(command); });
+    m_actions.emplace(command, action);
     return action;
 }
 
@@ -180,8 +173,6 @@ void frmMain::MakeMenus()
         action->setSeparator(!entry.caption);
         action->setObjectName(Text(entry.name));
         menu->addAction(action);
-        if (entry.command == Command::Save)
-            mnuFileSave = action;
         if (entry.command == Command::OpenRecent)
             mnuRecentProject << action;
     }
@@ -215,7 +206,7 @@ void frmMain::MakeToolbar()
             continue;
         }
         QAction *action = MakeAction(button.command, Text(button.key), button.shortcut);
-        action->setIcon(IconNamed(button.image));
+        action->setIcon(Icons::Named(button.image));
         action->setToolTip(Text(button.toolTip));
         tbToolBar->addAction(action);
         QWidget *widget = tbToolBar->widgetForAction(action);
@@ -241,10 +232,10 @@ void frmMain::MakeLists()
     }
     ActionList->setObjectName(QStringLiteral("ActionList"));
     ActionList->setAccessibleName(QStringLiteral("Send Sequences"));
-    ActionList->SetColumnWidths(m_settings.lists.sendWidths);
+    ActionList->SetColumnWidths(m_parts.lists.sendWidths);
     EventList->setObjectName(QStringLiteral("EventList"));
     EventList->setAccessibleName(QStringLiteral("Receive Sequences"));
-    EventList->SetColumnWidths(m_settings.lists.receiveWidths);
+    EventList->SetColumnWidths(m_parts.lists.receiveWidths);
 }
 
 void frmMain::MakeCover()
@@ -265,11 +256,11 @@ void frmMain::MakeViews()
     tsTabStrip1->setExpanding(false);
     lblTitle[1]->raise();
     for (const Representation r : AllRepresentations) {
-        auto *box = new RichTextBox(m_views.View(r), m_inner);
+        auto *box = new RichTextBox(m_parts.views.View(r), m_inner);
         box->setObjectName(Text(Boxes[size_t(r)].name));
         box->setAccessibleName(Text(Boxes[size_t(r)].accessibleName));
         connect(box, &RichTextBox::CaretReleased, this,
-                [this](qint64 position) { m_settings.CaretPosition = position; });
+                [this](qint64 position) { m_parts.views.CaretPosition = position; });
         m_boxes[size_t(r)] = box;
     }
 }
@@ -279,8 +270,8 @@ void frmMain::InitViews()
 {
     for (const Representation r : AllRepresentations) {
         tsTabStrip1->addTab(u' ' + Text(RepresentationCaptions[size_t(r)]));
-        m_boxes[size_t(r)]->SetBackground(m_settings.display.DispBack);
-        m_boxes[size_t(r)]->SetTypingStyle(m_settings.display.styles[StyleIndex::Comment]);
+        m_boxes[size_t(r)]->SetBackground(m_parts.display.DispBack);
+        m_boxes[size_t(r)]->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
     }
     connect(tsTabStrip1, &QTabBar::currentChanged, this, &frmMain::ShowView);
 }
@@ -291,13 +282,13 @@ void frmMain::ShowView(int tab)
         return;
     for (int i = 0; i < RepresentationCount; ++i)
         m_boxes[size_t(i)]->setVisible(i == tab);
-    m_settings.DisplayedRepresentation = Representation(tab);
-    m_settings.CaretPosition = 0;
+    m_parts.views.DisplayedRepresentation = Representation(tab);
+    m_parts.views.CaretPosition = 0;
 }
 
 DialogPlace::Sight frmMain::ShowSelection()
 {
-    RichTextBox &box = *m_boxes[size_t(m_settings.DisplayedRepresentation)];
+    RichTextBox &box = *m_boxes[size_t(m_parts.views.DisplayedRepresentation)];
     box.ScrollToSelection();
     const QPoint origin = box.viewport()->mapToGlobal(QPoint(0, 0));
     return {box.SelectionRect().translated(origin), box.viewport()->rect().translated(origin)};
@@ -341,7 +332,7 @@ void frmMain::SetTabOrder()
 void frmMain::RestorePlace()
 {
     const QRect screen = QApplication::primaryScreen()->availableGeometry();
-    const WindowSettings &place = m_settings.window;
+    const WindowSettings &place = m_parts.window;
     const auto size = [](float stored, int ofScreen) {
         return stored > 0 ? std::max(1, Pixels(WholeTwips(stored))) : ofScreen * 3 / 4;
     };
@@ -365,15 +356,15 @@ void frmMain::RestorePlace()
 void frmMain::StorePlace()
 {
     const QRect frame = isMaximized() || isFullScreen() ? normalGeometry() : QRect(pos(), size());
-    WindowSettings &place = m_settings.window;
+    WindowSettings &place = m_parts.window;
     place.MainLeft = float(Twips(frame.x()));
     place.MainTop = float(Twips(frame.y()));
     place.MainWidth = float(Twips(frame.width()));
     place.MainHeight = float(Twips(frame.height()));
     place.vSplitt = float(m_vSplitt);
     place.hSplitt = float(m_hSplitt);
-    ActionList->StoreColumnWidths(m_settings.lists.sendWidths);
-    EventList->StoreColumnWidths(m_settings.lists.receiveWidths);
+    ActionList->StoreColumnWidths(m_parts.lists.sendWidths);
+    EventList->StoreColumnWidths(m_parts.lists.receiveWidths);
 }
 
 void frmMain::resizeEvent(QResizeEvent *)
@@ -441,10 +432,10 @@ void frmMain::HSizeControls(int y)
 
 void frmMain::UpdateStatusPanels()
 {
-    const bool covered = m_settings.comm.Mode() == CommMode::MonitorReceiveOnly;
+    const bool covered = !m_parts.comm.MaySend();
     picSendSequenceDeactivated->setVisible(covered);
     ActionList->setDisabled(covered); // keys must not reach what cannot be seen
-    sbStatusBar->ShowSettings(m_settings.comm);
+    sbStatusBar->ShowSettings(m_parts.comm);
 }
 
 void frmMain::ShowPortStatus(const QString &text)
@@ -452,41 +443,54 @@ void frmMain::ShowPortStatus(const QString &text)
     sbStatusBar->ShowPortStatus(text);
 }
 
-QAction *frmMain::ToolbarButton(int index) const
+void frmMain::EnableCommand(Command command, bool enabled)
 {
-    return tbToolBar->actions().at(index - 1);
-}
-
-void frmMain::EnableButton(int index, bool enabled)
-{
-    ToolbarButton(index)->setEnabled(enabled);
+    const auto [first, last] = m_actions.equal_range(command);
+    std::for_each(first, last, [enabled](const auto &entry) { entry.second->setEnabled(enabled); });
 }
 
 void frmMain::SetToolbarState(MdCommunication::ToolbarState state)
 {
-    using namespace MainCommands;
     const bool closed = state == MdCommunication::ToolbarState::Closed;
-    for (const int index : {ButtonIndex::Cut, ButtonIndex::Copy, ButtonIndex::Paste,
-                            ButtonIndex::Start, ButtonIndex::Clean})
-        EnableButton(index, closed);
-    EnableButton(ButtonIndex::Stop, !closed);
+    for (const Command command :
+         {Command::Cut, Command::Copy, Command::Paste, Command::Start, Command::Clean})
+        EnableCommand(command, closed);
+    EnableCommand(Command::Stop, !closed);
 }
 
 void frmMain::EnableLogCommands(bool canStart, bool canStop)
 {
-    EnableButton(MainCommands::ButtonIndex::StartLog, canStart);
-    EnableButton(MainCommands::ButtonIndex::StopLog, canStop);
+    EnableCommand(Command::StartLog, canStart);
+    EnableCommand(Command::StopLog, canStop);
 }
 
-void frmMain::EnableSave(bool enabled)
+void frmMain::SetProjectModified(bool modified)
 {
-    EnableButton(MainCommands::ButtonIndex::Save, enabled);
-    mnuFileSave->setEnabled(enabled);
+    EnableCommand(Command::Save, modified);
 }
 
 bool frmMain::ProjectModified() const
 {
-    return ToolbarButton(MainCommands::ButtonIndex::Save)->isEnabled();
+    return m_actions.find(Command::Save)->second->isEnabled();
+}
+
+void frmMain::SetCaption(const QString &caption)
+{
+    // Qt takes [*] for the mark of a modified document unless it is doubled.
+    setWindowTitle(QString(caption).replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+}
+
+void frmMain::SetBusy(bool busy)
+{
+    if (!busy) {
+        QGuiApplication::restoreOverrideCursor();
+        return;
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // No event is handled until the work is done, so the place where a dialog stood is painted now.
+    // To repaint the window leaves out what lies on it; all of that is in the backing store.
+    if (isVisible() && backingStore())
+        backingStore()->flush(rect());
 }
 
 /// While a close is being asked about, that close goes through: its question is taken back. A
@@ -494,7 +498,7 @@ bool frmMain::ProjectModified() const
 void frmMain::CloseUnasked()
 {
     m_unasked = true;
-    if (m_asking || (m_settings.QuitRequested && !isVisible()))
+    if (m_asking || (m_parts.run.QuitRequested && !isVisible()))
         UnloadForms(this);
     else
         close();
@@ -512,20 +516,20 @@ void frmMain::closeEvent(QCloseEvent *event)
     UnloadForms(this);
     StorePlace();
     Unload();
-    m_settings.QuitRequested = true;
+    m_parts.run.QuitRequested = true;
 }
 
 /// Whether the window may go.
 bool frmMain::QueryUnload(UnloadMode mode)
 {
-    if (m_settings.QuitRequested)
+    if (m_parts.run.QuitRequested)
         return true;
     bool mayGo = mode == UnloadMode::System;
     if (!mayGo) {
         const QScopedValueRollback<bool> asking(m_asking, true);
         mayGo = AskSaveChanges() || m_unasked;
     }
-    m_settings.QuitRequested = mayGo;
+    m_parts.run.QuitRequested = mayGo;
     return mayGo;
 }
 

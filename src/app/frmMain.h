@@ -3,15 +3,17 @@
 
 #pragma once
 
-#include "app/MainCommands.h"
-#include "comm/MdCommunication.h"
-#include "find/DialogPlace.h"
-#include "repr/Representation.h"
+#include "DialogPlace.h"
+#include "MainCommands.h"
+#include "MdCommunication.h"
+#include "ProjectWindow.h"
+#include "Representation.h"
 
 #include <QStringList>
 #include <QWidget>
 
 #include <functional>
+#include <map>
 
 class CommunicationViews;
 class QAction;
@@ -26,11 +28,26 @@ class SQSendSequenceList;
 class SendListCover;
 class SplitterHandle;
 class StatusPanels;
-struct SettingsRecord;
+struct CommConfiguration;
+struct DisplaySettings;
+struct ListSettings;
+struct RunState;
+struct WindowSettings;
+
+/// What the main window works with; all of it lives longer than the window.
+struct MainWindowParts {
+    const CommConfiguration &comm;
+    const DisplaySettings &display;
+    WindowSettings &window;
+    ListSettings &lists;
+    CommunicationViews &views;
+    RunState &run;
+    QString title;
+};
 
 /// The main window. It shows, lays out and reports what the user asks for; what a command does
 /// is decided by those who listen.
-class frmMain final : public QWidget
+class frmMain final : public QWidget, public ProjectWindow
 {
     Q_OBJECT
 
@@ -38,14 +55,15 @@ class frmMain final : public QWidget
     /// Who asked for the close.
     enum class UnloadMode { ControlMenu, Code, System };
 
-    /// Settings and views live longer than the window. The window's place, the splitters, the
-    /// mode and the colours are taken from the settings here.
-    frmMain(SettingsRecord &settings, CommunicationViews &views);
+    /// The window's place, the splitters, the mode and the colours are taken from the parts here.
+    explicit frmMain(const MainWindowParts &parts);
 
     /// Asked before a close by the user or by code; false keeps the window.
     std::function<bool()> AskSaveChanges = [] { return true; };
     /// Called once when the window goes away, after all other forms have gone.
     std::function<void()> Unload = [] {};
+    /// Called when the lists are to show the sequence tables anew.
+    std::function<void()> RefreshSequenceLists = [] {};
 
     /// Closes all forms but one, the newest first; a dialog ends as if it had been cancelled.
     static void UnloadForms(const QWidget *except);
@@ -60,18 +78,16 @@ class frmMain final : public QWidget
     void EnableLogCommands(bool canStart, bool canStop);
 
     /// Whether the project has been modified is whether "Save" is enabled.
-    void SetProjectModified() { EnableSave(true); }
-    void SetProjectUnmodified() { EnableSave(false); }
-    bool ProjectModified() const;
-
-    /// Shows these in the recent entries of the menu; without any the entries stay as they are.
-    void ShowRecentProjects(const QStringList &projects);
+    void SetProjectModified(bool modified) override;
+    bool ProjectModified() const override;
+    void SetCaption(const QString &caption) override;
+    void SetBusy(bool busy) override;
+    void RefreshLists() override { RefreshSequenceLists(); }
+    /// Without any the entries stay as they are.
+    void ShowRecentProjects(const QStringList &projects) override;
 
     /// Scrolls what is selected in the shown view into sight.
     DialogPlace::Sight ShowSelection();
-
-    /// Toolbar place, from 1 on, separators included.
-    QAction *ToolbarButton(int index) const;
 
     SQSendSequenceList &SendList() const { return *ActionList; }
     SQReceiveSequenceList &ReceiveList() const { return *EventList; }
@@ -107,19 +123,18 @@ class frmMain final : public QWidget
     void RestorePlace();
     void InitViews();
     void ShowView(int tab);
-    void EnableSave(bool enabled);
-    void EnableButton(int index, bool enabled);
+    void EnableCommand(Command command, bool enabled);
     void LayOut();
     void PlaceBars();
 
     bool QueryUnload(UnloadMode mode);
 
-    SettingsRecord &m_settings;
-    CommunicationViews &m_views;
-    bool m_unasked = false; ///< the system wants the window to go
-    bool m_asking = false;  ///< the question before a close stands
-    int m_vSplitt;          ///< left edge of VimgSplitter, twips
-    int m_hSplitt;          ///< top of HimgSplitter, twips
+    MainWindowParts m_parts;
+    std::multimap<Command, QAction *> m_actions; ///< what the user can choose each command by
+    bool m_unasked = false;                      ///< the system wants the window to go
+    bool m_asking = false;                       ///< the question before a close stands
+    int m_vSplitt;                               ///< left edge of VimgSplitter, twips
+    int m_hSplitt;                               ///< top of HimgSplitter, twips
 
     QMenuBar *m_menuBar;
     QWidget *m_inner; ///< everything below the menu bar
@@ -134,7 +149,6 @@ class frmMain final : public QWidget
     std::array<RichTextBox *, RepresentationCount> m_boxes{};
     SplitterHandle *VimgSplitter;
     SplitterHandle *HimgSplitter;
-    QAction *mnuFileSave = nullptr;
     QAction *mnuFileBar2 = nullptr; ///< above the recent projects
     QList<QAction *> mnuRecentProject;
 };

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/ClickLabel.h"
+#include "ClickLabel.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/CodePageEdit.h"
+#include "CodePageEdit.h"
 
-#include "repr/CodePage1252.h"
+#include "CodePage1252.h"
 
 #include <QToolTip>
 #include <QValidator>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "controls/SplitterHandle.h"
+#include "SplitterHandle.h"
 
-#include "app/MainLayout.h"
+#include "Twips.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,7 +15,7 @@ namespace
 {
 
 /// What one press of an arrow key moves.
-constexpr int KeyStepTwips = 10 * MainLayout::TwipsPerPixel;
+constexpr int KeyStepTwips = 10 * TwipsPerPixel;
 /// The picture is this much less high than the handle, in pixels (20 twips, rounded up).
 constexpr int PictureLess = 2;
 
@@ -33,7 +33,7 @@ SplitterHandle::SplitterHandle(Qt::Orientation movement, int dragLimit, QWidget 
 
 int SplitterHandle::PlaceOf(const QWidget &widget) const
 {
-    return MainLayout::TwipsPerPixel * (Horizontal() ? widget.x() : widget.y());
+    return TwipsPerPixel * (Horizontal() ? widget.x() : widget.y());
 }
 
 void SplitterHandle::mousePressEvent(QMouseEvent *event)
@@ -53,9 +53,8 @@ void SplitterHandle::mouseMoveEvent(QMouseEvent *event)
     const QPoint inParent = mapToParent(event->position().toPoint());
     const int pointer = Horizontal() ? inParent.x() : inParent.y();
     const int length = Horizontal() ? parentWidget()->width() : parentWidget()->height();
-    const int place = MainLayout::DragPosition(pointer * MainLayout::TwipsPerPixel, m_dragLimit,
-                                               length * MainLayout::TwipsPerPixel) /
-                      MainLayout::TwipsPerPixel;
+    const int place =
+        DragPosition(pointer * TwipsPerPixel, m_dragLimit, length * TwipsPerPixel) / TwipsPerPixel;
     m_picture->move(Horizontal() ? QPoint(place, y()) : QPoint(x(), place));
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "find/DialogPlace.h"
+#include "DialogPlace.h"
 
 #include <QList>
 

@@ -1,13 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "find/MdFind.h"
+#include "MdFind.h"
 
-#include "comm/CommunicationViews.h"
-#include "platform/UserPrompts.h"
-#include "project/SettingsRecord.h"
-#include "repr/Common_Function.h"
-#include "sequences/MdSequenceEdition.h"
+#include "Common_Function.h"
+#include "CommunicationViews.h"
+#include "MdSequenceEdition.h"
+#include "UserPrompts.h"
 
 #include <array>
 
@@ -34,9 +33,8 @@ QByteArray SearchText(Representation shown, QByteArrayView sequence)
 
 } // namespace
 
-MdFind::MdFind(SettingsRecord &settings, const MdSequenceEdition &sequences,
-               CommunicationViews &views, UserPrompts &prompts)
-    : m_settings(settings), m_sequences(sequences), m_views(views), m_prompts(prompts)
+MdFind::MdFind(const MdSequenceEdition &sequences, CommunicationViews &views, UserPrompts &prompts)
+    : m_sequences(sequences), m_views(views), m_prompts(prompts)
 {
 }
 
@@ -60,18 +58,18 @@ std::optional<QByteArray> MdFind::ChosenSequence() const
 
 bool MdFind::FindNext(FindKind kind, QByteArrayView sequence)
 {
-    const Representation shown = m_settings.DisplayedRepresentation;
+    const Representation shown = m_views.DisplayedRepresentation;
     const QByteArray text = SearchText(shown, sequence);
     RichTextModel &view = m_views.View(shown);
-    const qint64 hit = view.Find(text, m_settings.CaretPosition);
+    const qint64 hit = view.Find(text, m_views.CaretPosition);
     if (hit < 0) {
         m_prompts.ShowMessage({.text = QString::fromLatin1(FinishedTexts[size_t(kind)]),
                                .icon = PromptIcon::Exclamation,
                                .caption = Caption()});
-        m_settings.CaretPosition = 0;
+        m_views.CaretPosition = 0;
         return false;
     }
     view.Select(hit, hit + text.size());
-    m_settings.CaretPosition = hit + 1;
+    m_views.CaretPosition = hit + 1;
     return true;
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "repr/Representation.h"
+#include "Representation.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -14,7 +14,6 @@
 class CommunicationViews;
 class MdSequenceEdition;
 class UserPrompts;
-struct SettingsRecord;
 
 /// What can be searched for, in the order of the find dialog's tabs.
 enum class FindKind : qint32 { Send = 0, Receive = 1, Defined = 2 };
@@ -22,7 +21,7 @@ enum class FindKind : qint32 { Send = 0, Receive = 1, Defined = 2 };
 constexpr int FindKindCount = 3;
 
 /// The search for a sequence in the view that is shown, and what the find dialog was left with,
-/// as long as the program runs. Where the next search begins is CaretPosition in the settings.
+/// as long as the program runs. Where the next search begins is CaretPosition of the views.
 class MdFind
 {
   public:
@@ -30,8 +29,7 @@ class MdFind
     static QString Caption() { return QStringLiteral("Find Senquence"); }
 
     /// All of it lives longer than the search.
-    MdFind(SettingsRecord &settings, const MdSequenceEdition &sequences, CommunicationViews &views,
-           UserPrompts &prompts);
+    MdFind(const MdSequenceEdition &sequences, CommunicationViews &views, UserPrompts &prompts);
 
     FindKind FindTab = FindKind::Send;
     qint16 FindSendIndex = 0;    ///< 0 none, n the send sequence n - 1
@@ -53,7 +51,6 @@ class MdFind
     bool FindNext(FindKind kind, QByteArrayView sequence);
 
   private:
-    SettingsRecord &m_settings;
     const MdSequenceEdition &m_sequences;
     CommunicationViews &m_views;
     UserPrompts &m_prompts;

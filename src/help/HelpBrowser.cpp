@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/HelpBrowser.h"
+#include "HelpBrowser.h"
 
-#include "help/HelpFile.h"
+#include "HelpFile.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/HelpFile.h"
+#include "HelpFile.h"
 
 #include <QFile>
 #include <QFileInfo>

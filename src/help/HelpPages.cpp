@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/HelpPages.h"
+#include "HelpPages.h"
 
 #include <QWidget>
 

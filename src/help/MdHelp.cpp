@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/MdHelp.h"
+#include "MdHelp.h"
 
-#include "help/HelpFile.h"
-#include "help/HelpPages.h"
-#include "help/frmHelp.h"
-#include "platform/UserPrompts.h"
+#include "HelpFile.h"
+#include "HelpPages.h"
+#include "UserPrompts.h"
+#include "frmHelp.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "help/frmHelp.h"
+#include "frmHelp.h"
 
-#include "help/HelpBrowser.h"
-#include "help/HelpFile.h"
-#include "platform/Shell.h"
+#include "HelpBrowser.h"
+#include "HelpFile.h"
+#include "Shell.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "log/LogNames.h"
+#include "LogNames.h"
 
-#include "project/PathParts.h"
+#include "PathParts.h"
 
 #include <algorithm>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "project/SettingsRecord.h"
-#include "repr/Representation.h"
+#include "LogSettings.h"
+#include "Representation.h"
 
 #include <QString>
 

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "log/MdLogFile.h"
+#include "MdLogFile.h"
 
-#include "about/MdGetSpecialFolders.h"
-#include "platform/UserPrompts.h"
-#include "project/PathParts.h"
+#include "MdGetSpecialFolders.h"
+#include "PathParts.h"
+#include "RunState.h"
+#include "UserPrompts.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -57,20 +58,20 @@ void MdLogFile::StartLog()
     const std::optional<LogNames> names = AskForNames();
     // While the user was asked a port may have gone, or the program may be about to end.
     if (names && CanStart() && Open(*names))
-        m_parts.settings.log.Folder = names->folder;
+        m_parts.settings.Folder = names->folder;
     UpdateLogCommands();
 }
 
 bool MdLogFile::CanStart() const
 {
-    return m_logState == StateOff && m_parts.portsOpen() && !m_parts.settings.QuitRequested;
+    return m_logState == StateOff && m_parts.portsOpen() && !m_parts.run.QuitRequested;
 }
 
 /// Asks until the files may be written; nothing if the user cancels or logging cannot start any
 /// more.
 std::optional<LogNames> MdLogFile::AskForNames()
 {
-    const QString &remembered = m_parts.settings.log.Folder;
+    const QString &remembered = m_parts.settings.Folder;
     FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
                                  .dialog = QStringLiteral("dlgLogFile"),
                                  .title = QStringLiteral("Save Log file as ..."),
@@ -115,7 +116,7 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
     QStringList existing;
     for (const LogForm &form : LogForms) {
         const QString path = names.PathOf(form);
-        if (m_parts.settings.log.*form.flag && m_parts.files.System().Exists(path))
+        if (m_parts.settings.*form.flag && m_parts.files.System().Exists(path))
             existing << path;
     }
     return existing;
@@ -126,7 +127,7 @@ bool MdLogFile::Open(const LogNames &names)
 {
     QStringList made;
     for (const LogForm &form : LogForms) {
-        if (!(m_parts.settings.log.*form.flag))
+        if (!(m_parts.settings.*form.flag))
             continue;
         const QString path = names.PathOf(form);
         const bool isNew = !m_parts.files.System().Exists(path);

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "log/CommunicationLog.h"
-#include "log/LogNames.h"
-#include "project/ClOutputFile.h"
+#include "ClOutputFile.h"
+#include "CommunicationLog.h"
+#include "LogNames.h"
 
 #include <QObject>
 
@@ -13,12 +13,14 @@
 #include <optional>
 
 class UserPrompts;
+struct RunState;
 
 /// What the log works with; all of it lives longer than MdLogFile.
 struct LogParts {
-    SettingsRecord &settings;
+    LogSettings &settings;
     UserPrompts &prompts;
     OpenFiles &files;
+    const RunState &run;
     std::function<bool()> portsOpen; ///< whether communication runs
 };
 

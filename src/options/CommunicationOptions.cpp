@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/CommunicationOptions.h"
+#include "CommunicationOptions.h"
 
-#include "options/OptionButtons.h"
-#include "options/PortBox.h"
-#include "options/frmDevices.h"
+#include "OptionButtons.h"
+#include "PortBox.h"
+#include "frmDevices.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -217,7 +217,7 @@ PortDevices::Meaning CommunicationOptions::MeaningOf(int comNumber) const
 {
     const auto assigned = m_assigned.find(comNumber);
     return assigned == m_assigned.end() ? m_devices.MeaningOf(comNumber)
-                                        : PortDevices::MeaningOfEntry(comNumber, *assigned);
+                                        : m_devices.MeaningOfEntry(comNumber, *assigned);
 }
 
 void CommunicationOptions::ChooseDevice(const PortBox &box)
@@ -228,7 +228,8 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
     QMap<int, PortDevices::Meaning> meanings;
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)
         meanings[each] = MeaningOf(each);
-    frmDevices devices(number, meanings, m_finder, window());
+    frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString())}, m_finder,
+                       window());
     if (devices.exec() != QDialog::Accepted || !devices.IsChosen())
         return;
     m_assigned[number] = devices.Device();

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "comm/PortDevices.h"
-#include "options/OptionsPage.h"
-#include "platform/PortFinder.h"
+#include "OptionsPage.h"
+#include "PortDevices.h"
+#include "PortFinder.h"
 
 #include <array>
 #include <memory>

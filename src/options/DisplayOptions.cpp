@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/DisplayOptions.h"
+#include "DisplayOptions.h"
 
-#include "options/ColourBox.h"
-#include "platform/UserPrompts.h"
+#include "ColourBox.h"
+#include "UserPrompts.h"
 
 #include <QCheckBox>
 #include <QGridLayout>

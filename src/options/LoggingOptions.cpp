@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/LoggingOptions.h"
+#include "LoggingOptions.h"
 
-#include "options/OptionButtons.h"
+#include "OptionButtons.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "options/OptionsPage.h"
+#include "OptionsPage.h"
+#include "Representation.h"
 
 #include <array>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "options/OptionsValues.h"
+#include "OptionsValues.h"
 
 #include <QWidget>
 

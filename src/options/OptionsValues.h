@@ -3,18 +3,37 @@
 
 #pragma once
 
-#include "project/SettingsRecord.h"
+#include "CommConfiguration.h"
+#include "LogSettings.h"
+#include "SequenceSettings.h"
+#include "StampText.h"
 
 #include <QMap>
 #include <QString>
+
+class PortDevices;
 
 /// What the options dialog shows, and gives back when it is confirmed.
 struct OptionsValues {
     CommConfiguration comm;
     StampSettings stamp;
-    qint16 Display = 0; ///< Representation of the sequence lists
+    SequenceSettings sequences;
     LogSettings log;
     /// Devices that were assigned to COM numbers in the dialog; an empty one takes the user's own
     /// assignment back.
     QMap<int, QString> devices{};
 };
+
+/// Whose settings the options dialog edits; all of it lives as long as the program.
+struct OptionsSubjects {
+    CommConfiguration &comm;
+    StampSettings &stamp;
+    SequenceSettings &sequences;
+    LogSettings &log;
+    PortDevices &assigned;
+};
+
+/// The settings of the subjects as they are now, and the way back of what has become of them.
+/// Both walk the same list, so that none is shown and then lost.
+OptionsValues SnapshotOf(const OptionsSubjects &subjects);
+void ApplyTo(const OptionsSubjects &subjects, const OptionsValues &values);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/PortBox.h"
+#include "PortBox.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "comm/PortDevices.h"
-#include "options/PortNumber.h"
+#include "PortDevices.h"
+#include "PortNumber.h"
 
 #include <QWidget>
 

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/SequenceOptions.h"
+#include "SequenceOptions.h"
+
+#include "Representation.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -31,12 +33,13 @@ SequenceOptions::SequenceOptions() : m_representation(new QComboBox)
 
 void SequenceOptions::Show(const OptionsValues &values)
 {
-    const bool listed = values.Display >= 0 && values.Display < RepresentationCount;
-    m_representation->setCurrentIndex(listed ? values.Display : -1);
+    const bool listed =
+        values.sequences.Display >= 0 && values.sequences.Display < RepresentationCount;
+    m_representation->setCurrentIndex(listed ? values.sequences.Display : -1);
 }
 
 void SequenceOptions::Store(OptionsValues &values) const
 {
     if (m_representation->currentIndex() >= 0)
-        values.Display = qint16(m_representation->currentIndex());
+        values.sequences.Display = qint16(m_representation->currentIndex());
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "options/OptionsPage.h"
+#include "OptionsPage.h"
 
 class QComboBox;
 

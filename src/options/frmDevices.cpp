@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/frmDevices.h"
+#include "frmDevices.h"
 
-#include "controls/NamedButton.h"
+#include "NamedButton.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -35,8 +35,8 @@ QString NumbersText(const QList<int> &numbers)
 
 } // namespace
 
-frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &meanings,
-                       std::shared_ptr<const PortFinder> finder, QWidget *parent)
+frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
+                       QWidget *parent)
     : QDialog(parent),
       m_finder(std::move(finder)),
       m_list(new QTreeWidget),
@@ -44,13 +44,13 @@ frmDevices::frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &mea
       txtDevice(new QLineEdit),
       cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
-    for (auto meaning = meanings.cbegin(); meaning != meanings.cend(); ++meaning)
+    for (auto meaning = port.meanings.cbegin(); meaning != port.meanings.cend(); ++meaning)
         m_numbers[meaning.key()] = meaning->device;
     setObjectName(QStringLiteral("frmDevices"));
-    setWindowTitle(QStringLiteral("Device of COM%1").arg(comNumber));
+    setWindowTitle(QStringLiteral("Device of COM%1").arg(port.number));
     new QVBoxLayout(this);
     MakeList();
-    MakeField(comNumber, meanings[comNumber]);
+    MakeField(port);
     MakeButtons();
     resize(880, 360); // so that most stable names are seen whole
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmDevices::ShowPorts);
@@ -79,9 +79,11 @@ void frmDevices::MakeList()
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &QDialog::accept);
 }
 
-void frmDevices::MakeField(int comNumber, const PortDevices::Meaning &meaning)
+void frmDevices::MakeField(const ChosenPort &port)
 {
-    const PortDevices::Meaning ofSystem = PortDevices::MeaningOfEntry(comNumber, QString());
+    const int comNumber = port.number;
+    const PortDevices::Meaning meaning = port.meanings[comNumber];
+    const PortDevices::Meaning &ofSystem = port.ofSystem;
     auto *caption = new QLabel(QStringLiteral("&Device of COM%1").arg(comNumber));
     caption->setBuddy(txtDevice);
     txtDevice->setObjectName(QStringLiteral("txtDevice"));

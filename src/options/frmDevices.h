@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "comm/PortDevices.h"
-#include "options/PortListing.h"
+#include "PortDevices.h"
+#include "PortListing.h"
 
 #include <QDialog>
 #include <QFutureWatcher>
@@ -24,9 +24,15 @@ class frmDevices final : public QDialog
     Q_OBJECT
 
   public:
-    /// The meanings of all COM numbers, that of the chosen one among them.
-    frmDevices(int comNumber, const QMap<int, PortDevices::Meaning> &meanings,
-               std::shared_ptr<const PortFinder> finder, QWidget *parent = nullptr);
+    /// The COM number whose device is to be chosen.
+    struct ChosenPort {
+        int number;
+        QMap<int, PortDevices::Meaning> meanings; ///< of all COM numbers
+        PortDevices::Meaning ofSystem;            ///< while the user assigns nothing to it
+    };
+
+    frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
+               QWidget *parent = nullptr);
 
     /// Whether the user has chosen a device at all, or only looked.
     bool IsChosen() const;
@@ -35,7 +41,7 @@ class frmDevices final : public QDialog
 
   private:
     void MakeList();
-    void MakeField(int comNumber, const PortDevices::Meaning &meaning);
+    void MakeField(const ChosenPort &port);
     void MakeButtons();
     void Look();
     void ShowPorts();

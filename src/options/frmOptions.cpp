@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "options/frmOptions.h"
+#include "frmOptions.h"
 
-#include "controls/NamedButton.h"
-#include "options/CommunicationOptions.h"
-#include "options/DisplayOptions.h"
-#include "options/LoggingOptions.h"
-#include "options/SequenceOptions.h"
-#include "platform/UserPrompts.h"
+#include "CommunicationOptions.h"
+#include "DisplayOptions.h"
+#include "LoggingOptions.h"
+#include "NamedButton.h"
+#include "SequenceOptions.h"
+#include "UserPrompts.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include "options/OptionsPage.h"
+#include "DisplaySettings.h"
+#include "OptionsPage.h"
 
 #include <QDialog>
 

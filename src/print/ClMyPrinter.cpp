@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "print/ClMyPrinter.h"
+#include "ClMyPrinter.h"
 
-#include "platform/UserPrompts.h"
+#include "UserPrompts.h"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/PrintOutput.h"
+#include "PrintOutput.h"
 
 #include <QList>
 #include <QStringList>

@@ -1,15 +1,17 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "print/MdPrint.h"
+#include "MdPrint.h"
 
-#include "comm/CommunicationViews.h"
-#include "platform/Clock.h"
-#include "platform/UserPrompts.h"
-#include "project/SettingsRecord.h"
-#include "repr/CodePage1252.h"
-#include "sequences/MdSequenceEdition.h"
-#include "sequences/SequenceRows.h"
+#include "Clock.h"
+#include "CodePage1252.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MdSequenceEdition.h"
+#include "ProjectState.h"
+#include "SequenceRows.h"
+#include "SequenceSettings.h"
+#include "UserPrompts.h"
 
 namespace
 {
@@ -40,7 +42,7 @@ qint16 PrintedForm(qint16 display)
 
 void MdPrint::PrintCommunication()
 {
-    const int shown = int(m_parts.settings.DisplayedRepresentation);
+    const int shown = int(m_parts.views.DisplayedRepresentation);
     if (shown < 0 || shown >= RepresentationCount)
         return;
     const RichTextModel &model = m_parts.views.View(Representation(shown));
@@ -52,7 +54,7 @@ void MdPrint::PrintCommunication()
     if (!choice)
         return;
 
-    ViewPrintout printout = {model, model.Begin(), model.End(), m_parts.settings.display.DispBack};
+    ViewPrintout printout = {model, model.Begin(), model.End(), m_parts.display.DispBack};
     if (choice->selectionOnly && model.HasSelection()) {
         printout.from = model.SelectionStart();
         printout.to = model.SelectionEnd();
@@ -74,7 +76,7 @@ void MdPrint::PrintProject()
         m_parts.prompts.ShowMessage(CriticalMessage(QStringLiteral("Nothing to print")));
         return;
     }
-    const QString &name = m_parts.settings.ProjectFileName;
+    const QString &name = m_parts.project.ProjectFileName;
     const QString document = Titled(name.isEmpty() ? QStringLiteral("Project") : name);
     if (Printer().setup(document) && !PrintCopies())
         ShowFailure();
@@ -110,12 +112,12 @@ void MdPrint::PrintCopy()
 
 void MdPrint::PrintHeader()
 {
-    const SettingsRecord &settings = m_parts.settings;
+    const ProjectState &project = m_parts.project;
     const QString today = m_parts.clock.ShortDate(m_parts.clock.Now().date());
     Printer().SetFontBold(true);
     Printer().printText(Titled(today));
     Printer().printText(
-        CodePage1252::WithShapes(settings.ProjectDirectory + settings.ProjectFileName));
+        CodePage1252::WithShapes(project.ProjectDirectory + project.ProjectFileName));
     Printer().SetFontBold(false);
     PrintEmptyLines(2);
 }
@@ -173,7 +175,7 @@ void MdPrint::PrintNameAndSequence(int index, QByteArrayView name, QByteArrayVie
                         CodePage1252::ToShapes(name));
     Printer().SetFontBold(false);
     Printer().printText(CodePage1252::ToShapes(
-        SequenceRows::ListText(PrintedForm(m_parts.settings.Display), sequence)));
+        SequenceRows::ListText(PrintedForm(m_parts.form.Display), sequence)));
 }
 
 void MdPrint::PrintEmptyLines(int count)
@@ -184,7 +186,7 @@ void MdPrint::PrintEmptyLines(int count)
 
 QString MdPrint::Titled(const QString &text) const
 {
-    return m_parts.settings.ProgramTitle + QLatin1String(" - ") + text;
+    return m_parts.project.ProgramTitle + QLatin1String(" - ") + text;
 }
 
 void MdPrint::ShowFailure()

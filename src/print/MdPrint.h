@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "print/ClMyPrinter.h"
+#include "ClMyPrinter.h"
 
 #include <QByteArrayView>
 
@@ -15,11 +15,15 @@ class CommunicationViews;
 class MdSequenceEdition;
 struct ReceiveSequence;
 struct SendSequence;
-struct SettingsRecord;
+struct DisplaySettings;
+struct ProjectState;
+struct SequenceSettings;
 
 /// What printing works with; all of it lives longer than MdPrint.
 struct PrintParts {
-    const SettingsRecord &settings;
+    const ProjectState &project;
+    const DisplaySettings &display;
+    const SequenceSettings &form;
     const MdSequenceEdition &sequences;
     CommunicationViews &views;
     UserPrompts &prompts;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/DecimalList.h"
+#include "DecimalList.h"
 
 #include <QLocale>
 

@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/ProjectFile.h"
+#include "ProjectFile.h"
 
-#include "project/ClInputFile.h"
-#include "project/ClOutputFile.h"
-#include "project/DecimalList.h"
-#include "project/FieldReader.h"
-#include "repr/Common_Function.h"
-#include "sequences/MdSequenceEdition.h"
+#include "ClInputFile.h"
+#include "ClOutputFile.h"
+#include "Common_Function.h"
+#include "DecimalList.h"
+#include "FieldReader.h"
+#include "MdSequenceEdition.h"
 
 #include <limits>
 
@@ -120,10 +120,10 @@ class RecordReader
         const QByteArray sequence = ReadSequence(failure);
         if (failure)
             return failure;
-        SendSequence &record = m_sequences.EditSend(index);
+        SendSequence record = m_sequences.SendAt(index);
         record.Name = name;
         record.Sequence = sequence;
-        m_sequences.SetSendCount(m_sequences.SendCount() + 1);
+        m_sequences.LoadSend(index, record);
         return {};
     }
 
@@ -139,7 +139,7 @@ class RecordReader
             active = ReadNumber("An active flag", failure);
         if (failure)
             return failure;
-        ReceiveSequence &record = m_sequences.EditReceive(index);
+        ReceiveSequence record = m_sequences.ReceiveAt(index);
         record.Name = name;
         record.Sequence = sequence;
         record.Answer = answer;
@@ -147,7 +147,7 @@ class RecordReader
         // Older versions know no comments: the record keeps what it had.
         if (m_version >= FirstVersionWithComment)
             record.Comment = ReadComment();
-        m_sequences.SetReceiveCount(m_sequences.ReceiveCount() + 1);
+        m_sequences.LoadReceive(index, record);
         return {};
     }
 

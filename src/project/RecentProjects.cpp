@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "project/RecentProjects.h"
+#include "RecentProjects.h"
 
-#include "platform/SettingsStore.h"
+#include "SettingsStore.h"
 
 #include <algorithm>
 

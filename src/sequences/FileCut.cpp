@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "sequences/FileCut.h"
+#include "FileCut.h"
 
 #include <QStringList>
 

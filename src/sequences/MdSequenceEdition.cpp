@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "sequences/MdSequenceEdition.h"
+#include "MdSequenceEdition.h"
 
 #include <algorithm>
 #include <utility>
@@ -46,6 +46,46 @@ ReceiveSequence &MdSequenceEdition::EditReceive(int index)
 {
     ++m_revision;
     return m_receive[size_t(index)];
+}
+
+bool MdSequenceEdition::AddSend(const SendSequence &record)
+{
+    if (m_sendCount >= Capacity)
+        return false;
+    LoadSend(m_sendCount, record);
+    return true;
+}
+
+bool MdSequenceEdition::AddReceive(const ReceiveSequence &record)
+{
+    if (m_receiveCount >= Capacity)
+        return false;
+    LoadReceive(m_receiveCount, record);
+    return true;
+}
+
+void MdSequenceEdition::StoreSend(int index, const SendSequence &record)
+{
+    EditSend(index) = record;
+    SetSendCount(std::max(m_sendCount, index + 1));
+}
+
+void MdSequenceEdition::StoreReceive(int index, const ReceiveSequence &record)
+{
+    EditReceive(index) = record;
+    SetReceiveCount(std::max(m_receiveCount, index + 1));
+}
+
+void MdSequenceEdition::LoadSend(int index, const SendSequence &record)
+{
+    EditSend(index) = record;
+    SetSendCount(m_sendCount + 1);
+}
+
+void MdSequenceEdition::LoadReceive(int index, const ReceiveSequence &record)
+{
+    EditReceive(index) = record;
+    SetReceiveCount(m_receiveCount + 1);
 }
 
 void MdSequenceEdition::ClearProject()
@@ -99,6 +139,12 @@ void MdSequenceEdition::ActivateAll()
 {
     for (int i = 0; i < Capacity; ++i)
         EditReceive(i).Active = 1;
+}
+
+void MdSequenceEdition::RefreshAnswerNames()
+{
+    for (int i = 0; i < m_receiveCount; ++i)
+        RefreshAnswerName(i);
 }
 
 void MdSequenceEdition::RefreshAnswerName(int receiveIndex)

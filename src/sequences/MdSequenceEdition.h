@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "sequences/ReceiveSequence.h"
-#include "sequences/SendSequence.h"
+#include "ReceiveSequence.h"
+#include "SendSequence.h"
 
 #include <QString>
 
@@ -25,11 +25,20 @@ class MdSequenceEdition
 
     int SendCount() const { return m_sendCount; }
     int ReceiveCount() const { return m_receiveCount; }
-    void SetSendCount(int count);
-    void SetReceiveCount(int count);
 
     const SendSequence &SendAt(int index) const { return m_send[size_t(index)]; }
     const ReceiveSequence &ReceiveAt(int index) const { return m_receive[size_t(index)]; }
+
+    /// Adds a record behind the last one; false if the table is full.
+    bool AddSend(const SendSequence &record);
+    bool AddReceive(const ReceiveSequence &record);
+    /// Puts a record into its place; behind the last one, that adds it.
+    void StoreSend(int index, const SendSequence &record);
+    void StoreReceive(int index, const ReceiveSequence &record);
+    /// A record of a project file: goes to the place that the file names, and counts as one more,
+    /// wherever that is.
+    void LoadSend(int index, const SendSequence &record);
+    void LoadReceive(int index, const ReceiveSequence &record);
 
     /// A record to write to. The reference is for the statement at hand, not to be kept: taking
     /// it is what tells detection that the tables have changed.
@@ -51,7 +60,11 @@ class MdSequenceEdition
     /// Sets Active to 1 in every record of the table, in use or not.
     void ActivateAll();
 
-    /// Derives AnswerName of the record from its Answer; one outside the table names nothing.
+    /// Derives AnswerName of every record in use from its Answer; one outside the table names
+    /// nothing. To be called where the lists are shown anew; a program without them calls it once
+    /// a project is loaded. Detection answers only with a sequence that has a name here.
+    void RefreshAnswerNames();
+    /// The same for one record.
     void RefreshAnswerName(int receiveIndex);
 
     /// The send sequence that an Answer refers to, null if it is outside the table.
@@ -62,6 +75,9 @@ class MdSequenceEdition
     int CurrentReceiveIndex = 0;
 
   private:
+    void SetSendCount(int count);
+    void SetReceiveCount(int count);
+
     std::vector<SendSequence> m_send;
     std::vector<ReceiveSequence> m_receive;
     int m_sendCount = 0;

@@ -12,7 +12,7 @@ using EditorTextArray = std::array<QByteArray, 4>;
 
 /// Bytes that go out on demand or as an automatic answer.
 struct SendSequence {
-    QByteArray Name;
-    QByteArray Sequence; ///< every byte stands for itself, 0 included
-    EditorTextArray EditorTexts;
+    QByteArray Name{};
+    QByteArray Sequence{}; ///< every byte stands for itself, 0 included
+    EditorTextArray EditorTexts{};
 };

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "sequences/SequenceRows.h"
+#include "SequenceRows.h"
 
-#include "repr/Common_Function.h"
-#include "sequences/MdSequenceEdition.h"
+#include "Common_Function.h"
+#include "MdSequenceEdition.h"
 
 #include <array>
 
@@ -40,14 +40,12 @@ QList<SequenceListRow> SendRows(const MdSequenceEdition &sequences, qint16 displ
     return rows;
 }
 
-QList<SequenceListRow> ReceiveRows(MdSequenceEdition &sequences, qint16 display)
+QList<SequenceListRow> ReceiveRows(const MdSequenceEdition &sequences, qint16 display)
 {
     QList<SequenceListRow> rows;
     rows.reserve(sequences.ReceiveCount());
-    for (int i = 0; i < sequences.ReceiveCount(); ++i) {
-        sequences.RefreshAnswerName(i);
+    for (int i = 0; i < sequences.ReceiveCount(); ++i)
         rows << ReceiveRow(sequences.ReceiveAt(i), display);
-    }
     return rows;
 }
 

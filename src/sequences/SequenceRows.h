@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "sequences/SequenceListRow.h"
+#include "SequenceListRow.h"
 
 #include <QList>
 
@@ -24,7 +24,6 @@ SequenceListRow ReceiveRow(const ReceiveSequence &record, qint16 display);
 
 /// One row for each record in use.
 QList<SequenceListRow> SendRows(const MdSequenceEdition &sequences, qint16 display);
-/// The same; derives the answer names anew, because their send sequences may have other names now.
-QList<SequenceListRow> ReceiveRows(MdSequenceEdition &sequences, qint16 display);
+QList<SequenceListRow> ReceiveRows(const MdSequenceEdition &sequences, qint16 display);
 
 } // namespace SequenceRows

@@ -3,9 +3,11 @@
 
 #pragma once
 
-#include "comm/CommunicationViews.h"
-#include "comm/MdCommunication.h"
-#include "project/SettingsRecord.h"
+#include "CommConfiguration.h"
+#include "CommunicationViews.h"
+#include "DisplaySettings.h"
+#include "MdCommunication.h"
+#include "StampText.h"
 #include "support/FixedClock.h"
 #include "support/RecordingLog.h"
 #include "support/ScriptedPort.h"
@@ -16,7 +18,11 @@
 class CommunicationBench
 {
   public:
-    SettingsRecord settings;
+    struct {
+        CommConfiguration comm;
+        DisplaySettings display;
+        StampSettings stamp;
+    } settings;
     MdSequenceEdition tables;
     CommunicationViews views;
     RecordingLog log;
@@ -24,7 +30,8 @@ class CommunicationBench
     FixedClock clock;
     ScriptedPort portA;
     ScriptedPort portB;
-    MdCommunication communication{{settings, tables, views, log, prompts, clock, portA, portB}};
+    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
+                                   log, prompts, clock, portA, portB}};
     QStringList statusTexts;
     QList<MdCommunication::ToolbarState> toolbarStates;
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Clock.h"
+#include "Clock.h"
 
 /// A clock that the test sets.
 class FixedClock final : public Clock

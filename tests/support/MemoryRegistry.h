@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/SystemRegistry.h"
+#include "SystemRegistry.h"
 
 #include <QMap>
 

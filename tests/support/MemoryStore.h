@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/SettingsStore.h"
+#include "SettingsStore.h"
 
 #include <QMap>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "options/ColourBox.h"
+#include "ColourBox.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "app/MdMain.h"
-#include "app/frmMain.h"
-#include "comm/CommunicationViews.h"
+#include "CommunicationViews.h"
+#include "MdMain.h"
+#include "frmMain.h"
 #include "support/FixedClock.h"
 #include "support/MemoryRegistry.h"
 #include "support/MemoryStore.h"
@@ -19,6 +19,7 @@
 #include <QList>
 #include <QPointer>
 #include <QTimer>
+#include <QToolBar>
 
 /// The whole program with real ports, an own settings store and a scripted door for messages. A
 /// run is a list of steps; each acts, then waits inside the main loop until its goal is met.
@@ -74,6 +75,11 @@ class ProgramBench
 
     void AssignPort(int number, const QString &device) { line.ports[number] = device; }
 
+    /// By its place, from 1 on, separators included.
+    QAction *ToolbarButton(int place)
+    {
+        return program->Window()->findChild<QToolBar *>("tbToolBar")->actions()[place - 1];
+    }
     RichTextModel &View(Representation r) { return program->Views().View(r); }
     /// All that the view was ever given, as far as it still holds it.
     QByteArray Shown(Representation r = Representation::Ascii)

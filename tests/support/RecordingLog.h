@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "log/CommunicationLog.h"
+#include "CommunicationLog.h"
 
 #include <QStringList>
 

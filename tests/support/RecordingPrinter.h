@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "controls/RichTextModel.h"
-#include "platform/PrintOutput.h"
+#include "PrintOutput.h"
+#include "RichTextModel.h"
 
 #include <QStringList>
 

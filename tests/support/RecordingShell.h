@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/Shell.h"
+#include "Shell.h"
 
 /// A desktop that notes what it is asked for.
 class RecordingShell final : public Shell

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/FileSystem.h"
+#include "FileSystem.h"
 
 #include <QMap>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/PortFinder.h"
+#include "PortFinder.h"
 
 #include <QDialog>
 #include <QSemaphore>

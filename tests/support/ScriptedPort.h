@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/SerialPortControl.h"
+#include "SerialPortControl.h"
 
 #include <QStringList>
 

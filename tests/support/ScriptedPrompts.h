@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/UserPrompts.h"
+#include "UserPrompts.h"
 
 #include <QList>
 #include <QStringList>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "controls/SQEditSequence.h"
+#include "SQEditSequence.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -3,9 +3,10 @@
 
 #pragma once
 
-#include "comm/PortDevices.h"
-#include "platform/QtSerialPort.h"
-#include "platform/SerialPortHub.h"
+#include "PortDevices.h"
+#include "QtSerialPort.h"
+#include "SerialPortHub.h"
+#include "SystemPortName.h"
 #include "support/MemoryStore.h"
 
 #include <QCoreApplication>
@@ -83,7 +84,7 @@ class UnprivilegedOpener
     static QString Try(const QString &device)
     {
         MemoryStore store;
-        PortDevices devices(store);
+        PortDevices devices(store, SystemPortName);
         devices.AssignForRun(1, device);
         SerialPortHub hub;
         QtSerialPort port(hub, devices);

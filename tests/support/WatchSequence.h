@@ -3,20 +3,15 @@
 
 #pragma once
 
-#include "sequences/MdSequenceEdition.h"
+#include "MdSequenceEdition.h"
 
 /// Adds a receive sequence; with an answer if one is given.
 inline void WatchSequence(MdSequenceEdition &tables, const QByteArray &sequence,
                           const QByteArray &comment, const QByteArray &answer = {})
 {
-    const int index = tables.ReceiveCount();
-    tables.EditReceive(index).Sequence = sequence;
-    tables.EditReceive(index).Comment = comment;
-    tables.SetReceiveCount(index + 1);
-    if (answer.isEmpty())
-        return;
-    tables.EditSend(tables.SendCount()) = {"answer", answer, {}};
-    tables.SetSendCount(tables.SendCount() + 1);
-    tables.EditReceive(index).Answer = qint16(tables.SendCount());
-    tables.RefreshAnswerName(index);
+    if (!answer.isEmpty())
+        tables.AddSend({"answer", answer, {}});
+    const auto number = qint16(answer.isEmpty() ? 0 : tables.SendCount());
+    tables.AddReceive({.Sequence = sequence, .Answer = number, .Comment = comment});
+    tables.RefreshAnswerNames();
 }

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "MainDialogs.h"
+
+#include "MdCommunication.h"
+#include "MdFind.h"
+#include "PortFinder.h"
+#include "ProgramInfo.h"
+#include "RunState.h"
+#include "SequenceLists.h"
+#include "SystemInformation.h"
+#include "frmAbout.h"
+#include "frmEditAction.h"
+#include "frmEditEvent.h"
+#include "frmFind.h"
+#include "frmMain.h"
+#include "frmOptions.h"
+
+#include <optional>
+#include <utility>
+
+MainDialogs::MainDialogs(MainDialogParts parts) : m_parts(std::move(parts)) {}
+
+void MainDialogs::EditSendSequence()
+{
+    frmEditAction editor({m_parts.sequences, m_parts.prompts, m_sendMode,
+                          [this](int index) {
+                              m_parts.lists.ShowSendRecord(index);
+                              m_parts.window.SetProjectModified(true);
+                          },
+                          [this](int index) {
+                              m_parts.lists.RemoveSendRow(index);
+                              m_parts.window.SetProjectModified(true);
+                          }},
+                         &m_parts.window);
+    editor.exec();
+}
+
+void MainDialogs::EditReceiveSequence()
+{
+    frmEditEvent editor({m_parts.sequences, m_parts.prompts, m_receiveMode,
+                         [this](int index) {
+                             m_parts.lists.ShowReceiveRecord(index);
+                             m_parts.window.SetProjectModified(true);
+                         },
+                         [this](int index) {
+                             m_parts.lists.RemoveReceiveRow(index);
+                             m_parts.window.SetProjectModified(true);
+                         },
+                         m_parts.options.comm.MaySend()},
+                        &m_parts.window);
+    editor.exec();
+}
+
+void MainDialogs::ShowOptions()
+{
+    m_parts.communication.ClosePorts();
+    // A log that could not be closed may have kept the user until the program ends.
+    if (!m_parts.communication.Running() && !m_parts.run.QuitRequested) {
+        frmOptions options(
+            {SnapshotOf(m_parts.options), m_parts.displayNext, m_parts.prompts,
+             m_parts.options.assigned, m_parts.finder,
+             [this](const OptionsValues &confirmed) { StoreOptions(confirmed); },
+             [this](const DisplaySettings &display) { m_parts.displayNext = display; }},
+            &m_parts.window);
+        options.exec();
+    }
+    m_parts.window.UpdateStatusPanels();
+}
+
+void MainDialogs::StoreOptions(const OptionsValues &values)
+{
+    const bool otherDisplay = m_parts.options.sequences.Display != values.sequences.Display;
+    ApplyTo(m_parts.options, values);
+    if (otherDisplay)
+        m_parts.lists.Refresh();
+    m_parts.window.UpdateStatusPanels();
+}
+
+void MainDialogs::ShowFind()
+{
+    frmFind dialog(
+        {m_parts.find, m_parts.sequences, [this] { return m_parts.window.ShowSelection(); }},
+        &m_parts.window);
+    dialog.exec();
+}
+
+void MainDialogs::FindNext()
+{
+    const std::optional<QByteArray> sequence = m_parts.find.ChosenSequence();
+    if (!sequence)
+        ShowFind();
+    else if (m_parts.find.FindNext(m_parts.find.FindTab, *sequence))
+        m_parts.window.ShowSelection();
+}
+
+void MainDialogs::ShowAbout()
+{
+    frmAbout box({ProgramInfo::Version(), ProgramInfo::SupportEmail(), ProgramInfo::WebSite()},
+                 m_parts.shell, m_parts.prompts, &m_parts.window);
+    box.ShowSystemInformation = [this] {
+        StartSysInfo(m_parts.registry, m_parts.shell, m_parts.prompts);
+    };
+    box.exec();
+}

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "OptionsValues.h"
+#include "Representation.h"
+
+#include <memory>
+
+class CommunicationViews;
+class MdCommunication;
+class MdFind;
+class MdSequenceEdition;
+class PortFinder;
+class SequenceLists;
+class Shell;
+class SystemRegistry;
+class UserPrompts;
+class frmMain;
+struct DisplaySettings;
+struct RunState;
+
+/// What the dialogs work with; all of it lives longer than MainDialogs.
+struct MainDialogParts {
+    frmMain &window;
+    SequenceLists &lists;
+    MdSequenceEdition &sequences;
+    MdCommunication &communication;
+    MdFind &find;
+    OptionsSubjects options;
+    DisplaySettings &displayNext; ///< colours and attributes of the next start
+    std::shared_ptr<const PortFinder> finder;
+    const RunState &run;
+    UserPrompts &prompts;
+    Shell &shell;
+    SystemRegistry &registry;
+};
+
+/// The modal dialogs of the main window: makes each of what it works with, shows it, and takes
+/// over what has become of it.
+class MainDialogs
+{
+  public:
+    explicit MainDialogs(MainDialogParts parts);
+
+    /// The record at CurrentSendIndex or CurrentReceiveIndex.
+    void EditSendSequence();
+    void EditReceiveSequence();
+    /// Stops communication first; stays away if that fails.
+    void ShowOptions();
+    void ShowFind();
+    /// Goes on with what the find dialog was left with, or shows it.
+    void FindNext();
+    void ShowAbout();
+
+  private:
+    void StoreOptions(const OptionsValues &values);
+
+    MainDialogParts m_parts;
+    Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
+    Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
+};

@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "Display.h"
+
+QString DisplayFault()
+{
+    for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(variable))
+            return {};
+    }
+    return QStringLiteral("There is no display. Start a desktop session, or set "
+                          "QT_QPA_PLATFORM=offscreen for a run without a window.");
+}

@@ -1,0 +1,273 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "QtPrompts.h"
+
+#include "BgrColour.h"
+#include "PrintPaper.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPageLayout>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QWindow>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+QMessageBox::Icon IconOf(PromptIcon icon)
+{
+    switch (icon) {
+    case PromptIcon::None:
+        return QMessageBox::NoIcon;
+    case PromptIcon::Information:
+        return QMessageBox::Information;
+    case PromptIcon::Question:
+        return QMessageBox::Question;
+    case PromptIcon::Exclamation:
+        return QMessageBox::Warning;
+    case PromptIcon::Critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButtons ButtonsOf(PromptButtons buttons)
+{
+    switch (buttons) {
+    case PromptButtons::Ok:
+        return QMessageBox::Ok;
+    case PromptButtons::OkCancel:
+        return QMessageBox::Ok | QMessageBox::Cancel;
+    case PromptButtons::YesNo:
+        return QMessageBox::Yes | QMessageBox::No;
+    case PromptButtons::YesNoCancel:
+        return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    }
+    return QMessageBox::Ok;
+}
+
+QMessageBox::StandardButton ButtonOf(PromptAnswer answer)
+{
+    switch (answer) {
+    case PromptAnswer::Ok:
+        return QMessageBox::Ok;
+    case PromptAnswer::Cancel:
+        return QMessageBox::Cancel;
+    case PromptAnswer::Yes:
+        return QMessageBox::Yes;
+    case PromptAnswer::No:
+        return QMessageBox::No;
+    }
+    return QMessageBox::Ok;
+}
+
+/// A box that nobody waits for. It owns no other box, because it may go at any moment, and stays
+/// until it is answered, whatever becomes of the window that it stands over.
+class NoticeBox final : public QMessageBox
+{
+  public:
+    /// Belongs to the owner's window for the system, so that a modal owner does not block it.
+    void ShowOver(const QWidget *owner)
+    {
+        create();
+        if (owner) {
+            windowHandle()->setTransientParent(owner->window()->windowHandle());
+            move(owner->window()->frameGeometry().center() - QRect({}, sizeHint()).center());
+        }
+        show();
+    }
+};
+
+/// What a box stands over. When another program has the focus that is no active window.
+QWidget *Owner()
+{
+    for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
+        if (window && !dynamic_cast<NoticeBox *>(window))
+            return window;
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    });
+    return shown == windows.end() ? nullptr : *shown;
+}
+
+void Furnish(QMessageBox &box, const MessagePrompt &prompt)
+{
+    box.setIcon(IconOf(prompt.icon));
+    box.setWindowTitle(prompt.caption);
+    box.setText(prompt.text);
+    box.setTextFormat(Qt::PlainText);
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    box.setStandardButtons(ButtonsOf(prompt.buttons));
+    box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
+    box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));
+}
+
+PromptAnswer AnswerOf(int button, PromptButtons buttons)
+{
+    for (const PromptAnswer answer : {PromptAnswer::Ok, PromptAnswer::Yes, PromptAnswer::No}) {
+        if (button == ButtonOf(answer) && ButtonsOf(buttons).testFlag(ButtonOf(answer)))
+            return answer;
+    }
+    return EscapeAnswer(buttons);
+}
+
+/// In the form of the toolkit, which wants the pattern in brackets.
+QString NameFilter(const QString &filter)
+{
+    const QString description = filter.section(u'|', 0, 0).trimmed();
+    const QString pattern = filter.section(u'|', 1).trimmed();
+    return description.contains(pattern) ? description
+                                         : QStringLiteral("%1 (%2)").arg(description, pattern);
+}
+
+/// A selection is offered only where there is one. Ranges of pages never are.
+QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
+{
+    QAbstractPrintDialog::PrintDialogOptions options =
+        QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize;
+    options.setFlag(QAbstractPrintDialog::PrintSelection, request.SelectionChosen());
+    return options;
+}
+
+/// The toolkit's own dialog shows some choices whether they are offered or not, and a choice that
+/// has no effect would deceive. A dialog of the system has none of these.
+void HideWhatIsNotOffered(const QPrintDialog &dialog)
+{
+    const auto *range = dialog.findChild<QWidget *>(QStringLiteral("gbPrintRange"));
+    const auto *output = dialog.findChild<QWidget *>(QStringLiteral("copiesTab"));
+    if (!range || !output)
+        return;
+    for (const char *name :
+         {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
+        if (auto *choice = range->findChild<QWidget *>(QLatin1String(name)))
+            choice->hide();
+    }
+    if (auto *reverse = output->findChild<QWidget *>(QStringLiteral("reverse")))
+        reverse->hide();
+}
+
+/// Takes the copies over from the printer, which would else make as many of each of them.
+PrinterChoice ChoiceOf(const PrintDialogRequest &request, const QPrintDialog &dialog,
+                       const std::shared_ptr<QPrinter> &printer)
+{
+    PrinterChoice choice = {.document = request.document, .printer = printer};
+    if (printer->outputFormat() == QPrinter::PdfFormat)
+        choice.pdfPath = QFileInfo(printer->outputFileName()).absoluteFilePath();
+    if (printer->pageLayout().orientation() == QPageLayout::Landscape)
+        choice.orientation = PageOrientation::Landscape;
+    if (printer->colorMode() == QPrinter::GrayScale)
+        choice.colour = PrintColour::Monochrome;
+    choice.copies = std::max(1, printer->copyCount());
+    printer->setCopyCount(1);
+    choice.selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
+    return choice;
+}
+
+} // namespace
+
+QtPrompts::~QtPrompts()
+{
+    for (const QPointer<QMessageBox> &notice : std::as_const(m_notices))
+        delete notice;
+}
+
+PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
+{
+    NoteIcon(prompt.icon);
+    if (Ending()) {
+        MessagePrompt escaped = prompt;
+        escaped.defaultAnswer = EscapeAnswer(prompt.buttons);
+        return m_console.ShowMessage(escaped);
+    }
+    QMessageBox box(Owner());
+    Furnish(box, prompt);
+    return AnswerOf(box.exec(), prompt.buttons);
+}
+
+void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
+{
+    NoteIcon(prompt.icon);
+    if (Ending()) {
+        m_console.ShowNotice(about, prompt);
+        return;
+    }
+    QPointer<QMessageBox> &standing = m_notices[about];
+    if (standing && standing->isVisible())
+        return;
+    auto *box = new NoticeBox;
+    standing = box;
+    Furnish(*box, prompt);
+    box->setWindowModality(Qt::NonModal);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
+    box->ShowOver(Owner());
+}
+
+QString QtPrompts::ChooseFile(const FileDialogRequest &request)
+{
+    if (Ending())
+        return m_console.ChooseFile(request);
+    QFileDialog dialog(Owner(), request.title, request.folder, NameFilter(request.filter));
+    dialog.setObjectName(request.dialog);
+    if (request.purpose == FileDialogRequest::Purpose::Save) {
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        dialog.setFileMode(QFileDialog::AnyFile);
+        dialog.setDefaultSuffix(request.filter.section(u'.', -1));
+        dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    } else {
+        dialog.setFileMode(QFileDialog::ExistingFile);
+    }
+    dialog.selectFile(request.name);
+    while (!Ending() && dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
+        const QFileInfo chosen(dialog.selectedFiles().first());
+        const bool folderMatters = (request.flags & FileDialogFlags::PathMustExist) != 0;
+        if (!folderMatters || chosen.dir().exists())
+            return QDir::toNativeSeparators(chosen.absoluteFilePath());
+        ShowMessage({.text = QStringLiteral("The folder %1 does not exist.").arg(chosen.path()),
+                     .icon = PromptIcon::Exclamation,
+                     .caption = request.title});
+    }
+    return {};
+}
+
+std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &request)
+{
+    if (Ending())
+        return m_console.ChoosePrinter(request);
+    auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    if (!m_printer.isEmpty())
+        printer->setPrinterName(m_printer);
+    printer->setDocName(request.document);
+    printer->setPageMargins(PrintPaper::UsualMargins(), QPageLayout::Point);
+    QPrintDialog dialog(printer.get(), Owner());
+    dialog.setOptions(OptionsOf(request));
+    if (request.SelectionChosen())
+        dialog.setPrintRange(QAbstractPrintDialog::Selection);
+    HideWhatIsNotOffered(dialog);
+    if (dialog.exec() != QDialog::Accepted || Ending())
+        return {};
+    m_printer = printer->printerName();
+    return ChoiceOf(request, dialog, printer);
+}
+
+std::optional<qint32> QtPrompts::ChooseColour(qint32 initial, const QString &title)
+{
+    if (Ending())
+        return m_console.ChooseColour(initial, title);
+    QColorDialog dialog(BgrColour::ToColour(initial), Owner());
+    dialog.setWindowTitle(title);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return BgrColour::FromColour(dialog.selectedColor());
+}

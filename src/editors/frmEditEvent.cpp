@@ -1,0 +1,183 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "frmEditEvent.h"
+
+#include "CodePage1252.h"
+#include "CodePageEdit.h"
+#include "FileCut.h"
+#include "MdSequenceEdition.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
+
+frmEditEvent::frmEditEvent(const SequenceEditorParts &parts, QWidget *parent)
+    : frmEditSequence({"frmEditEvent", "Edit Receive Sequence", "lblEventID", "txtEventName",
+                       "1 - Name:", "AXEditEvent"},
+                      parts, parent),
+      ComboAnswer(new QComboBox(this)),
+      TxtComment(new CodePageEdit(this)),
+      m_commentNote(new QLabel(this)),
+      ChkInsertCminEM(new QCheckBox(this))
+{
+    MakeAction();
+    FillAnswers();
+    ShowFirst();
+}
+
+void frmEditEvent::MakeAction()
+{
+    auto *tabs = new QTabBar;
+    tabs->setObjectName(QStringLiteral("tbsEvent"));
+    tabs->setExpanding(false);
+    tabs->addTab(QStringLiteral("Answer"));
+    tabs->addTab(QStringLiteral("Comment"));
+    auto *pages = new QStackedWidget;
+    int number = 0;
+    for (QWidget *page : {MakeAnswerPage(), MakeCommentPage(), MakeMessagePage()}) {
+        page->setObjectName(QStringLiteral("picOptions_%1").arg(number++));
+        pages->addWidget(page);
+    }
+    connect(tabs, &QTabBar::currentChanged, pages, &QStackedWidget::setCurrentIndex);
+
+    auto *frame = new QGroupBox(QStringLiteral("3 - Action"));
+    auto *column = new QVBoxLayout(frame);
+    column->addWidget(tabs);
+    column->addWidget(pages);
+    FurtherFields()->addWidget(frame);
+}
+
+QWidget *frmEditEvent::MakeAnswerPage()
+{
+    auto *caption = new QLabel(QStringLiteral("Send out the following sequence:"));
+    caption->setObjectName(QStringLiteral("labAnswerWithSequence"));
+    caption->setBuddy(ComboAnswer);
+    ComboAnswer->setObjectName(QStringLiteral("ComboAnswer"));
+    ComboAnswer->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    ComboAnswer->setMinimumContentsLength(30);
+    auto *impossible =
+        new QLabel(QStringLiteral("Sending answers is not possible with the currently selected "
+                                  "communication mode (Receive Only)."));
+    impossible->setObjectName(QStringLiteral("labSendAnswerNotPossible"));
+    impossible->setWordWrap(true);
+
+    auto *page = new QWidget;
+    auto *column = new QVBoxLayout(page);
+    for (QWidget *widget : {static_cast<QWidget *>(caption), static_cast<QWidget *>(ComboAnswer),
+                            static_cast<QWidget *>(impossible)})
+        column->addWidget(widget);
+    column->addStretch();
+
+    const bool possible = Parts().answersPossible;
+    caption->setVisible(possible);
+    ComboAnswer->setVisible(possible);
+    impossible->setVisible(!possible);
+    connect(ComboAnswer, &QComboBox::currentIndexChanged, this, &frmEditEvent::NoteChange);
+    return page;
+}
+
+QWidget *frmEditEvent::MakeCommentPage()
+{
+    auto *caption =
+        new QLabel(QStringLiteral("Insert the following comment into the communication window:"));
+    caption->setBuddy(TxtComment);
+    TxtComment->setObjectName(QStringLiteral("TxtComment"));
+    TxtComment->setAccessibleName(QStringLiteral("Comment"));
+    m_commentNote->setObjectName(QStringLiteral("TxtCommentNote"));
+    m_commentNote->setWordWrap(true);
+    m_commentNote->hide();
+    ChkInsertCminEM->setObjectName(QStringLiteral("ChkInsertCminEM"));
+    ChkInsertCminEM->setText(QStringLiteral("Additonally insert the comment into the log file"));
+
+    auto *page = new QWidget;
+    auto *column = new QVBoxLayout(page);
+    for (QWidget *widget :
+         {static_cast<QWidget *>(caption), static_cast<QWidget *>(TxtComment),
+          static_cast<QWidget *>(m_commentNote), static_cast<QWidget *>(ChkInsertCminEM)})
+        column->addWidget(widget);
+    column->addStretch();
+    connect(TxtComment, &QLineEdit::textChanged, this, [this] {
+        const QString note = FileCut::OfComment(TxtComment->Text());
+        m_commentNote->setText(note);
+        m_commentNote->setVisible(!note.isEmpty());
+        NoteChange();
+    });
+    return page;
+}
+
+/// No tab leads to it, and its text is kept nowhere.
+QWidget *frmEditEvent::MakeMessagePage()
+{
+    auto *page = new QWidget;
+    auto *column = new QVBoxLayout(page);
+    auto *caption = new QLabel(QStringLiteral("Add the following text in the event memory window "
+                                              "when this receive sequence appears:"));
+    caption->setWordWrap(true);
+    auto *text = new QLineEdit;
+    text->setObjectName(QStringLiteral("TxtMsgBox"));
+    column->addWidget(caption);
+    column->addWidget(text);
+    return page;
+}
+
+/// Entry k stands for Answer k, the send sequence at index k - 1.
+void frmEditEvent::FillAnswers()
+{
+    ComboAnswer->addItem(QStringLiteral("No Answer"));
+    for (int i = 0; i < Parts().sequences.SendCount(); ++i) {
+        ComboAnswer->addItem(QStringLiteral("( %1 ) - ").arg(i) +
+                             CodePage1252::ToUnicode(Parts().sequences.SendAt(i).Name));
+    }
+}
+
+int frmEditEvent::CurrentIndex() const
+{
+    return Parts().sequences.CurrentReceiveIndex;
+}
+
+void frmEditEvent::SetCurrentIndex(int index)
+{
+    Parts().sequences.CurrentReceiveIndex = index;
+}
+
+int frmEditEvent::Count() const
+{
+    return Parts().sequences.ReceiveCount();
+}
+
+void frmEditEvent::ShowFields(int index)
+{
+    const ReceiveSequence record = index < MdSequenceEdition::Capacity
+                                       ? Parts().sequences.ReceiveAt(index)
+                                       : ReceiveSequence{};
+    ShowNameAndSequence(record.Name, record.Sequence);
+    const bool listed = record.Answer >= 0 && record.Answer < ComboAnswer->count();
+    ComboAnswer->setCurrentIndex(listed ? record.Answer : -1);
+    TxtComment->SetText(record.Comment);
+    ChkInsertCminEM->setChecked(record.CommentToLog != 0);
+}
+
+/// CommentToLog is only shown here, and an answer that the list does not show stays as it is.
+void frmEditEvent::StoreFields(int index)
+{
+    MdSequenceEdition &sequences = Parts().sequences;
+    ReceiveSequence record = sequences.ReceiveAt(index);
+    record.Name = Name();
+    record.Sequence = Sequence();
+    record.EditorTexts = EditorTexts();
+    record.Comment = TxtComment->Text();
+    if (ComboAnswer->currentIndex() >= 0)
+        record.Answer = qint16(ComboAnswer->currentIndex());
+    sequences.StoreReceive(index, record);
+    sequences.RefreshAnswerName(index);
+}
+
+void frmEditEvent::DeleteCurrent()
+{
+    Parts().sequences.DeleteReceiveSequence();
+}

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "frmEditSequence.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+
+/// The editor of receive sequences; works on the record at CurrentReceiveIndex. It also sets what
+/// happens on detection: the answer and the comment.
+class frmEditEvent final : public frmEditSequence
+{
+    Q_OBJECT
+
+  public:
+    explicit frmEditEvent(const SequenceEditorParts &parts, QWidget *parent = nullptr);
+
+  protected:
+    int CurrentIndex() const override;
+    void SetCurrentIndex(int index) override;
+    int Count() const override;
+    void ShowFields(int index) override;
+    void StoreFields(int index) override;
+    void DeleteCurrent() override;
+
+  private:
+    QWidget *MakeAnswerPage();
+    QWidget *MakeCommentPage();
+    QWidget *MakeMessagePage();
+    void MakeAction();
+    void FillAnswers();
+
+    QComboBox *ComboAnswer;
+    CodePageEdit *TxtComment;
+    QLabel *m_commentNote;
+    QCheckBox *ChkInsertCminEM;
+};

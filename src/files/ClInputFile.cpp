@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "ClInputFile.h"
+
+#include <utility>
+
+FileResult ClInputFile::OpenFile(const QString &path)
+{
+    CloseFile();
+    m_held = m_files.Hold(path);
+    if (m_held.isEmpty())
+        return OpenFiles::InUse();
+    auto content = m_files.System().Read(path, MaxSize);
+    if (content.failure)
+        CloseFile();
+    else
+        m_fields = FieldReader(std::move(content.bytes));
+    return content.failure;
+}
+
+void ClInputFile::CloseFile()
+{
+    m_files.Release(std::exchange(m_held, {}));
+    m_fields = FieldReader();
+}

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "ClOutputFile.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+constexpr qsizetype BufferSize = 64 * 1024;
+/// What is kept for better times. Texts beyond that are lost, each of them whole.
+constexpr qsizetype MaxHeldBack = 1024 * 1024;
+constexpr int ZoneWidth = 14;
+
+} // namespace
+
+FileResult ClOutputFile::OpenFile(const QString &path)
+{
+    return Open(path, false);
+}
+
+FileResult ClOutputFile::OpenForReplacing(const QString &path)
+{
+    return Open(path, true);
+}
+
+FileResult ClOutputFile::Open(const QString &path, bool replacing)
+{
+    CloseFile();
+    m_failure.reset();
+    m_written = 0;
+    m_column = 0;
+    m_held = m_files.Hold(path);
+    if (m_held.isEmpty())
+        return m_failure = OpenFiles::InUse();
+    FileSystem &system = m_files.System();
+    auto created = replacing ? system.CreateBeside(path) : system.Create(path);
+    m_device = std::move(created.device);
+    m_replacing = replacing;
+    m_failure = created.failure;
+    if (m_failure)
+        Release();
+    return m_failure;
+}
+
+void ClOutputFile::WriteInFile(QByteArrayView text)
+{
+    if (!IsOpen())
+        return;
+    const qsizetype lineEnd = std::max(text.lastIndexOf('\n'), text.lastIndexOf('\r'));
+    m_column = lineEnd < 0 ? m_column + text.size() : text.size() - lineEnd - 1;
+    KeepForLater(text);
+    if (m_failure || m_buffer.size() >= BufferSize)
+        Flush();
+}
+
+void ClOutputFile::WriteTabInFile(qint16 count)
+{
+    if (count < 1)
+        return;
+    const qint64 firstBlanks = ZoneWidth - m_column % ZoneWidth;
+    WriteInFile(QByteArray(firstBlanks + qint64(ZoneWidth) * (count - 1), ' '));
+}
+
+void ClOutputFile::NextLine()
+{
+    WriteInFile("\r\n");
+}
+
+void ClOutputFile::KeepForLater(QByteArrayView text)
+{
+    m_written += text.size();
+    if (m_buffer.size() + text.size() > MaxHeldBack && Flush())
+        return;
+    m_buffer += text;
+}
+
+FileResult ClOutputFile::Flush()
+{
+    if (IsOpen() && !m_buffer.isEmpty())
+        m_failure = WriteHeld();
+    return m_failure;
+}
+
+FileResult ClOutputFile::WriteHeld()
+{
+    qint64 done = 0;
+    FileResult failure;
+    while (!failure && done < m_buffer.size()) {
+        auto taken = m_device->Write(QByteArrayView(m_buffer).sliced(done));
+        done += taken.count;
+        failure = std::move(taken.failure);
+        if (!failure && taken.count <= 0)
+            failure = FileFailure{false, QStringLiteral("The system takes no more bytes")};
+    }
+    m_buffer.remove(0, done);
+    return failure;
+}
+
+FileResult ClOutputFile::Commit()
+{
+    if (!IsOpen() || !m_replacing)
+        return FileFailure{false, QStringLiteral("The file is not open for replacing")};
+    m_failure = FinishReplacing();
+    Release();
+    return m_failure;
+}
+
+FileResult ClOutputFile::FinishReplacing()
+{
+    if (FileResult failure = WriteHeld())
+        return failure;
+    if (FileResult failure = m_device->Sync())
+        return failure;
+    if (m_device->Size() != m_written)
+        return FileFailure{false, QStringLiteral("The file does not hold all that was written")};
+    return m_device->TakePlace();
+}
+
+void ClOutputFile::CloseFile()
+{
+    if (!IsOpen())
+        return;
+    if (!m_replacing && !Flush())
+        m_failure = m_device->Check();
+    Release();
+}
+
+void ClOutputFile::Release()
+{
+    m_device.reset();
+    m_buffer.clear();
+    m_files.Release(std::exchange(m_held, {}));
+}

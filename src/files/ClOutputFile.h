@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "OpenFiles.h"
+
+#include <memory>
+
+/// One file that is being written, line by line and piece by piece. A write that fails is ignored
+/// where it happens; Failure tells of it afterwards. A file that is dropped while open is closed.
+class ClOutputFile
+{
+  public:
+    explicit ClOutputFile(OpenFiles &files) : m_files(files) {}
+    ~ClOutputFile() { CloseFile(); }
+    Q_DISABLE_COPY_MOVE(ClOutputFile)
+
+    /// Creates or empties the file, which then grows with every Flush.
+    FileResult OpenFile(const QString &path);
+    /// Writes beside the file. The old one stays as it is until Commit; without it nothing remains.
+    FileResult OpenForReplacing(const QString &path);
+
+    bool IsOpen() const { return m_device != nullptr; }
+
+    void WriteInFile(QByteArrayView text);
+    /// Blanks to the start of the next zone of 14 columns, count times; none for 0 and below.
+    void WriteTabInFile(qint16 count);
+    /// CR LF.
+    void NextLine();
+
+    /// Hands everything written so far to the system. What it does not take is kept and tried
+    /// again with every further write, so that nothing is torn or missing once there is room.
+    FileResult Flush();
+
+    /// Null while all that was handed to the system has been taken. Otherwise why the latest write
+    /// failed; as long as it is set, every write is handed on at once. Stays after closing.
+    const FileResult &Failure() const { return m_failure; }
+
+    /// After OpenForReplacing: closes the file, which takes the place of the old one if every byte
+    /// is safely on the disk. With a failure the old file is whole and nothing else is left.
+    FileResult Commit();
+
+    /// Hands on what is held back and closes. A failure shows in Failure only.
+    void CloseFile();
+
+  private:
+    FileResult Open(const QString &path, bool replacing);
+    void KeepForLater(QByteArrayView text);
+    FileResult WriteHeld();
+    FileResult FinishReplacing();
+    void Release();
+
+    OpenFiles &m_files;
+    std::unique_ptr<OutputDevice> m_device;
+    bool m_replacing = false;
+    QString m_held;      ///< name in m_files
+    QByteArray m_buffer; ///< written, but not yet taken by the system
+    qint64 m_written = 0;
+    qint64 m_column = 0; ///< characters since the last line end
+    FileResult m_failure;
+};

@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "SequenceListModel.h"
+
+#include <QTreeView>
+
+class QMenu;
+class SequenceListDelegate;
+
+/// What both sequence lists have in common: rows for the records, one empty row behind them,
+/// columns that the user can resize, and what mouse and keys ask for. Indexes count from 0. The
+/// list never writes a record, it only says what is asked for.
+class SequenceList : public QTreeView
+{
+    Q_OBJECT
+
+  public:
+    void Clear() { SetRows({}); }
+    /// All rows at once. The row in hand and the scroll position stay as far as there are rows.
+    void SetRows(const QList<SequenceListRow> &rows) { m_model->SetRows(rows); }
+    /// Adds a row in front of the empty one.
+    void AddRow(const SequenceListRow &row) { m_model->AddRow(row); }
+    void ModifyRow(int index, const SequenceListRow &row) { m_model->ModifyRow(index, row); }
+    void DeleteRow(int index) { m_model->DeleteRow(index); }
+
+    /// Rows without the empty one, and what they hold.
+    int Count() const { return m_model->Count(); }
+    const SequenceListRow &RowAt(int index) const { return m_model->RowAt(index); }
+
+    /// In logical pixels, an array with a place for each column. What no window could have is
+    /// bounded.
+    template <typename Widths> void SetColumnWidths(const Widths &widths)
+    {
+        for (int column = 0; column < int(widths.size()); ++column)
+            SetWidth(column, widths[size_t(column)]);
+    }
+    template <typename Widths> void StoreColumnWidths(Widths &widths) const
+    {
+        for (int column = 0; column < int(widths.size()); ++column)
+            widths[size_t(column)] = columnWidth(column);
+    }
+
+  Q_SIGNALS:
+    void EditRequested(int index);
+    /// Something new is to be defined in the empty row.
+    void EmptyRowRequested(int index);
+
+  protected:
+    SequenceList(SequenceMark mark, QWidget *parent);
+
+    /// The mark of the row was clicked, or its key or menu entry used; never the empty row's.
+    virtual void UseMark(int index) = 0;
+    /// The key that does the same.
+    virtual QKeySequence MarkKey() const = 0;
+    /// The caption of its menu entry.
+    virtual QString MarkCaption(int index) const = 0;
+
+    SequenceListModel &Model() { return *m_model; }
+
+    void changeEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+
+  private:
+    void SetWidth(int column, int width);
+    bool IsRow(int index) const { return index >= 0 && index < Count(); }
+    /// The row whose mark stands at this place of the viewport, -1 for none.
+    int MarkAt(const QPoint &place) const;
+    void HoldMark(int row);
+    void EditRow(int index);
+    void CopySequence(int index) const;
+    void FillMenu(QMenu &menu, int index);
+
+    SequenceListModel *m_model;
+    SequenceListDelegate *m_delegate;
+    int m_heldRow = -1; ///< its mark was pressed and not yet let go
+};

@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SequenceListDelegate.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleOptionButton>
+
+namespace
+{
+
+constexpr int LargestButtonWidth = 48;
+/// Room above and below the text of a row.
+constexpr int RowMargin = 3;
+
+QStyle *StyleOf(const QStyleOptionViewItem &cell)
+{
+    return cell.widget ? cell.widget->style() : QApplication::style();
+}
+
+/// What the button and the box share: enabled, held down or not, and where they stand.
+QStyleOptionButton ButtonOption(const QStyleOptionViewItem &cell, QSize size, bool pressed)
+{
+    QStyleOptionButton button;
+    button.palette = cell.palette;
+    button.direction = cell.direction;
+    button.state = cell.state & (QStyle::State_Enabled | QStyle::State_Active);
+    if (pressed)
+        button.state |= QStyle::State_Sunken;
+    button.rect = QStyle::alignedRect(cell.direction, Qt::AlignCenter,
+                                      size.boundedTo(cell.rect.size()), cell.rect);
+    return button;
+}
+
+/// A style may draw the outline of a box in a shade of the window, which on a dark base nobody
+/// sees. A tone between base and text stands out on both.
+QColor OutlineTone(const QPalette &palette)
+{
+    const QColor base = palette.color(QPalette::Base);
+    const QColor text = palette.color(QPalette::Text);
+    const auto between = [](int from, int to) { return from + (to - from) * 3 / 5; };
+    return {between(base.red(), text.red()), between(base.green(), text.green()),
+            between(base.blue(), text.blue())};
+}
+
+/// A triangle that points to where the bytes go.
+void PaintArrow(QPainter &painter, const QRect &button, const QColor &colour)
+{
+    const qreal half = qMin(button.height(), button.width()) * 0.24;
+    const QPointF centre = QRectF(button).center();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawPolygon(QPolygonF({centre + QPointF(-half * 0.8, -half), centre + QPointF(half, 0),
+                                   centre + QPointF(-half * 0.8, half)}));
+    painter.restore();
+}
+
+} // namespace
+
+SequenceListDelegate::SequenceListDelegate(const SequenceListModel &model, QObject *parent)
+    : QStyledItemDelegate(parent), m_model(model)
+{
+}
+
+void SequenceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                                 const QModelIndex &index) const
+{
+    if (index.column() != SequenceListModel::MarkColumn) {
+        QStyledItemDelegate::paint(painter, option, index);
+        return;
+    }
+    StyleOf(option)->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+    if (index.row() >= m_model.Count())
+        return;
+    if (m_model.Mark() == SequenceMark::SendButton)
+        PaintSendButton(*painter, option, index.row());
+    else
+        PaintActiveBox(*painter, option, index.row());
+}
+
+void SequenceListDelegate::PaintSendButton(QPainter &painter, const QStyleOptionViewItem &cell,
+                                           int row) const
+{
+    const bool pressed = row == m_pressedRow;
+    QStyleOptionButton button = ButtonOption(
+        cell, {qMin(LargestButtonWidth, cell.rect.width() - 4), cell.rect.height() - 2}, pressed);
+    if (!pressed)
+        button.state |= QStyle::State_Raised;
+    StyleOf(cell)->drawControl(QStyle::CE_PushButtonBevel, &button, &painter, cell.widget);
+    PaintArrow(painter, button.rect, cell.palette.color(QPalette::ButtonText));
+}
+
+void SequenceListDelegate::PaintActiveBox(QPainter &painter, const QStyleOptionViewItem &cell,
+                                          int row) const
+{
+    const QStyle *style = StyleOf(cell);
+    const QSize size(style->pixelMetric(QStyle::PM_IndicatorWidth, &cell, cell.widget),
+                     style->pixelMetric(QStyle::PM_IndicatorHeight, &cell, cell.widget));
+    QStyleOptionButton box = ButtonOption(cell, size, row == m_pressedRow);
+    box.palette.setColor(QPalette::Window, OutlineTone(cell.palette));
+    box.state |= m_model.RowAt(row).active ? QStyle::State_On : QStyle::State_Off;
+    style->drawPrimitive(QStyle::PE_IndicatorCheckBox, &box, &painter, cell.widget);
+}
+
+QSize SequenceListDelegate::sizeHint(const QStyleOptionViewItem &option,
+                                     const QModelIndex &index) const
+{
+    QSize size = QStyledItemDelegate::sizeHint(option, index);
+    if (index.column() == SequenceListModel::MarkColumn)
+        size.setWidth(LargestButtonWidth);
+    const int box = StyleOf(option)->pixelMetric(QStyle::PM_IndicatorHeight, &option);
+    size.setHeight(qMax(option.fontMetrics.height(), box) + 2 * RowMargin);
+    return size;
+}
+
+/// The list itself follows the mouse; the usual ways of ticking a box would bypass its signals.
+bool SequenceListDelegate::editorEvent(QEvent *, QAbstractItemModel *, const QStyleOptionViewItem &,
+                                       const QModelIndex &)
+{
+    return false;
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "PrintDialogRequest.h"
+
+#include <QMarginsF>
+#include <QPainter>
+
+class OpenFiles;
+
+/// The pages of one print job on the printer or in the PDF file that was chosen, and the painter
+/// that draws on them, in dots from the corner of the printable area. A file takes its place only
+/// when all of it is safely on the disk. A job that is not finished is thrown away.
+class PrintPaper final
+{
+  public:
+    /// Twips to a logical pixel and to a typographic point.
+    static constexpr qreal TwipsPerPixel = 15;
+    static constexpr qreal TwipsPerPoint = 20;
+
+    /// What a page keeps free at least, in points, unless the user wants other margins. No line of
+    /// text runs to the very foot of a page.
+    static QMarginsF UsualMargins() { return {18, 18, 18, 36}; }
+
+    PrintPaper(const PrinterChoice &choice, OpenFiles &files);
+    ~PrintPaper();
+    Q_DISABLE_COPY_MOVE(PrintPaper)
+
+    /// The printable area, in twips.
+    QSizeF Size() const;
+    qreal DotsPerTwip() const;
+    /// What fonts are to be measured for.
+    QPaintDevice &Device() const;
+
+    /// Active once NextPage has begun a page.
+    QPainter &Painter() { return m_painter; }
+
+    /// Begins the job with its first page, or the next page. Returns the cause if that fails, else
+    /// an empty text; a job that cannot begin is thrown away at once.
+    QString NextPage();
+    /// Ends the job and releases it. If that fails it is thrown away.
+    QString Finish();
+    void Discard();
+
+    /// What printer and PDF file do each in its own way.
+    class Sheets;
+
+  private:
+    QString BeginJob();
+
+    std::unique_ptr<Sheets> m_sheets; ///< outlives the painter
+    QPainter m_painter;
+};

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "CommConfiguration.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the command line asks for.
+struct CommandLine {
+    enum class Action { Run, ShowHelp, ShowVersion };
+
+    Action action = Action::Run;
+    QHash<int, QString> ports; ///< devices of COM numbers, for this run
+    std::optional<CommMode> mode;
+    std::optional<LineSettings> line;
+    bool start = false;
+    bool demo = false;
+    QString log;            ///< file that names the log to be started, empty for none
+    bool overwrite = false; ///< files of that log that exist already
+    std::optional<double> quitAfterSeconds; ///< set: the run is unattended
+    QString screenshot;                     ///< PNG file, empty for none
+    QString project;                        ///< project file to open, empty for none
+
+    bool Unattended() const { return quitAfterSeconds.has_value(); }
+};
+
+/// A command line, or the sentence that says what is wrong with it.
+struct ParsedCommandLine {
+    CommandLine line;
+    QString error;
+};
+
+/// Reads the arguments, the program's own name first. Options of the toolkit, such as -platform,
+/// are let through.
+ParsedCommandLine ParseCommandLine(const QStringList &arguments);
+
+/// The text of --help.
+QString CommandLineHelp();

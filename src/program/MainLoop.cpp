@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "MainLoop.h"
+
+#include "CommunicationViews.h"
+#include "MdCommunication.h"
+#include "RunState.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+namespace
+{
+
+/// A loop of its own for each pause: one that is kept could not be entered again from a dialog.
+void Pause(int milliseconds)
+{
+    QEventLoop events;
+    QTimer::singleShot(milliseconds, Qt::PreciseTimer, &events, &QEventLoop::quit);
+    events.exec();
+}
+
+} // namespace
+
+void MainLoop::Run()
+{
+    while (!m_run.QuitRequested)
+        Pause(Pass());
+}
+
+int MainLoop::Pass()
+{
+    if (!m_communication.Running())
+        return StoppedPause;
+    m_views.MoveStagedText();
+    return RunningPause;
+}

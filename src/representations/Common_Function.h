@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Representation.h"
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+/// The conversions from bytes to text. A byte sequence and every 8-bit text is a QByteArray, one
+/// byte per character. None of them fails; no bytes give an empty text.
+namespace Common_Function
+{
+
+/// Stands for a byte that the ASCII forms cannot show: 0 in the view, 0 to 31 in lists.
+constexpr char HiddenByteMark = '\x81';
+
+/// Eight binary digits, most significant bit first.
+QByteArray ByteToBinary(char byte);
+
+/// List forms, for one line of a list, an editor or a printout: items joined by " | ".
+QByteArray SeqToAsciiList(QByteArrayView seq);
+QByteArray SeqToHexList(QByteArrayView seq);
+QByteArray SeqToDecimalList(QByteArrayView seq);
+QByteArray SeqToBinaryList(QByteArrayView seq);
+
+/// Search forms, as the sequence stands in a view: items joined by one blank.
+QByteArray SeqToHexText(QByteArrayView seq);
+QByteArray SeqToDecimalText(QByteArrayView seq);
+QByteArray SeqToBinaryText(QByteArrayView seq);
+
+/// View form: what a chunk of traffic adds to the view and to the log of that representation.
+/// Every item is followed by a blank; ASCII has no separators and changes byte 0 only.
+QByteArray SeqToViewText(Representation representation, QByteArrayView seq);
+
+} // namespace Common_Function

@@ -1,0 +1,263 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SequenceText.h"
+
+#include "CodePage1252.h"
+#include "Common_Function.h"
+
+#include <array>
+
+namespace
+{
+
+struct Form {
+    int width;
+    int base;
+    const char *allowed;                 ///< what can be typed
+    const char *meaning;                 ///< what an item is
+    std::array<QStringView, 3> prefixes; ///< in small letters
+    char16_t suffix;                     ///< a small letter
+};
+
+/// In the order of the representations.
+const std::array<Form, RepresentationCount> Forms = {{
+    {1, 256, "", "", {}, 0},
+    {2,
+     16,
+     "HEX takes the digits 0 to 9 and A to F.",
+     "a HEX byte: one or two of the digits 0 to 9 and A to F",
+     {u"0x", u"\\x", u"$"},
+     u'h'},
+    {3,
+     10,
+     "Decimal takes the digits 0 to 9, in values up to 255.",
+     "a decimal byte: one to three digits, 0 to 255",
+     {},
+     u'd'},
+    {8,
+     2,
+     "Binary takes the digits 0 and 1.",
+     "a binary byte: one to eight of the digits 0 and 1",
+     {u"0b"},
+     u'b'},
+}};
+
+const Form &FormOf(Representation form)
+{
+    return Forms[size_t(form)];
+}
+
+constexpr std::array<const char *, 32> ControlNames = {
+    "NUL", "SOH", "STX", "ETX", "EOT", "ENQ", "ACK", "BEL", "BS",  "HT",  "LF",
+    "VT",  "FF",  "CR",  "SO",  "SI",  "DLE", "DC1", "DC2", "DC3", "DC4", "NAK",
+    "SYN", "ETB", "CAN", "EM",  "SUB", "ESC", "FS",  "GS",  "RS",  "US"};
+
+/// Reads one run of characters without separators: items side by side, each maybe marked.
+class TokenReader final
+{
+  public:
+    TokenReader(QStringView token, Representation representation)
+        : m_token(token), m_representation(representation), m_form(FormOf(representation))
+    {
+    }
+
+    /// Appends the bytes as far as they can be read; false at the first wrong item.
+    bool AppendTo(QByteArray &bytes)
+    {
+        bool delimited = true;
+        while (m_at < m_token.size()) {
+            m_itemStart = m_at;
+            delimited = SkipPrefix() || delimited;
+            SkipMarkedZero();
+            const QByteArray digits = TakeDigits();
+            const bool readable = digits.size() == m_form.width || delimited;
+            const int value = SequenceText::ValueOf(digits, m_representation);
+            if (digits.isEmpty() || !readable || value > 255)
+                return false;
+            bytes.append(char(value));
+            delimited = SkipSuffix();
+        }
+        return true;
+    }
+
+    /// The item at which reading ended is named by its whole run if that is short.
+    bool IsShort() const { return m_token.size() <= EnoughToName; }
+    QString WrongItem() const
+    {
+        const QStringView named = IsShort() ? m_token : m_token.sliced(m_itemStart);
+        return named.size() <= EnoughToName ? named.toString()
+                                            : named.first(EnoughToName).toString() + u'\u2026';
+    }
+
+  private:
+    static constexpr qsizetype EnoughToName = 16;
+
+    /// As many as matter: at most one more than an item has.
+    qsizetype DigitsAt(qsizetype at) const
+    {
+        qsizetype end = at;
+        while (end < qMin(m_token.size(), at + m_form.width + 1) &&
+               SequenceText::DigitValue(m_token[end].unicode(), m_representation) >= 0)
+            ++end;
+        return end - at;
+    }
+
+    bool SkipPrefix()
+    {
+        for (const QStringView prefix : m_form.prefixes) {
+            const QStringView rest = m_token.sliced(m_at);
+            if (prefix.isEmpty() || !rest.startsWith(prefix, Qt::CaseInsensitive) ||
+                DigitsAt(m_at + prefix.size()) == 0)
+                continue;
+            m_at += prefix.size();
+            return true;
+        }
+        return false;
+    }
+
+    /// 0FFh: the first zero only makes it a number.
+    void SkipMarkedZero()
+    {
+        if (DigitsAt(m_at) == m_form.width + 1 && m_token[m_at] == u'0' &&
+            IsSuffix(m_at + m_form.width + 1))
+            ++m_at;
+    }
+
+    QByteArray TakeDigits()
+    {
+        const QStringView digits =
+            m_token.sliced(m_at, qMin<qsizetype>(DigitsAt(m_at), m_form.width));
+        m_at += digits.size();
+        return digits.toLatin1();
+    }
+
+    bool IsSuffix(qsizetype at) const
+    {
+        return at < m_token.size() && m_token[at].toLower() == m_form.suffix;
+    }
+
+    bool SkipSuffix()
+    {
+        const bool there = IsSuffix(m_at);
+        m_at += there ? 1 : 0;
+        return there;
+    }
+
+    QStringView m_token;
+    Representation m_representation;
+    const Form &m_form;
+    qsizetype m_at = 0;
+    qsizetype m_itemStart = 0;
+};
+
+SequenceText::Parsed ParseAscii(QStringView text)
+{
+    const CodePage1252::Encoded encoded = CodePage1252::FromUnicode(text);
+    if (encoded.firstForeign >= 0)
+        return {{}, CodePage1252::RefusalOf(text, encoded.firstForeign)};
+    return {encoded.bytes, {}};
+}
+
+qsizetype TokenEnd(QStringView text, qsizetype at)
+{
+    while (at < text.size() && !SequenceText::IsSeparator(text[at].unicode()))
+        ++at;
+    return at;
+}
+
+} // namespace
+
+namespace SequenceText
+{
+
+int ItemWidth(Representation form)
+{
+    return FormOf(form).width;
+}
+
+int ItemPitch(Representation form)
+{
+    return form == Representation::Ascii ? 1 : ItemWidth(form) + 1;
+}
+
+QByteArray Of(QByteArrayView sequence, Representation form)
+{
+    switch (form) {
+    case Representation::Ascii:
+        break;
+    case Representation::Hex:
+        return Common_Function::SeqToHexText(sequence);
+    case Representation::Decimal:
+        return Common_Function::SeqToDecimalText(sequence);
+    case Representation::Binary:
+        return Common_Function::SeqToBinaryText(sequence);
+    }
+    return sequence.toByteArray();
+}
+
+QByteArray Item(uchar byte, Representation form)
+{
+    const char value = char(byte);
+    return Of(QByteArrayView(&value, 1), form);
+}
+
+int DigitValue(char16_t character, Representation form)
+{
+    int value = -1;
+    if (character >= u'0' && character <= u'9')
+        value = character - u'0';
+    else if (character >= u'A' && character <= u'F')
+        value = character - u'A' + 10;
+    else if (character >= u'a' && character <= u'f')
+        value = character - u'a' + 10;
+    return value < FormOf(form).base ? value : -1;
+}
+
+int ValueOf(QByteArrayView digits, Representation form)
+{
+    int value = 0;
+    for (const char digit : digits)
+        value = value * FormOf(form).base + DigitValue(uchar(digit), form);
+    return value;
+}
+
+bool IsSeparator(char16_t character)
+{
+    return character == u',' || character == u'|' || QChar::isSpace(character);
+}
+
+QString AllowedDigits(Representation form)
+{
+    return QString::fromLatin1(FormOf(form).allowed);
+}
+
+QByteArrayView ControlName(uchar byte)
+{
+    if (byte == 127)
+        return "DEL";
+    return byte < ControlNames.size() ? QByteArrayView(ControlNames[byte]) : QByteArrayView();
+}
+
+Parsed Parse(QStringView text, Representation form)
+{
+    if (form == Representation::Ascii)
+        return ParseAscii(text);
+    Parsed result;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype end = TokenEnd(text, at);
+        TokenReader token(text.sliced(at, end - at), form);
+        const qsizetype before = result.bytes.size();
+        if (!token.AppendTo(result.bytes)) {
+            const qsizetype readable = token.IsShort() ? before : result.bytes.size();
+            const QString meaning = QString::fromLatin1(FormOf(form).meaning);
+            return {{},
+                    QStringLiteral("Item %1, \"%2\", is not %3.")
+                        .arg(QString::number(readable + 1), token.WrongItem(), meaning)};
+        }
+        at = end + 1;
+    }
+    return result;
+}
+
+} // namespace SequenceText

@@ -1,0 +1,220 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "RichTextPainter.h"
+
+#include "BgrColour.h"
+#include "CodePage1252.h"
+#include "RichTextLayout.h"
+#include "RichTextModel.h"
+
+#include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr quint32 NoGlyph = 0xFFFFFFFF;
+constexpr quint32 BoxGlyph = 0xFFFFFFFE;
+
+/// The character that shows a byte: a soft hyphen has no width of its own.
+QChar ShapeOf(uchar byte)
+{
+    return byte == 0xAD ? QChar(u'-') : QChar(CodePage1252::ToUnicode(byte));
+}
+
+bool IsBlank(uchar byte)
+{
+    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n' || byte == 0xA0;
+}
+
+/// True for the codes that no character has: the remaining controls and the five empty codes.
+bool LacksShape(uchar byte)
+{
+    const char16_t unit = CodePage1252::ToUnicode(byte);
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+}
+
+size_t FaceOf(const TextStyle &style)
+{
+    return (style.bold ? 1U : 0U) + (style.italic ? 2U : 0U);
+}
+
+} // namespace
+
+RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio)
+{
+    qreal ascent = 0;
+    qreal descent = 0;
+    for (size_t i = 0; i < m_faces.size(); ++i) {
+        QFont variant = font;
+        variant.setBold(i & 1U);
+        variant.setItalic(i & 2U);
+        m_faces[i] = MakeFace(variant);
+        ascent = qMax(ascent, m_faces[i].font.ascent());
+        descent = qMax(descent, m_faces[i].font.descent() + m_faces[i].font.leading());
+    }
+    const QList<QPointF> advances = m_faces[0].font.advancesForGlyphIndexes(
+        m_faces[0].font.glyphIndexesForString(QStringLiteral("0")));
+    m_advance = advances.isEmpty() ? 0 : advances.first().x();
+    if (m_advance <= 0)
+        m_advance = qMax(QFontMetricsF(font).horizontalAdvance(u'0'), 1.0);
+
+    const qreal ratio = devicePixelRatio > 0 ? devicePixelRatio : 1;
+    m_ascent = std::ceil(ascent * ratio) / ratio;
+    m_rowHeight = qMax(std::ceil((m_ascent + descent) * ratio), 1.0) / ratio;
+}
+
+RichTextPainter::Face RichTextPainter::MakeFace(const QFont &font)
+{
+    Face face{QRawFont::fromFont(font), {}};
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        quint32 &glyph = face.glyphs[byte];
+        if (IsBlank(uchar(byte))) {
+            glyph = NoGlyph;
+        } else if (LacksShape(uchar(byte))) {
+            glyph = BoxGlyph;
+        } else {
+            const QList<quint32> found =
+                face.font.glyphIndexesForString(QString(ShapeOf(uchar(byte))));
+            glyph = found.isEmpty() || found.first() == 0 ? BoxGlyph : found.first();
+        }
+    }
+    return face;
+}
+
+QColor RichTextPainter::ToGrey(const QColor &colour)
+{
+    const int grey = qGray(colour.rgb());
+    return {grey, grey, grey};
+}
+
+void RichTextPainter::Paint(QPainter &painter, const RichTextLayout &layout, const Part &part) const
+{
+    // Italic glyphs overhang their cells, so all backgrounds come before all text.
+    if (part.selectionBack.isValid() && layout.Model().HasSelection())
+        PaintSelection(painter, layout, part);
+
+    const qsizetype end = qMin(part.firstRow + part.rowCount, layout.RowCount());
+    Inks inks;
+    painter.save();
+    for (qsizetype row = part.firstRow; row < end; ++row) {
+        CollectRow(inks, layout, row, part);
+        for (Ink &ink : inks)
+            DrawInk(painter, ink);
+        painter.translate(0, m_rowHeight);
+    }
+    painter.restore();
+}
+
+void RichTextPainter::PaintSelection(QPainter &painter, const RichTextLayout &layout,
+                                     const Part &part) const
+{
+    const qint64 from = layout.Model().SelectionStart();
+    const qint64 to = layout.Model().SelectionEnd();
+    const qsizetype first = qMax(part.firstRow, layout.RowOf(from));
+    const qsizetype end =
+        qMin(qMin(part.firstRow + part.rowCount, layout.RowCount()), layout.RowOf(to) + 1);
+    for (qsizetype row = first; row < end; ++row) {
+        const int left = from <= layout.RowStart(row) ? 0 : layout.ColumnOf(row, from);
+        int right = qMin(layout.ColumnOf(row, to), layout.Columns());
+        // A selected line break shows as one more column, so that an empty line can be seen.
+        if (to > layout.RowTextEnd(row) && layout.RowTextEnd(row) < layout.RowEnd(row))
+            ++right;
+        if (right > left)
+            painter.fillRect(QRectF(left * m_advance, qreal(row - part.firstRow) * m_rowHeight,
+                                    (right - left) * m_advance, m_rowHeight),
+                             part.selectionBack);
+    }
+}
+
+RichTextPainter::Ink &RichTextPainter::InkFor(Inks &inks, size_t face, const QColor &colour)
+{
+    const auto found = std::find_if(inks.begin(), inks.end(), [&](const Ink &ink) {
+        return ink.face == face && ink.colour == colour;
+    });
+    return found != inks.end() ? *found : inks.emplace_back(Ink{face, colour});
+}
+
+/// Sorts what a row shows by face and colour, so that each takes one drawing call. A call never
+/// spans rows: not every paint engine honours the height of each single glyph.
+void RichTextPainter::CollectRow(Inks &inks, const RichTextLayout &layout, qsizetype row,
+                                 const Part &part) const
+{
+    const RichTextModel &model = layout.Model();
+    const bool showsSelection = part.selectionBack.isValid();
+    const qint64 selectionStart = showsSelection ? model.SelectionStart() : 0;
+    const qint64 selectionEnd = showsSelection ? model.SelectionEnd() : 0;
+    const qint64 end = layout.RowTextEnd(row);
+    int column = 0;
+    for (qint64 at = layout.RowStart(row); at < end && column < layout.Columns();) {
+        const RichTextModel::StyleRun &run = model.RunAt(at);
+        qint64 to = qMin(run.end, end);
+        const bool selected = at >= selectionStart && at < selectionEnd;
+        if (selected)
+            to = qMin(to, selectionEnd);
+        else if (at < selectionStart)
+            to = qMin(to, selectionStart);
+        const QColor colour = selected ? part.selectionText : BgrColour::ToColour(run.style.colour);
+        column = CollectSegment(inks, layout,
+                                {at, to, column, run.style, part.grey ? ToGrey(colour) : colour});
+        at = to;
+    }
+}
+
+/// Returns the column behind the segment.
+int RichTextPainter::CollectSegment(Inks &inks, const RichTextLayout &layout,
+                                    const Segment &segment) const
+{
+    const RichTextModel &model = layout.Model();
+    Ink &ink = InkFor(inks, FaceOf(segment.style), segment.colour);
+    const Face &face = m_faces[ink.face];
+    int column = segment.column;
+    for (qint64 at = segment.from; at < segment.to && column < layout.Columns(); ++at) {
+        const uchar byte = model.ByteAt(at);
+        const quint32 glyph = face.glyphs[byte];
+        if (glyph == BoxGlyph) {
+            ink.boxes.emplace_back(column * m_advance, 0, m_advance, m_ascent);
+        } else if (glyph != NoGlyph) {
+            ink.glyphs.push_back(glyph);
+            ink.positions.emplace_back(column * m_advance, m_ascent);
+        }
+        column = RichTextLayout::ColumnBehind(byte, column);
+    }
+    column = qMin(column, layout.Columns());
+    if (segment.style.underline) {
+        const qreal thickness = qMax(face.font.lineThickness(), 1.0);
+        const qreal top =
+            qMin(m_ascent + qMax(face.font.underlinePosition(), 1.0), m_rowHeight - thickness);
+        ink.lines.emplace_back(segment.column * m_advance, std::floor(top),
+                               (column - segment.column) * m_advance, thickness);
+    }
+    return column;
+}
+
+void RichTextPainter::DrawInk(QPainter &painter, Ink &ink) const
+{
+    painter.setPen(ink.colour);
+    if (!ink.glyphs.empty()) {
+        QGlyphRun run;
+        run.setRawFont(m_faces[ink.face].font);
+        run.setRawData(ink.glyphs.data(), ink.positions.data(), int(ink.glyphs.size()));
+        painter.drawGlyphRun({}, run);
+    }
+    for (const QRectF &line : ink.lines)
+        painter.fillRect(line, ink.colour);
+    for (const QRectF &cell : ink.boxes) {
+        const qreal left = std::floor(cell.left()) + 1.5;
+        const qreal width = std::floor(cell.width()) - 2;
+        const qreal top = std::ceil(cell.height() * 0.3) + 0.5;
+        painter.drawRect(QRectF(left, top, qMax(width, 1.0), cell.bottom() - 0.5 - top));
+    }
+    ink.glyphs.clear();
+    ink.positions.clear();
+    ink.lines.clear();
+    ink.boxes.clear();
+}

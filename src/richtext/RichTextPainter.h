@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TextStyle.h"
+
+#include <QColor>
+#include <QFont>
+#include <QRawFont>
+#include <QRectF>
+
+#include <array>
+#include <vector>
+
+class QPainter;
+class RichTextLayout;
+
+/// Paints rows of a rich-text layout, on the screen and on paper alike, glyph by glyph without
+/// shaping. Columns are a fractional number of units wide; a position is always a column times the
+/// advance, never a sum of rounded cells. On a device of another resolution the caller scales.
+class RichTextPainter final
+{
+  public:
+    /// Which rows are painted, and how their selection looks; without a colour it is not shown.
+    struct Part {
+        qsizetype firstRow = 0;
+        qsizetype rowCount = 0;
+        QColor selectionBack = QColor();
+        QColor selectionText = QColor();
+        bool grey = false; ///< every colour as the grey of its brightness
+    };
+
+    /// Row heights are whole device pixels at the ratio given.
+    explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1);
+
+    qreal Advance() const { return m_advance; }
+    qreal RowHeight() const { return m_rowHeight; }
+
+    /// Paints with the first row's top left corner at the painter's origin. The background is the
+    /// caller's. The layout must be up to date.
+    void Paint(QPainter &painter, const RichTextLayout &layout, const Part &part) const;
+
+    static QColor ToGrey(const QColor &colour);
+
+  private:
+    /// A variant of the font, with the glyph that shows each byte.
+    struct Face {
+        QRawFont font;
+        std::array<quint32, 256> glyphs{};
+    };
+
+    /// What one row shows in one face and colour.
+    struct Ink {
+        size_t face = 0;
+        QColor colour;
+        std::vector<quint32> glyphs{};
+        std::vector<QPointF> positions{};
+        std::vector<QRectF> boxes{};
+        std::vector<QRectF> lines{};
+    };
+    using Inks = std::vector<Ink>;
+
+    struct Segment {
+        qint64 from;
+        qint64 to;
+        int column;
+        TextStyle style;
+        QColor colour;
+    };
+
+    static Face MakeFace(const QFont &font);
+    static Ink &InkFor(Inks &inks, size_t face, const QColor &colour);
+    void PaintSelection(QPainter &painter, const RichTextLayout &layout, const Part &part) const;
+    void CollectRow(Inks &inks, const RichTextLayout &layout, qsizetype row,
+                    const Part &part) const;
+    int CollectSegment(Inks &inks, const RichTextLayout &layout, const Segment &segment) const;
+    void DrawInk(QPainter &painter, Ink &ink) const;
+
+    std::array<Face, 4> m_faces; ///< by bold (1) and italic (2)
+    qreal m_advance = 0;
+    qreal m_rowHeight = 0;
+    qreal m_ascent = 0;
+};

@@ -1,0 +1,295 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "RichTextView.h"
+
+#include "BgrColour.h"
+#include "CodePage1252.h"
+#include "FixedPitchFont.h"
+#include "RichTextModel.h"
+
+#include <QAccessible>
+#include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QStyle>
+
+#include <cmath>
+#include <utility>
+
+namespace
+{
+
+constexpr int Margin = 4; ///< pixels between the viewport's edges and the text
+
+} // namespace
+
+RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
+    : CaretScrollArea(parent),
+      m_model(model),
+      m_layout(model),
+      m_caret(model, m_layout),
+      m_painter(FixedPitchFont::ViewFont())
+{
+    setFont(FixedPitchFont::ViewFont());
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(&m_model, &RichTextModel::Changed, this, &RichTextView::FollowModel);
+}
+
+void RichTextView::FollowModel()
+{
+    if (!isVisible())
+        return;
+    if (!m_model.HasSelection() && RichTextSteps::IsInsideCrLf(m_model, m_model.Caret())) {
+        // The CR behind which the caret stood has got its LF.
+        m_model.Select(m_model.Caret() + 1, m_model.Caret() + 1);
+        return;
+    }
+    LayOut();
+    RepaintIfChanged();
+    Announce();
+}
+
+void RichTextView::LayOut()
+{
+    m_layout.Update(FittingColumns());
+    m_caret.SetPageRows(FullRows());
+    const int last = int(qMax<qsizetype>(m_layout.RowCount() - FullRows(), 0));
+    const int kept = int(m_layout.RowOf(qMax(m_top, m_model.Begin())));
+
+    const QScopedValueRollback<bool> adjusting(m_adjusting, true);
+    QScrollBar &bar = *verticalScrollBar();
+    bar.setPageStep(int(FullRows()));
+    bar.setRange(0, last);
+    bar.setValue(m_followsEnd ? last : kept);
+    m_followsEnd = bar.value() == last;
+    PlaceCaretRect();
+}
+
+void RichTextView::RepaintIfChanged()
+{
+    const qsizetype top = verticalScrollBar()->value();
+    const qsizetype bottom = qMin(top + FullRows(), m_layout.RowCount() - 1);
+    const Shown shown = {m_model.EditRevision(), m_layout.RowStart(top), m_layout.RowEnd(bottom),
+                         m_model.Anchor(),       m_model.Caret(),        m_layout.Columns()};
+    if (shown == m_shown)
+        return;
+    if (shown.caret != m_shown.caret)
+        RestartBlinking();
+    m_shown = shown;
+    viewport()->update();
+}
+
+/// Tells assistive programs what has come and where the caret is.
+void RichTextView::Announce()
+{
+    const qint64 begin = m_model.Begin();
+    const qint64 from = qMax(std::exchange(m_announcedEnd, m_model.End()), begin);
+    const qint64 caret = std::exchange(m_announcedCaret, m_model.Caret());
+    if (!QAccessible::isActive())
+        return;
+    if (from < m_model.End()) {
+        QAccessibleTextInsertEvent inserted(
+            this, int(from - begin), CodePage1252::ToUnicode(m_model.Bytes().sliced(from - begin)));
+        QAccessible::updateAccessibility(&inserted);
+    }
+    if (caret != m_model.Caret()) {
+        QAccessibleTextSelectionEvent moved(this, int(m_model.SelectionStart() - begin),
+                                            int(m_model.SelectionEnd() - begin));
+        moved.setCursorPosition(int(m_model.Caret() - begin));
+        QAccessible::updateAccessibility(&moved);
+    }
+}
+
+const RichTextLayout &RichTextView::Layout()
+{
+    LayOut();
+    return m_layout;
+}
+
+/// The font's measures depend on the screen that the box stands on.
+void RichTextView::RenewPainter()
+{
+    m_pixelRatio = devicePixelRatioF();
+    m_painter = RichTextPainter(font(), m_pixelRatio);
+    if (isVisible())
+        LayOut();
+    viewport()->update();
+}
+
+void RichTextView::changeEvent(QEvent *event)
+{
+    CaretScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        RenewPainter();
+}
+
+void RichTextView::showEvent(QShowEvent *event)
+{
+    CaretScrollArea::showEvent(event);
+    if (m_pixelRatio != devicePixelRatioF())
+        RenewPainter();
+    FollowModel();
+}
+
+void RichTextView::resizeEvent(QResizeEvent *)
+{
+    if (isVisible())
+        LayOut();
+}
+
+qsizetype RichTextView::FullRows() const
+{
+    const qreal height = viewport()->height() - 2 * Margin;
+    return qMax<qsizetype>(qsizetype(height / m_painter.RowHeight()), 1);
+}
+
+int RichTextView::FittingColumns() const
+{
+    return qMax(int((viewport()->width() - 2 * Margin) / m_painter.Advance()), 1);
+}
+
+void RichTextView::scrollContentsBy(int, int)
+{
+    if (!m_adjusting) {
+        m_top = m_layout.RowStart(verticalScrollBar()->value());
+        m_followsEnd = verticalScrollBar()->value() == verticalScrollBar()->maximum();
+        LayOut();
+    }
+    viewport()->update();
+}
+
+/// Scrolls as the user would: the box then stays on the row.
+void RichTextView::ScrollToRow(qsizetype row)
+{
+    verticalScrollBar()->setValue(int(row));
+}
+
+RichTextCaret &RichTextView::ReadyCaret()
+{
+    LayOut();
+    return m_caret;
+}
+
+void RichTextView::ShowCaret()
+{
+    LayOut();
+    ScrollInSight(m_caret.Row());
+    RestartBlinking();
+    viewport()->update();
+}
+
+void RichTextView::ScrollToPosition(qint64 position)
+{
+    LayOut();
+    ScrollInSight(m_layout.RowOf(position));
+}
+
+void RichTextView::ScrollInSight(qsizetype row)
+{
+    const qsizetype top = verticalScrollBar()->value();
+    if (row < top)
+        ScrollToRow(row);
+    else if (row >= top + FullRows())
+        ScrollToRow(row - FullRows() + 1);
+}
+
+void RichTextView::ScrollToSelection()
+{
+    LayOut();
+    const qsizetype first = m_layout.RowOf(m_model.SelectionStart());
+    const qsizetype last = m_layout.RowOf(m_model.SelectionEnd());
+    const qsizetype top = verticalScrollBar()->value();
+    const qsizetype away = qMin<qsizetype>(2, FullRows() / 4);
+    const bool inSight = first >= top && last < top + FullRows();
+    const bool awayFromTop = first >= top + away || top == 0;
+    const bool awayFromBottom =
+        last < top + FullRows() - away || top == verticalScrollBar()->maximum();
+    if (!inSight || !awayFromTop || !awayFromBottom)
+        ScrollToRow(qMax<qsizetype>(first - FullRows() / 3, 0));
+}
+
+void RichTextView::SetBackground(qint32 colour)
+{
+    QPalette colours;
+    colours.setColor(QPalette::Base, BgrColour::ToColour(colour));
+    viewport()->setPalette(colours);
+}
+
+QRectF RichTextView::CellRect(qsizetype row, int column) const
+{
+    const qreal y = qreal(row - verticalScrollBar()->value()) * m_painter.RowHeight();
+    return {Margin + column * m_painter.Advance(), Margin + y, m_painter.Advance(),
+            m_painter.RowHeight()};
+}
+
+QRectF RichTextView::CharacterRect(qint64 position)
+{
+    LayOut();
+    position = qBound(m_model.Begin(), position, m_model.End());
+    const qsizetype row = m_layout.RowOf(position);
+    QRectF rect = CellRect(row, m_layout.ColumnOf(row, position));
+    if (position < m_layout.RowTextEnd(row))
+        rect.setRight(CellRect(row, m_layout.ColumnOf(row, position + 1)).left());
+    return rect;
+}
+
+QRect RichTextView::SelectionRect()
+{
+    const qint64 last = qMax(m_model.SelectionStart(), m_model.SelectionEnd() - 1);
+    const QRectF from = CharacterRect(m_model.SelectionStart());
+    const QRectF to = CharacterRect(last);
+    QRectF rect = from | to;
+    if (from.top() < to.top()) {
+        rect.setLeft(0);
+        rect.setRight(viewport()->width());
+    }
+    return rect.toAlignedRect() & viewport()->rect();
+}
+
+void RichTextView::PlaceCaretRect()
+{
+    // Blanks may hang over the row's end; the caret stays in sight.
+    const int column = qMin(m_caret.Column(), m_layout.Columns());
+    m_caretRect = CellRect(m_caret.Row(), column);
+    m_caretRect.setLeft(std::floor(m_caretRect.left()));
+    m_caretRect.setWidth(style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this));
+}
+
+void RichTextView::paintEvent(QPaintEvent *)
+{
+    if (m_pixelRatio != devicePixelRatioF())
+        RenewPainter();
+    LayOut(); // a picture can be asked for while the box is hidden
+    QPainter painter(viewport());
+    painter.translate(Margin, Margin);
+    // What a search found is selected while its dialog has the focus, and is to be seen as well.
+    m_painter.Paint(painter, m_layout,
+                    {verticalScrollBar()->value(), FullRows() + 1,
+                     palette().color(QPalette::Active, QPalette::Highlight),
+                     palette().color(QPalette::Active, QPalette::HighlightedText)});
+    painter.translate(-Margin, -Margin);
+    if (CaretVisible())
+        PaintCaret(painter);
+}
+
+void RichTextView::PaintCaret(QPainter &painter) const
+{
+    const QColor ground = viewport()->palette().color(QPalette::Base);
+    painter.fillRect(CaretRect(), qGray(ground.rgb()) < 128 ? Qt::white : Qt::black);
+}
+
+RichTextView::Cell RichTextView::CellAt(const QPointF &point)
+{
+    LayOut();
+    const auto row = qsizetype(std::floor((point.y() - Margin) / m_painter.RowHeight()));
+    return {qBound<qsizetype>(0, row + verticalScrollBar()->value(), m_layout.RowCount() - 1),
+            (point.x() - Margin) / m_painter.Advance()};
+}
+
+qint64 RichTextView::PositionAt(const QPointF &point)
+{
+    const Cell cell = CellAt(point);
+    return m_layout.PositionAt(cell.row, cell.column);
+}

@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "ProgramSettings.h"
+
+#include "CommSettings.h"
+#include "DisplaySettings.h"
+#include "LogSettings.h"
+#include "MdSequenceEdition.h"
+#include "SequenceSettings.h"
+#include "SettingText.h"
+#include "SettingsStore.h"
+#include "StampText.h"
+#include "StoredSettings.h"
+#include "WindowSettings.h"
+
+#include <array>
+
+namespace
+{
+
+/// The field of a subject that owns it; none if the program lacks the subject.
+using Locate = std::optional<SettingField> (*)(const StoredSettings &);
+
+/// One setting. The rows are in the order of loading and saving.
+struct SettingRow {
+    const char *section;
+    const char *key;
+    Locate field;
+    const char *missing; ///< default text; null: the record already holds the default
+    FlagForm form = FlagForm::Words;
+    /// Style and colour settings: the copy in force, set on loading; field is the saved copy.
+    Locate inForce = nullptr;
+    /// Not saved while the window is minimised.
+    bool windowPlace = false;
+};
+
+constexpr const char *Window = "Settings";
+constexpr const char *Lists = "Lists";
+constexpr const char *Colors = "Colors";
+constexpr const char *TextSetup = "TextSetup";
+constexpr const char *Communication = "Communication";
+constexpr const char *Stamp = "Stamp";
+constexpr const char *LogFile = "LogFile";
+
+template <typename Subject, typename Find>
+std::optional<SettingField> FieldOf(Subject *subject, Find find)
+{
+    return subject ? std::optional<SettingField>(find(*subject)) : std::nullopt;
+}
+
+/// A member of a subject.
+template <auto Subject, auto Member>
+std::optional<SettingField> Field(const StoredSettings &settings)
+{
+    return FieldOf(settings.*Subject, [](auto &subject) { return &(subject.*Member); });
+}
+
+template <auto List, size_t Column>
+std::optional<SettingField> ListField(const StoredSettings &settings)
+{
+    return FieldOf(settings.lists, [](ListSettings &lists) { return &(lists.*List)[Column]; });
+}
+
+template <auto Copy, size_t Style, auto Member>
+std::optional<SettingField> StyleField(const StoredSettings &settings)
+{
+    return FieldOf(settings.*Copy,
+                   [](DisplaySettings &display) { return &(display.styles[Style].*Member); });
+}
+
+std::optional<SettingField> FolderField(const StoredSettings &settings)
+{
+    return FieldOf(settings.projectFolder, [](QString &folder) { return &folder; });
+}
+
+constexpr SettingRow PlaceRow(const char *key, Locate field, const char *missing)
+{
+    return {Window, key, field, missing, FlagForm::Words, nullptr, true};
+}
+
+template <auto List, size_t Column> constexpr SettingRow ListRow(const char *key)
+{
+    return {Lists, key, ListField<List, Column>, nullptr};
+}
+
+constexpr SettingRow BackgroundRow(const char *key, const char *missing)
+{
+    return {Colors,
+            key,
+            Field<&StoredSettings::displayNext, &DisplaySettings::DispBack>,
+            missing,
+            FlagForm::Words,
+            Field<&StoredSettings::display, &DisplaySettings::DispBack>};
+}
+
+template <size_t Style, auto Member>
+constexpr SettingRow StyleRow(const char *section, const char *key, const char *missing)
+{
+    return {section,
+            key,
+            StyleField<&StoredSettings::displayNext, Style, Member>,
+            missing,
+            FlagForm::Digits,
+            StyleField<&StoredSettings::display, Style, Member>};
+}
+
+template <size_t Style> constexpr SettingRow ColourRow(const char *key, const char *missing)
+{
+    return StyleRow<Style, &TextStyle::colour>(Colors, key, missing);
+}
+
+template <size_t Style, auto Member> constexpr SettingRow AttributeRow(const char *key)
+{
+    return StyleRow<Style, Member>(TextSetup, key, "0");
+}
+
+using namespace StyleIndex;
+
+constexpr std::array SettingRows = {
+    PlaceRow("MainLeft", Field<&StoredSettings::window, &WindowSettings::MainLeft>, "0"),
+    PlaceRow("MainTop", Field<&StoredSettings::window, &WindowSettings::MainTop>, "0"),
+    PlaceRow("MainWidth", Field<&StoredSettings::window, &WindowSettings::MainWidth>, nullptr),
+    PlaceRow("MainHeight", Field<&StoredSettings::window, &WindowSettings::MainHeight>, nullptr),
+    SettingRow{Window, "vSplitt", Field<&StoredSettings::window, &WindowSettings::vSplitt>, "6000"},
+    SettingRow{Window, "hSplitt", Field<&StoredSettings::window, &WindowSettings::hSplitt>, "6000"},
+    SettingRow{Window, "ProjectPath", FolderField, nullptr},
+
+    ListRow<&ListSettings::sendWidths, 0>("SendButtonWidth"),
+    ListRow<&ListSettings::sendWidths, 1>("SendNameWidth"),
+    ListRow<&ListSettings::sendWidths, 2>("SendSequenceWidth"),
+    ListRow<&ListSettings::receiveWidths, 0>("ReceiveActiveWidth"),
+    ListRow<&ListSettings::receiveWidths, 1>("ReceiveNameWidth"),
+    ListRow<&ListSettings::receiveWidths, 2>("ReceiveSequenceWidth"),
+    ListRow<&ListSettings::receiveWidths, 3>("ReceiveAnswerWidth"),
+
+    BackgroundRow("DispBack", "16777215"),
+    ColourRow<Direction1>("Dir1TextColor", "16711680"),
+    ColourRow<Direction2>("Dir2TextColor", "255"),
+    ColourRow<Comment>("CmtTextColor", "32768"),
+
+    AttributeRow<Direction1, &TextStyle::bold>("BldDir1"),
+    AttributeRow<Direction2, &TextStyle::bold>("BldDir2"),
+    AttributeRow<Comment, &TextStyle::bold>("BldCmt"),
+    AttributeRow<Direction1, &TextStyle::italic>("ItlDir1"),
+    AttributeRow<Direction2, &TextStyle::italic>("ItlDir2"),
+    AttributeRow<Comment, &TextStyle::italic>("ItlCmt"),
+    AttributeRow<Direction1, &TextStyle::underline>("UndrlnDir1"),
+    AttributeRow<Direction2, &TextStyle::underline>("UndrlnDir2"),
+    AttributeRow<Comment, &TextStyle::underline>("UndrlnCmt"),
+
+    SettingRow{"SendReceive", "Display",
+               Field<&StoredSettings::sequences, &SequenceSettings::Display>, "0"},
+
+    SettingRow{Communication, "CommType", Field<&StoredSettings::comm, &CommSettings::CommType>,
+               "0"},
+    SettingRow{Communication, "CommPortA", Field<&StoredSettings::comm, &CommSettings::CommPortA>,
+               "1"},
+    SettingRow{Communication, "CommPortB", Field<&StoredSettings::comm, &CommSettings::CommPortB>,
+               "2"},
+    SettingRow{Communication, "CommSpeed", Field<&StoredSettings::comm, &CommSettings::CommSpeed>,
+               "5"},
+    SettingRow{Communication, "CommParity", Field<&StoredSettings::comm, &CommSettings::CommParity>,
+               "2"},
+    SettingRow{Communication, "CommDataBits",
+               Field<&StoredSettings::comm, &CommSettings::CommDataBits>, "4"},
+    SettingRow{Communication, "CommStopBits",
+               Field<&StoredSettings::comm, &CommSettings::CommStopBits>, "0"},
+
+    SettingRow{Stamp, "NewLine", Field<&StoredSettings::stamp, &StampSettings::NewLine>, "True"},
+    SettingRow{Stamp, "Date", Field<&StoredSettings::stamp, &StampSettings::Date>, "False"},
+    SettingRow{Stamp, "Time", Field<&StoredSettings::stamp, &StampSettings::Time>, "False"},
+
+    SettingRow{LogFile, "ASCII", Field<&StoredSettings::log, &LogSettings::ASCII>, "True"},
+    SettingRow{LogFile, "Decimal", Field<&StoredSettings::log, &LogSettings::Decimal>, "False"},
+    SettingRow{LogFile, "HEX", Field<&StoredSettings::log, &LogSettings::HEX>, "False"},
+    SettingRow{LogFile, "Binary", Field<&StoredSettings::log, &LogSettings::Binary>, "False"},
+    SettingRow{LogFile, "Format", Field<&StoredSettings::log, &LogSettings::Format>, "0"},
+    SettingRow{LogFile, "Folder", Field<&StoredSettings::log, &LogSettings::Folder>, ""},
+};
+
+} // namespace
+
+namespace ProgramSettings
+{
+
+QString BadSetting::Message() const
+{
+    return QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
+                          "not %4. Correct or delete it, then start again.")
+        .arg(section, key, text, wanted);
+}
+
+std::optional<BadSetting> LoadSettings(const SettingsStore &store, const StoredSettings &settings,
+                                       MdSequenceEdition &sequences)
+{
+    sequences.ActivateAll();
+    for (const SettingRow &row : SettingRows) {
+        const QString section = QString::fromLatin1(row.section);
+        const QString key = QString::fromLatin1(row.key);
+        std::optional<QString> text = store.Read(section, key);
+        if (!text && row.missing)
+            text = QString::fromLatin1(row.missing);
+        const std::optional<SettingField> field = row.field(settings);
+        if (!text || !field)
+            continue;
+        if (!ReadSetting(*text, *field))
+            return BadSetting{section, key, *text, WantedText(*field)};
+        if (const auto inForce = row.inForce ? row.inForce(settings) : std::nullopt)
+            ReadSetting(*text, *inForce);
+    }
+    return std::nullopt;
+}
+
+QString SaveSettings(SettingsStore &store, const StoredSettings &settings, bool minimised)
+{
+    for (const SettingRow &row : SettingRows) {
+        const std::optional<SettingField> field = row.field(settings);
+        if (!field || (minimised && row.windowPlace))
+            continue;
+        store.Write(QString::fromLatin1(row.section), QString::fromLatin1(row.key),
+                    WriteSetting(*field, row.form));
+    }
+    return store.Flush();
+}
+
+} // namespace ProgramSettings

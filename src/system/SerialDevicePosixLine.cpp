@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "SerialDevice.h"
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+// These define the line's full structure and must not meet <termios.h>, which has its own.
+#include <asm/termbits.h>
+#include <sys/ioctl.h>
+
+namespace
+{
+
+struct DataBitsFlag {
+    int dataBits;
+    tcflag_t flag;
+};
+
+constexpr std::array<DataBitsFlag, 4> DataBitsFlags = {{{5, CS5}, {6, CS6}, {7, CS7}, {8, CS8}}};
+
+struct ParityFlags {
+    char letter;
+    tcflag_t flags;
+};
+
+constexpr std::array<ParityFlags, 5> ParityTable = {{{'N', 0},
+                                                     {'E', PARENB},
+                                                     {'O', PARENB | PARODD},
+                                                     {'M', PARENB | PARODD | CMSPAR},
+                                                     {'S', PARENB | CMSPAR}}};
+
+constexpr tcflag_t ParityMask = PARENB | PARODD | CMSPAR;
+
+/// Receivers bear more than two in a hundred; drivers report what their divisor really makes, such
+/// as 115384 for 115200.
+constexpr qint64 BaudToleranceDivisor = 50;
+
+/// Without data bits of that number the flags stay empty; the read-back shows it.
+tcflag_t CharacterFlags(const LineSettings &settings)
+{
+    tcflag_t flags = settings.stopBits == LineSettings::StopBits::Two ? CSTOPB : 0;
+    for (const DataBitsFlag &entry : DataBitsFlags)
+        flags |= entry.dataBits == settings.dataBits ? entry.flag : 0;
+    for (const ParityFlags &entry : ParityTable)
+        flags |= entry.letter == settings.parity ? entry.flags : 0;
+    return flags;
+}
+
+qint32 BaudOf(const termios2 &line, qint32 askedBaud)
+{
+    const qint64 difference = std::llabs(qint64(line.c_ospeed) - askedBaud);
+    return difference <= askedBaud / BaudToleranceDivisor ? askedBaud : qint32(line.c_ospeed);
+}
+
+} // namespace
+
+void SerialDevice::ApplyCharacterFormat(Handle handle, const LineSettings &settings)
+{
+    termios2 line = {};
+    if (::ioctl(handle, TCGETS2, &line) != 0)
+        return;
+
+    line.c_iflag &= ~tcflag_t(IGNPAR | INPCK);
+    line.c_iflag |= IGNBRK;
+    line.c_cflag &= ~(CSIZE | CSTOPB | ParityMask);
+    line.c_cflag |= CharacterFlags(settings);
+    ::ioctl(handle, TCSETS2, &line);
+}
+
+std::optional<LineSettings> SerialDevice::ReadLineSettings(Handle handle, qint32 askedBaud)
+{
+    termios2 line = {};
+    if (::ioctl(handle, TCGETS2, &line) != 0)
+        return std::nullopt;
+
+    LineSettings settings;
+    settings.baud = BaudOf(line, askedBaud);
+    settings.stopBits =
+        (line.c_cflag & CSTOPB) != 0 ? LineSettings::StopBits::Two : LineSettings::StopBits::One;
+    for (const DataBitsFlag &entry : DataBitsFlags)
+        if ((line.c_cflag & CSIZE) == entry.flag)
+            settings.dataBits = entry.dataBits;
+    for (const ParityFlags &entry : ParityTable)
+        if ((line.c_cflag & ParityMask) == entry.flags)
+            settings.parity = entry.letter;
+    return settings;
+}
+
+QByteArray SerialDevice::LineState(Handle handle)
+{
+    termios2 line = {};
+    if (::ioctl(handle, TCGETS2, &line) != 0)
+        return {};
+    return QByteArray(reinterpret_cast<const char *>(&line), sizeof line);
+}
+
+void SerialDevice::RestoreLineState(Handle handle, const QByteArray &state)
+{
+    termios2 line = {};
+    if (state.size() != sizeof line)
+        return;
+    std::memcpy(&line, state.constData(), sizeof line);
+    ::ioctl(handle, TCSETS2, &line);
+}

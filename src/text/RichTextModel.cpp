@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "RichTextModel.h"
+
+#include "CodePage1252.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace
+{
+
+QByteArray LowerCase(QByteArrayView text)
+{
+    QByteArray lower(text.size(), Qt::Uninitialized);
+    std::transform(text.begin(), text.end(), lower.begin(),
+                   [](char byte) { return char(CodePage1252::ToLower(uchar(byte))); });
+    return lower;
+}
+
+/// For each prefix of the pattern the length of its longest proper border: where a search goes on
+/// after a mismatch, so that no character of the text is looked at from the start again.
+std::vector<qsizetype> BorderLengths(QByteArrayView pattern)
+{
+    std::vector<qsizetype> borders(size_t(pattern.size()), 0);
+    qsizetype border = 0;
+    for (qsizetype i = 1; i < pattern.size(); ++i) {
+        while (border > 0 && pattern[i] != pattern[border])
+            border = borders[size_t(border - 1)];
+        if (pattern[i] == pattern[border])
+            ++border;
+        borders[size_t(i)] = border;
+    }
+    return borders;
+}
+
+} // namespace
+
+uchar RichTextModel::ByteAt(qint64 position) const
+{
+    return uchar(m_text[position - m_begin]);
+}
+
+const RichTextModel::StyleRun &RichTextModel::RunAt(qint64 position) const
+{
+    Q_ASSERT(position >= Begin() && position < End());
+    return *std::upper_bound(m_runs.begin(), m_runs.end(), position,
+                             [](qint64 wanted, const StyleRun &run) { return wanted < run.end; });
+}
+
+void RichTextModel::AppendStyled(QByteArrayView text, const TextStyle &style)
+{
+    if (!text.isEmpty()) {
+        m_text.append(text);
+        AppendRun(End(), style);
+    }
+    Trim();
+    Q_EMIT Changed();
+}
+
+void RichTextModel::TrimView()
+{
+    const qint64 before = m_begin;
+    Trim();
+    if (m_begin != before)
+        Q_EMIT Changed();
+}
+
+void RichTextModel::MoveViewContent(RichTextModel &source)
+{
+    if (source.m_text.isEmpty() || &source == this)
+        return;
+    const qint64 shift = End() - source.m_begin;
+    m_text.append(source.m_text);
+    for (const StyleRun &run : source.m_runs)
+        AppendRun(run.end + shift, run.style);
+    Trim();
+    source.CutFront(source.Length());
+    Q_EMIT source.Changed();
+    Q_EMIT Changed();
+}
+
+void RichTextModel::SetText(QByteArrayView text, const TextStyle &style)
+{
+    const QByteArray content = text.toByteArray();
+    CutFront(Length());
+    m_text = content;
+    if (!content.isEmpty())
+        AppendRun(End(), style);
+    m_caret = m_anchor = m_begin;
+    ++m_editRevision;
+    Q_EMIT Changed();
+}
+
+void RichTextModel::Replace(qint64 from, qint64 to, QByteArrayView text, const TextStyle &style)
+{
+    from = qBound(Begin(), from, End());
+    to = qBound(from, to, End());
+    if (from == to && text.isEmpty())
+        return;
+
+    const std::deque<StyleRun> old = std::exchange(m_runs, {});
+    for (const StyleRun &run : old) {
+        if (from > Begin())
+            AppendRun(qMin(run.end, from), run.style);
+        if (run.end >= from)
+            break;
+    }
+    const qint64 behind = from + text.size();
+    if (behind > from)
+        AppendRun(behind, style);
+    for (const StyleRun &run : old) {
+        if (run.end > to)
+            AppendRun(run.end - to + behind, run.style);
+    }
+
+    m_text.replace(from - m_begin, to - from, text);
+    m_caret = m_anchor = behind;
+    ++m_editRevision;
+    if (behind > from)
+        Trim();
+    Q_EMIT Changed();
+}
+
+QByteArrayView RichTextModel::SelectedText() const
+{
+    return Bytes().sliced(SelectionStart() - m_begin, SelectionEnd() - SelectionStart());
+}
+
+void RichTextModel::Select(qint64 anchor, qint64 caret)
+{
+    anchor = qBound(Begin(), anchor, End());
+    caret = qBound(Begin(), caret, End());
+    if (anchor == m_anchor && caret == m_caret)
+        return;
+    m_anchor = anchor;
+    m_caret = caret;
+    Q_EMIT Changed();
+}
+
+void RichTextModel::SetReadOnly(bool readOnly)
+{
+    if (readOnly == m_readOnly)
+        return;
+    m_readOnly = readOnly;
+    Q_EMIT Changed();
+}
+
+qint64 RichTextModel::Find(QByteArrayView pattern, qint64 from) const
+{
+    const qsizetype first = qBound(Begin(), from, End()) - m_begin;
+    if (pattern.isEmpty() || pattern.size() > Length() - first)
+        return -1;
+
+    const QByteArray wanted = LowerCase(pattern);
+    const std::vector<qsizetype> borders = BorderLengths(wanted);
+    const char *const bytes = m_text.constData();
+    const char *const pivot = wanted.constData();
+    qsizetype matched = 0;
+    for (qsizetype i = first; i < m_text.size(); ++i) {
+        const char byte = char(CodePage1252::ToLower(uchar(bytes[i])));
+        while (matched > 0 && pivot[matched] != byte)
+            matched = borders[size_t(matched - 1)];
+        if (pivot[matched] == byte)
+            ++matched;
+        if (matched == wanted.size())
+            return m_begin + i + 1 - matched;
+    }
+    return -1;
+}
+
+/// Extends the last run to the end given, or begins a new one there.
+void RichTextModel::AppendRun(qint64 end, const TextStyle &style)
+{
+    if (!m_runs.empty() && m_runs.back().style == style)
+        m_runs.back().end = end;
+    else
+        m_runs.push_back({end, style});
+}
+
+void RichTextModel::CutFront(qsizetype count)
+{
+    m_begin += count;
+    m_text.remove(0, count);
+    while (!m_runs.empty() && m_runs.front().end <= m_begin)
+        m_runs.pop_front();
+    m_caret = qMax(m_caret, m_begin);
+    m_anchor = qMax(m_anchor, m_begin);
+}
+
+void RichTextModel::Trim()
+{
+    if (Length() > HardLimit)
+        CutFront(Length() - MaxViewLength);
+    else if (Length() > MaxViewLength)
+        CutFront(TrimLength);
+}

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileDialogRequest.h"
+#include "PrintDialogRequest.h"
+
+#include <QString>
+
+#include <optional>
+
+enum class PromptIcon { None, Information, Question, Exclamation, Critical };
+enum class PromptButtons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class PromptAnswer { Ok, Cancel, Yes, No };
+
+/// One message box, complete.
+struct MessagePrompt {
+    QString text;
+    PromptIcon icon = PromptIcon::None;
+    PromptButtons buttons = PromptButtons::Ok;
+    PromptAnswer defaultAnswer = PromptAnswer::Ok;
+    QString caption = QStringLiteral("Serimonde");
+
+    bool operator==(const MessagePrompt &) const = default;
+};
+
+/// The one door for everything that asks or tells the user something in a box of its own. Calls
+/// return when the user has answered; the program's events go on meanwhile.
+class UserPrompts
+{
+  public:
+    virtual ~UserPrompts() = default;
+
+    virtual PromptAnswer ShowMessage(const MessagePrompt &prompt) = 0;
+
+    /// Tells something without waiting for the user, whose other windows stay in use. While the
+    /// box of an earlier notice about the same still stands, this one opens none.
+    virtual void ShowNotice(const QString &about, const MessagePrompt &prompt) = 0;
+
+    /// The chosen path, absolute; empty if the user cancelled.
+    virtual QString ChooseFile(const FileDialogRequest &request) = 0;
+
+    /// The chosen printer; nothing if the user cancelled.
+    virtual std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) = 0;
+
+    /// The chosen colour, starting from a given one, both 0x00BBGGRR; none if the user cancelled.
+    virtual std::optional<qint32> ChooseColour(qint32 initial, const QString &title) = 0;
+
+    /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
+    /// once as if the user had escaped from it.
+    void EndUnasked() { m_ending = true; }
+
+    /// Whether a message with the critical icon has been shown in this run.
+    bool CriticalShown() const { return m_criticalShown; }
+
+  protected:
+    void NoteIcon(PromptIcon icon) { m_criticalShown |= icon == PromptIcon::Critical; }
+
+    bool Ending() const { return m_ending; }
+
+  private:
+    bool m_criticalShown = false;
+    bool m_ending = false;
+};
+
+/// What Escape and the frame's close button answer: No where there is no Cancel.
+inline PromptAnswer EscapeAnswer(PromptButtons buttons)
+{
+    switch (buttons) {
+    case PromptButtons::Ok:
+        return PromptAnswer::Ok;
+    case PromptButtons::YesNo:
+        return PromptAnswer::No;
+    default:
+        return PromptAnswer::Cancel;
+    }
+}
+
+inline MessagePrompt CriticalMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Critical};
+}
+
+inline MessagePrompt ExclamationMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Exclamation};
+}
+
+inline MessagePrompt InformationMessage(const QString &text)
+{
+    return {.text = text, .icon = PromptIcon::Information};
+}
