@@ -42,7 +42,8 @@ struct Project {
     Project()
     {
         FillTables(tables);
-        ProjectFile::SaveProject(tables, files, path);
+        if (const Result saved = ProjectFile::SaveProject(tables, files, path); saved.Failed())
+            qFatal("%s: %s", qPrintable(path), qPrintable(saved.Cause()));
     }
 };
 
@@ -50,7 +51,7 @@ void LoadFullProject(benchmark::State &state)
 {
     Project project;
     for (auto _ : state) {
-        if (ProjectFile::LoadProject(project.tables, project.files, project.path))
+        if (ProjectFile::LoadProject(project.tables, project.files, project.path).Failed())
             state.SkipWithError("the project was not loaded");
     }
     state.SetBytesProcessed(state.iterations() * QFileInfo(project.path).size());
@@ -62,7 +63,7 @@ void SaveFullProjectWithFsync(benchmark::State &state)
 {
     Project project;
     for (auto _ : state) {
-        if (ProjectFile::SaveProject(project.tables, project.files, project.path))
+        if (ProjectFile::SaveProject(project.tables, project.files, project.path).Failed())
             state.SkipWithError("the project was not saved");
     }
     state.SetBytesProcessed(state.iterations() * QFileInfo(project.path).size());

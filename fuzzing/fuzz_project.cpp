@@ -53,19 +53,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QByteArray bytes(reinterpret_cast<const char *>(data), qsizetype(size));
     MdSequenceEdition tables;
     FieldReader fields(bytes);
-    const ProjectFile::Result failure = ProjectFile::ReadProject(tables, fields);
-    Require(!failure || (!failure->message.isEmpty() && !failure->cause.isEmpty()));
+    const Result read = ProjectFile::ReadProject(tables, fields);
+    Require(read.Failed() != (read.Message().isEmpty() || read.Cause().isEmpty()));
     Require(tables.SendCount() >= 0 && tables.SendCount() <= MdSequenceEdition::Capacity);
     Require(tables.ReceiveCount() >= 0 && tables.ReceiveCount() <= MdSequenceEdition::Capacity);
 
     ScriptedDisk disk;
     OpenFiles files(disk);
     const QString path = QStringLiteral("project");
-    Require(!ProjectFile::SaveProject(tables, files, path));
+    Require(!ProjectFile::SaveProject(tables, files, path).Failed());
     MdSequenceEdition again;
-    const ProjectFile::Result second = ProjectFile::LoadProject(again, files, path);
+    const Result second = ProjectFile::LoadProject(again, files, path);
     if (!bytes.contains('"')) {
-        Require(!second);
+        Require(!second.Failed());
         RequireEqual(tables, again);
     }
     return 0;

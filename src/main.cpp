@@ -43,9 +43,9 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
         prompts = std::make_unique<QtPrompts>(errors);
 
     QtSettingsStore store;
-    if (!store.ReadingFault().isEmpty()) {
-        prompts->ShowMessage(CriticalMessage(QStringLiteral("The settings could not be read. ") +
-                                             store.ReadingFault()));
+    if (const Result read = store.CheckReading(); read.Failed()) {
+        prompts->ShowMessage(
+            CriticalMessage(QStringLiteral("The settings could not be read. ") + read.Cause()));
         return StartFailed;
     }
     const SystemClock clock;
@@ -72,8 +72,9 @@ int main(int argc, char *argv[])
     QTextStream output(stdout);
     QTextStream errors(stderr);
     const ParsedCommandLine parsed = ParseCommandLine(Arguments(argc, argv));
-    if (!parsed.error.isEmpty()) {
-        errors << "serimonde: " << parsed.error << "\nserimonde --help shows the options.\n";
+    if (parsed.result.Failed()) {
+        errors << "serimonde: " << parsed.result.Cause()
+               << "\nserimonde --help shows the options.\n";
         return WrongUsage;
     }
     if (parsed.line.action == CommandLine::Action::ShowHelp) {
@@ -87,8 +88,8 @@ int main(int argc, char *argv[])
     const bool platformGiven = !Arguments(argc, argv)
                                     .filter(QRegularExpression(QStringLiteral("^--?platform(=|$)")))
                                     .isEmpty();
-    if (!platformGiven && !DisplayFault().isEmpty()) {
-        errors << "serimonde: " << DisplayFault() << '\n';
+    if (const Result display = CheckDisplay(); !platformGiven && display.Failed()) {
+        errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;
     }
 

@@ -214,14 +214,16 @@ void tst_about::TheDesktopStartsWhatItHas()
     const QList<ProgramCall> own = shell.SystemInformationPrograms();
     const ProgramCall expected = {folder.filePath("mate-system-monitor"), {"--show-system-tab"}};
     QCOMPARE(own, QList{expected});
-    QCOMPARE(shell.Start(own.first()), QString());
+    QVERIFY(!shell.Start(own.first()).Failed());
     const auto written = [&folder] {
         QFile file(folder.filePath("note"));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
     QTRY_COMPARE(written(), QByteArray("--show-system-tab\n"));
-    for (const QString &program : {folder.filePath("missing"), folder.path(), QString()})
-        QVERIFY(!shell.Start({program, {}}).isEmpty());
+    for (const QString &program : {folder.filePath("missing"), folder.path(), QString()}) {
+        const Result started = shell.Start({program, {}});
+        QVERIFY(started.Failed() && !started.Cause().isEmpty());
+    }
 }
 
 QTEST_MAIN(tst_about)

@@ -17,7 +17,7 @@ class tst_commandline : public QObject
              "0.5",         "--screenshot", "a.png",          "--log",          "l.txt",
              "--overwrite", "--demo",       "my.sqx",         "-platform",      "offscreen"});
         const CommandLine &line = parsed.line;
-        QCOMPARE(parsed.error, QString());
+        QCOMPARE(parsed.result.Cause(), QString());
         QCOMPARE(line.ports, (QHash<int, QString>{{1, "/dev/ttyUSB0"}, {255, "a=b"}}));
         QCOMPARE(line.mode, CommMode::MonitorReceiveAndModify);
         QCOMPARE(LineSettingsText(*line.line), "921600,E,7,2");
@@ -30,7 +30,7 @@ class tst_commandline : public QObject
     void NothingIsARunAtTheKeyboard()
     {
         const auto parsed = ParseCommandLine({"serimonde"});
-        QCOMPARE(parsed.error, QString());
+        QCOMPARE(parsed.result.Cause(), QString());
         QVERIFY(!parsed.line.Unattended() && !parsed.line.start && !parsed.line.mode);
         const auto help = ParseCommandLine({"serimonde", "--help"});
         QCOMPARE(help.line.action, CommandLine::Action::ShowHelp);
@@ -62,7 +62,7 @@ class tst_commandline : public QObject
         QFETCH(QStringList, arguments);
         QFETCH(QString, named);
         const auto parsed = ParseCommandLine(QStringList{"serimonde"} + arguments);
-        QVERIFY2(parsed.error.contains(named), qPrintable(parsed.error));
+        QVERIFY2(parsed.result.Cause().contains(named), qPrintable(parsed.result.Cause()));
     }
 };
 

@@ -43,8 +43,7 @@ struct Loaded {
         FillSendTable(tables);
         FillReceiveTable(tables);
         FieldReader fields(bytes);
-        if (const auto failure = ProjectFile::ReadProject(tables, fields))
-            message = failure->message;
+        message = ProjectFile::ReadProject(tables, fields).Message();
     }
 
     bool IsSound() const
@@ -118,7 +117,7 @@ class tst_examples : public QObject
         for (const QString &name : names) {
             Load(name);
             QVERIFY(tables.SendCount() >= 4 && tables.ReceiveCount() >= 4);
-            QVERIFY(!ProjectFile::SaveProject(tables, files, folder.filePath(name)));
+            QVERIFY(!ProjectFile::SaveProject(tables, files, folder.filePath(name)).Failed());
         }
         QCOMPARE(ContentsOf(QDir(folder.path()), names), projects);
     }
@@ -174,8 +173,8 @@ class tst_examples : public QObject
   private:
     void Load(const QString &name)
     {
-        const auto failure = ProjectFile::LoadProject(tables, files, Examples.filePath(name));
-        QVERIFY2(!failure, failure ? qPrintable(failure->cause) : "");
+        const Result loaded = ProjectFile::LoadProject(tables, files, Examples.filePath(name));
+        QVERIFY2(!loaded.Failed(), qPrintable(loaded.Cause()));
     }
 
     SystemFiles system;

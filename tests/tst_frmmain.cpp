@@ -335,13 +335,14 @@ class tst_frmmain : public QObject
             return byText;
         };
         const auto tell = [&](const char *about, const char *text) {
-            prompts.ShowNotice(about, CriticalMessage(text));
+            prompts.ShowNotice(about, CriticalMessage(text, "the file\nthe cause"));
         };
         tell("one file", "1");
         tell("one file", "2");
         tell("another", "3");
         QCOMPARE(boxes().keys(), QStringList({"1", "3"}));
         QVERIFY(!QApplication::activeModalWidget() && prompts.CriticalShown());
+        QCOMPARE(boxes()["1"]->detailedText(), "the file\nthe cause");
         QTest::keyClick(boxes()["1"], Qt::Key_Escape);
         {
             QDialog over(bench.window.get());
@@ -356,7 +357,7 @@ class tst_frmmain : public QObject
         for (const char *text : {"5", "5", "6"})
             tell("one file", text);
         QCOMPARE(boxes().keys(), QStringList());
-        QCOMPARE(lines, "critical: 5\ncritical: 6\n");
+        QCOMPARE(lines, "critical: 5 (the file; the cause)\ncritical: 6 (the file; the cause)\n");
     }
 
     void TypingWhileStoppedIsACommentAndTheCaretIsNoted()

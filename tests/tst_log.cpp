@@ -148,11 +148,11 @@ class tst_log : public QObject
         QCOMPARE(bench.commands, "start ");
         QCOMPARE(bench.prompts.asked.size(), 1);
         bench.StartAt("/logs/again");
-        bench.portA.failClose = PortFailure{0, "stuck"};
+        bench.portA.failClose = Failure{"stuck"};
         bench.communication.ClosePorts();
         QCOMPARE(bench.commands, "start ");
         bench.StartAt("/logs/again");
-        bench.portA.failClose.reset();
+        bench.portA.failClose = {};
         bench.communication.ClosePorts();
         QCOMPARE(bench.commands, "");
     }
@@ -234,6 +234,8 @@ class tst_log : public QObject
         QCOMPARE(bench.prompts.notices.size(), 5);
         QCOMPARE(bench.prompts.notices.last().text,
                  "Error while writing the HEX log file - " + NoRoom);
+        QVERIFY(bench.prompts.notices.last().details.startsWith(
+            "/logs/test_hex.txt\nCommunication goes on."));
         QVERIFY(bench.communication.Running() && bench.prompts.shown.isEmpty());
         QCOMPARE(bench.commands, "stop");
         QCOMPARE(bench.StagedAscii(), "1:abcdefg");
@@ -241,6 +243,9 @@ class tst_log : public QObject
         bench.logFile.StopLog();
         QCOMPARE(bench.Texts(bench.prompts.shown),
                  QStringList("critical: Error while closing a log file - " + NoRoom));
+        QCOMPARE(bench.prompts.shown.first().details,
+                 "/logs/test_asc.txt\n/logs/test_dec.txt\n/logs/test_hex.txt\n/logs/test_bin.txt\n"
+                 "Not all that was to be logged is in the file. Communication goes on.");
         QCOMPARE(bench.commands, "start ");
         bench.disk.room = ScriptedDisk::Plenty;
         bench.StartAt("/elsewhere/b");
@@ -254,10 +259,12 @@ class tst_log : public QObject
         LogBench bench;
         bench.OpenAndStart();
         bench.Receive(bench.portA, "lost");
-        bench.disk.files.clear();
-        bench.logFile.StopLog();
+        bench.disk.files.remove("/logs/test_dec.txt");
+        bench.communication.ClosePorts();
         QCOMPARE(bench.Texts(bench.prompts.shown),
                  QStringList("critical: Error while closing a log file - It was deleted"));
+        QCOMPARE(bench.prompts.shown.first().details,
+                 "/logs/test_dec.txt\nNot all that was to be logged is in the file.");
     }
 
     void AFileThatCannotBeOpenedStartsNoLog()
@@ -269,6 +276,8 @@ class tst_log : public QObject
         QCOMPARE(bench.Texts(bench.prompts.shown),
                  QStringList("critical: Error while writing the HEX log file - "
                              "Read-only file system"));
+        QCOMPARE(bench.prompts.shown.first().details,
+                 "/logs/test_hex.txt\nThe log was not started. Communication goes on.");
         QCOMPARE(bench.logFile.LogState(), 0);
         QCOMPARE(bench.commands, "start ");
         QCOMPARE(bench.logSettings.Folder, "/before/");

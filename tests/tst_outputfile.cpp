@@ -36,7 +36,7 @@ class tst_outputfile : public QObject
         QFETCH(const QByteArray, before);
         QFETCH(const int, count);
         QFETCH(const int, blanks);
-        file.OpenFile(Path);
+        QVERIFY(!file.OpenFile(Path).Failed());
         for (const char byte : before) // the column is kept from write to write
             file.WriteInFile(QByteArray(1, byte));
         file.WriteTabInFile(qint16(count));
@@ -49,37 +49,37 @@ class tst_outputfile : public QObject
     void HandsOverAtFlush()
     {
         file.WriteInFile("lost, as it is closed");
-        QVERIFY(!file.Flush());
-        QVERIFY(!file.OpenFile(Path));
+        QVERIFY(!file.Flush().Failed());
+        QVERIFY(!file.OpenFile(Path).Failed());
         file.WriteInFile("received");
         QCOMPARE(disk.files[Path], "");
-        QVERIFY(!file.Flush());
+        QVERIFY(!file.Flush().Failed());
         QCOMPARE(disk.files[Path], "received");
     }
 
     void TellsOfAFullDiskAndGoesOnWithoutAGap()
     {
-        file.OpenFile(Path);
+        QVERIFY(!file.OpenFile(Path).Failed());
         disk.room = 4;
         file.WriteInFile("first line\r\n");
-        QVERIFY(file.Flush());
-        QCOMPARE(file.Failure()->description, "No space left on device");
+        QVERIFY(file.Flush().Failed());
+        QCOMPARE(file.State().Cause(), "No space left on device");
         file.WriteInFile("second\r\n");
-        QVERIFY(file.Failure());
+        QVERIFY(file.State().Failed());
         QCOMPARE(disk.files[Path], "firs");
         disk.room = ScriptedDisk::Plenty;
         file.WriteInFile("third\r\n");
-        QVERIFY(!file.Failure());
+        QVERIFY(!file.State().Failed());
         QCOMPARE(disk.files[Path], "first line\r\nsecond\r\nthird\r\n");
     }
 
     void HoldsBackAMebibyteAndNoMore()
     {
-        file.OpenFile(Path);
+        QVERIFY(!file.OpenFile(Path).Failed());
         disk.room = 0;
         for (int i = 0; i < 2000; ++i)
             file.WriteInFile(QByteArray(1000, 'x'));
-        QVERIFY(file.Failure());
+        QVERIFY(file.State().Failed());
         disk.room = ScriptedDisk::Plenty;
         file.WriteInFile("end");
         // 1048 texts fit into 1048576 bytes; the others are lost whole.
@@ -88,12 +88,12 @@ class tst_outputfile : public QObject
 
     void TellsOfAFailureWhileClosing()
     {
-        file.OpenFile(Path);
+        QVERIFY(!file.OpenFile(Path).Failed());
         disk.room = 2;
         file.WriteInFile("text");
         file.CloseFile();
-        QVERIFY(!file.IsOpen() && file.Failure());
-        QVERIFY(!file.OpenFile(Path) && !file.Failure());
+        QVERIFY(!file.IsOpen() && file.State().Failed());
+        QVERIFY(!file.OpenFile(Path).Failed() && !file.State().Failed());
     }
 
     void KeepsTheOldFileUntilTheNewOneIsWhole()
@@ -102,12 +102,12 @@ class tst_outputfile : public QObject
         file.CloseFile();
         QCOMPARE(disk.files[Path], "old");
         Replace("new");
-        file.Flush();
+        QVERIFY(!file.Flush().Failed());
         QCOMPARE(disk.files[Path], "old");
-        QVERIFY(!file.Commit());
+        QVERIFY(!file.Commit().Failed());
         QCOMPARE(disk.files[Path], "new");
         QCOMPARE(disk.unfinished, 0);
-        QVERIFY(file.Commit());
+        QVERIFY(file.Commit().Failed());
     }
 
     void ReplacesNothingByHalfAFile()
@@ -122,8 +122,8 @@ class tst_outputfile : public QObject
             init();
             happens();
             Replace("new");
-            const FileResult failure = file.Commit();
-            QVERIFY2(failure && !failure->description.isEmpty(), name);
+            const Result committed = file.Commit();
+            QVERIFY2(committed.Failed() && !committed.Cause().isEmpty(), name);
             QCOMPARE(disk.files[Path], "old");
             QVERIFY(!file.IsOpen() && disk.unfinished == 0);
         }
@@ -131,16 +131,16 @@ class tst_outputfile : public QObject
 
     void IsAloneWithItsFile()
     {
-        QVERIFY(!file.OpenFile(Path));
+        QVERIFY(!file.OpenFile(Path).Failed());
         ClOutputFile second(files);
         ClInputFile input(files);
-        QVERIFY(second.OpenForReplacing(Path)->inUse);
-        QVERIFY(input.OpenFile(Path)->inUse);
+        QCOMPARE(second.OpenForReplacing(Path).Number(), FileAlreadyOpen);
+        QCOMPARE(input.OpenFile(Path).Number(), FileAlreadyOpen);
         file.CloseFile();
-        QVERIFY(!input.OpenFile(Path));
-        QVERIFY(file.OpenFile(Path)->inUse);
+        QVERIFY(!input.OpenFile(Path).Failed());
+        QCOMPARE(file.OpenFile(Path).Number(), FileAlreadyOpen);
         input.CloseFile();
-        QVERIFY(!file.OpenFile(Path));
+        QVERIFY(!file.OpenFile(Path).Failed());
     }
 
     void init()
@@ -153,7 +153,7 @@ class tst_outputfile : public QObject
     void Replace(const char *text)
     {
         disk.files[Path] = "old";
-        QVERIFY(!file.OpenForReplacing(Path));
+        QVERIFY(!file.OpenForReplacing(Path).Failed());
         file.WriteInFile(text);
     }
 

@@ -9,7 +9,7 @@ using State = MdCommunication::ToolbarState;
 namespace
 {
 
-const PortFailure Busy = {0, QStringLiteral("in use by tester (process 1)")};
+const Failure Busy = {QStringLiteral("in use by tester (process 1)")};
 
 } // namespace
 
@@ -95,7 +95,7 @@ class tst_ports : public QObject
         CommunicationBench bench;
         bench.settings.comm.stored.CommPortA = 3;
         bench.settings.comm.stored.CommPortB = 4;
-        (secondPort ? bench.portB : bench.portA).failOpen = PortFailure{number, Busy.description};
+        (secondPort ? bench.portB : bench.portA).failOpen = Failure{Busy.cause, number};
         bench.Open(CommMode(mode));
 
         QCOMPARE(bench.communication.CommStatus(), 2);
@@ -124,7 +124,7 @@ class tst_ports : public QObject
             QCOMPARE(bench.toolbarStates.last(), State::Open);
             QVERIFY(failing->PortOpen());
             QVERIFY(bench.portA.PortOpen() != bench.portB.PortOpen());
-            failing->failClose.reset();
+            failing->failClose = {};
             bench.communication.ClosePorts();
             QCOMPARE(bench.communication.CommStatus(), 2);
         }
@@ -141,7 +141,7 @@ class tst_ports : public QObject
         bench.portA.failOpen = Busy;
         bench.communication.OpenPorts();
         QCOMPARE(bench.Staged(Representation::Ascii), "late");
-        bench.portA.failOpen.reset();
+        bench.portA.failOpen = {};
         bench.communication.OpenPorts();
         QCOMPARE(bench.Staged(Representation::Hex), "");
         QCOMPARE(bench.Runs(bench.views.View(Representation::Ascii)), "1:late");

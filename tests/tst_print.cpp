@@ -36,7 +36,11 @@
 namespace
 {
 
-const MessagePrompt PrintingFailed = {.text = "Error while printing", .icon = PromptIcon::Critical};
+/// The cause is in the details.
+MessagePrompt PrintingFailed(const QString &cause)
+{
+    return CriticalMessage("Error while printing", cause);
+}
 
 /// The print commands with a project, onto the given output.
 class PrintBench
@@ -301,7 +305,7 @@ void tst_print::AFailureThrowsTheProjectAway()
     QTEST(output.ends, "ends");
     QVERIFY(drawings < 0 || output.drawn.size() == drawings + 1);
     QCOMPARE(output.pages, drawings < 0 ? 3 : 1 + drawings / 13); // a copy draws 13 times
-    QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{PrintingFailed});
+    QCOMPARE(bench.prompts.shown, QList{PrintingFailed(failFinish ? "full" : "broken")});
     QCOMPARE(bench.pointer, QStringLiteral("on off box "));
 
     output.drawingsUntilFailure = -1; // the next job starts clean
@@ -511,7 +515,8 @@ void tst_print::PaperGoesThroughThePrinter()
     bench.prompts.printer->printer->setOutputFileName(on.Path(place));
     project ? bench.print.PrintProject() : bench.print.PrintCommunication();
     QTEST(PagesOf(on.Path(place)), "pages");
-    QTEST(bench.prompts.shown.contains(PrintingFailed), "told");
+    QTEST(bench.prompts.shown.contains(PrintingFailed("The printer does not accept the page")),
+          "told");
 }
 
 /// A lost file must not pass for success, whichever command was to make it.
@@ -531,7 +536,8 @@ void tst_print::APdfThatCannotBeWrittenIsAnError()
     disk.room = 2000;
     bench.print.PrintCommunication();
     QCOMPARE(disk.room, 0);
-    QCOMPARE(bench.prompts.shown, (QList<MessagePrompt>{PrintingFailed, PrintingFailed}));
+    const MessagePrompt noRoom = PrintingFailed("No space left on device");
+    QCOMPARE(bench.prompts.shown, QList({noRoom, noRoom}));
     QCOMPARE(bench.pointer, QStringLiteral("on off box on off box "));
     QCOMPARE(disk.files["/old.pdf"], QByteArray("old"));
     QCOMPARE(disk.unfinished, 0);

@@ -177,7 +177,8 @@ class tst_project : public QObject
         QVERIFY(!bench.project.SaveProjectAs());
         QCOMPARE(bench.State(), before);
         QCOMPARE(bench.prompts.shown.last(),
-                 CriticalMessage("Error while saving the project file"));
+                 CriticalMessage("Error while saving the project file",
+                                 bench.Path("folder.sqx") + "\nIt is a folder"));
         bench.prompts.answers = {PromptAnswer::Yes}; // yes, save changes
         bench.project.NewProject();
         QCOMPARE(bench.tables.SendCount(), 1);
@@ -201,21 +202,24 @@ class tst_project : public QObject
     {
         const struct {
             QByteArray file;
-            const char *message, *state;
+            const char *message, *cause, *state;
         } files[] = {
-            {"RIFF", "Error while loading the project", "||Serimonde|unmodified"},
+            {"RIFF", "Error while loading the project", "Line 1: The first line is not VERSION",
+             "||Serimonde|unmodified"},
             {PingFile + "SEND\r\nx\r\n", "Errow while loading the project",
+             "Line 10: An index is not a whole 16-bit number",
              "||Serimonde|modified"}, // one record could be read
             {"VERSION\r\n4\r\n\r\nSEND\r\n", "Unknown project file version",
-             "||Serimonde|unmodified"},
+             "Line 2: The version is 4", "||Serimonde|unmodified"},
         };
-        for (const auto &[file, message, state] : files) {
+        for (const auto &[file, message, cause, state] : files) {
             ProjectBench bench;
             bench.NameIt("old");
             bench.WriteFile("bad.sqx", file);
             bench.project.OpenFile(bench.Path("bad.sqx"));
             QCOMPARE(bench.State(), state);
-            QCOMPARE(bench.prompts.shown, QList{CriticalMessage(message)});
+            QCOMPARE(bench.prompts.shown,
+                     QList{CriticalMessage(message, bench.Path("bad.sqx") + '\n' + cause)});
             QCOMPARE(bench.refreshes, 1);
             QVERIFY(bench.store.texts.isEmpty());
             QCOMPARE(bench.ReadFile("bad.sqx"), file);
@@ -355,7 +359,7 @@ class tst_project : public QObject
             store.Write("Recently", "Other", "x");
             for (const char *project : {"/p/a, b", "/p/\xC3\xA4", "/p/c"})
                 RecentProjects::UpdateRecentProjects(store, project);
-            QCOMPARE(store.Flush(), QString());
+            QVERIFY(!store.Flush().Failed());
         }
         const QtSettingsStore store;
         QCOMPARE(RecentProjects::ListForMenu(store),

@@ -32,8 +32,8 @@ void FillPingProject(MdSequenceEdition &tables)
 QString Read(MdSequenceEdition &tables, const QByteArray &bytes)
 {
     FieldReader fields(bytes);
-    const ProjectFile::Result failure = ProjectFile::ReadProject(tables, fields);
-    return failure ? failure->message : QString();
+    const Result read = ProjectFile::ReadProject(tables, fields);
+    return read.Failed() ? read.Message() + u'|' + read.Cause() : QString();
 }
 
 } // namespace
@@ -99,13 +99,13 @@ class tst_projectfile : public QObject
         QCOMPARE(ProjectFile::PathOf("/projects/", "ping"), Path);
         MdSequenceEdition saved;
         FillPingProject(saved);
-        QVERIFY(!ProjectFile::SaveProject(saved, files, Path));
+        QVERIFY(!ProjectFile::SaveProject(saved, files, Path).Failed());
         QCOMPARE(disk.files[Path], PingProject);
 
         MdSequenceEdition tables;
-        QVERIFY(!ProjectFile::LoadProject(tables, files, Path));
+        QVERIFY(!ProjectFile::LoadProject(tables, files, Path).Failed());
         disk.files[Path].clear();
-        QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
+        QVERIFY(!ProjectFile::SaveProject(tables, files, Path).Failed());
         QCOMPARE(disk.files[Path], PingProject);
     }
 
@@ -114,12 +114,12 @@ class tst_projectfile : public QObject
         MdSequenceEdition tables;
         tables.AddSend({"a, \"b\" \xE4", {}, {}});
         tables.AddReceive({.Sequence = QByteArray("\0\xFF", 2), .Answer = -32768, .Active = -1});
-        QVERIFY(!ProjectFile::SaveProject(tables, files, Path));
+        QVERIFY(!ProjectFile::SaveProject(tables, files, Path).Failed());
         QCOMPARE(disk.files[Path], QByteArray("VERSION\r\n3\r\n\r\n"
                                               "SEND\r\n0\r\na, \"b\" \xE4\r\n\r\n\r\n"
                                               "RECEIVE\r\n0\r\n\r\n000 | 255\r\n-32768\r\n-1\r\n"
                                               "COMMENT \r\n\r\n"));
-        QVERIFY(!ProjectFile::LoadProject(tables, files, Path));
+        QVERIFY(!ProjectFile::LoadProject(tables, files, Path).Failed());
         QCOMPARE(tables.SendAt(0).Sequence, QByteArray(1, '\0')); // an empty one is one byte then
     }
 
@@ -153,39 +153,51 @@ class tst_projectfile : public QObject
 
     void JudgesFiles_data()
     {
-        const Cases<QByteArray, QString, QByteArrayList> row("bytes", "message", "names");
+        const Cases<QByteArray, QString, QByteArrayList> row("bytes", "failure", "names");
         const QByteArray a = "SEND\r\n0\r\na\r\n065\r\n\r\n";
         const QByteArray head = "VERSION\r\n3\r\n\r\n";
-        const auto bad = [&](const char *name, const char *record) {
-            row(name, head + a + record, LoadMessage, {"a"});
+        const QString noProject =
+            FirstLineMessage + QString("|Line 1: The first line is not VERSION");
+        const QString noVersion =
+            LoadMessage + QString("|Line 2: The version is not a whole 16-bit number");
+        const auto bad = [&](const char *name, const char *record, const char *cause) {
+            row(name, head + a + record, LoadMessage + QString("|Line ") + cause, {"a"});
         };
-        row("zero bytes", "", FirstLineMessage, {});
-        row("another first line", "Version\r\n3\r\n", FirstLineMessage, {});
-        row("a blank first line", "\r\nVERSION\r\n3\r\n", FirstLineMessage, {});
+        row("zero bytes", "", noProject, {});
+        row("another first line", "Version\r\n3\r\n", noProject, {});
+        row("a blank first line", "\r\nVERSION\r\n3\r\n", noProject, {});
         row("blanks around first lines", "  VERSION \r\n 3 \r\n" + a, "", {"a"});
         row("bare line feeds", QByteArray(head + a).replace("\r\n", "\n"), "", {"a"});
-        row("no version", "VERSION\r\n", LoadMessage, {});
-        row("a version that is not whole", "VERSION\r\n3.0\r\n", LoadMessage, {});
-        row("a version beyond 16 bits", "VERSION\r\n32768\r\n", LoadMessage, {});
+        row("no version", "VERSION\r\n", noVersion, {});
+        row("a version that is not whole", "VERSION\r\n3.0\r\n", noVersion, {});
+        row("a version beyond 16 bits", "VERSION\r\n32768\r\n", noVersion, {});
         row("an unknown version without records", "VERSION\r\n4\r\n\r\n", "", {});
-        row("an unknown version with a record", "VERSION\r\n4\r\n" + a, VersionMessage, {});
-        row("version 0 with a receive record", "VERSION\r\n0\r\nRECEIVE\r\n0\r\n", VersionMessage,
-            {});
+        row("an unknown version with a record", "VERSION\r\n4\r\n" + a,
+            VersionMessage + QString("|Line 2: The version is 4"), {});
+        row("version 0 with a receive record", "VERSION\r\n0\r\nRECEIVE\r\n0\r\n",
+            VersionMessage + QString("|Line 2: The version is 0"), {});
         row("unknown lines between records", head + "x\r\n\r\nsend\r\nSEND \r\n  " + a, "", {"a"});
         row("the same index twice", head + a + "SEND\r\n0\r\nb\r\n066\r\n", "", {"b", ""});
         row("an index out of order", head + "SEND\r\n2\r\nc\r\n066\r\n" + a, "", {"a", ""});
         row("the last index", head + "SEND\r\n1024\r\nz\r\n065\r\n", "", {""});
-        bad("an index behind the table", "SEND\r\n1025\r\nz\r\n065\r\n");
-        bad("a negative index", "SEND\r\n-1\r\nz\r\n065\r\n");
-        bad("no index", "SEND\r\n");
-        bad("a byte out of range", "SEND\r\n1\r\nb\r\n256\r\n");
-        bad("an answer beyond 16 bits", "RECEIVE\r\n0\r\nr\r\n065\r\n-32769\r\n1\r\n");
-        bad("no active flag", "RECEIVE\r\n0\r\nr\r\n065\r\n1\r\n");
+        bad("an index behind the table", "SEND\r\n1025\r\nz\r\n065\r\n",
+            "10: There is no record 1025");
+        bad("a negative index", "SEND\r\n-1\r\nz\r\n065\r\n", "10: There is no record -1");
+        bad("no index", "SEND\r\n", "10: An index is not a whole 16-bit number");
+        bad("line ends of every kind", "\r\n\n\rSEND\rx",
+            "13: An index is not a whole 16-bit number");
+        bad("a byte out of range", "SEND\r\n1\r\nb\r\n256\r\n",
+            "12: A byte is not in the range 0 to 255");
+        bad("an answer beyond 16 bits", "RECEIVE\r\n0\r\nr\r\n065\r\n-32769\r\n1\r\n",
+            "13: An answer is not a whole 16-bit number");
+        bad("no active flag", "RECEIVE\r\n0\r\nr\r\n065\r\n1\r\n",
+            "14: An active flag is not a whole 16-bit number");
         row("a comma in a name shifts the lines", head + "SEND\r\n0\r\na,066\r\n065\r\n", "",
             {"a"});
         row("as many records as fit", head + a.repeated(1025), "",
             QByteArrayList{"a"} + QByteArrayList(1024));
-        row("one record more", head + a.repeated(1026), LoadMessage,
+        row("one record more", head + a.repeated(1026),
+            LoadMessage + QString("|Line 5129: There are too many records"),
             QByteArrayList{"a"} + QByteArrayList(1024));
     }
     void JudgesFiles()
@@ -193,7 +205,7 @@ class tst_projectfile : public QObject
         QFETCH(const QByteArray, bytes);
         MdSequenceEdition tables;
         FillPingProject(tables);
-        QTEST(Read(tables, bytes), "message");
+        QTEST(Read(tables, bytes), "failure");
         QByteArrayList names;
         for (int i = 0; i < tables.SendCount(); ++i)
             names << tables.SendAt(i).Name;
@@ -205,9 +217,9 @@ class tst_projectfile : public QObject
     {
         MdSequenceEdition tables;
         FillPingProject(tables);
-        const auto failure = ProjectFile::LoadProject(tables, files, Path);
-        QCOMPARE(failure->message, LoadMessage);
-        QVERIFY(!failure->cause.isEmpty());
+        const Result loaded = ProjectFile::LoadProject(tables, files, Path);
+        QCOMPARE(loaded.Message(), LoadMessage);
+        QCOMPARE(loaded.Cause(), "cannot be read");
         QCOMPARE(tables.SendCount() + tables.ReceiveCount(), 0);
         QVERIFY(tables.SendAt(0).Name.isEmpty());
     }
@@ -215,11 +227,11 @@ class tst_projectfile : public QObject
     void DoesNotTouchAFileThatIsInUse()
     {
         ClOutputFile log(files);
-        log.OpenFile(Path);
+        QVERIFY(!log.OpenFile(Path).Failed());
         MdSequenceEdition tables;
-        QCOMPARE(ProjectFile::LoadProject(tables, files, Path)->message,
+        QCOMPARE(ProjectFile::LoadProject(tables, files, Path).Message(),
                  "Could not load project. File already in use.");
-        QCOMPARE(ProjectFile::SaveProject(tables, files, Path)->message, SaveMessage);
+        QCOMPARE(ProjectFile::SaveProject(tables, files, Path).Message(), SaveMessage);
     }
 
     void SavesAllOrNothing()
@@ -229,10 +241,11 @@ class tst_projectfile : public QObject
         for (qint64 room = 0; room <= PingProject.size(); ++room) {
             disk.files[Path] = "old";
             disk.room = room;
-            const auto failure = ProjectFile::SaveProject(tables, files, Path);
+            const Result saved = ProjectFile::SaveProject(tables, files, Path);
             const bool fits = room == PingProject.size();
-            QCOMPARE(failure ? failure->message : "", fits ? "" : SaveMessage);
-            QCOMPARE(failure ? failure->cause : "", fits ? "" : "No space left on device");
+            QCOMPARE(saved.Failed(), !fits);
+            QCOMPARE(saved.Message(), fits ? "" : SaveMessage);
+            QCOMPARE(saved.Cause(), fits ? "" : "No space left on device");
             QCOMPARE(disk.files[Path], fits ? PingProject : QByteArray("old"));
             QCOMPARE(disk.unfinished, 0);
         }

@@ -134,14 +134,14 @@ class tst_receivepath : public QObject
     void AFailedSendIsTold()
     {
         CommunicationBench bench;
-        bench.portA.failOpen = PortFailure{0, "no"};
+        bench.portA.failOpen = Failure{"no"};
         bench.communication.Transmit("hi");
         QVERIFY(!bench.communication.Running());
         QCOMPARE(bench.StagedAscii() + bench.portA.sent, "");
         QCOMPARE(bench.prompts.shown.size(), 1);
 
-        bench.portA.failOpen.reset();
-        bench.portA.failOutput = PortFailure{0, "COM1 takes no data"};
+        bench.portA.failOpen = {};
+        bench.portA.failOutput = Failure{"COM1 takes no data"};
         bench.communication.Transmit("hi");
         QCOMPARE(bench.prompts.shown.last(), ExclamationMessage("COM1 takes no data"));
         QVERIFY(bench.communication.Running());
@@ -152,7 +152,7 @@ class tst_receivepath : public QObject
         CommunicationBench bench;
         bench.Watch("?", "asked", "YES");
         bench.Open(CommMode::SendReceive);
-        bench.portA.failOutput = PortFailure{0, "COM1 takes no data"};
+        bench.portA.failOutput = Failure{"COM1 takes no data"};
         // While the box stands, more of the same comes in: it must neither nest nor pile up boxes.
         bench.prompts.whileStanding = [&] { bench.portA.Receive("again?"); };
         bench.portA.Receive("ready?");

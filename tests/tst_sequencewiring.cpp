@@ -114,7 +114,7 @@ class tst_sequencewiring : public QObject
     void NothingIsSentWhenThePortsStayClosed()
     {
         WiringBench bench;
-        bench.comm.portA.failOpen = PortFailure{8005, "in use"};
+        bench.comm.portA.failOpen = Failure{"in use", 8005};
         Q_EMIT bench.sendList.SendRequested(0);
         QCOMPARE(bench.comm.portA.sent, "");
         QCOMPARE(bench.comm.prompts.shown.size(), 1);

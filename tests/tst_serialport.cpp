@@ -47,9 +47,9 @@ template <typename Condition> bool WaitStalled(Condition condition)
     return condition();
 }
 
-QString Cause(const PortResult &result)
+QString Cause(const Result &result)
 {
-    return result ? result->description : QStringLiteral("none");
+    return result.Failed() ? result.Cause() : QStringLiteral("none");
 }
 
 /// A line as the kernel keeps it; the C library does not tell rates without a name.
@@ -82,15 +82,21 @@ struct Station {
     Station(World &of, int comNumber, bool opened = true) : world(of), port(of.hub, of.devices)
     {
         world.devices.AssignForRun(comNumber, pty.DeviceName());
-        port.SetCommPort(comNumber);
+        Require(port.SetCommPort(comNumber));
         QObject::connect(&port, &SerialPortControl::CommEventRaised, &port, [this] {
             world.events.append(port.Input());
             received += world.events.last();
         });
         QObject::connect(&port, &SerialPortControl::Disconnected, &port,
                          [this](const QString &text) { departures.append(text); });
-        if (opened && port.SetPortOpen(true))
-            qFatal("the port cannot be opened");
+        if (opened)
+            Require(port.SetPortOpen(true));
+    }
+
+    static void Require(const Result &done)
+    {
+        if (done.Failed())
+            qFatal("%s", qPrintable(done.Cause()));
     }
 
     World &world;
@@ -145,7 +151,7 @@ class TestSerialPort : public QObject
                 QTRY_COMPARE(world.Waiting(), 11); // a dialog's event loop, as it were
                 QCoreApplication::processEvents();
             } else if (a.received.size() > 11) {
-                QVERIFY(!a.port.SetPortOpen(false));
+                QVERIFY(!a.port.SetPortOpen(false).Failed());
             }
             --depth;
         };
@@ -177,12 +183,12 @@ class TestSerialPort : public QObject
         const uint before = descriptors();
         for (int round = 0; round < 20; ++round) {
             Station station(world, 1);
-            QVERIFY(!station.port.Output(QByteArray(sent, 's')));
+            QVERIFY(!station.port.Output(QByteArray(sent, 's')).Failed());
             QVERIFY(station.pty.Write(QByteArray(waiting, 'w')));
             QVERIFY(WaitStalled([&] { return world.Waiting() == waiting; }));
             station.pty.WriteSome(QByteArray(arriving, 'a'));
             station.pty.Unplug();
-            QVERIFY(!station.port.Output("into the void"));
+            QVERIFY(!station.port.Output("into the void").Failed());
 
             QTRY_COMPARE(station.departures.size(), 1);
             QVERIFY(station.received.size() >= waiting);
@@ -194,7 +200,7 @@ class TestSerialPort : public QObject
             QVERIFY(!another.wait(50));
             QVERIFY(std::clock() - start < CLOCKS_PER_SEC * 3 / 100); // a busy loop would fill it
             QVERIFY(station.port.PortOpen());
-            QVERIFY(!station.port.SetPortOpen(false));
+            QVERIFY(!station.port.SetPortOpen(false).Failed());
         }
         QCOMPARE(descriptors(), before);
     }
@@ -224,18 +230,18 @@ class TestSerialPort : public QObject
         found.inputBaud = found.outputBaud = 12345;
         QCOMPARE(::ioctl(station.pty.Device(), _IOW('T', 0x2B, KernelLine), &found), 0);
 
-        QVERIFY(!station.port.SetSettings(settings));
-        const PortResult failure = station.port.SetPortOpen(true);
+        QVERIFY(!station.port.SetSettings(settings).Failed());
+        const Result opened = station.port.SetPortOpen(true);
         QCOMPARE(station.port.PortOpen(), does.isEmpty());
-        QCOMPARE(failure.has_value(), !does.isEmpty());
+        QCOMPARE(opened.Failed(), !does.isEmpty());
         const KernelLine line = LineOf(station.pty);
-        if (!failure) {
+        if (!opened.Failed()) {
             QCOMPARE(line.outputBaud, settings.section(',', 0, 0).toUInt());
             QCOMPARE(line.input & (IGNPAR | INPCK | IGNBRK), quint32(IGNBRK));
             return;
         }
-        QCOMPARE(failure->number, 8015);
-        QVERIFY(failure->description.contains(settings) && failure->description.contains(does));
+        QCOMPARE(opened.Number(), 8015);
+        QVERIFY(opened.Cause().contains(settings) && opened.Cause().contains(does));
         QCOMPARE(line.input, found.input);
         QCOMPARE(line.control, found.control);
         QCOMPARE(line.outputBaud, found.outputBaud);
@@ -248,9 +254,9 @@ class TestSerialPort : public QObject
         const QByteArray question = RandomBytes(100 * Kibi);
         const QByteArray answer = RandomBytes(500 * Kibi);
         QVERIFY(station.pty.Write(question));
-        QVERIFY(!station.port.Output(answer));
+        QVERIFY(!station.port.Output(answer).Failed());
         auto peer = std::async(std::launch::async, [&] { return station.pty.Read(answer.size()); });
-        QVERIFY(!station.port.SetPortOpen(false));
+        QVERIFY(!station.port.SetPortOpen(false).Failed());
         QVERIFY(station.received == question);
         QVERIFY(peer.get() == answer);
         QVERIFY(!station.port.PortOpen());
@@ -271,12 +277,12 @@ class TestSerialPort : public QObject
 
         QElapsedTimer closing;
         closing.start();
-        QVERIFY(!station.port.SetPortOpen(false));
+        QVERIFY(!station.port.SetPortOpen(false).Failed());
         QVERIFY(closing.elapsed() < 2000);
-        QVERIFY(!station.port.SetPortOpen(true));
+        QVERIFY(!station.port.SetPortOpen(true).Failed());
         while (!station.pty.Read(1, 0).isEmpty())
             continue;
-        QVERIFY(!station.port.Output("again"));
+        QVERIFY(!station.port.Output("again").Failed());
         QCOMPARE(station.pty.Read(5), "again");
     }
 
@@ -300,7 +306,7 @@ class TestSerialPort : public QObject
         for (const auto &[device, description] : failures) {
             world.devices.AssignForRun(97, device);
             QtSerialPort port(world.hub, world.devices);
-            QVERIFY(!port.SetCommPort(97));
+            QVERIFY(!port.SetCommPort(97).Failed());
             QCOMPARE(Cause(port.SetPortOpen(true)), description);
         }
     }
@@ -317,7 +323,7 @@ class TestSerialPort : public QObject
         QVERIFY(lock.remove()); // it was not taken away
         QCOMPARE(cause, station.pty.DeviceName() + " is in use by tst_serialport (process " +
                             QString::number(m_opener.Process()) + ')');
-        QVERIFY(!station.port.SetPortOpen(true));
+        QVERIFY(!station.port.SetPortOpen(true).Failed());
     }
 
     void AnotherUserIsToldWhy()
@@ -346,11 +352,12 @@ class TestSerialPort : public QObject
     {
         World world;
         Station station(world, 1, false);
-        QVERIFY(station.port.SetCommPort(256) && station.port.SetInputMode(1));
-        QVERIFY(!station.port.SetRTSEnable(true)); // a line that a pseudo-terminal does not have
-        QVERIFY(!station.port.SetRThreshold(3) && !station.port.SetInputLen(2));
-        QVERIFY(!station.port.SetPortOpen(true));
-        QVERIFY(station.port.SetCommPort(2));
+        QVERIFY(station.port.SetCommPort(256).Failed() && station.port.SetInputMode(1).Failed());
+        // A line that a pseudo-terminal does not have.
+        QVERIFY(!station.port.SetRTSEnable(true).Failed());
+        QVERIFY(!station.port.SetRThreshold(3).Failed() && !station.port.SetInputLen(2).Failed());
+        QVERIFY(!station.port.SetPortOpen(true).Failed());
+        QVERIFY(station.port.SetCommPort(2).Failed());
         QVERIFY(station.pty.Write("ab") && station.pty.Write("cde"));
         QTRY_COMPARE(station.received, "ab");
         QTRY_COMPARE(station.port.InBufferCount(), 3);

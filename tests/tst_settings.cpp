@@ -56,7 +56,10 @@ struct SettingsBench {
     MdSequenceEdition tables;
 
     auto Load() { return ProgramSettings::LoadSettings(store, places, tables); }
-    void Save(bool minimised = false) { ProgramSettings::SaveSettings(store, places, minimised); }
+    void Save(bool minimised = false)
+    {
+        QVERIFY(!ProgramSettings::SaveSettings(store, places, minimised).Failed());
+    }
 };
 
 } // namespace
@@ -72,7 +75,7 @@ class tst_settings : public QObject
         bench.settings.display.DispBack = bench.settings.comm.CommSpeed = 3;
         for (const int index : {0, 512, 1024})
             bench.tables.EditReceive(index).Active = 0;
-        QVERIFY(!bench.Load());
+        QVERIFY(!bench.Load().Failed());
         QVERIFY(bench.store.texts.isEmpty());
         for (int i = 0; i < 1025; ++i)
             QCOMPARE(bench.tables.ReceiveAt(i).Active, qint16(1));
@@ -94,7 +97,7 @@ class tst_settings : public QObject
                 *text = QString::number(++number);
         }
         bench.store.texts = changed;
-        QVERIFY(!bench.Load());
+        QVERIFY(!bench.Load().Failed());
         bench.store.texts.clear();
         bench.Save();
         QCOMPARE(bench.store.texts, changed);
@@ -106,7 +109,7 @@ class tst_settings : public QObject
     void TheSavedCopyOfTheLooksIsTheSecondOne()
     {
         SettingsBench bench;
-        bench.Load();
+        QVERIFY(!bench.Load().Failed());
         bench.settings.displayNext.styles[StyleIndex::Comment].underline = true;
         bench.settings.displayNext.DispBack = 0x00FFFF;
         bench.settings.display.styles[StyleIndex::Direction1].colour = 7;
@@ -160,13 +163,13 @@ class tst_settings : public QObject
         QFETCH(const QString, saved);
         SettingsBench bench;
         bench.store.texts[key] = text;
-        const auto bad = bench.Load();
-        QCOMPARE(bad.has_value(), saved.isNull());
+        const Result loaded = bench.Load();
+        QCOMPARE(loaded.Failed(), saved.isNull());
         QCOMPARE(bench.store.texts.size(), 1);
         QCOMPARE(bench.store.texts[key], text);
-        if (bad) {
+        if (loaded.Failed()) {
             for (const QString &part : key.split(u'/') + QStringList(text))
-                QVERIFY2(bad->Message().contains('"' + part + '"'), qPrintable(bad->Message()));
+                QVERIFY2(loaded.Cause().contains('"' + part + '"'), qPrintable(loaded.Cause()));
             return;
         }
         bench.Save();

@@ -68,10 +68,10 @@ int RunAsHelper(const QString &task, const QString &path, int limit)
     OpenFiles files(system);
     MdSequenceEdition tables;
     FillTables(tables);
-    const auto failure = task == "--load" ? ProjectFile::LoadProject(tables, files, path)
-                                          : ProjectFile::SaveProject(tables, files, path);
-    if (failure)
-        std::puts(qPrintable(failure->message + u'|' + failure->cause));
+    const Result done = task == "--load" ? ProjectFile::LoadProject(tables, files, path)
+                                         : ProjectFile::SaveProject(tables, files, path);
+    if (done.Failed())
+        std::puts(qPrintable(done.Message() + u'|' + done.Cause()));
     return 0;
 }
 
@@ -86,16 +86,15 @@ class tst_systemfiles : public QObject
     {
         const QString path = PathOf("log.txt");
         Put(path, "old and long");
-        QVERIFY(!output.OpenFile(path));
+        QVERIFY(!output.OpenFile(path).Failed());
         QCOMPARE(BytesOf(path), "");
         output.WriteInFile("new");
-        QVERIFY(!output.Flush());
+        QVERIFY(!output.Flush().Failed());
         QCOMPARE(BytesOf(path), "new");
         QVERIFY(QFile::remove(path));
         for (int i = 0; i < 2; ++i) { // again and again
             output.WriteInFile("lost");
-            const FileResult failure = output.Flush();
-            QVERIFY(failure && failure->description.contains("deleted"));
+            QVERIFY(output.Flush().Cause().contains("deleted"));
         }
     }
 
@@ -105,7 +104,7 @@ class tst_systemfiles : public QObject
         Put(path, OldBytes);
         QCOMPARE(::chmod(qPrintable(path), 0640), 0);
         QVERIFY(QFile::link(path, PathOf("link.sqx")));
-        QVERIFY(!Save(PathOf("link.sqx")));
+        QVERIFY(!Save(PathOf("link.sqx")).Failed());
         QCOMPARE(ModeOf(path), 0640);
         QVERIFY(QFileInfo(PathOf("link.sqx")).isSymLink());
         QVERIFY(BytesOf(path).size() > 64000);
@@ -116,7 +115,7 @@ class tst_systemfiles : public QObject
     {
         const QString name = QString(251, u'x') + ".sqx"; // the longest name that there is
         const mode_t before = ::umask(027);
-        QVERIFY(!Save(folder->filePath(name)));
+        QVERIFY(!Save(folder->filePath(name)).Failed());
         ::umask(before);
         QCOMPARE(ModeOf(folder->filePath(name)), 0640);
         QCOMPARE(Names(), QStringList(name));
@@ -126,12 +125,12 @@ class tst_systemfiles : public QObject
     {
         Put(PathOf("real.sqx"), OldBytes);
         QVERIFY(QFile::link(PathOf("real.sqx"), PathOf("link.sqx")));
-        QVERIFY(!output.OpenFile(PathOf("real.sqx")));
+        QVERIFY(!output.OpenFile(PathOf("real.sqx")).Failed());
         ClInputFile input(files);
         for (const char *name : {"link.sqx", "./real.sqx"})
-            QVERIFY(input.OpenFile(PathOf(name))->inUse);
+            QCOMPARE(input.OpenFile(PathOf(name)).Number(), FileAlreadyOpen);
         output.CloseFile();
-        QVERIFY(!input.OpenFile(PathOf("link.sqx")));
+        QVERIFY(!input.OpenFile(PathOf("link.sqx")).Failed());
     }
 
     void RefusesWhatIsNoFile()
@@ -142,10 +141,10 @@ class tst_systemfiles : public QObject
              {QString(), QString("pipe"), QString("none/a.sqx"), QString(300, u'x')}) {
             const QString target = QDir(folder->path()).filePath(path);
             ClInputFile input(files);
-            const FileResult refusals[] = {input.OpenFile(target), output.OpenFile(target),
-                                           output.OpenForReplacing(target)};
-            for (const FileResult &refusal : refusals)
-                QVERIFY2(refusal && !refusal->description.isEmpty(), qPrintable(path));
+            const Result refusals[] = {input.OpenFile(target), output.OpenFile(target),
+                                       output.OpenForReplacing(target)};
+            for (const Result &refusal : refusals)
+                QVERIFY2(refusal.Failed() && !refusal.Cause().isEmpty(), qPrintable(path));
         }
         QCOMPARE(Names(), QStringList({"file", "pipe"}));
     }
@@ -157,11 +156,11 @@ class tst_systemfiles : public QObject
         QVERIFY(large.open(QIODevice::WriteOnly) && large.resize(64 * 1024 * 1024 + 1));
         large.close();
         MdSequenceEdition tables;
-        const auto failure = ProjectFile::LoadProject(tables, files, path);
-        QCOMPARE(failure->message, "Errow while loading the project");
-        QVERIFY(failure->cause.contains("67108865"));
+        const Result loaded = ProjectFile::LoadProject(tables, files, path);
+        QCOMPARE(loaded.Message(), "Errow while loading the project");
+        QVERIFY(loaded.Cause().contains("67108865"));
         QVERIFY(large.resize(64 * 1024 * 1024));
-        QCOMPARE(ProjectFile::LoadProject(tables, files, path)->message,
+        QCOMPARE(ProjectFile::LoadProject(tables, files, path).Message(),
                  "Error while loading the project");
     }
 
@@ -189,7 +188,7 @@ class tst_systemfiles : public QObject
     void KeepsTheOldFileOnAFullDiskAndWhenKilled()
     {
         const QString path = PathOf("a.sqx");
-        QVERIFY(!Save(path));
+        QVERIFY(!Save(path).Failed());
         const qint64 need = BytesOf(path).size();
         for (const QString task : {"--full", "--killed"}) {
             for (const qint64 room : {qint64(0), need / 2, need - 1, need}) {
@@ -230,7 +229,7 @@ class tst_systemfiles : public QObject
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
 
-    ProjectFile::Result Save(const QString &path)
+    Result Save(const QString &path)
     {
         MdSequenceEdition tables;
         FillTables(tables);

@@ -77,9 +77,9 @@ bool MdMain::LoadMainWindow()
 {
     if (!m_world.store.Read(QStringLiteral("Settings"), QStringLiteral("ProjectPath")))
         m_projectState.ProjectDirectory = MdGetSpecialFolders();
-    const auto bad = ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences);
-    if (bad) {
-        m_world.prompts.ShowMessage(CriticalMessage(bad->Message()));
+    const Result loaded = ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences);
+    if (loaded.Failed()) {
+        m_world.prompts.ShowMessage(CriticalMessage(loaded.Cause()));
         return false;
     }
     ApplyCommandLine();
@@ -211,10 +211,10 @@ void MdMain::UnloadMainWindow()
     if (!m_line.screenshot.isEmpty())
         WriteScreenshot(*m_window, m_line.screenshot, m_world.prompts);
     m_project.ShowRecentProjects();
-    const QString fault =
+    const Result saved =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());
-    if (!fault.isEmpty()) {
+    if (saved.Failed()) {
         m_world.prompts.ShowMessage(
-            CriticalMessage(QStringLiteral("The settings could not be saved. ") + fault));
+            CriticalMessage(QStringLiteral("The settings could not be saved. ") + saved.Cause()));
     }
 }

@@ -3,6 +3,7 @@
 
 #include "Screenshot.h"
 
+#include "Result.h"
 #include "UserPrompts.h"
 
 #include <QFileInfo>
@@ -13,29 +14,27 @@
 namespace
 {
 
-/// Returns the cause if that fails, else an empty text.
-QString WritePng(const QPixmap &picture, const QString &path)
+Result WritePng(const QPixmap &picture, const QString &path)
 {
     const QFileInfo target(path);
     if (target.exists() && !target.isFile())
-        return QStringLiteral("it is not a regular file");
+        return Failure{QStringLiteral("it is not a regular file")};
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
+        return Failure{file.errorString()};
     if (!picture.save(&file, "PNG") || !file.flush() || file.error() != QFileDevice::NoError) {
         file.cancelWriting();
-        return QStringLiteral("not all of it could be written");
+        return Failure{QStringLiteral("not all of it could be written")};
     }
-    return file.commit() ? QString() : file.errorString();
+    return file.commit() ? Result() : Failure{file.errorString()};
 }
 
 } // namespace
 
 void WriteScreenshot(QWidget &widget, const QString &path, UserPrompts &prompts)
 {
-    const QString fault = WritePng(widget.grab(), path);
-    if (!fault.isEmpty()) {
+    if (const Result written = WritePng(widget.grab(), path); written.Failed()) {
         prompts.ShowMessage(CriticalMessage(
-            QStringLiteral("The picture %1 could not be written: ").arg(path) + fault));
+            QStringLiteral("The picture %1 could not be written: ").arg(path) + written.Cause()));
     }
 }

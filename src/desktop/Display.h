@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include <QString>
+#include "Result.h"
 
-/// Why no window can be shown, in a sentence for the user; empty if nothing is known to be in
-/// the way. To be asked before the toolkit starts, which would end the program.
-QString DisplayFault();
+/// Fails if no window can be shown, as far as that is known; the cause is a sentence for the user.
+/// To be asked before the toolkit starts, which would end the program.
+Result CheckDisplay();

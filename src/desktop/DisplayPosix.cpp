@@ -3,12 +3,12 @@
 
 #include "Display.h"
 
-QString DisplayFault()
+Result CheckDisplay()
 {
     for (const char *variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
         if (!qEnvironmentVariableIsEmpty(variable))
             return {};
     }
-    return QStringLiteral("There is no display. Start a desktop session, or set "
-                          "QT_QPA_PLATFORM=offscreen for a run without a window.");
+    return Failure{QStringLiteral("There is no display. Start a desktop session, or set "
+                                  "QT_QPA_PLATFORM=offscreen for a run without a window.")};
 }

@@ -108,6 +108,7 @@ void Furnish(QMessageBox &box, const MessagePrompt &prompt)
     box.setText(prompt.text);
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    box.setDetailedText(prompt.details); // with a button, if there are any
     box.setStandardButtons(ButtonsOf(prompt.buttons));
     box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
     box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));

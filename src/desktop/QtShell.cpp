@@ -33,20 +33,23 @@ constexpr std::array<InformationProgram, 9> InformationPrograms = {{
 
 } // namespace
 
-QString QtShell::Open(const QString &link)
+Result QtShell::Open(const QString &link)
 {
-    const bool opened = QDesktopServices::openUrl(QUrl(link));
-    return opened ? QString() : QStringLiteral("The desktop has no program for such links.");
+    if (QDesktopServices::openUrl(QUrl(link)))
+        return {};
+    return Failure{QStringLiteral("The desktop has no program for such links.")};
 }
 
-QString QtShell::Start(const ProgramCall &call)
+Result QtShell::Start(const ProgramCall &call)
 {
     QProcess process;
     process.setProgram(call.program);
     process.setArguments(call.arguments);
     process.setStandardOutputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    return process.startDetached() ? QString() : process.errorString();
+    if (process.startDetached())
+        return {};
+    return Failure{process.errorString()};
 }
 
 QList<ProgramCall> QtShell::SystemInformationPrograms() const

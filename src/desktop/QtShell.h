@@ -9,7 +9,7 @@
 class QtShell final : public Shell
 {
   public:
-    QString Open(const QString &link) override;
-    QString Start(const ProgramCall &call) override;
+    Result Open(const QString &link) override;
+    Result Start(const ProgramCall &call) override;
     QList<ProgramCall> SystemInformationPrograms() const override;
 };

@@ -5,18 +5,18 @@
 
 #include <utility>
 
-FileResult ClInputFile::OpenFile(const QString &path)
+Result ClInputFile::OpenFile(const QString &path)
 {
     CloseFile();
     m_held = m_files.Hold(path);
     if (m_held.isEmpty())
         return OpenFiles::InUse();
     auto content = m_files.System().Read(path, MaxSize);
-    if (content.failure)
+    if (content.result.Failed())
         CloseFile();
     else
         m_fields = FieldReader(std::move(content.bytes));
-    return content.failure;
+    return content.result;
 }
 
 void ClInputFile::CloseFile()

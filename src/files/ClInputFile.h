@@ -18,7 +18,7 @@ class ClInputFile
     ~ClInputFile() { CloseFile(); }
     Q_DISABLE_COPY_MOVE(ClInputFile)
 
-    FileResult OpenFile(const QString &path);
+    Result OpenFile(const QString &path);
     void CloseFile();
 
     /// See FieldReader.

@@ -16,33 +16,33 @@ constexpr int ZoneWidth = 14;
 
 } // namespace
 
-FileResult ClOutputFile::OpenFile(const QString &path)
+Result ClOutputFile::OpenFile(const QString &path)
 {
     return Open(path, false);
 }
 
-FileResult ClOutputFile::OpenForReplacing(const QString &path)
+Result ClOutputFile::OpenForReplacing(const QString &path)
 {
     return Open(path, true);
 }
 
-FileResult ClOutputFile::Open(const QString &path, bool replacing)
+Result ClOutputFile::Open(const QString &path, bool replacing)
 {
     CloseFile();
-    m_failure.reset();
+    m_state = {};
     m_written = 0;
     m_column = 0;
     m_held = m_files.Hold(path);
     if (m_held.isEmpty())
-        return m_failure = OpenFiles::InUse();
+        return m_state = OpenFiles::InUse();
     FileSystem &system = m_files.System();
     auto created = replacing ? system.CreateBeside(path) : system.Create(path);
     m_device = std::move(created.device);
     m_replacing = replacing;
-    m_failure = created.failure;
-    if (m_failure)
+    m_state = created.result;
+    if (m_state.Failed())
         Release();
-    return m_failure;
+    return m_state;
 }
 
 void ClOutputFile::WriteInFile(QByteArrayView text)
@@ -52,8 +52,8 @@ void ClOutputFile::WriteInFile(QByteArrayView text)
     const qsizetype lineEnd = std::max(text.lastIndexOf('\n'), text.lastIndexOf('\r'));
     m_column = lineEnd < 0 ? m_column + text.size() : text.size() - lineEnd - 1;
     KeepForLater(text);
-    if (m_failure || m_buffer.size() >= BufferSize)
-        Flush();
+    if (m_state.Failed() || m_buffer.size() >= BufferSize)
+        Flush().Ignore(); // it stays in State
 }
 
 void ClOutputFile::WriteTabInFile(qint16 count)
@@ -72,50 +72,50 @@ void ClOutputFile::NextLine()
 void ClOutputFile::KeepForLater(QByteArrayView text)
 {
     m_written += text.size();
-    if (m_buffer.size() + text.size() > MaxHeldBack && Flush())
+    if (m_buffer.size() + text.size() > MaxHeldBack && Flush().Failed())
         return;
     m_buffer += text;
 }
 
-FileResult ClOutputFile::Flush()
+Result ClOutputFile::Flush()
 {
     if (IsOpen() && !m_buffer.isEmpty())
-        m_failure = WriteHeld();
-    return m_failure;
+        m_state = WriteHeld();
+    return m_state;
 }
 
-FileResult ClOutputFile::WriteHeld()
+Result ClOutputFile::WriteHeld()
 {
     qint64 done = 0;
-    FileResult failure;
-    while (!failure && done < m_buffer.size()) {
+    Result written;
+    while (!written.Failed() && done < m_buffer.size()) {
         auto taken = m_device->Write(QByteArrayView(m_buffer).sliced(done));
         done += taken.count;
-        failure = std::move(taken.failure);
-        if (!failure && taken.count <= 0)
-            failure = FileFailure{false, QStringLiteral("The system takes no more bytes")};
+        written = std::move(taken.result);
+        if (!written.Failed() && taken.count <= 0)
+            written = Failure{QStringLiteral("The system takes no more bytes")};
     }
     m_buffer.remove(0, done);
-    return failure;
+    return written;
 }
 
-FileResult ClOutputFile::Commit()
+Result ClOutputFile::Commit()
 {
     if (!IsOpen() || !m_replacing)
-        return FileFailure{false, QStringLiteral("The file is not open for replacing")};
-    m_failure = FinishReplacing();
+        return Failure{QStringLiteral("The file is not open for replacing")};
+    m_state = FinishReplacing();
     Release();
-    return m_failure;
+    return m_state;
 }
 
-FileResult ClOutputFile::FinishReplacing()
+Result ClOutputFile::FinishReplacing()
 {
-    if (FileResult failure = WriteHeld())
-        return failure;
-    if (FileResult failure = m_device->Sync())
-        return failure;
+    if (Result written = WriteHeld(); written.Failed())
+        return written;
+    if (Result synced = m_device->Sync(); synced.Failed())
+        return synced;
     if (m_device->Size() != m_written)
-        return FileFailure{false, QStringLiteral("The file does not hold all that was written")};
+        return Failure{QStringLiteral("The file does not hold all that was written")};
     return m_device->TakePlace();
 }
 
@@ -123,8 +123,8 @@ void ClOutputFile::CloseFile()
 {
     if (!IsOpen())
         return;
-    if (!m_replacing && !Flush())
-        m_failure = m_device->Check();
+    if (!m_replacing && !Flush().Failed())
+        m_state = m_device->Check();
     Release();
 }
 

@@ -8,7 +8,7 @@
 #include <memory>
 
 /// One file that is being written, line by line and piece by piece. A write that fails is ignored
-/// where it happens; Failure tells of it afterwards. A file that is dropped while open is closed.
+/// where it happens; State tells of it afterwards. A file that is dropped while open is closed.
 class ClOutputFile
 {
   public:
@@ -17,9 +17,9 @@ class ClOutputFile
     Q_DISABLE_COPY_MOVE(ClOutputFile)
 
     /// Creates or empties the file, which then grows with every Flush.
-    FileResult OpenFile(const QString &path);
+    Result OpenFile(const QString &path);
     /// Writes beside the file. The old one stays as it is until Commit; without it nothing remains.
-    FileResult OpenForReplacing(const QString &path);
+    Result OpenForReplacing(const QString &path);
 
     bool IsOpen() const { return m_device != nullptr; }
 
@@ -31,24 +31,24 @@ class ClOutputFile
 
     /// Hands everything written so far to the system. What it does not take is kept and tried
     /// again with every further write, so that nothing is torn or missing once there is room.
-    FileResult Flush();
+    Result Flush();
 
-    /// Null while all that was handed to the system has been taken. Otherwise why the latest write
-    /// failed; as long as it is set, every write is handed on at once. Stays after closing.
-    const FileResult &Failure() const { return m_failure; }
+    /// How the latest write that was handed to the system went. As long as that failed, every write
+    /// is handed on at once. Stays after closing.
+    const Result &State() const { return m_state; }
 
     /// After OpenForReplacing: closes the file, which takes the place of the old one if every byte
     /// is safely on the disk. With a failure the old file is whole and nothing else is left.
-    FileResult Commit();
+    Result Commit();
 
-    /// Hands on what is held back and closes. A failure shows in Failure only.
+    /// Hands on what is held back and closes. A failure shows in State only.
     void CloseFile();
 
   private:
-    FileResult Open(const QString &path, bool replacing);
+    Result Open(const QString &path, bool replacing);
     void KeepForLater(QByteArrayView text);
-    FileResult WriteHeld();
-    FileResult FinishReplacing();
+    Result WriteHeld();
+    Result FinishReplacing();
     void Release();
 
     OpenFiles &m_files;
@@ -58,5 +58,5 @@ class ClOutputFile
     QByteArray m_buffer; ///< written, but not yet taken by the system
     qint64 m_written = 0;
     qint64 m_column = 0; ///< characters since the last line end
-    FileResult m_failure;
+    Result m_state;
 };

@@ -10,6 +10,7 @@ QByteArray FieldReader::ReadInfo()
 {
     while (!EndOfFile() && m_bytes[m_place] == ' ')
         ++m_place;
+    m_fieldStart = m_place;
     const bool quoted = !EndOfFile() && m_bytes[m_place] == '"';
     QByteArray field;
     if (quoted) {
@@ -19,6 +20,18 @@ QByteArray FieldReader::ReadInfo()
     const QByteArray unquoted = TakeUntil(",\r\n");
     PassSeparator();
     return quoted ? field : unquoted;
+}
+
+/// Counted when it is asked for, as only a failure asks.
+qsizetype FieldReader::Line() const
+{
+    const QByteArrayView before = QByteArrayView(m_bytes).first(m_fieldStart);
+    qsizetype line = 1;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const bool pair = before[i] == '\r' && i + 1 < before.size() && before[i + 1] == '\n';
+        line += (before[i] == '\r' && !pair) || before[i] == '\n' ? 1 : 0;
+    }
+    return line;
 }
 
 QByteArray FieldReader::TakeUntil(const char *ends)

@@ -19,6 +19,9 @@ class FieldReader
     /// dropped. Empty for an empty line and after the end.
     QByteArray ReadInfo();
 
+    /// The line in which the latest field began, from 1.
+    qsizetype Line() const;
+
     /// No byte is left.
     bool EndOfFile() const { return m_place >= m_bytes.size(); }
 
@@ -28,4 +31,5 @@ class FieldReader
 
     QByteArray m_bytes;
     qsizetype m_place = 0;
+    qsizetype m_fieldStart = 0;
 };

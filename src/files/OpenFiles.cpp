@@ -12,7 +12,7 @@ QString OpenFiles::Hold(const QString &path)
     return name;
 }
 
-FileFailure OpenFiles::InUse()
+Failure OpenFiles::InUse()
 {
-    return {true, QStringLiteral("The file is already open")};
+    return {QStringLiteral("The file is already open"), FileAlreadyOpen};
 }

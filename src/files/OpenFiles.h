@@ -23,7 +23,7 @@ class OpenFiles
     void Release(const QString &held) { m_held.remove(held); }
 
     /// The failure that stands for a held file.
-    static FileFailure InUse();
+    static Failure InUse();
 
   private:
     FileSystem &m_fileSystem;

@@ -17,14 +17,14 @@ namespace
 
 const QString FirstPage = QStringLiteral("index.html");
 
-/// What keeps the file from being read at all.
-QString FaultOf(const QString &path)
+/// Whether anything can be read from the file.
+Result CheckReadable(const QString &path)
 {
     const QFileInfo file(path);
     if (file.exists() && !file.isFile())
-        return QStringLiteral("It is not a regular file.");
+        return Failure{QStringLiteral("It is not a regular file.")};
     QFile readable(path);
-    return readable.open(QIODevice::ReadOnly) ? QString() : readable.errorString() + u'.';
+    return readable.open(QIODevice::ReadOnly) ? Result() : Failure{readable.errorString() + u'.'};
 }
 
 } // namespace
@@ -32,46 +32,44 @@ QString FaultOf(const QString &path)
 HelpFile::HelpFile() = default;
 HelpFile::~HelpFile() = default;
 
-QString HelpFile::Open(const QString &path)
+Result HelpFile::Open(const QString &path)
 {
     m_path = QFileInfo(path).absoluteFilePath(); // others give empty pages
-    QString fault = FaultOf(m_path);
-    if (fault.isEmpty())
-        fault = Register();
-    if (fault.isEmpty())
-        fault = Fault();
-    if (!fault.isEmpty())
-        return fault;
+    if (Result readable = CheckReadable(m_path); readable.Failed())
+        return readable;
+    if (Result registered = Register(); registered.Failed())
+        return registered;
+    if (Result whole = Check(); whole.Failed())
+        return whole;
     m_engine->contentModel()->createContents(QString());
     m_engine->indexModel()->createIndex(QString());
     return {};
 }
 
-QString HelpFile::Register()
+Result HelpFile::Register()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     if (!m_folder->isValid())
-        return m_folder->errorString() + u'.';
+        return Failure{m_folder->errorString() + u'.'};
     m_engine = std::make_unique<QHelpEngine>(m_folder->filePath(QStringLiteral("help.qhc")));
     m_engine->setReadOnly(false);
     m_engine->setUsesFilterEngine(true);
     if (!m_engine->setupData() || !m_engine->registerDocumentation(m_path))
-        return m_engine->error();
+        return Failure{m_engine->error()};
     m_pages = QStringLiteral("qthelp://%1/doc/").arg(QHelpEngineCore::namespaceName(m_path));
     return {};
 }
 
-QString HelpFile::Fault() const
+Result HelpFile::Check() const
 {
-    QString fault = FaultOf(m_path);
-    if (!fault.isEmpty())
-        return fault;
+    if (Result readable = CheckReadable(m_path); readable.Failed())
+        return readable;
     // A file that has lost some of its bytes is registered all the same.
     const QList<QUrl> pages =
         m_engine->files(QHelpEngineCore::namespaceName(m_path), QString(), QStringLiteral("html"));
     const bool whole = std::all_of(pages.begin(), pages.end(),
                                    [this](const QUrl &page) { return !Read(page).isEmpty(); });
-    return whole && !pages.isEmpty() ? QString() : QStringLiteral("The file is damaged.");
+    return whole && !pages.isEmpty() ? Result() : Failure{QStringLiteral("The file is damaged.")};
 }
 
 QUrl HelpFile::Page(const QString &name) const

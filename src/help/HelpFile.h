@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QHelpLink>
 #include <QList>
 #include <QString>
@@ -21,12 +23,12 @@ class HelpFile
     HelpFile();
     ~HelpFile();
 
-    /// Opens the file and makes sure that every page can be read. Returns the cause if that fails,
-    /// else an empty text; after a failure nothing else may be called.
-    QString Open(const QString &path);
+    /// Opens the file and makes sure that every page can be read. After a failure nothing else may
+    /// be called.
+    Result Open(const QString &path);
 
-    /// What has happened to the open file since; empty if it can still be read.
-    QString Fault() const;
+    /// Whether the open file can still be read.
+    Result Check() const;
 
     /// The page of that file name, such as "window.html"; the first page if there is none.
     QUrl Page(const QString &name) const;
@@ -37,7 +39,7 @@ class HelpFile
     QHelpEngine &Engine() { return *m_engine; }
 
   private:
-    QString Register();
+    Result Register();
 
     QString m_path;
     std::unique_ptr<QTemporaryDir> m_folder;

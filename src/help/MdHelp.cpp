@@ -81,24 +81,24 @@ frmHelp *MdHelp::OpenedWindow()
         Tell(InformationMessage(NoHelp));
         return nullptr;
     }
-    const QString fault = m_window ? m_file->Fault() : OpenFile();
-    if (!fault.isEmpty()) {
+    const Result opened = m_window ? m_file->Check() : OpenFile();
+    if (opened.Failed()) {
         Tell(CriticalMessage(QStringLiteral("The help file %1 could not be opened. ").arg(m_path) +
-                             fault));
+                             opened.Cause()));
         return nullptr;
     }
     return m_window.get();
 }
 
-QString MdHelp::OpenFile()
+Result MdHelp::OpenFile()
 {
     auto file = std::make_unique<HelpFile>();
-    QString fault = file->Open(m_path);
-    if (fault.isEmpty()) {
+    Result opened = file->Open(m_path);
+    if (!opened.Failed()) {
         m_file = std::move(file);
         m_window = std::make_unique<frmHelp>(*m_file, m_shell, m_prompts);
     }
-    return fault;
+    return opened;
 }
 
 /// F1 in the message itself brings up no further one.

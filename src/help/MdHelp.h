@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QObject>
 
 #include <memory>
@@ -42,7 +44,7 @@ class MdHelp final : public QObject
 
   private:
     frmHelp *OpenedWindow();
-    QString OpenFile();
+    Result OpenFile();
     void Tell(const MessagePrompt &prompt);
 
     UserPrompts &m_prompts;

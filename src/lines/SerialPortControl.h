@@ -3,23 +3,14 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QByteArray>
 #include <QObject>
 #include <QString>
 
-#include <optional>
-
-/// Why a port operation failed. The description names the cause, and the cure where it is known.
-struct PortFailure {
-    int number = 0; ///< RefusedLineSettings, or 0 for every other cause
-    QString description;
-};
-
 /// Failure number: the port does not take the line settings asked for.
 constexpr int RefusedLineSettings = 8015;
-
-/// Empty means success.
-using PortResult = std::optional<PortFailure>;
 
 /// What CommEvent tells inside a handler of CommEventRaised. Only Receive leads to an action.
 namespace CommEvents
@@ -40,7 +31,8 @@ constexpr int DeviceControlBlock = 1011;
 
 /// One serial port as the program sees it: properties first, then PortOpen, then one
 /// CommEventRaised for what has arrived. Lives on the window's thread; all calls and signals
-/// belong there. No receive event is raised, on any port, while a handler of one runs.
+/// belong there. No receive event is raised, on any port, while a handler of one runs. The cause of
+/// a failure names the cure where it is known.
 class SerialPortControl : public QObject
 {
     Q_OBJECT
@@ -49,25 +41,25 @@ class SerialPortControl : public QObject
     using QObject::QObject;
 
     /// COM number, 1 to 255. All property setters are for a closed port.
-    virtual PortResult SetCommPort(int number) = 0;
+    virtual Result SetCommPort(int number) = 0;
     /// Settings text such as "9600,N,8,1"; it is judged when the port opens.
-    virtual PortResult SetSettings(const QString &settings) = 0;
+    virtual Result SetSettings(const QString &settings) = 0;
     /// Waiting bytes that raise a receive event; 1: as soon as anything has arrived.
-    virtual PortResult SetRThreshold(int bytes) = 0;
+    virtual Result SetRThreshold(int bytes) = 0;
     /// Request-to-send line after opening. A port without modem lines takes it as done.
-    virtual PortResult SetRTSEnable(bool on) = 0;
+    virtual Result SetRTSEnable(bool on) = 0;
     /// 0: bytes are read as 8-bit text. There is no other mode.
-    virtual PortResult SetInputMode(int mode) = 0;
+    virtual Result SetInputMode(int mode) = 0;
     /// Size of the receive buffer in bytes.
-    virtual PortResult SetInBufferSize(int bytes) = 0;
+    virtual Result SetInBufferSize(int bytes) = 0;
     /// Bytes that one Input takes; 0: all that are waiting.
-    virtual PortResult SetInputLen(int bytes) = 0;
+    virtual Result SetInputLen(int bytes) = 0;
 
     /// Opens or closes. Closing first raises the events for what has been received, then waits
     /// for bytes still to be sent, one second at most. Inside a receive event closing raises none;
     /// what is left follows when the handler has returned. Opening an open port and closing a
     /// closed one succeed.
-    virtual PortResult SetPortOpen(bool open) = 0;
+    virtual Result SetPortOpen(bool open) = 0;
     virtual bool PortOpen() const = 0;
 
     /// Bytes waiting in the receive buffer, 0 to InBufferSize.
@@ -79,7 +71,7 @@ class SerialPortControl : public QObject
 
     /// Hands bytes over for sending; returns before they are on the line. Fails when the port is
     /// closed or too much is pending; then nothing of the bytes is sent.
-    virtual PortResult Output(const QByteArray &bytes) = 0;
+    virtual Result Output(const QByteArray &bytes) = 0;
 
     /// The event being raised, a CommEvents value.
     virtual int CommEvent() const = 0;

@@ -35,11 +35,13 @@ MessagePrompt OverwriteQuestion()
             .defaultAnswer = PromptAnswer::No};
 }
 
-MessagePrompt WritingFailed(const LogForm &form, const FileFailure &failure)
+/// The details name the file and tell what becomes of the log and of communication.
+MessagePrompt WritingFailed(const LogForm &form, const Result &result, const QString &path,
+                            const QString &consequence)
 {
     return CriticalMessage(
-        QStringLiteral("Error while writing the %1 log file - ").arg(form.Name()) +
-        failure.description);
+        QStringLiteral("Error while writing the %1 log file - ").arg(form.Name()) + result.Cause(),
+        path + u'\n' + consequence);
 }
 
 } // namespace
@@ -131,12 +133,14 @@ bool MdLogFile::Open(const LogNames &names)
             continue;
         const QString path = names.PathOf(form);
         const bool isNew = !m_parts.files.System().Exists(path);
-        const FileResult failure = FileOf(form.representation).OpenFile(path);
-        if (failure) {
+        const Result opened = FileOf(form.representation).OpenFile(path);
+        if (opened.Failed()) {
             Close();
             for (const QString &each : std::as_const(made))
                 m_parts.files.System().Remove(each);
-            m_parts.prompts.ShowMessage(WritingFailed(form, *failure));
+            m_parts.prompts.ShowMessage(
+                WritingFailed(form, opened, path,
+                              QStringLiteral("The log was not started. Communication goes on.")));
             return false;
         }
         if (isNew)
@@ -147,30 +151,37 @@ bool MdLogFile::Open(const LogNames &names)
     return true;
 }
 
-/// What was opened is closed, whatever the flags say by now. Returns the first failure.
-FileResult MdLogFile::Close()
+/// What was opened is closed, whatever the flags say by now.
+MdLogFile::Closing MdLogFile::Close()
 {
-    FileResult failure;
+    Closing closing;
     for (const LogForm &form : LogForms) {
         ClOutputFile &file = FileOf(form.representation);
         if (!file.IsOpen())
             continue;
         file.CloseFile();
-        if (!failure)
-            failure = file.Failure();
+        if (!file.State().Failed())
+            continue;
+        if (closing.failed.isEmpty())
+            closing.result = file.State();
+        closing.failed << m_names.PathOf(form);
     }
     m_logState = StateOff;
-    return failure;
+    return closing;
 }
 
 void MdLogFile::StopLog()
 {
-    const FileResult failure = Close();
+    const Closing closing = Close();
     UpdateLogCommands();
-    if (failure) {
-        m_parts.prompts.ShowMessage(CriticalMessage(
-            QStringLiteral("Error while closing a log file - ") + failure->description));
-    }
+    if (!closing.result.Failed())
+        return;
+    QString details = closing.failed.join(u'\n') +
+                      QStringLiteral("\nNot all that was to be logged is in the file.");
+    if (m_parts.portsOpen())
+        details += QStringLiteral(" Communication goes on.");
+    m_parts.prompts.ShowMessage(CriticalMessage(
+        QStringLiteral("Error while closing a log file - ") + closing.result.Cause(), details));
 }
 
 void MdLogFile::UpdateLogCommands()
@@ -189,7 +200,7 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
     if (!file.IsOpen())
         return;
     file.WriteInFile(text);
-    if (file.Failure())
+    if (file.State().Failed())
         TellOfFailedWrite(FormOf(representation));
     if (!std::exchange(m_flushUnderWay, true))
         QMetaObject::invokeMethod(this, &MdLogFile::FlushBurst, Qt::QueuedConnection);
@@ -202,8 +213,8 @@ void MdLogFile::FlushBurst()
         ClOutputFile &file = FileOf(form.representation);
         if (!file.IsOpen())
             continue;
-        const bool toldAlready = file.Failure().has_value(); // with the write that failed
-        if (file.Flush() && !toldAlready)
+        const bool toldAlready = file.State().Failed(); // with the write that failed
+        if (file.Flush().Failed() && !toldAlready)
             TellOfFailedWrite(form);
     }
 }
@@ -211,6 +222,9 @@ void MdLogFile::FlushBurst()
 /// Receiving must go on, and the user must be able to stop the log meanwhile.
 void MdLogFile::TellOfFailedWrite(const LogForm &form)
 {
-    m_parts.prompts.ShowNotice(m_names.PathOf(form),
-                               WritingFailed(form, *FileOf(form.representation).Failure()));
+    const QString path = m_names.PathOf(form);
+    m_parts.prompts.ShowNotice(
+        path, WritingFailed(form, FileOf(form.representation).State(), path,
+                            QStringLiteral("Communication goes on. What the file has not taken is "
+                                           "tried again with what follows, up to 1 MiB of it.")));
 }

@@ -68,7 +68,11 @@ class MdLogFile final : public QObject, public CommunicationLog
     void StartArmed(const ArmedStart &start);
     QStringList ExistingFiles(const LogNames &names) const;
     bool Open(const LogNames &names);
-    FileResult Close();
+    struct Closing {
+        Result result;      ///< the first failure
+        QStringList failed; ///< paths of all files that failed
+    };
+    Closing Close();
     void FlushBurst();
     void TellOfFailedWrite(const LogForm &form);
     ClOutputFile &FileOf(Representation r) { return m_outputs[size_t(r)]; }

@@ -19,11 +19,11 @@ class PrintPaper::Sheets
 
     virtual QPagedPaintDevice &Device() = 0;
     /// To be called before the painter begins.
-    virtual QString Open() = 0;
-    /// Why what was painted so far is lost; empty if it is not.
-    virtual QString Fault() const = 0;
+    virtual Result Open() = 0;
+    /// Fails if what was painted so far is lost.
+    virtual Result State() const = 0;
     /// The painter has ended: releases what it painted.
-    virtual QString Release() = 0;
+    virtual Result Release() = 0;
     /// The painter is about to end and nothing is to be released.
     virtual void Abort() = 0;
 };
@@ -31,7 +31,10 @@ class PrintPaper::Sheets
 namespace
 {
 
-const QString NotAccepted = QStringLiteral("The printer does not accept the page");
+Failure NotAccepted()
+{
+    return {QStringLiteral("The printer does not accept the page")};
+}
 
 /// A file that grows as a PDF is painted, beside the file that it is to replace.
 class GrowingFile final : public QIODevice
@@ -40,18 +43,18 @@ class GrowingFile final : public QIODevice
     GrowingFile(OpenFiles &files, QString path) : m_file(files), m_path(std::move(path)) {}
     Q_DISABLE_COPY_MOVE(GrowingFile)
 
-    QString Open()
+    Result Open()
     {
-        Fail(m_file.OpenForReplacing(m_path));
+        m_state = m_file.OpenForReplacing(m_path);
         QIODevice::open(WriteOnly | Unbuffered);
-        return m_fault;
+        return m_state;
     }
-    const QString &Fault() const { return m_fault; }
-    QString Commit()
+    const Result &State() const { return m_state; }
+    Result Commit()
     {
-        if (m_fault.isEmpty())
-            Fail(m_file.Commit());
-        return m_fault;
+        if (!m_state.Failed())
+            m_state = m_file.Commit();
+        return m_state;
     }
     void Drop() { m_file.CloseFile(); }
     bool isSequential() const override { return true; }
@@ -61,23 +64,17 @@ class GrowingFile final : public QIODevice
     qint64 writeData(const char *bytes, qint64 count) override
     {
         // Behind a gap nothing is of use, and the file need not hold it back.
-        if (m_fault.isEmpty()) {
+        if (!m_state.Failed()) {
             m_file.WriteInFile(QByteArrayView(bytes, count));
-            Fail(m_file.Failure());
+            m_state = m_file.State();
         }
         return count;
     }
 
   private:
-    void Fail(const FileResult &failure)
-    {
-        if (failure)
-            m_fault = failure->description;
-    }
-
     ClOutputFile m_file;
     QString m_path;
-    QString m_fault;
+    Result m_state;
 };
 
 class PdfSheets final : public PrintPaper::Sheets
@@ -91,9 +88,9 @@ class PdfSheets final : public PrintPaper::Sheets
     }
 
     QPagedPaintDevice &Device() override { return m_writer; }
-    QString Open() override { return m_file.Open(); }
-    QString Fault() const override { return m_file.Fault(); }
-    QString Release() override { return m_file.Commit(); }
+    Result Open() override { return m_file.Open(); }
+    Result State() const override { return m_file.State(); }
+    Result Release() override { return m_file.Commit(); }
     void Abort() override { m_file.Drop(); }
 
   private:
@@ -107,14 +104,14 @@ class PrinterSheets final : public PrintPaper::Sheets
     explicit PrinterSheets(std::shared_ptr<QPrinter> printer) : m_printer(std::move(printer)) {}
 
     QPagedPaintDevice &Device() override { return *m_printer; }
-    QString Open() override { return m_printer->isValid() ? QString() : NotAccepted; }
-    QString Fault() const override
+    Result Open() override { return m_printer->isValid() ? Result() : NotAccepted(); }
+    Result State() const override
     {
         const QPrinter::PrinterState state = m_printer->printerState();
         const bool broken = state == QPrinter::Error || state == QPrinter::Aborted;
-        return broken ? NotAccepted : QString();
+        return broken ? NotAccepted() : Result();
     }
-    QString Release() override { return Fault(); }
+    Result Release() override { return State(); }
     void Abort() override { m_printer->abort(); }
 
   private:
@@ -177,33 +174,32 @@ QPaintDevice &PrintPaper::Device() const
     return m_sheets->Device();
 }
 
-QString PrintPaper::NextPage()
+Result PrintPaper::NextPage()
 {
     if (!m_painter.isActive())
         return BeginJob();
-    QString fault = m_sheets->Fault();
-    if (!fault.isEmpty())
-        return fault;
-    return m_sheets->Device().newPage() ? m_sheets->Fault() : NotAccepted;
+    if (Result soFar = m_sheets->State(); soFar.Failed())
+        return soFar;
+    return m_sheets->Device().newPage() ? m_sheets->State() : NotAccepted();
 }
 
-QString PrintPaper::BeginJob()
+Result PrintPaper::BeginJob()
 {
-    QString fault = m_sheets->Open();
-    if (!fault.isEmpty())
-        return fault;
+    if (Result opened = m_sheets->Open(); opened.Failed())
+        return opened;
     if (m_painter.begin(&m_sheets->Device()))
-        return m_sheets->Fault();
+        return m_sheets->State();
     m_sheets->Abort();
-    return NotAccepted;
+    return NotAccepted();
 }
 
-QString PrintPaper::Finish()
+Result PrintPaper::Finish()
 {
-    QString fault = m_painter.isActive() && !m_painter.end() ? NotAccepted : m_sheets->Release();
-    if (!fault.isEmpty())
+    const bool ended = !m_painter.isActive() || m_painter.end();
+    Result finished = ended ? m_sheets->Release() : NotAccepted();
+    if (finished.Failed())
         m_sheets->Abort();
-    return fault;
+    return finished;
 }
 
 void PrintPaper::Discard()

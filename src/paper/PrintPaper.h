@@ -4,6 +4,7 @@
 #pragma once
 
 #include "PrintDialogRequest.h"
+#include "Result.h"
 
 #include <QMarginsF>
 #include <QPainter>
@@ -37,18 +38,18 @@ class PrintPaper final
     /// Active once NextPage has begun a page.
     QPainter &Painter() { return m_painter; }
 
-    /// Begins the job with its first page, or the next page. Returns the cause if that fails, else
-    /// an empty text; a job that cannot begin is thrown away at once.
-    QString NextPage();
+    /// Begins the job with its first page, or the next page. A job that cannot begin is thrown away
+    /// at once.
+    Result NextPage();
     /// Ends the job and releases it. If that fails it is thrown away.
-    QString Finish();
+    Result Finish();
     void Discard();
 
     /// What printer and PDF file do each in its own way.
     class Sheets;
 
   private:
-    QString BeginJob();
+    Result BeginJob();
 
     std::unique_ptr<Sheets> m_sheets; ///< outlives the painter
     QPainter m_painter;

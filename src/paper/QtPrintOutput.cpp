@@ -11,12 +11,12 @@ std::unique_ptr<PrinterDevice> QtPrintOutput::MakePrinter(const PrinterChoice &c
     return std::make_unique<QtPrinterDevice>(choice, m_files);
 }
 
-QString QtPrintOutput::PrintView(const ViewPrintout &printout, const PrinterChoice &choice)
+Result QtPrintOutput::PrintView(const ViewPrintout &printout, const PrinterChoice &choice)
 {
     PrintPaper paper(choice, m_files);
     ViewPages pages(printout, paper, choice.colour);
-    QString failure;
-    for (int copy = 0; copy < choice.copies && failure.isEmpty(); ++copy)
-        failure = pages.Print();
-    return failure.isEmpty() ? paper.Finish() : failure;
+    for (int copy = 0; copy < choice.copies; ++copy)
+        if (Result printed = pages.Print(); printed.Failed())
+            return printed;
+    return paper.Finish();
 }

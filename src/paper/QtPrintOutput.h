@@ -15,7 +15,7 @@ class QtPrintOutput final : public PrintOutput
     explicit QtPrintOutput(OpenFiles &files) : m_files(files) {}
 
     std::unique_ptr<PrinterDevice> MakePrinter(const PrinterChoice &choice) override;
-    QString PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override;
+    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override;
 
   private:
     OpenFiles &m_files;

@@ -80,13 +80,13 @@ void QtPrinterDevice::LayOutPages()
     m_pages = std::make_unique<Pages>(m_choice, m_files);
 }
 
-QString QtPrinterDevice::BeginPage()
+Result QtPrinterDevice::BeginPage()
 {
     DrawRun();
     return m_pages->paper.NextPage();
 }
 
-QString QtPrinterDevice::FinishJob()
+Result QtPrinterDevice::FinishJob()
 {
     DrawRun();
     return m_pages->paper.Finish();
@@ -98,7 +98,7 @@ void QtPrinterDevice::DiscardJob()
     m_pages->paper.Discard();
 }
 
-QString QtPrinterDevice::DrawText(TwipPoint at, const QString &text, float width)
+Result QtPrinterDevice::DrawText(TwipPoint at, const QString &text, float width)
 {
     const Face *face = &CurrentFace();
     if (face != m_run.face || at.x != m_run.end || at.y != m_run.at.y) {
@@ -122,7 +122,7 @@ void QtPrinterDevice::DrawRun()
     m_run = {};
 }
 
-QString QtPrinterDevice::DrawLine(TwipPoint from, TwipPoint to)
+Result QtPrinterDevice::DrawLine(TwipPoint from, TwipPoint to)
 {
     DrawRun();
     constexpr qreal Thickness = 10; // half a point
@@ -131,12 +131,12 @@ QString QtPrinterDevice::DrawLine(TwipPoint from, TwipPoint to)
     return {};
 }
 
-QString QtPrinterDevice::DrawPicture(const PrinterPicture &picture, const TwipRect &place)
+Result QtPrinterDevice::DrawPicture(const PrinterPicture &picture, const TwipRect &place)
 {
     DrawRun();
     QImage image = QImage::fromData(picture.file);
     if (image.isNull())
-        return QStringLiteral("The picture cannot be read");
+        return Failure{QStringLiteral("The picture cannot be read")};
     if (Colour() == PrintColour::Monochrome)
         image.convertTo(QImage::Format_Grayscale8);
     const QSizeF size = QSizeF(place.width, place.height) * m_pages->dotsPerTwip;

@@ -27,11 +27,11 @@ class QtPrinterDevice final : public PrinterDevice
 
   protected:
     void LayOutPages() override;
-    QString BeginPage() override;
-    QString DrawText(TwipPoint at, const QString &text, float width) override;
-    QString DrawLine(TwipPoint from, TwipPoint to) override;
-    QString DrawPicture(const PrinterPicture &picture, const TwipRect &place) override;
-    QString FinishJob() override;
+    Result BeginPage() override;
+    Result DrawText(TwipPoint at, const QString &text, float width) override;
+    Result DrawLine(TwipPoint from, TwipPoint to) override;
+    Result DrawPicture(const PrinterPicture &picture, const TwipRect &place) override;
+    Result FinishJob() override;
     void DiscardJob() override;
 
   private:

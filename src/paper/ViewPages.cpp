@@ -44,13 +44,12 @@ ViewPages::ViewPages(const ViewPrintout &printout, PrintPaper &paper, PrintColou
         m_background = RichTextPainter::ToGrey(m_background);
 }
 
-QString ViewPages::Print()
+Result ViewPages::Print()
 {
     const qsizetype rows = RowsToPrint();
     for (qsizetype row = 0; row < rows; row += m_rowsPerPage) {
-        QString failure = m_paper.NextPage();
-        if (!failure.isEmpty())
-            return failure;
+        if (Result begun = m_paper.NextPage(); begun.Failed())
+            return begun;
         PaintPage(row, qMin(m_rowsPerPage, rows - row));
     }
     return {};

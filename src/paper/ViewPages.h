@@ -17,8 +17,8 @@ class ViewPages final
     /// The view and the paper live longer.
     ViewPages(const ViewPrintout &printout, PrintPaper &paper, PrintColour colour);
 
-    /// Prints all of it, from a new page on. Returns the cause if that fails, else an empty text.
-    QString Print();
+    /// Prints all of it, from a new page on.
+    Result Print();
 
   private:
     qsizetype RowsToPrint() const;

@@ -24,7 +24,7 @@ struct PrinterGrid {
 /// and is never negative.
 ///
 /// A run is startPrint, printing, and then endPrint or abortPrint; setup before it lets the user
-/// choose a printer. What fails on the way shows in Failed, and nothing more is printed.
+/// choose a printer. What fails on the way shows in State, and nothing more is printed.
 class ClMyPrinter final
 {
   public:
@@ -69,7 +69,8 @@ class ClMyPrinter final
     /// How many times the user wants it.
     int Copies() const { return m_choice.copies; }
 
-    bool Failed() const { return m_device && !m_device->Failure().isEmpty(); }
+    /// The first failure since startPrint.
+    Result State() const { return m_device ? m_device->State() : Result(); }
 
   private:
     static constexpr float Here = -1;

@@ -59,15 +59,15 @@ void MdPrint::PrintCommunication()
         printout.from = model.SelectionStart();
         printout.to = model.SelectionEnd();
     }
-    QString failure;
+    Result printed;
     {
         // No event is handled meanwhile, so the view keeps still; the ports keep what arrives.
         const Hourglass hourglass(m_parts.setBusy);
-        failure = m_parts.output.PrintView(printout, *choice);
+        printed = m_parts.output.PrintView(printout, *choice);
     }
     // Whoever wanted paper sees that none comes; a missing file would pass for one that is there.
-    if (!failure.isEmpty() && !choice->pdfPath.isEmpty())
-        ShowFailure();
+    if (printed.Failed() && !choice->pdfPath.isEmpty())
+        ShowFailure(printed);
 }
 
 void MdPrint::PrintProject()
@@ -78,28 +78,29 @@ void MdPrint::PrintProject()
     }
     const QString &name = m_parts.project.ProjectFileName;
     const QString document = Titled(name.isEmpty() ? QStringLiteral("Project") : name);
-    if (Printer().setup(document) && !PrintCopies())
-        ShowFailure();
+    if (!Printer().setup(document))
+        return;
+    if (const Result printed = PrintCopies(); printed.Failed())
+        ShowFailure(printed);
 }
 
-/// All copies in one job. False if it failed and was thrown away.
-bool MdPrint::PrintCopies()
+/// All copies in one job; one that fails is thrown away.
+Result MdPrint::PrintCopies()
 {
     const Hourglass hourglass(m_parts.setBusy);
     ClMyPrinter &printer = Printer();
     printer.startPrint();
-    for (int copy = 1; copy <= printer.Copies() && !printer.Failed(); ++copy) {
+    for (int copy = 1; copy <= printer.Copies() && !printer.State().Failed(); ++copy) {
         if (copy > 1)
             printer.beginNewPage();
         PrintCopy();
     }
-    if (!printer.Failed())
+    if (!printer.State().Failed())
         printer.endPrint();
-    if (printer.Failed()) {
+    Result printed = printer.State();
+    if (printed.Failed())
         printer.abortPrint();
-        return false;
-    }
-    return true;
+    return printed;
 }
 
 void MdPrint::PrintCopy()
@@ -125,7 +126,7 @@ void MdPrint::PrintHeader()
 void MdPrint::PrintSendSequences()
 {
     PrintHeading(QStringLiteral("Send Sequences"));
-    for (int i = 0; i < m_parts.sequences.SendCount() && !Printer().Failed(); ++i) {
+    for (int i = 0; i < m_parts.sequences.SendCount() && !Printer().State().Failed(); ++i) {
         const SendSequence &record = m_parts.sequences.SendAt(i);
         PrintNameAndSequence(i, record.Name, record.Sequence);
         PrintEmptyLines(1);
@@ -135,7 +136,7 @@ void MdPrint::PrintSendSequences()
 void MdPrint::PrintReceiveSequences()
 {
     PrintHeading(QStringLiteral("Receive Sequences"));
-    for (int i = 0; i < m_parts.sequences.ReceiveCount() && !Printer().Failed(); ++i) {
+    for (int i = 0; i < m_parts.sequences.ReceiveCount() && !Printer().State().Failed(); ++i) {
         const ReceiveSequence &record = m_parts.sequences.ReceiveAt(i);
         PrintNameAndSequence(i, record.Name, record.Sequence);
         PrintReceiveSequence(record);
@@ -189,9 +190,10 @@ QString MdPrint::Titled(const QString &text) const
     return m_parts.project.ProgramTitle + QLatin1String(" - ") + text;
 }
 
-void MdPrint::ShowFailure()
+void MdPrint::ShowFailure(const Result &printed)
 {
-    m_parts.prompts.ShowMessage(CriticalMessage(QStringLiteral("Error while printing")));
+    m_parts.prompts.ShowMessage(
+        CriticalMessage(QStringLiteral("Error while printing"), printed.Cause()));
 }
 
 ClMyPrinter &MdPrint::Printer()

@@ -45,7 +45,7 @@ class MdPrint final
     void PrintProject();
 
   private:
-    bool PrintCopies();
+    Result PrintCopies();
     void PrintCopy();
     void PrintHeader();
     void PrintSendSequences();
@@ -56,7 +56,7 @@ class MdPrint final
     void PrintEmptyLines(int count);
     /// Behind the program title.
     QString Titled(const QString &text) const;
-    void ShowFailure();
+    void ShowFailure(const Result &printed);
 
     ClMyPrinter &Printer();
 

@@ -22,10 +22,9 @@ class PrintOutput
   public:
     virtual ~PrintOutput() = default;
 
-    /// The printer that was chosen; what is wrong with it shows in its Failure.
+    /// The printer that was chosen; what is wrong with it shows in its State.
     virtual std::unique_ptr<PrinterDevice> MakePrinter(const PrinterChoice &choice) = 0;
 
-    /// Prints all copies in one job. Returns the cause if that fails, else an empty text; a job
-    /// that fails is thrown away.
-    virtual QString PrintView(const ViewPrintout &printout, const PrinterChoice &choice) = 0;
+    /// Prints all copies in one job; one that fails is thrown away.
+    virtual Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice) = 0;
 };

@@ -9,7 +9,7 @@ void PrinterDevice::SetUp(PageOrientation orientation, PrintColour colour)
 {
     m_orientation = orientation;
     m_colour = colour;
-    m_failure.clear();
+    m_state = {};
     LayOutPages();
 }
 
@@ -55,7 +55,7 @@ void PrinterDevice::EndDoc()
 {
     const bool open = m_jobOpen;
     ForgetJob();
-    if (open && m_failure.isEmpty())
+    if (open && !m_state.Failed())
         Keep(FinishJob());
     else if (open)
         DiscardJob();
@@ -70,12 +70,12 @@ void PrinterDevice::KillDoc()
 /// Begins the pages that are due; false if nothing can be drawn.
 bool PrinterDevice::ReachPage()
 {
-    for (; m_pagesDue > 0 && m_failure.isEmpty(); --m_pagesDue) {
+    for (; m_pagesDue > 0 && !m_state.Failed(); --m_pagesDue) {
         m_jobOpen = true;
         Keep(BeginPage());
     }
     m_continued = false;
-    return m_failure.isEmpty();
+    return !m_state.Failed();
 }
 
 void PrinterDevice::ForgetJob()
@@ -85,8 +85,8 @@ void PrinterDevice::ForgetJob()
     m_continued = false;
 }
 
-void PrinterDevice::Keep(const QString &failure)
+void PrinterDevice::Keep(const Result &step)
 {
-    if (m_failure.isEmpty())
-        m_failure = failure;
+    if (!m_state.Failed())
+        m_state = step;
 }

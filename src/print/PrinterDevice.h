@@ -4,6 +4,7 @@
 #pragma once
 
 #include "PrintDialogRequest.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -33,7 +34,7 @@ struct PrinterPicture {
 /// left edge stays. A page is begun when something is drawn on it, so no job ends with an empty
 /// one.
 ///
-/// What fails is kept in Failure; from then on nothing is drawn, and the job is to be killed.
+/// What fails is kept in State; from then on nothing is drawn, and the job is to be killed.
 class PrinterDevice
 {
   public:
@@ -78,26 +79,26 @@ class PrinterDevice
     /// Throws the job away.
     void KillDoc();
 
-    /// Empty while all is well.
-    const QString &Failure() const { return m_failure; }
+    /// The first failure since SetUp.
+    const Result &State() const { return m_state; }
 
   protected:
     /// The pages of the next job, in the orientation and colour set up.
     virtual void LayOutPages() = 0;
-    // What a kind of printer does; each returns the cause if it fails, else an empty text.
+    // What a kind of printer does.
     /// The first page of a job begins it.
-    virtual QString BeginPage() = 0;
+    virtual Result BeginPage() = 0;
     /// The width is the text's.
-    virtual QString DrawText(TwipPoint at, const QString &text, float width) = 0;
-    virtual QString DrawLine(TwipPoint from, TwipPoint to) = 0;
-    virtual QString DrawPicture(const PrinterPicture &picture, const TwipRect &place) = 0;
-    virtual QString FinishJob() = 0;
+    virtual Result DrawText(TwipPoint at, const QString &text, float width) = 0;
+    virtual Result DrawLine(TwipPoint from, TwipPoint to) = 0;
+    virtual Result DrawPicture(const PrinterPicture &picture, const TwipRect &place) = 0;
+    virtual Result FinishJob() = 0;
     virtual void DiscardJob() = 0;
 
   private:
     bool ReachPage();
     void ForgetJob();
-    void Keep(const QString &failure);
+    void Keep(const Result &step);
 
     PageOrientation m_orientation = PageOrientation::Portrait;
     PrintColour m_colour = PrintColour::Colour;
@@ -107,5 +108,5 @@ class PrinterDevice
     bool m_jobOpen = false;
     int m_pagesDue = 1;       ///< to be begun before the next drawing
     bool m_continued = false; ///< the last of them because a line did not fit
-    QString m_failure;
+    Result m_state;
 };

@@ -14,10 +14,10 @@
 namespace
 {
 
-using Apply = QString (*)(CommandLine &, const QString &value);
+using Apply = Result (*)(CommandLine &, const QString &value);
 
-/// One option: how it is written, what it means and what it does. Apply returns what is wrong
-/// with the value, or nothing.
+/// One option: how it is written, what it means and what it does. Apply fails if something is wrong
+/// with the value.
 struct OptionRow {
     const char *name;
     const char *value; ///< name of its value, null if it takes none
@@ -30,72 +30,77 @@ constexpr int HighestPort = 255;
 /// A year; longer runs are a slip of the hand and would overflow a timer.
 constexpr double LongestRunSeconds = 365.0 * 24 * 3600;
 
-QString ApplyPort(CommandLine &line, const QString &value)
+Result ApplyPort(CommandLine &line, const QString &value)
 {
     const qsizetype equals = value.indexOf(u'=');
     const QString device = equals < 0 ? QString() : value.mid(equals + 1);
     bool isNumber = false;
     const int number = value.left(equals).toInt(&isNumber);
     if (device.isEmpty() || !isNumber)
-        return QStringLiteral("it must be of the form N=DEVICE, such as 1=/dev/ttyUSB0");
+        return Failure{QStringLiteral("it must be of the form N=DEVICE, such as 1=/dev/ttyUSB0")};
     if (number < LowestPort || number > HighestPort)
-        return QStringLiteral("COM numbers go from 1 to 255");
+        return Failure{QStringLiteral("COM numbers go from 1 to 255")};
     line.ports[number] = device;
     return {};
 }
 
-QString ApplyMode(CommandLine &line, const QString &value)
+Result ApplyMode(CommandLine &line, const QString &value)
 {
     if (value != u"0" && value != u"1" && value != u"2")
-        return QStringLiteral("it must be 0, 1 or 2");
+        return Failure{QStringLiteral("it must be 0, 1 or 2")};
     line.mode = CommMode(value.toInt());
     return {};
 }
 
-QString ApplySettings(CommandLine &line, const QString &value)
+Result ApplySettings(CommandLine &line, const QString &value)
 {
     line.line = ParseLineSettings(value);
-    return line.line ? QString()
-                     : QStringLiteral("it must be of the form 9600,N,8,1: baud rate, parity E, M, "
-                                      "N, O or S, data bits 4 to 8, stop bits 1, 1.5 or 2");
+    if (line.line)
+        return {};
+    return Failure{QStringLiteral("it must be of the form 9600,N,8,1: baud rate, parity E, M, N, O "
+                                  "or S, data bits 4 to 8, stop bits 1, 1.5 or 2")};
 }
 
-QString ApplyQuitAfter(CommandLine &line, const QString &value)
+Result ApplyQuitAfter(CommandLine &line, const QString &value)
 {
     bool isNumber = false;
     const double seconds = value.toDouble(&isNumber);
     if (!isNumber || !std::isfinite(seconds) || seconds < 0 || seconds > LongestRunSeconds)
-        return QStringLiteral("it must be a number of seconds");
+        return Failure{QStringLiteral("it must be a number of seconds")};
     line.quitAfterSeconds = seconds;
     return {};
 }
 
-QString ApplyScreenshot(CommandLine &line, const QString &value)
+Result MustNameAFile(bool names)
+{
+    return names ? Result() : Failure{QStringLiteral("it must name a file")};
+}
+
+Result ApplyScreenshot(CommandLine &line, const QString &value)
 {
     line.screenshot = value;
-    return value.isEmpty() ? QStringLiteral("it must name a file") : QString();
+    return MustNameAFile(!value.isEmpty());
 }
 
-QString ApplyLog(CommandLine &line, const QString &value)
+Result ApplyLog(CommandLine &line, const QString &value)
 {
     line.log = value;
-    return PathParts::FileName(value).trimmed().isEmpty() ? QStringLiteral("it must name a file")
-                                                          : QString();
+    return MustNameAFile(!PathParts::FileName(value).trimmed().isEmpty());
 }
 
-template <auto Flag> QString ApplyFlag(CommandLine &line, const QString &)
+template <auto Flag> Result ApplyFlag(CommandLine &line, const QString &)
 {
     line.*Flag = true;
     return {};
 }
 
-QString ApplyHelp(CommandLine &line, const QString &)
+Result ApplyHelp(CommandLine &line, const QString &)
 {
     line.action = CommandLine::Action::ShowHelp;
     return {};
 }
 
-QString ApplyVersion(CommandLine &line, const QString &)
+Result ApplyVersion(CommandLine &line, const QString &)
 {
     line.action = CommandLine::Action::ShowVersion;
     return {};
@@ -136,6 +141,16 @@ QString NameOf(const OptionRow &row)
     return QString::fromLatin1(row.name);
 }
 
+/// What no option can tell by itself.
+Result CheckWhole(const CommandLine &line, const QStringList &projects)
+{
+    if (line.overwrite && line.log.isEmpty())
+        return Failure{QStringLiteral("--overwrite has a meaning only together with --log")};
+    if (projects.size() > 1)
+        return Failure{QStringLiteral("one project file at most: %1").arg(projects.join(u' '))};
+    return {};
+}
+
 } // namespace
 
 ParsedCommandLine ParseCommandLine(const QStringList &arguments)
@@ -149,7 +164,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
 
     ParsedCommandLine parsed;
     if (!parser.parse(arguments)) {
-        parsed.error = parser.errorText();
+        parsed.result = Failure{parser.errorText()};
         return parsed;
     }
     for (const OptionRow &row : OptionRows) {
@@ -157,16 +172,15 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
             continue;
         const QStringList values = row.value ? parser.values(NameOf(row)) : QStringList(QString());
         for (const QString &value : values) {
-            const QString wrong = row.apply(parsed.line, value);
-            if (!wrong.isEmpty() && parsed.error.isEmpty())
-                parsed.error = QStringLiteral("--%1 %2: %3").arg(NameOf(row), value, wrong);
+            const Result applied = row.apply(parsed.line, value);
+            if (applied.Failed() && !parsed.result.Failed())
+                parsed.result =
+                    Failure{QStringLiteral("--%1 %2: %3").arg(NameOf(row), value, applied.Cause())};
         }
     }
     const QStringList projects = parser.positionalArguments();
-    if (parsed.error.isEmpty() && parsed.line.overwrite && parsed.line.log.isEmpty())
-        parsed.error = QStringLiteral("--overwrite has a meaning only together with --log");
-    if (parsed.error.isEmpty() && projects.size() > 1)
-        parsed.error = QStringLiteral("one project file at most: %1").arg(projects.join(u' '));
+    if (!parsed.result.Failed())
+        parsed.result = CheckWhole(parsed.line, projects);
     parsed.line.project = projects.value(0);
     return parsed;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CommConfiguration.h"
+#include "Result.h"
 
 #include <QHash>
 #include <QString>
@@ -30,10 +31,10 @@ struct CommandLine {
     bool Unattended() const { return quitAfterSeconds.has_value(); }
 };
 
-/// A command line, or the sentence that says what is wrong with it.
+/// A command line, and whether it makes sense; the cause of a failure is a sentence.
 struct ParsedCommandLine {
     CommandLine line;
-    QString error;
+    Result result{};
 };
 
 /// Reads the arguments, the program's own name first. Options of the toolkit, such as -platform,

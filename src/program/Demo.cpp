@@ -22,10 +22,10 @@ constexpr LineSettings DemoLine = {};
 std::unique_ptr<DemoInstrument> AttachDemo(const DemoParts &parts, CommMode mode)
 {
     auto demo = std::make_unique<DemoInstrument>(mode);
-    if (!demo->ErrorText().isEmpty()) {
+    if (demo->State().Failed()) {
         parts.prompts.ShowMessage(
             CriticalMessage(QStringLiteral("The simulated instrument could not be attached. ") +
-                            demo->ErrorText()));
+                            demo->State().Cause()));
         return nullptr;
     }
     parts.comm.run = {mode, DemoLine, DemoPortA, DemoPortB};

@@ -33,7 +33,7 @@ QString FormatAsNumber(const QString &hexLiteral)
 
 bool Starts(Shell &shell, const ProgramCall &call)
 {
-    return shell.Start(call).isEmpty();
+    return !shell.Start(call).Failed();
 }
 
 bool TryToStart(SystemRegistry &registry, Shell &shell)

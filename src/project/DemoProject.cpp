@@ -25,9 +25,8 @@ void FillDemoProject(MdSequenceEdition &sequences)
     // The static library brings its resources only to those who ask for them.
     Q_INIT_RESOURCE(demo);
     FieldReader fields(DemoFile());
-    const ProjectFile::Result failure = ProjectFile::ReadProject(sequences, fields);
-    Q_ASSERT(!failure);
-    Q_UNUSED(failure)
+    const Result read = ProjectFile::ReadProject(sequences, fields);
+    Q_ASSERT(!read.Failed());
     for (int i = 0; i < sequences.ReceiveCount(); ++i)
         sequences.RefreshAnswerName(i);
 }

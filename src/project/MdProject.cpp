@@ -97,7 +97,9 @@ void MdProject::LoadChosen(const QString &path)
     else if (isProject || !QFileInfo::exists(path))
         Load({}, path);
     else
-        ShowFailure(QStringLiteral("Errow while loading the project"));
+        ShowFailure(Failure{QStringLiteral("The name does not end in ") + Extension, 0,
+                            QStringLiteral("Errow while loading the project")},
+                    path);
 }
 
 bool MdProject::SaveProject()
@@ -177,29 +179,29 @@ void MdProject::Load(const Names &names, const QString &path)
 {
     m_parts.communication.ClosePorts();
     m_window->SetBusy(true);
-    const auto failure = ProjectFile::LoadProject(m_parts.sequences, m_parts.files, path);
+    const Result loaded = ProjectFile::LoadProject(m_parts.sequences, m_parts.files, path);
     m_window->SetBusy(false);
-    NameProject(failure ? Names{} : names);
+    NameProject(loaded.Failed() ? Names{} : names);
     m_window->RefreshLists();
     const bool anyLeft = m_parts.sequences.SendCount() + m_parts.sequences.ReceiveCount() > 0;
-    m_window->SetProjectModified(failure && anyLeft);
-    if (failure)
-        ShowFailure(failure->message);
+    m_window->SetProjectModified(loaded.Failed() && anyLeft);
+    if (loaded.Failed())
+        ShowFailure(loaded, path);
     else if (!names.name.isEmpty())
         Remember(names);
 }
 
 bool MdProject::Save(const Names &names)
 {
+    const QString path = ProjectFile::PathOf(names.folder, names.name);
     m_window->SetBusy(true);
-    const auto failure = ProjectFile::SaveProject(m_parts.sequences, m_parts.files,
-                                                  ProjectFile::PathOf(names.folder, names.name));
+    const Result saved = ProjectFile::SaveProject(m_parts.sequences, m_parts.files, path);
     m_window->SetBusy(false);
-    if (failure)
-        ShowFailure(failure->message);
+    if (saved.Failed())
+        ShowFailure(saved, path);
     else
         m_window->SetProjectModified(false);
-    return !failure;
+    return !saved.Failed();
 }
 
 void MdProject::NameProject(const Names &names)
@@ -215,12 +217,18 @@ void MdProject::Remember(const Names &names)
 {
     RecentProjects::UpdateRecentProjects(m_parts.store, names.folder + names.name);
     ShowRecentProjects();
-    const QString fault = m_parts.store.Flush();
-    if (!fault.isEmpty())
-        ShowFailure(QStringLiteral("The list of recent projects could not be saved. ") + fault);
+    if (const Result stored = m_parts.store.Flush(); stored.Failed())
+        ShowFailure(QStringLiteral("The list of recent projects could not be saved. ") +
+                    stored.Cause());
 }
 
 void MdProject::ShowFailure(const QString &message)
 {
     m_parts.prompts.ShowMessage(CriticalMessage(message));
+}
+
+/// Of a project file.
+void MdProject::ShowFailure(const Result &result, const QString &path)
+{
+    m_parts.prompts.ShowMessage(CriticalMessage(result.Message(), path + u'\n' + result.Cause()));
 }

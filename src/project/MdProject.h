@@ -9,6 +9,7 @@ class MdCommunication;
 class MdSequenceEdition;
 class OpenFiles;
 class ProjectWindow;
+class Result;
 class SettingsStore;
 class UserPrompts;
 struct ProjectState;
@@ -68,6 +69,7 @@ class MdProject
     void NameProject(const Names &names);
     void Remember(const Names &names);
     void ShowFailure(const QString &message);
+    void ShowFailure(const Result &result, const QString &path);
 
     ProjectParts m_parts;
     ProjectWindow *m_window = nullptr;

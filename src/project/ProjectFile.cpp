@@ -15,9 +15,6 @@
 namespace
 {
 
-using ProjectFile::Failure;
-using ProjectFile::Result;
-
 constexpr QByteArrayView VersionKeyword = "VERSION";
 constexpr QByteArrayView SendKeyword = "SEND";
 constexpr QByteArrayView ReceiveKeyword = "RECEIVE";
@@ -26,35 +23,24 @@ constexpr int WrittenVersion = 3;
 constexpr int FirstVersionWithActive = 2;
 constexpr int FirstVersionWithComment = 3;
 
-Failure LoadFailure(const QString &cause)
+/// The file could not be read or written.
+Failure LoadFailure(const Result &file)
 {
-    return {QStringLiteral("Errow while loading the project"), cause};
+    return {file.Cause(), file.Number(),
+            file.Number() == FileAlreadyOpen
+                ? QStringLiteral("Could not load project. File already in use.")
+                : QStringLiteral("Errow while loading the project")};
 }
 
-Failure LoadFailure(const FileFailure &failure)
+Failure SaveFailure(const Result &file)
 {
-    if (failure.inUse) {
-        return {QStringLiteral("Could not load project. File already in use."),
-                failure.description};
-    }
-    return LoadFailure(failure.description);
+    return {file.Cause(), file.Number(), QStringLiteral("Error while saving the project file")};
 }
 
-Failure NotAProject()
+/// A line of the file is to blame.
+Failure LineFailure(const QString &message, qsizetype line, const QString &cause)
 {
-    return {QStringLiteral("Error while loading the project"),
-            QStringLiteral("The first line is not VERSION")};
-}
-
-Failure UnknownVersion(int version)
-{
-    return {QStringLiteral("Unknown project file version"),
-            QStringLiteral("The version is %1").arg(version)};
-}
-
-Failure SaveFailure(const FileFailure &failure)
-{
-    return {QStringLiteral("Error while saving the project file"), failure.description};
+    return {QStringLiteral("Line %1: %2").arg(line).arg(cause), 0, message};
 }
 
 /// The text without blanks at both ends.
@@ -98,28 +84,30 @@ class RecordReader
     Result ReadAll()
     {
         if (Trimmed(m_fields.ReadInfo()) != VersionKeyword)
-            return NotAProject();
-        Result failure;
-        m_version = ReadNumber("The version", failure);
-        while (!failure && !m_fields.EndOfFile()) {
+            return LineFailure(QStringLiteral("Error while loading the project"), m_fields.Line(),
+                               QStringLiteral("The first line is not VERSION"));
+        Result read;
+        m_version = ReadNumber("The version", read);
+        m_versionLine = m_fields.Line();
+        while (!read.Failed() && !m_fields.EndOfFile()) {
             const QByteArray line = m_fields.ReadInfo();
             if (line == SendKeyword)
-                failure = ReadSend();
+                read = ReadSend();
             else if (line == ReceiveKeyword)
-                failure = ReadReceive();
+                read = ReadReceive();
         }
-        return failure;
+        return read;
     }
 
   private:
     Result ReadSend()
     {
-        Result failure = CheckRecord(m_sequences.SendCount());
-        const int index = ReadIndex(failure);
+        Result read = CheckRecord(m_sequences.SendCount());
+        const int index = ReadIndex(read);
         const QByteArray name = m_fields.ReadInfo();
-        const QByteArray sequence = ReadSequence(failure);
-        if (failure)
-            return failure;
+        const QByteArray sequence = ReadSequence(read);
+        if (read.Failed())
+            return read;
         SendSequence record = m_sequences.SendAt(index);
         record.Name = name;
         record.Sequence = sequence;
@@ -129,16 +117,16 @@ class RecordReader
 
     Result ReadReceive()
     {
-        Result failure = CheckRecord(m_sequences.ReceiveCount());
-        const int index = ReadIndex(failure);
+        Result read = CheckRecord(m_sequences.ReceiveCount());
+        const int index = ReadIndex(read);
         const QByteArray name = m_fields.ReadInfo();
-        const QByteArray sequence = ReadSequence(failure);
-        const qint16 answer = ReadNumber("An answer", failure);
+        const QByteArray sequence = ReadSequence(read);
+        const qint16 answer = ReadNumber("An answer", read);
         qint16 active = 1;
         if (m_version >= FirstVersionWithActive)
-            active = ReadNumber("An active flag", failure);
-        if (failure)
-            return failure;
+            active = ReadNumber("An active flag", read);
+        if (read.Failed())
+            return read;
         ReceiveSequence record = m_sequences.ReceiveAt(index);
         record.Name = name;
         record.Sequence = sequence;
@@ -154,41 +142,48 @@ class RecordReader
     Result CheckRecord(int count) const
     {
         if (m_version < 1 || m_version > WrittenVersion)
-            return UnknownVersion(m_version);
+            return LineFailure(QStringLiteral("Unknown project file version"), m_versionLine,
+                               QStringLiteral("The version is %1").arg(m_version));
         if (count >= MdSequenceEdition::Capacity)
-            return LoadFailure(QStringLiteral("There are too many records"));
+            return Bad(QStringLiteral("There are too many records"));
         return {};
     }
 
     /// The readers below keep the first failure and read nothing once there is one.
-    qint16 ReadNumber(const char *what, Result &failure)
+    qint16 ReadNumber(const char *what, Result &read)
     {
-        if (failure)
+        if (read.Failed())
             return 0;
         const auto number = WholeNumber(m_fields.ReadInfo());
-        if (!number) {
-            failure = LoadFailure(
-                QStringLiteral("%1 is not a whole 16-bit number").arg(QLatin1StringView(what)));
-        }
+        if (!number)
+            read =
+                Bad(QStringLiteral("%1 is not a whole 16-bit number").arg(QLatin1StringView(what)));
         return number.value_or(0);
     }
 
-    int ReadIndex(Result &failure)
+    int ReadIndex(Result &read)
     {
-        const int index = ReadNumber("An index", failure);
-        if (!failure && (index < 0 || index >= MdSequenceEdition::Capacity))
-            failure = LoadFailure(QStringLiteral("There is no record %1").arg(index));
+        const int index = ReadNumber("An index", read);
+        if (!read.Failed() && (index < 0 || index >= MdSequenceEdition::Capacity))
+            read = Bad(QStringLiteral("There is no record %1").arg(index));
         return index;
     }
 
-    QByteArray ReadSequence(Result &failure)
+    QByteArray ReadSequence(Result &read)
     {
-        if (failure)
+        if (read.Failed())
             return {};
         const auto sequence = DecimalListToSeq(m_fields.ReadInfo());
         if (!sequence)
-            failure = LoadFailure(QStringLiteral("A byte is not in the range 0 to 255"));
+            read = Bad(QStringLiteral("A byte is not in the range 0 to 255"));
         return sequence.value_or(QByteArray());
+    }
+
+    /// What was read last makes no sense.
+    Failure Bad(const QString &cause) const
+    {
+        return LineFailure(QStringLiteral("Errow while loading the project"), m_fields.Line(),
+                           cause);
     }
 
     /// The keyword and the blank behind it are not looked at more closely than this.
@@ -201,6 +196,7 @@ class RecordReader
     MdSequenceEdition &m_sequences;
     FieldReader &m_fields;
     int m_version = 0;
+    qsizetype m_versionLine = 0;
 };
 
 void WriteLine(ClOutputFile &file, QByteArrayView text)
@@ -245,8 +241,8 @@ QString PathOf(const QString &folder, const QString &name)
 Result SaveProject(const MdSequenceEdition &sequences, OpenFiles &files, const QString &path)
 {
     ClOutputFile file(files);
-    if (const FileResult failure = file.OpenForReplacing(path))
-        return SaveFailure(*failure);
+    if (const Result opened = file.OpenForReplacing(path); opened.Failed())
+        return SaveFailure(opened);
     WriteLine(file, VersionKeyword);
     WriteLine(file, QByteArray::number(WrittenVersion));
     file.NextLine();
@@ -254,8 +250,8 @@ Result SaveProject(const MdSequenceEdition &sequences, OpenFiles &files, const Q
         WriteSend(file, i, sequences.SendAt(i));
     for (int i = 0; i < sequences.ReceiveCount(); ++i)
         WriteReceive(file, i, sequences.ReceiveAt(i));
-    if (const FileResult failure = file.Commit())
-        return SaveFailure(*failure);
+    if (const Result saved = file.Commit(); saved.Failed())
+        return SaveFailure(saved);
     return {};
 }
 
@@ -263,8 +259,8 @@ Result LoadProject(MdSequenceEdition &sequences, OpenFiles &files, const QString
 {
     sequences.ClearProject();
     ClInputFile file(files);
-    if (const FileResult failure = file.OpenFile(path))
-        return LoadFailure(*failure);
+    if (const Result opened = file.OpenFile(path); opened.Failed())
+        return LoadFailure(opened);
     return ReadProject(sequences, file.Fields());
 }
 

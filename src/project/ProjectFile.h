@@ -3,27 +3,17 @@
 
 #pragma once
 
-#include <QString>
-
-#include <optional>
+#include "Result.h"
 
 class FieldReader;
 class MdSequenceEdition;
 class OpenFiles;
 
 /// Project files: how they are written (version 3) and read (versions 1 to 3).
-/// docs/project-format.md describes the format.
+/// docs/project-format.md describes the format. A failure has both a message for the user and the
+/// cause behind it, which names the line of the file where one is to blame.
 namespace ProjectFile
 {
-
-/// Why a project was not saved or not loaded.
-struct Failure {
-    QString message; ///< for the user, complete
-    QString cause;   ///< what was behind it, in the system's words or our own
-};
-
-/// Empty means success.
-using Result = std::optional<Failure>;
 
 /// The file of a project: folder (with trailing separator), name and extension. Without a name the
 /// folder is the whole path up to the extension.

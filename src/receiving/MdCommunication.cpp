@@ -13,6 +13,8 @@
 
 #include <QScopedValueRollback>
 
+#include <functional>
+
 namespace
 {
 
@@ -23,16 +25,16 @@ constexpr int TextInputMode = 0;
 /// A read takes everything that is waiting.
 constexpr int ReadAll = 0;
 
-QString OpenFailureText(int portNumber, const PortFailure &failure)
+QString OpenFailureText(int portNumber, const Result &opened)
 {
     QString text = QStringLiteral("The port COM%1 could not be opened. ").arg(portNumber);
-    if (failure.number == RefusedLineSettings) {
+    if (opened.Number() == RefusedLineSettings) {
         text += QStringLiteral(
             " Probable cause: This COM port does not support the communication settings specified "
             "(baud rate, number of data bits, number of stop bits). ");
     }
     text += QStringLiteral("The system's original error message is: ");
-    return text + u'"' + failure.description + u'"';
+    return text + u'"' + opened.Cause() + u'"';
 }
 
 } // namespace
@@ -86,26 +88,24 @@ bool MdCommunication::OpenPortsOfMode()
 
 bool MdCommunication::ConfigurePort(SerialPortControl &port, Channel channel)
 {
-    PortResult failure = port.SetCommPort(PortNumber(channel));
-    if (!failure)
-        failure = port.SetSettings(m_parts.comm.PortSettings());
-    if (!failure)
-        failure = port.SetRThreshold(ReceiveThreshold);
-    if (!failure)
-        failure = port.SetRTSEnable(true);
-    if (!failure)
-        failure = port.SetInputMode(TextInputMode);
-    if (!failure)
-        failure = port.SetInBufferSize(OverflowCount);
-    if (!failure)
-        failure = port.SetInputLen(ReadAll);
-    if (!failure)
-        failure = port.SetPortOpen(true);
-    if (failure) {
-        m_parts.prompts.ShowMessage(
-            CriticalMessage(OpenFailureText(PortNumber(channel), *failure)));
+    const std::function<Result()> steps[] = {
+        [&] { return port.SetCommPort(PortNumber(channel)); },
+        [&] { return port.SetSettings(m_parts.comm.PortSettings()); },
+        [&] { return port.SetRThreshold(ReceiveThreshold); },
+        [&] { return port.SetRTSEnable(true); },
+        [&] { return port.SetInputMode(TextInputMode); },
+        [&] { return port.SetInBufferSize(OverflowCount); },
+        [&] { return port.SetInputLen(ReadAll); },
+        [&] { return port.SetPortOpen(true); },
+    };
+    for (const auto &step : steps) {
+        if (const Result done = step(); done.Failed()) {
+            m_parts.prompts.ShowMessage(
+                CriticalMessage(OpenFailureText(PortNumber(channel), done)));
+            return false;
+        }
     }
-    return !failure;
+    return true;
 }
 
 void MdCommunication::ClosePorts()
@@ -134,17 +134,17 @@ bool MdCommunication::ClosePortsOfMode()
 
 bool MdCommunication::ClosePort(SerialPortControl &port)
 {
-    return !port.SetPortOpen(false);
+    return !port.SetPortOpen(false).Failed();
 }
 
 void MdCommunication::SendData(SerialPortControl &port, const QByteArray &bytes)
 {
     if (!port.PortOpen())
         return;
-    const PortResult failure = port.Output(bytes);
-    if (!failure)
+    const Result sent = port.Output(bytes);
+    if (!sent.Failed())
         return;
-    const MessagePrompt report = ExclamationMessage(failure->description);
+    const MessagePrompt report = ExclamationMessage(sent.Cause());
     if (m_receiving)
         m_reports.Post(report);
     else

@@ -179,20 +179,23 @@ constexpr std::array SettingRows = {
     SettingRow{LogFile, "Folder", Field<&StoredSettings::log, &LogSettings::Folder>, ""},
 };
 
+/// A stored text that does not convert to the type of its setting. What it should be is a noun,
+/// such as "a whole number from -32768 to 32767".
+Failure BadSetting(const QString &section, const QString &key, const QString &text,
+                   const QString &wanted)
+{
+    return {QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
+                           "not %4. Correct or delete it, then start again.")
+                .arg(section, key, text, wanted)};
+}
+
 } // namespace
 
 namespace ProgramSettings
 {
 
-QString BadSetting::Message() const
-{
-    return QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
-                          "not %4. Correct or delete it, then start again.")
-        .arg(section, key, text, wanted);
-}
-
-std::optional<BadSetting> LoadSettings(const SettingsStore &store, const StoredSettings &settings,
-                                       MdSequenceEdition &sequences)
+Result LoadSettings(const SettingsStore &store, const StoredSettings &settings,
+                    MdSequenceEdition &sequences)
 {
     sequences.ActivateAll();
     for (const SettingRow &row : SettingRows) {
@@ -205,14 +208,14 @@ std::optional<BadSetting> LoadSettings(const SettingsStore &store, const StoredS
         if (!text || !field)
             continue;
         if (!ReadSetting(*text, *field))
-            return BadSetting{section, key, *text, WantedText(*field)};
+            return BadSetting(section, key, *text, WantedText(*field));
         if (const auto inForce = row.inForce ? row.inForce(settings) : std::nullopt)
             ReadSetting(*text, *inForce);
     }
-    return std::nullopt;
+    return {};
 }
 
-QString SaveSettings(SettingsStore &store, const StoredSettings &settings, bool minimised)
+Result SaveSettings(SettingsStore &store, const StoredSettings &settings, bool minimised)
 {
     for (const SettingRow &row : SettingRows) {
         const std::optional<SettingField> field = row.field(settings);

@@ -22,6 +22,15 @@ QString KindOf(const MessagePrompt &prompt)
     }
 }
 
+/// The details stand behind the text, in brackets.
+QString OneLine(const MessagePrompt &prompt)
+{
+    QString line = prompt.text;
+    if (!prompt.details.isEmpty())
+        line += QStringLiteral(" (%1)").arg(prompt.details.split(u'\n').join(QLatin1String("; ")));
+    return line.replace(u'\r', u' ').replace(u'\n', u' ');
+}
+
 QString AnswerText(PromptAnswer answer)
 {
     switch (answer) {
@@ -42,9 +51,7 @@ QString AnswerText(PromptAnswer answer)
 PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 {
     NoteIcon(prompt.icon);
-    QString line = prompt.text;
-    line.replace(u'\r', u' ').replace(u'\n', u' ');
-    m_out << KindOf(prompt) << ": " << line;
+    m_out << KindOf(prompt) << ": " << OneLine(prompt);
     if (prompt.buttons != PromptButtons::Ok)
         m_out << " -> " << AnswerText(prompt.defaultAnswer);
     m_out << '\n' << Qt::flush;

@@ -8,8 +8,8 @@
 #include <QHash>
 #include <QTextStream>
 
-/// Prompts of an unattended run: each message is one line of text, each question gets its default
-/// answer, so nothing waits for a hand.
+/// Prompts of an unattended run: each message is one line of text with its details, each question
+/// gets its default answer, so nothing waits for a hand.
 class ConsolePrompts final : public UserPrompts
 {
   public:

@@ -34,6 +34,12 @@ termios RawSettings()
     return settings;
 }
 
+/// Called right after the system call that failed.
+Failure SystemFailure()
+{
+    return {qt_error_string(errno)};
+}
+
 bool SomebodyListens(int master)
 {
     pollfd state{master, 0, 0};
@@ -53,11 +59,11 @@ void Drain(int master)
 DemoInstrument::DemoInstrument(CommMode mode) : m_mode(mode)
 {
     const size_t channels = mode == CommMode::SendReceive ? 1 : 2;
-    bool made = pipe2(m_stopPipe.data(), O_CLOEXEC) == 0;
-    while (made && m_lines.size() < channels)
-        made = AddLine();
-    if (!made) {
-        m_errorText = qt_error_string(errno);
+    if (pipe2(m_stopPipe.data(), O_CLOEXEC) != 0)
+        m_state = SystemFailure();
+    while (!m_state.Failed() && m_lines.size() < channels)
+        m_state = AddLine();
+    if (m_state.Failed()) {
         CloseAll();
         return;
     }
@@ -81,19 +87,21 @@ QString DemoInstrument::DevicePath(int channel) const
     return m_lines[size_t(channel)].path;
 }
 
-bool DemoInstrument::AddLine()
+Result DemoInstrument::AddLine()
 {
     const termios settings = RawSettings();
     int master = -1;
     int slave = -1;
     if (openpty(&master, &slave, nullptr, &settings, nullptr) != 0)
-        return false;
+        return SystemFailure();
     const char *path = ttyname(slave);
     m_lines.push_back({master, QString::fromLocal8Bit(path), false, {}});
     // From this close on the master tells whether somebody has the device open.
     close(slave);
-    return path != nullptr && fcntl(master, F_SETFD, FD_CLOEXEC) == 0 &&
-           fcntl(master, F_SETFL, O_NONBLOCK) == 0;
+    if (path == nullptr || fcntl(master, F_SETFD, FD_CLOEXEC) != 0 ||
+        fcntl(master, F_SETFL, O_NONBLOCK) != 0)
+        return SystemFailure();
+    return {};
 }
 
 void DemoInstrument::CloseAll()

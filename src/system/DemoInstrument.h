@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CommSettings.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>
@@ -28,11 +29,12 @@ class DemoInstrument
     DemoInstrument(const DemoInstrument &) = delete;
     DemoInstrument &operator=(const DemoInstrument &) = delete;
 
-    /// Device to open for channel 0 or 1; empty if the mode has no such channel, or on failure.
+    /// Device to open for channel 0 or 1; empty if the mode has no such channel, or if there is no
+    /// instrument.
     QString DevicePath(int channel) const;
 
-    /// Why there is no instrument; empty if it runs.
-    QString ErrorText() const { return m_errorText; }
+    /// Whether the instrument runs.
+    const Result &State() const { return m_state; }
 
   private:
     /// The instruments' end of one pair. Only the path is read outside the thread.
@@ -43,7 +45,7 @@ class DemoInstrument
         QByteArray received; ///< a line that is not complete yet
     };
 
-    bool AddLine();
+    Result AddLine();
     void CloseAll();
     void Run();
     bool NoticeListeners();
@@ -57,7 +59,7 @@ class DemoInstrument
     void Answer(const Line &line, const QByteArray &request);
 
     const CommMode m_mode;
-    QString m_errorText;
+    Result m_state;
     std::vector<Line> m_lines;
     std::array<int, 2> m_stopPipe{-1, -1}; ///< a closed writing end tells the thread to end
     QElapsedTimer m_sinceOpened;

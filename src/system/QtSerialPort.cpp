@@ -19,11 +19,6 @@ namespace
 
 constexpr int HighestCommPort = 255;
 
-PortResult Failure(const QString &description, int number = 0)
-{
-    return PortFailure{number, description};
-}
-
 QString NoDevice(int comNumber)
 {
     return QStringLiteral("COM%1 has no device; give it one with --port %1=DEVICE or in the "
@@ -57,52 +52,52 @@ QtSerialPort::~QtSerialPort()
 }
 
 template <typename Value>
-PortResult QtSerialPort::Set(Value &property, const Value &value, bool inRange)
+Result QtSerialPort::Set(Value &property, const Value &value, bool inRange)
 {
     if (m_open)
-        return Failure(QStringLiteral("COM%1 is open").arg(m_commPort));
+        return Failure{QStringLiteral("COM%1 is open").arg(m_commPort)};
     if (!inRange)
-        return Failure(QStringLiteral("%1 is out of range").arg(value));
+        return Failure{QStringLiteral("%1 is out of range").arg(value)};
     property = value;
     return {};
 }
 
-PortResult QtSerialPort::SetCommPort(int number)
+Result QtSerialPort::SetCommPort(int number)
 {
     return Set(m_commPort, number, number >= 1 && number <= HighestCommPort);
 }
 
-PortResult QtSerialPort::SetSettings(const QString &settings)
+Result QtSerialPort::SetSettings(const QString &settings)
 {
     return Set(m_settings, settings, true);
 }
 
-PortResult QtSerialPort::SetRThreshold(int bytes)
+Result QtSerialPort::SetRThreshold(int bytes)
 {
     return Set(m_rThreshold, bytes, bytes >= 0);
 }
 
-PortResult QtSerialPort::SetRTSEnable(bool on)
+Result QtSerialPort::SetRTSEnable(bool on)
 {
     return Set(m_rtsEnable, on, true);
 }
 
-PortResult QtSerialPort::SetInputMode(int mode)
+Result QtSerialPort::SetInputMode(int mode)
 {
     return Set(m_inputMode, mode, mode == 0);
 }
 
-PortResult QtSerialPort::SetInBufferSize(int bytes)
+Result QtSerialPort::SetInBufferSize(int bytes)
 {
     return Set(m_inBufferSize, bytes, bytes >= 2);
 }
 
-PortResult QtSerialPort::SetInputLen(int bytes)
+Result QtSerialPort::SetInputLen(int bytes)
 {
     return Set(m_inputLen, bytes, bytes >= 0);
 }
 
-PortResult QtSerialPort::SetPortOpen(bool open)
+Result QtSerialPort::SetPortOpen(bool open)
 {
     if (open == m_open)
         return {};
@@ -117,40 +112,40 @@ PortResult QtSerialPort::SetPortOpen(bool open)
     return {};
 }
 
-PortResult QtSerialPort::Open()
+Result QtSerialPort::Open()
 {
     const QString alias = m_devices.DeviceOf(m_commPort);
     if (alias.isEmpty())
-        return Failure(NoDevice(m_commPort));
+        return Failure{NoDevice(m_commPort)};
     const QString device = SerialDevice::CanonicalName(alias);
     if (device.isEmpty())
-        return Failure(QStringLiteral("There is no device %1").arg(alias));
+        return Failure{QStringLiteral("There is no device %1").arg(alias)};
     if (const int user = m_hub.UserOf(device); user != 0)
-        return Failure(
-            QStringLiteral("%1 is already open in this program as COM%2").arg(device).arg(user));
+        return Failure{
+            QStringLiteral("%1 is already open in this program as COM%2").arg(device).arg(user)};
     return OpenDevice(device, alias);
 }
 
-PortResult QtSerialPort::OpenDevice(const QString &device, const QString &alias)
+Result QtSerialPort::OpenDevice(const QString &device, const QString &alias)
 {
     const auto line = ParseLineSettings(m_settings);
     if (!line)
-        return Failure(QStringLiteral("The settings %1 do not have the form of 9600,N,8,1 (baud "
+        return Failure{QStringLiteral("The settings %1 do not have the form of 9600,N,8,1 (baud "
                                       "rate, parity, data bits, stop bits)")
                            .arg(m_settings),
-                       RefusedLineSettings);
+                       RefusedLineSettings};
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    PortResult result;
+    Result opened;
     QMetaObject::invokeMethod(
         m_worker,
         [&] {
-            result = m_worker->Open({device, alias, *line, m_rtsEnable});
+            opened = m_worker->Open({device, alias, *line, m_rtsEnable});
         },
         Qt::BlockingQueuedConnection);
-    if (result)
-        return result;
+    if (opened.Failed())
+        return opened;
     m_hub.Claim(device, m_commPort);
     m_device = device;
     m_open = true;
@@ -175,14 +170,14 @@ QByteArray QtSerialPort::Input()
     return taken;
 }
 
-PortResult QtSerialPort::Output(const QByteArray &bytes)
+Result QtSerialPort::Output(const QByteArray &bytes)
 {
     if (!m_open)
-        return Failure(QStringLiteral("COM%1 is not open").arg(m_commPort));
+        return Failure{QStringLiteral("COM%1 is not open").arg(m_commPort)};
     if (!m_worker->TryReserve(bytes.size()))
-        return Failure(QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
+        return Failure{QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
                            .arg(m_commPort)
-                           .arg(m_worker->UnsentBytes()));
+                           .arg(m_worker->UnsentBytes())};
     QMetaObject::invokeMethod(
         m_worker, [worker = m_worker, bytes] { worker->Write(bytes); }, Qt::QueuedConnection);
     return {};

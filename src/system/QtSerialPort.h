@@ -24,22 +24,22 @@ class QtSerialPort final : public SerialPortControl, private ArrivalPort
     QtSerialPort(SerialPortHub &hub, const PortDevices &devices, QObject *parent = nullptr);
     ~QtSerialPort() override;
 
-    PortResult SetCommPort(int number) override;
-    PortResult SetSettings(const QString &settings) override;
-    PortResult SetRThreshold(int bytes) override;
-    PortResult SetRTSEnable(bool on) override;
-    PortResult SetInputMode(int mode) override;
-    PortResult SetInBufferSize(int bytes) override;
-    PortResult SetInputLen(int bytes) override;
+    Result SetCommPort(int number) override;
+    Result SetSettings(const QString &settings) override;
+    Result SetRThreshold(int bytes) override;
+    Result SetRTSEnable(bool on) override;
+    Result SetInputMode(int mode) override;
+    Result SetInBufferSize(int bytes) override;
+    Result SetInputLen(int bytes) override;
 
-    PortResult SetPortOpen(bool open) override;
+    Result SetPortOpen(bool open) override;
     bool PortOpen() const override { return m_open; }
 
     int InBufferCount() const override { return int(m_inBuffer.size()); }
     void ClearInBuffer() override { m_inBuffer.clear(); }
     QByteArray Input() override;
 
-    PortResult Output(const QByteArray &bytes) override;
+    Result Output(const QByteArray &bytes) override;
 
     int CommEvent() const override { return m_commEvent; }
 
@@ -48,9 +48,9 @@ class QtSerialPort final : public SerialPortControl, private ArrivalPort
     void RaiseDisconnected(const QString &description) override;
     void ResumeReading() override;
 
-    template <typename Value> PortResult Set(Value &property, const Value &value, bool inRange);
-    PortResult Open();
-    PortResult OpenDevice(const QString &device, const QString &alias);
+    template <typename Value> Result Set(Value &property, const Value &value, bool inRange);
+    Result Open();
+    Result OpenDevice(const QString &device, const QString &alias);
     void Close();
 
     SerialPortHub &m_hub;

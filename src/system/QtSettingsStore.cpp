@@ -52,20 +52,20 @@ void QtSettingsStore::Write(const QString &section, const QString &key, const QS
     m_settings.setValue(FullKey(section, key), text);
 }
 
-QString QtSettingsStore::Flush()
+Result QtSettingsStore::Flush()
 {
     m_settings.sync();
-    return m_settings.status() == QSettings::NoError
-               ? QString()
-               : QStringLiteral("%1 cannot be written").arg(m_settings.fileName());
+    if (m_settings.status() == QSettings::NoError)
+        return {};
+    return Failure{QStringLiteral("%1 cannot be written").arg(m_settings.fileName())};
 }
 
-QString QtSettingsStore::ReadingFault() const
+Result QtSettingsStore::CheckReading() const
 {
     if (m_settings.status() == QSettings::FormatError)
-        return QStringLiteral("%1 is not a settings file").arg(m_settings.fileName());
+        return Failure{QStringLiteral("%1 is not a settings file").arg(m_settings.fileName())};
     const QFileInfo file(m_settings.fileName());
     if (file.exists() && !file.isReadable())
-        return QStringLiteral("%1 may not be read").arg(m_settings.fileName());
+        return Failure{QStringLiteral("%1 may not be read").arg(m_settings.fileName())};
     return {};
 }

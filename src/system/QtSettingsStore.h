@@ -16,10 +16,10 @@ class QtSettingsStore final : public SettingsStore
     std::optional<QString> Read(const QString &section, const QString &key) const override;
     QList<Entry> ReadSection(const QString &section) const override;
     void Write(const QString &section, const QString &key, const QString &text) override;
-    QString Flush() override;
+    Result Flush() override;
 
-    /// What keeps the store from being read, naming it and the cause; empty if nothing does.
-    QString ReadingFault() const;
+    /// Whether the store could be read; the cause of a failure names its file.
+    Result CheckReading() const;
 
   private:
     QSettings m_settings;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "LineSettings.h"
+#include "Result.h"
 
 #include <QByteArray>
 #include <QSerialPort>
@@ -32,17 +33,17 @@ class Probe
     ~Probe();
     Q_DISABLE_COPY_MOVE(Probe)
 
-    /// Why the device cannot be used, and the cure where it is known; empty if it can.
-    const QString &Refusal() const { return m_refusal; }
+    /// Whether the device can be used; the cause of a failure names the cure where it is known.
+    const Result &State() const { return m_state; }
     /// Puts the line back to what it was at the beginning.
     void RestoreLine() const;
 
   private:
-    QString Open(const QString &canonicalName, const QString &alias);
+    Result Open(const QString &canonicalName, const QString &alias);
 
     Handle m_handle;
     QByteArray m_line;
-    QString m_refusal;
+    Result m_state;
 };
 
 /// Who has locked the device or keeps it for himself, such as "picocom (process 4711)"; empty if
@@ -63,13 +64,13 @@ std::optional<LineSettings> ReadLineSettings(Handle handle, qint32 askedBaud);
 QByteArray LineState(Handle handle);
 void RestoreLineState(Handle handle, const QByteArray &state);
 
-/// Returns the cause if it failed. A device without modem lines takes it as done.
-QString SetRequestToSend(Handle handle, bool on);
+/// A device without modem lines takes it as done.
+Result SetRequestToSend(Handle handle, bool on);
 /// Has the driver pass on what arrives at once; not every driver can.
 void SetLowLatency(Handle handle);
 
-/// Why the device is no longer there; empty as long as it is.
-QString GoneCause(Handle handle, const QString &canonicalName);
+/// Fails once the device is no longer there.
+Result CheckPresence(Handle handle, const QString &canonicalName);
 
 /// Takes what the system has received, at most so many bytes, without waiting.
 QByteArray ReadWaiting(Handle handle, qsizetype mostBytes);

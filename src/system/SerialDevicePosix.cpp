@@ -26,15 +26,15 @@ QString LastError()
     return qt_error_string(errno);
 }
 
-QString InUse(const QString &device, const QString &who)
+Failure InUse(const QString &device, const QString &who)
 {
-    return QStringLiteral("%1 is in use by %2")
-        .arg(device, who.isEmpty() ? QStringLiteral("another program") : who);
+    return {QStringLiteral("%1 is in use by %2")
+                .arg(device, who.isEmpty() ? QStringLiteral("another program") : who)};
 }
 
-QString NotSerial(const QString &device)
+Failure NotSerial(const QString &device)
 {
-    return QStringLiteral("%1 is not a serial device").arg(device);
+    return {QStringLiteral("%1 is not a serial device").arg(device)};
 }
 
 bool IsCharacterDevice(const QString &device)
@@ -43,16 +43,16 @@ bool IsCharacterDevice(const QString &device)
     return ::stat(QFile::encodeName(device).constData(), &status) == 0 && S_ISCHR(status.st_mode);
 }
 
-QString OpenFailure(const QString &device)
+Failure OpenFailure(const QString &device)
 {
     switch (errno) {
     case EACCES:
     case EPERM:
-        return SerialDevice::MissingRights(device);
+        return {SerialDevice::MissingRights(device)};
     case EBUSY:
         return InUse(device, SerialDevice::HolderOf(device));
     default:
-        return QStringLiteral("%1 cannot be opened: %2").arg(device, LastError());
+        return {QStringLiteral("%1 cannot be opened: %2").arg(device, LastError())};
     }
 }
 
@@ -65,7 +65,7 @@ QString SerialDevice::CanonicalName(const QString &device)
 }
 
 SerialDevice::Probe::Probe(const QString &canonicalName, const QString &alias)
-    : m_handle(-1), m_refusal(Open(canonicalName, alias))
+    : m_handle(-1), m_state(Open(canonicalName, alias))
 {
 }
 
@@ -75,7 +75,7 @@ SerialDevice::Probe::~Probe()
         ::close(m_handle);
 }
 
-QString SerialDevice::Probe::Open(const QString &canonicalName, const QString &alias)
+Result SerialDevice::Probe::Open(const QString &canonicalName, const QString &alias)
 {
     if (!IsCharacterDevice(canonicalName))
         return NotSerial(canonicalName);
@@ -89,8 +89,9 @@ QString SerialDevice::Probe::Open(const QString &canonicalName, const QString &a
 
     m_line = LineState(m_handle);
     if (m_line.isEmpty())
-        return errno == EIO ? QStringLiteral("There is no hardware behind %1").arg(canonicalName)
-                            : NotSerial(canonicalName);
+        return errno == EIO
+                   ? Failure{QStringLiteral("There is no hardware behind %1").arg(canonicalName)}
+                   : NotSerial(canonicalName);
 
     // An administrator is let in even when somebody keeps the device for himself.
     int exclusive = 0;
@@ -105,12 +106,12 @@ void SerialDevice::Probe::RestoreLine() const
     RestoreLineState(m_handle, m_line);
 }
 
-QString SerialDevice::SetRequestToSend(Handle handle, bool on)
+Result SerialDevice::SetRequestToSend(Handle handle, bool on)
 {
     const int line = TIOCM_RTS;
     if (::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &line) == 0 || errno == ENOTTY || errno == EINVAL)
         return {};
-    return LastError();
+    return Failure{LastError()};
 }
 
 void SerialDevice::SetLowLatency(Handle handle)
@@ -122,7 +123,7 @@ void SerialDevice::SetLowLatency(Handle handle)
     ::ioctl(handle, TIOCSSERIAL, &driver);
 }
 
-QString SerialDevice::GoneCause(Handle handle, const QString &canonicalName)
+Result SerialDevice::CheckPresence(Handle handle, const QString &canonicalName)
 {
     constexpr std::array GoneErrors = {EIO, ENXIO, EBADF, ENODEV};
     termios line = {};
@@ -130,9 +131,9 @@ QString SerialDevice::GoneCause(Handle handle, const QString &canonicalName)
         std::find(GoneErrors.begin(), GoneErrors.end(), errno) == GoneErrors.end())
         return {};
     const QString error = LastError();
-    return QFileInfo::exists(canonicalName)
-               ? QStringLiteral("%1 was disconnected: %2").arg(canonicalName, error)
-               : QStringLiteral("%1 was unplugged").arg(canonicalName);
+    return Failure{QFileInfo::exists(canonicalName)
+                       ? QStringLiteral("%1 was disconnected: %2").arg(canonicalName, error)
+                       : QStringLiteral("%1 was unplugged").arg(canonicalName)};
 }
 
 QByteArray SerialDevice::ReadWaiting(Handle handle, qsizetype mostBytes)

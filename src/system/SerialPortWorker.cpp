@@ -23,11 +23,6 @@ constexpr auto SendPollInterval = 2ms;
 /// A close takes over no more than this from a sender that never pauses.
 constexpr qsizetype MostBytesAtClose = 1024 * 1024;
 
-PortResult Failure(const QString &description, int number = 0)
-{
-    return PortFailure{number, description};
-}
-
 } // namespace
 
 SerialPortWorker::SerialPortWorker(ArrivalQueue &arrivals, ArrivalPort *port)
@@ -43,21 +38,21 @@ SerialPortWorker::SerialPortWorker(ArrivalQueue &arrivals, ArrivalPort *port)
     connect(&m_watchdog, &QTimer::timeout, this, &SerialPortWorker::CheckDevice);
 }
 
-PortResult SerialPortWorker::Open(const PortRequest &request)
+Result SerialPortWorker::Open(const PortRequest &request)
 {
     const SerialDevice::Probe probe(request.device, request.alias);
-    if (!probe.Refusal().isEmpty())
-        return Failure(probe.Refusal());
+    if (probe.State().Failed())
+        return probe.State();
 
     // Bytes that came in before the opening are left to the system: it keeps or drops them.
     m_device = request.device;
     m_port.setPortName(m_device);
     if (!m_port.open(QIODevice::ReadWrite))
-        return Failure(OpenFailure(request));
-    if (PortResult failure = Configure(request)) {
+        return OpenFailure(request);
+    if (Result configured = Configure(request); configured.Failed()) {
         m_port.close();
         probe.RestoreLine();
-        return failure;
+        return configured;
     }
     m_unsent = 0;
     m_paused = false;
@@ -66,40 +61,45 @@ PortResult SerialPortWorker::Open(const PortRequest &request)
     return {};
 }
 
-PortResult SerialPortWorker::Configure(const PortRequest &request)
+Result SerialPortWorker::Configure(const PortRequest &request)
 {
     const SerialDevice::Handle handle = m_port.handle();
     // Whether these succeed says little; a device may take a setting and do something else.
     m_port.setBaudRate(request.line.baud);
     SerialDevice::ApplyCharacterFormat(handle, request.line);
     const auto line = SerialDevice::ReadLineSettings(handle, request.line.baud);
-    if (!line)
-        return Failure(SerialDevice::GoneCause(handle, request.device));
+    if (!line) {
+        const Result present = SerialDevice::CheckPresence(handle, request.device);
+        return present.Failed()
+                   ? present
+                   : Failure{
+                         QStringLiteral("The settings of %1 cannot be read").arg(request.device)};
+    }
     if (*line != request.line)
-        return Failure(
+        return Failure{
             QStringLiteral("%1 was asked for %2 and does %3")
                 .arg(request.device, LineSettingsText(request.line), LineSettingsText(*line)),
-            RefusedLineSettings);
+            RefusedLineSettings};
 
-    const QString cause = SerialDevice::SetRequestToSend(handle, request.requestToSend);
-    if (!cause.isEmpty())
-        return Failure(QStringLiteral("The request-to-send line of %1 cannot be set: %2")
-                           .arg(request.device, cause));
+    const Result set = SerialDevice::SetRequestToSend(handle, request.requestToSend);
+    if (set.Failed())
+        return Failure{QStringLiteral("The request-to-send line of %1 cannot be set: %2")
+                           .arg(request.device, set.Cause())};
     SerialDevice::SetLowLatency(handle);
     return {};
 }
 
 /// The probe could open the device, so what is left is the port object's own lock.
-QString SerialPortWorker::OpenFailure(const PortRequest &request) const
+Failure SerialPortWorker::OpenFailure(const PortRequest &request) const
 {
     const QString lock = SerialDevice::LockFileOf(request.device, request.alias);
     if (m_port.error() == QSerialPort::PermissionError && !lock.isEmpty())
-        return QStringLiteral("%1 is locked by the file %2, which an ended program left behind; "
-                              "delete that file")
-            .arg(request.device, lock);
+        return {QStringLiteral("%1 is locked by the file %2, which an ended program left behind; "
+                               "delete that file")
+                    .arg(request.device, lock)};
     if (m_port.error() == QSerialPort::UnknownError)
-        return QStringLiteral("%1 cannot be opened").arg(request.device);
-    return QStringLiteral("%1 cannot be opened: %2").arg(request.device, m_port.errorString());
+        return {QStringLiteral("%1 cannot be opened").arg(request.device)};
+    return {QStringLiteral("%1 cannot be opened: %2").arg(request.device, m_port.errorString())};
 }
 
 void SerialPortWorker::StopReading()
@@ -146,7 +146,7 @@ bool SerialPortWorker::HasUnsent()
 {
     const SerialDevice::Handle handle = m_port.handle();
     return (m_port.bytesToWrite() > 0 || SerialDevice::UnsentBytes(handle) > 0) &&
-           SerialDevice::GoneCause(handle, m_device).isEmpty();
+           !SerialDevice::CheckPresence(handle, m_device).Failed();
 }
 
 bool SerialPortWorker::TryReserve(qint64 bytes)
@@ -192,11 +192,11 @@ void SerialPortWorker::CheckDevice()
 {
     if (!m_reading)
         return;
-    const QString cause = SerialDevice::GoneCause(m_port.handle(), m_device);
-    if (cause.isEmpty())
-        TakeArrivals(); // a port object that an error has silenced reads on after this
+    const Result present = SerialDevice::CheckPresence(m_port.handle(), m_device);
+    if (present.Failed())
+        CloseGoneDevice(present.Cause());
     else
-        CloseGoneDevice(cause);
+        TakeArrivals(); // a port object that an error has silenced reads on after this
 }
 
 void SerialPortWorker::CloseGoneDevice(const QString &cause)

@@ -39,7 +39,7 @@ class SerialPortWorker final : public QObject
     /// Arrivals are pushed for the port, which the queue must outlive together with this object.
     SerialPortWorker(ArrivalQueue &arrivals, ArrivalPort *port);
 
-    PortResult Open(const PortRequest &request);
+    Result Open(const PortRequest &request);
     /// Takes what has been received so far; from here on nothing is pushed any more.
     void StopReading();
     /// Waits for bytes still to be sent, one second at most, and discards the rest. Reading must
@@ -56,8 +56,8 @@ class SerialPortWorker final : public QObject
     void ResumeReading();
 
   private:
-    PortResult Configure(const PortRequest &request);
-    QString OpenFailure(const PortRequest &request) const;
+    Result Configure(const PortRequest &request);
+    Failure OpenFailure(const PortRequest &request) const;
     void TakeArrivals();
     void CheckDevice();
     void CloseGoneDevice(const QString &cause);

@@ -23,15 +23,16 @@ namespace
 constexpr int NoDescriptor = -1;
 constexpr mode_t NewFileMode = 0666; ///< less what the user's mask takes away
 
-FileFailure SystemFailure()
+Failure SystemFailure()
 {
-    return {errno == EBUSY || errno == ETXTBSY, qt_error_string(errno)};
+    const bool inUse = errno == EBUSY || errno == ETXTBSY;
+    return {qt_error_string(errno), inUse ? FileAlreadyOpen : 0};
 }
 
-FileFailure NotAFile(mode_t mode)
+Failure NotAFile(mode_t mode)
 {
-    return {false, S_ISDIR(mode) ? QStringLiteral("It is a folder")
-                                 : QStringLiteral("It is a device, not a file")};
+    return {S_ISDIR(mode) ? QStringLiteral("It is a folder")
+                          : QStringLiteral("It is a device, not a file")};
 }
 
 /// A descriptor that is closed when it goes.
@@ -76,7 +77,7 @@ Descriptor Open(const QByteArray &name, int flags, mode_t mode = NewFileMode)
 struct Target {
     bool exists = false;
     struct stat status = {};
-    FileResult failure; ///< it must not be written
+    Result writable; ///< failed: it must not be written
 };
 
 Target LookAt(const QByteArray &name)
@@ -85,9 +86,9 @@ Target LookAt(const QByteArray &name)
     target.exists = ::stat(name.constData(), &target.status) == 0;
     const bool missing = !target.exists && errno == ENOENT;
     if (target.exists && !S_ISREG(target.status.st_mode))
-        target.failure = NotAFile(target.status.st_mode);
+        target.writable = NotAFile(target.status.st_mode);
     else if (!missing && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
-        target.failure = SystemFailure();
+        target.writable = SystemFailure();
     return target;
 }
 
@@ -149,15 +150,15 @@ class PosixOutput final : public OutputDevice
     }
 
     /// What is in a deleted file reaches nobody. One that has yet to take its place has no name.
-    FileResult Check() const override
+    Result Check() const override
     {
         struct stat status = {};
         if (!m_target.isEmpty() || ::fstat(m_file.Number(), &status) != 0 || status.st_nlink > 0)
             return {};
-        return FileFailure{false, QStringLiteral("The file has been deleted")};
+        return Failure{QStringLiteral("The file has been deleted")};
     }
 
-    FileResult Sync() override
+    Result Sync() override
     {
         if (::fsync(m_file.Number()) == 0)
             return {};
@@ -170,10 +171,10 @@ class PosixOutput final : public OutputDevice
         return ::fstat(m_file.Number(), &status) == 0 ? status.st_size : -1;
     }
 
-    FileResult TakePlace() override
+    Result TakePlace() override
     {
-        if (FileResult failure = GiveName())
-            return failure;
+        if (Result named = GiveName(); named.Failed())
+            return named;
         if (::rename(m_temporary.constData(), m_target.constData()) != 0)
             return SystemFailure();
         m_temporary.clear();
@@ -183,15 +184,15 @@ class PosixOutput final : public OutputDevice
 
     /// The new file belongs to whom the old one belongs to. Where the system refuses that, as it
     /// may, the file is the user's own, which is no reason not to save.
-    bool TakeOwnerAndMode(const struct stat &status)
+    void TakeOwnerAndMode(const struct stat &status)
     {
-        const bool owner = ::fchown(m_file.Number(), status.st_uid, status.st_gid) == 0;
-        return ::fchmod(m_file.Number(), status.st_mode & 07777) == 0 && owner;
+        [[maybe_unused]] const int owner = ::fchown(m_file.Number(), status.st_uid, status.st_gid);
+        ::fchmod(m_file.Number(), status.st_mode & 07777);
     }
 
   private:
     /// A file can only be renamed once it has a name.
-    FileResult GiveName()
+    Result GiveName()
     {
         if (!m_temporary.isEmpty())
             return {};
@@ -224,7 +225,7 @@ FileSystem::Content ReadAll(int descriptor, qint64 expected, qint64 limit)
         else if (errno != EINTR)
             return {{}, SystemFailure()};
     }
-    return {{}, FileFailure{false, QStringLiteral("The file has grown too large")}};
+    return {{}, Failure{QStringLiteral("The file has grown too large")}};
 }
 
 } // namespace
@@ -232,8 +233,8 @@ FileSystem::Content ReadAll(int descriptor, qint64 expected, qint64 limit)
 FileSystem::Created SystemFiles::Create(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
-    if (const Target target = LookAt(name); target.failure)
-        return {nullptr, target.failure};
+    if (const Target target = LookAt(name); target.writable.Failed())
+        return {nullptr, target.writable};
     Descriptor file = Open(name, O_WRONLY | O_CREAT);
     // What was looked at may have been exchanged since: only now is it certain what is open.
     struct stat status = {};
@@ -251,8 +252,8 @@ FileSystem::Created SystemFiles::CreateBeside(const QString &path)
     // Through a link the file itself is replaced; the link stays.
     const QByteArray name = QFile::encodeName(CanonicalPath(path));
     const Target target = LookAt(name);
-    if (target.failure)
-        return {nullptr, target.failure};
+    if (target.writable.Failed())
+        return {nullptr, target.writable};
     QByteArray temporary;
     Descriptor file = OpenBeside(name, temporary);
     if (!file.IsOpen())
@@ -273,9 +274,9 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
         return {{}, NotAFile(status.st_mode)};
     if (status.st_size > limit) {
         return {{},
-                FileFailure{false, QStringLiteral("The file has %1 bytes; at most %2 can be read")
-                                       .arg(status.st_size)
-                                       .arg(limit)}};
+                Failure{QStringLiteral("The file has %1 bytes; at most %2 can be read")
+                            .arg(status.st_size)
+                            .arg(limit)}};
     }
     return ReadAll(file.Number(), status.st_size, limit);
 }

@@ -67,7 +67,7 @@ std::optional<RegistryValue> TextRegistry::Read(const QString &root, const QStri
     const QString header = u'[' + root + u'\\' + key + u']';
     for (const QString &path : m_paths) {
         const FileSystem::Content file = m_files.Read(path, LargestFile);
-        if (file.failure)
+        if (file.result.Failed())
             continue;
         auto value = Find(QString::fromUtf8(file.bytes), header, name);
         if (value)

@@ -3,21 +3,16 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
 
 #include <memory>
-#include <optional>
 
-/// Why something could not be done with a file.
-struct FileFailure {
-    bool inUse = false; ///< somebody holds the file open: error 55 of the messages
-    QString description;
-};
-
-/// Empty means success.
-using FileResult = std::optional<FileFailure>;
+/// Failure number: somebody holds the file open.
+constexpr int FileAlreadyOpen = 55;
 
 /// One file that is being written. Destroying it closes it.
 class OutputDevice
@@ -27,19 +22,19 @@ class OutputDevice
 
     struct Taken {
         qint64 count = 0; ///< bytes taken over, from the first; may be fewer than were given
-        FileResult failure;
+        Result result;
     };
 
     /// A file made by Create that has been deleted meanwhile takes the bytes, and fails.
     virtual Taken Write(QByteArrayView bytes) = 0;
     /// Returns when the disk holds what was written.
-    virtual FileResult Sync() = 0;
+    virtual Result Sync() = 0;
     /// What has become wrong with the file since, such as that it has been deleted.
-    virtual FileResult Check() const { return {}; }
+    virtual Result Check() const { return {}; }
     /// Bytes in the file, negative if the system cannot tell.
     virtual qint64 Size() const = 0;
     /// Only of a device made by CreateBeside: the file takes its target's place, at once and whole.
-    virtual FileResult TakePlace() = 0;
+    virtual Result TakePlace() = 0;
 };
 
 /// The system's files. Everything but a regular file is refused, whatever it is opened for.
@@ -49,12 +44,12 @@ class FileSystem
     virtual ~FileSystem() = default;
 
     struct Created {
-        std::unique_ptr<OutputDevice> device; ///< null if there is a failure
-        FileResult failure;
+        std::unique_ptr<OutputDevice> device; ///< null exactly if that failed
+        Result result;
     };
     struct Content {
         QByteArray bytes;
-        FileResult failure;
+        Result result;
     };
 
     /// The file itself, made or emptied.

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QList>
 #include <QString>
 
@@ -26,6 +28,6 @@ class SettingsStore
 
     virtual void Write(const QString &section, const QString &key, const QString &text) = 0;
 
-    /// Puts what was written in its place. Returns the cause if that fails, else an empty text.
-    virtual QString Flush() = 0;
+    /// Puts what was written in its place.
+    virtual Result Flush() = 0;
 };

@@ -7,8 +7,7 @@
 
 void FollowLink(Shell &shell, UserPrompts &prompts, const QString &link)
 {
-    const QString fault = shell.Open(link);
-    if (!fault.isEmpty())
+    if (const Result opened = shell.Open(link); opened.Failed())
         prompts.ShowMessage(
-            CriticalMessage(QStringLiteral("%1 could not be opened. ").arg(link) + fault));
+            CriticalMessage(QStringLiteral("%1 could not be opened. ").arg(link) + opened.Cause()));
 }

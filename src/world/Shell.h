@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -23,12 +25,10 @@ class Shell
   public:
     virtual ~Shell() = default;
 
-    /// Opens a link, "mailto:" included, with the program that the desktop has for it. Returns the
-    /// cause if that fails, else an empty text.
-    virtual QString Open(const QString &link) = 0;
+    /// Opens a link, "mailto:" included, with the program that the desktop has for it.
+    virtual Result Open(const QString &link) = 0;
 
-    /// Returns the cause if the program does not start, else an empty text.
-    virtual QString Start(const ProgramCall &call) = 0;
+    virtual Result Start(const ProgramCall &call) = 0;
 
     /// The programs of this desktop that show what the system is made of, installed ones only and
     /// the best first.

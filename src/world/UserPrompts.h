@@ -21,6 +21,9 @@ struct MessagePrompt {
     PromptButtons buttons = PromptButtons::Ok;
     PromptAnswer defaultAnswer = PromptAnswer::Ok;
     QString caption = QStringLiteral("Serimonde");
+    /// What stands behind a text that names no cause, as lines: the thing first, then what is wrong
+    /// with it. Shown when the user asks for it; empty for none.
+    QString details{};
 
     bool operator==(const MessagePrompt &) const = default;
 };
@@ -77,9 +80,9 @@ inline PromptAnswer EscapeAnswer(PromptButtons buttons)
     }
 }
 
-inline MessagePrompt CriticalMessage(const QString &text)
+inline MessagePrompt CriticalMessage(const QString &text, const QString &details = {})
 {
-    return {.text = text, .icon = PromptIcon::Critical};
+    return {.text = text, .icon = PromptIcon::Critical, .details = details};
 }
 
 inline MessagePrompt ExclamationMessage(const QString &text)

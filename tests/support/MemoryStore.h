@@ -33,7 +33,7 @@ class MemoryStore final : public SettingsStore
     {
         texts[section + u'/' + key] = text;
     }
-    QString Flush() override
+    Result Flush() override
     {
         ++flushes;
         return {};

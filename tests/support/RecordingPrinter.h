@@ -30,7 +30,7 @@ class RecordingOutput final : public PrintOutput
         choices << choice;
         return std::make_unique<Device>(*this);
     }
-    QString PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override
+    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override
     {
         choices << choice;
         viewsPrinted << printout.model.Bytes()
@@ -75,39 +75,40 @@ class RecordingOutput final : public PrintOutput
         {
             m_output.setUp = QStringLiteral("%1 %2").arg(int(Orientation())).arg(int(Colour()));
         }
-        QString BeginPage() override
+        Result BeginPage() override
         {
             ++m_output.pages;
             return {};
         }
-        QString DrawText(TwipPoint at, const QString &text, float) override
+        Result DrawText(TwipPoint at, const QString &text, float) override
         {
             return Record(at, (FontBold() ? QStringLiteral("*") : QString()) + text);
         }
-        QString DrawLine(TwipPoint from, TwipPoint to) override
+        Result DrawLine(TwipPoint from, TwipPoint to) override
         {
             return Record(from, QStringLiteral("line to %1,%2").arg(to.x).arg(to.y));
         }
-        QString DrawPicture(const PrinterPicture &picture, const TwipRect &place) override
+        Result DrawPicture(const PrinterPicture &picture, const TwipRect &place) override
         {
             return Record(place.at, QStringLiteral("picture %1 %2x%3")
                                         .arg(QString::fromLatin1(picture.file))
                                         .arg(place.width)
                                         .arg(place.height));
         }
-        QString FinishJob() override
+        Result FinishJob() override
         {
             m_output.ends << "finished";
-            return m_output.failFinish ? QStringLiteral("full") : QString();
+            return m_output.failFinish ? Failure{QStringLiteral("full")} : Result();
         }
         void DiscardJob() override { m_output.ends << "discarded"; }
 
       private:
-        QString Record(TwipPoint at, const QString &what)
+        Result Record(TwipPoint at, const QString &what)
         {
             m_output.drawn << QStringLiteral("%1: %2,%3 ").arg(m_output.pages).arg(at.x).arg(at.y) +
                                   what;
-            return m_output.drawingsUntilFailure-- == 0 ? QStringLiteral("broken") : QString();
+            return m_output.drawingsUntilFailure-- == 0 ? Failure{QStringLiteral("broken")}
+                                                        : Result();
         }
 
         RecordingOutput &m_output;

@@ -14,15 +14,15 @@ class RecordingShell final : public Shell
     QStringList refused;          ///< links and programs that fail
     QList<ProgramCall> installed; ///< programs for the system's information
 
-    QString Open(const QString &link) override
+    Result Open(const QString &link) override
     {
         opened << link;
-        return refused.contains(link) ? QStringLiteral("Refused.") : QString();
+        return refused.contains(link) ? Failure{QStringLiteral("Refused.")} : Result();
     }
-    QString Start(const ProgramCall &call) override
+    Result Start(const ProgramCall &call) override
     {
         started << (QStringList(call.program) + call.arguments).join(u' ');
-        return refused.contains(call.program) ? QStringLiteral("Refused.") : QString();
+        return refused.contains(call.program) ? Failure{QStringLiteral("Refused.")} : Result();
     }
     QList<ProgramCall> SystemInformationPrograms() const override { return installed; }
 };

@@ -34,7 +34,7 @@ class ScriptedDisk final : public FileSystem
     Created Create(const QString &path) override
     {
         if (path == refused)
-            return {nullptr, FileFailure{false, QStringLiteral("Read-only file system")}};
+            return {nullptr, Failure{QStringLiteral("Read-only file system")}};
         files[path].clear();
         return {std::make_unique<Device>(*this, path, false), {}};
     }
@@ -46,7 +46,7 @@ class ScriptedDisk final : public FileSystem
     Content Read(const QString &path, qint64 limit) override
     {
         if (!files.contains(path) || files[path].size() > limit)
-            return {{}, FileFailure{false, QStringLiteral("cannot be read")}};
+            return {{}, Failure{QStringLiteral("cannot be read")}};
         return {files[path], {}};
     }
     bool Exists(const QString &path) const override { return files.contains(path); }
@@ -73,18 +73,15 @@ class ScriptedDisk final : public FileSystem
             (m_beside ? m_bytes : m_disk.files[m_path]).append(bytes.first(count));
             return {count, {}};
         }
-        FileResult Sync() override
-        {
-            return m_disk.failSync ? FileResult(NoSpace()) : FileResult();
-        }
-        FileResult Check() const override
+        Result Sync() override { return m_disk.failSync ? NoSpace() : Result(); }
+        Result Check() const override
         {
             if (m_beside || m_disk.files.contains(m_path))
                 return {};
-            return FileFailure{false, QStringLiteral("It was deleted")};
+            return Failure{QStringLiteral("It was deleted")};
         }
         qint64 Size() const override { return m_bytes.size() - m_disk.vanishing; }
-        FileResult TakePlace() override
+        Result TakePlace() override
         {
             if (m_disk.failTakePlace)
                 return NoSpace();
@@ -93,7 +90,7 @@ class ScriptedDisk final : public FileSystem
         }
 
       private:
-        static FileFailure NoSpace() { return {false, QStringLiteral("No space left on device")}; }
+        static Failure NoSpace() { return {QStringLiteral("No space left on device")}; }
 
         ScriptedDisk &m_disk;
         QString m_path;

@@ -13,41 +13,41 @@
 class ScriptedPort final : public SerialPortControl
 {
   public:
-    QStringList calls;     ///< every setter, in order, as "Name value"
-    PortResult failOpen;   ///< what opening returns
-    PortResult failClose;  ///< what closing returns
-    PortResult failOutput; ///< what Output returns
-    QByteArray sent;       ///< everything that Output took
-    QByteArray waiting;    ///< the receive buffer
+    QStringList calls;  ///< every setter, in order, as "Name value"
+    Result failOpen;    ///< what opening returns
+    Result failClose;   ///< what closing returns
+    Result failOutput;  ///< what Output returns
+    QByteArray sent;    ///< everything that Output took
+    QByteArray waiting; ///< the receive buffer
     std::function<void()> onOutput = [] {};
 
-    PortResult SetCommPort(int number) override { return Note("CommPort", number); }
-    PortResult SetSettings(const QString &text) override
+    Result SetCommPort(int number) override { return Note("CommPort", number); }
+    Result SetSettings(const QString &text) override
     {
         calls << QStringLiteral("Settings ") + text;
         return {};
     }
-    PortResult SetRThreshold(int bytes) override { return Note("RThreshold", bytes); }
-    PortResult SetRTSEnable(bool on) override { return Note("RTSEnable", on); }
-    PortResult SetInputMode(int mode) override { return Note("InputMode", mode); }
-    PortResult SetInBufferSize(int bytes) override { return Note("InBufferSize", bytes); }
-    PortResult SetInputLen(int bytes) override { return Note("InputLen", bytes); }
-    PortResult SetPortOpen(bool open) override
+    Result SetRThreshold(int bytes) override { return Note("RThreshold", bytes); }
+    Result SetRTSEnable(bool on) override { return Note("RTSEnable", on); }
+    Result SetInputMode(int mode) override { return Note("InputMode", mode); }
+    Result SetInBufferSize(int bytes) override { return Note("InBufferSize", bytes); }
+    Result SetInputLen(int bytes) override { return Note("InputLen", bytes); }
+    Result SetPortOpen(bool open) override
     {
-        Note("PortOpen", open);
-        const PortResult failure = open ? failOpen : failClose;
-        if (!failure)
+        Note("PortOpen", open).Ignore();
+        Result done = open ? failOpen : failClose;
+        if (!done.Failed())
             m_open = open;
-        return failure;
+        return done;
     }
     bool PortOpen() const override { return m_open; }
     int InBufferCount() const override { return int(waiting.size()); }
     void ClearInBuffer() override { waiting.clear(); }
     QByteArray Input() override { return std::exchange(waiting, {}); }
-    PortResult Output(const QByteArray &bytes) override
+    Result Output(const QByteArray &bytes) override
     {
         onOutput();
-        if (!failOutput)
+        if (!failOutput.Failed())
             sent += bytes;
         return failOutput;
     }
@@ -67,7 +67,7 @@ class ScriptedPort final : public SerialPortControl
     void Unplug(const QString &description) { Q_EMIT Disconnected(description); }
 
   private:
-    PortResult Note(const char *name, int value)
+    Result Note(const char *name, int value)
     {
         calls << QStringLiteral("%1 %2").arg(QLatin1String(name)).arg(value);
         return {};

@@ -88,8 +88,8 @@ class UnprivilegedOpener
         devices.AssignForRun(1, device);
         SerialPortHub hub;
         QtSerialPort port(hub, devices);
-        const PortResult failure = port.SetPortOpen(true);
-        return failure ? failure->description : QStringLiteral("opened");
+        const Result opened = port.SetPortOpen(true);
+        return opened.Failed() ? opened.Cause() : QStringLiteral("opened");
     }
 
     pid_t m_process = -1;
