@@ -5,6 +5,7 @@
 
 #include "LineSettings.h"
 #include "PortDevices.h"
+#include "PortNumber.h"
 #include "SerialDevice.h"
 #include "SerialPortHub.h"
 #include "SerialPortWorker.h"
@@ -16,8 +17,6 @@
 
 namespace
 {
-
-constexpr int HighestCommPort = 255;
 
 PortResult Failure(const QString &description, int number = 0)
 {
@@ -69,7 +68,7 @@ PortResult QtSerialPort::Set(Value &property, const Value &value, bool inRange)
 
 PortResult QtSerialPort::SetCommPort(int number)
 {
-    return Set(m_commPort, number, number >= 1 && number <= HighestCommPort);
+    return Set(m_commPort, number, IsPortNumber(number));
 }
 
 PortResult QtSerialPort::SetSettings(const QString &settings)
