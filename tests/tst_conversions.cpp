@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CodePage1252.h"
-#include "Common_Function.h"
+#include "Representation.h"
 #include "support/Cases.h"
 
 using namespace Common_Function;
@@ -41,8 +41,8 @@ class tst_conversions : public QObject
         QTEST((QByteArrayList{SeqToHexText(seq), SeqToDecimalText(seq), SeqToBinaryText(seq)}),
               "searchForms");
         QByteArrayList views;
-        for (const Representation r : AllRepresentations)
-            views << SeqToViewText(r, seq);
+        for (const RepresentationRow &row : RepresentationRows)
+            views << row.toView(seq);
         QTEST(views, "viewForms");
     }
 

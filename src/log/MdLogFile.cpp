@@ -35,19 +35,28 @@ MessagePrompt OverwriteQuestion()
             .defaultAnswer = PromptAnswer::No};
 }
 
-MessagePrompt WritingFailed(const LogForm &form, const FileFailure &failure)
+/// The order in which log files are looked for, opened and closed.
+constexpr auto FileOrder = RepresentationsByEditMode;
+
+template <size_t... Places>
+std::array<ClOutputFile, sizeof...(Places)> OutputsOf(OpenFiles &files,
+                                                      std::index_sequence<Places...>)
 {
-    return CriticalMessage(
-        QStringLiteral("Error while writing the %1 log file - ").arg(form.Name()) +
-        failure.description);
+    return {{(static_cast<void>(Places), ClOutputFile(files))...}};
+}
+
+MessagePrompt WritingFailed(Representation form, const FileFailure &failure)
+{
+    const QLatin1String name(RowOf(form).caption);
+    return CriticalMessage(QStringLiteral("Error while writing the %1 log file - ").arg(name) +
+                           failure.description);
 }
 
 } // namespace
 
 MdLogFile::MdLogFile(const LogParts &parts)
     : m_parts(parts),
-      m_outputs{{ClOutputFile(parts.files), ClOutputFile(parts.files), ClOutputFile(parts.files),
-                 ClOutputFile(parts.files)}}
+      m_outputs(OutputsOf(parts.files, std::make_index_sequence<RepresentationCount>()))
 {
 }
 
@@ -114,9 +123,9 @@ void MdLogFile::StartArmed(const ArmedStart &start)
 QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 {
     QStringList existing;
-    for (const LogForm &form : LogForms) {
+    for (const Representation form : FileOrder) {
         const QString path = names.PathOf(form);
-        if (m_parts.settings.*form.flag && m_parts.files.System().Exists(path))
+        if (m_parts.settings.files[size_t(form)] && m_parts.files.System().Exists(path))
             existing << path;
     }
     return existing;
@@ -126,12 +135,12 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 bool MdLogFile::Open(const LogNames &names)
 {
     QStringList made;
-    for (const LogForm &form : LogForms) {
-        if (!(m_parts.settings.*form.flag))
+    for (const Representation form : FileOrder) {
+        if (!m_parts.settings.files[size_t(form)])
             continue;
         const QString path = names.PathOf(form);
         const bool isNew = !m_parts.files.System().Exists(path);
-        const FileResult failure = FileOf(form.representation).OpenFile(path);
+        const FileResult failure = FileOf(form).OpenFile(path);
         if (failure) {
             Close();
             for (const QString &each : std::as_const(made))
@@ -151,8 +160,8 @@ bool MdLogFile::Open(const LogNames &names)
 FileResult MdLogFile::Close()
 {
     FileResult failure;
-    for (const LogForm &form : LogForms) {
-        ClOutputFile &file = FileOf(form.representation);
+    for (const Representation form : FileOrder) {
+        ClOutputFile &file = FileOf(form);
         if (!file.IsOpen())
             continue;
         file.CloseFile();
@@ -190,7 +199,7 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
         return;
     file.WriteInFile(text);
     if (file.Failure())
-        TellOfFailedWrite(FormOf(representation));
+        TellOfFailedWrite(representation);
     if (!std::exchange(m_flushUnderWay, true))
         QMetaObject::invokeMethod(this, &MdLogFile::FlushBurst, Qt::QueuedConnection);
 }
@@ -198,8 +207,8 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
 void MdLogFile::FlushBurst()
 {
     m_flushUnderWay = false;
-    for (const LogForm &form : LogForms) {
-        ClOutputFile &file = FileOf(form.representation);
+    for (const Representation form : FileOrder) {
+        ClOutputFile &file = FileOf(form);
         if (!file.IsOpen())
             continue;
         const bool toldAlready = file.Failure().has_value(); // with the write that failed
@@ -209,8 +218,7 @@ void MdLogFile::FlushBurst()
 }
 
 /// Receiving must go on, and the user must be able to stop the log meanwhile.
-void MdLogFile::TellOfFailedWrite(const LogForm &form)
+void MdLogFile::TellOfFailedWrite(Representation form)
 {
-    m_parts.prompts.ShowNotice(m_names.PathOf(form),
-                               WritingFailed(form, *FileOf(form.representation).Failure()));
+    m_parts.prompts.ShowNotice(m_names.PathOf(form), WritingFailed(form, *FileOf(form).Failure()));
 }

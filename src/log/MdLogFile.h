@@ -6,6 +6,7 @@
 #include "ClOutputFile.h"
 #include "CommunicationLog.h"
 #include "LogNames.h"
+#include "LogSettings.h"
 
 #include <QObject>
 
@@ -70,7 +71,7 @@ class MdLogFile final : public QObject, public CommunicationLog
     bool Open(const LogNames &names);
     FileResult Close();
     void FlushBurst();
-    void TellOfFailedWrite(const LogForm &form);
+    void TellOfFailedWrite(Representation form);
     ClOutputFile &FileOf(Representation r) { return m_outputs[size_t(r)]; }
 
     LogParts m_parts;

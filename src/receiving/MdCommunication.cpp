@@ -4,7 +4,6 @@
 #include "MdCommunication.h"
 
 #include "CommConfiguration.h"
-#include "Common_Function.h"
 #include "CommunicationLog.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
@@ -206,7 +205,7 @@ void MdCommunication::ShowChunk(int direction, QByteArrayView bytes)
     Stamp(direction);
     const TextStyle &style = m_parts.display.styles[size_t(direction)];
     for (const Representation r : AllRepresentations) {
-        const QByteArray text = Common_Function::SeqToViewText(r, bytes);
+        const QByteArray text = RowOf(r).toView(bytes);
         m_parts.views.StagingBox(r).AppendStyled(text, style);
         m_parts.log.WriteText(r, text);
     }
