@@ -33,7 +33,7 @@ class LogBench : public CommunicationBench
     {
         log.next = &logFile;
         logSettings.Folder = "/logs/";
-        logSettings.files.fill(true);
+        logSettings.files = {true, true, true, true};
         QObject::connect(&logFile, &MdLogFile::CommandsChanged, &logFile,
                          [this](bool canStart, bool canStop) {
                              commands = QLatin1String(canStart ? "start " : "") +

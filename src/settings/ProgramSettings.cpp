@@ -196,7 +196,8 @@ template <size_t... Numbers> constexpr bool EveryLogFlagIsStored(std::index_sequ
     return (isStored(LogFlag<Representation(Numbers)>) && ...);
 }
 
-static_assert(EveryLogFlagIsStored(std::make_index_sequence<RepresentationCount>()));
+static_assert(EveryLogFlagIsStored(std::make_index_sequence<RepresentationCount>()),
+              "the log flag of a representation has no row");
 
 } // namespace
 
