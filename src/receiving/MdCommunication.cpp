@@ -153,6 +153,11 @@ void MdCommunication::SendData(SerialPortControl &port, const QByteArray &bytes)
 void MdCommunication::Transmit(const QByteArray &bytes)
 {
     OpenPorts();
+    Send(bytes);
+}
+
+void MdCommunication::Send(const QByteArray &bytes)
+{
     if (!Running() || !m_parts.comm.MaySend())
         return;
     ShowChunk(StyleIndex::Direction1, bytes);
@@ -196,7 +201,8 @@ void MdCommunication::ReadPort(SerialPortControl &port, int direction)
         ShowChunk(direction, rest.first(found.consumed));
         rest = rest.sliced(found.consumed);
         InsertComment(found.comment);
-        SendAnswer(found.answer);
+        if (!found.answer.isEmpty())
+            Send(found.answer);
     }
 }
 
@@ -226,14 +232,6 @@ void MdCommunication::InsertComment(const QByteArray &text)
 {
     if (!text.isEmpty() && Running())
         AppendToAll(' ' + text + ' ', StyleIndex::Comment);
-}
-
-void MdCommunication::SendAnswer(const QByteArray &bytes)
-{
-    if (bytes.isEmpty() || !Running() || !m_parts.comm.MaySend())
-        return;
-    ShowChunk(StyleIndex::Direction1, bytes);
-    SendData(m_parts.MSCommA, bytes);
 }
 
 void MdCommunication::AppendToAll(const QByteArray &text, int styleIndex)
