@@ -97,7 +97,7 @@ class LiveProgram
     explicit LiveProgram(const QString &device, const QString &logName = {})
     {
         log.next = &logFile;
-        settings.log = {true, true, true, true, 0, {}};
+        settings.log.files.fill(true);
         if (!logName.isEmpty())
             logFile.Arm(logName, false);
         devices.AssignForRun(1, device);

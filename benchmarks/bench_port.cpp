@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "Common_Function.h"
 #include "LiveProgram.h"
 #include "SampleTraffic.h"
 #include "support/PtyPair.h"
@@ -60,9 +59,8 @@ bool HoldsRepeated(const QString &path, const QByteArray &text, qint64 times)
 
 bool LogsAreWhole(const QString &logName, const QByteArray &block, qint64 times)
 {
-    return std::all_of(LogForms.begin(), LogForms.end(), [&](const LogForm &form) {
-        return HoldsRepeated(LogNames::Of(logName).PathOf(form),
-                             Common_Function::SeqToViewText(form.representation, block), times);
+    return std::all_of(AllRepresentations.begin(), AllRepresentations.end(), [&](Representation r) {
+        return HoldsRepeated(LogNames::Of(logName).PathOf(r), RowOf(r).toView(block), times);
     });
 }
 

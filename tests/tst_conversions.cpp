@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "CodePage1252.h"
-#include "Common_Function.h"
+#include "Representation.h"
 #include "support/Cases.h"
-
-using namespace Common_Function;
 
 class tst_conversions : public QObject
 {
@@ -14,35 +12,35 @@ class tst_conversions : public QObject
   private Q_SLOTS:
     void AllForms_data()
     {
-        // Lists and views in ASCII, HEX, Decimal and Binary; searches without the ASCII.
+        // In the order of the representations.
         const Cases<QByteArray, QByteArrayList, QByteArrayList, QByteArrayList> row(
             "seq", "listForms", "searchForms", "viewForms");
-        row("no bytes give no text", "", {"", "", "", ""}, {"", "", ""}, {"", "", "", ""});
+        row("no bytes give no text", "", {"", "", "", ""}, {"", "", "", ""}, {"", "", "", ""});
         row("one byte has no separators but a blank in the views", "A",
-            {"A", "41", "065", "01000001"}, {"41", "065", "01000001"},
+            {"A", "41", "065", "01000001"}, {"A", "41", "065", "01000001"},
             {"A", "41 ", "065 ", "01000001 "});
-        row("zero is hidden in both ASCII forms", QByteArray("B\0", 2),
+        row("zero is hidden in lists and views in ASCII", QByteArray("B\0", 2),
             {"B | \x81", "42 | 00", "066 | 000", "01000010 | 00000000"},
-            {"42 00", "066 000", "01000010 00000000"},
+            {QByteArray("B\0", 2), "42 00", "066 000", "01000010 00000000"},
             {"B\x81", "42 00 ", "066 000 ", "01000010 00000000 "});
         row("31 is hidden in lists, 32 and the high bytes pass", "\x1F \xFF",
             {"\x81 |   | \xFF", "1F | 20 | FF", "031 | 032 | 255",
              "00011111 | 00100000 | 11111111"},
-            {"1F 20 FF", "031 032 255", "00011111 00100000 11111111"},
+            {"\x1F \xFF", "1F 20 FF", "031 032 255", "00011111 00100000 11111111"},
             {"\x1F \xFF", "1F 20 FF ", "031 032 255 ", "00011111 00100000 11111111 "});
     }
 
     void AllForms()
     {
         QFETCH(QByteArray, seq);
-        QTEST((QByteArrayList{SeqToAsciiList(seq), SeqToHexList(seq), SeqToDecimalList(seq),
-                              SeqToBinaryList(seq)}),
-              "listForms");
-        QTEST((QByteArrayList{SeqToHexText(seq), SeqToDecimalText(seq), SeqToBinaryText(seq)}),
-              "searchForms");
-        QByteArrayList views;
-        for (const Representation r : AllRepresentations)
-            views << SeqToViewText(r, seq);
+        QByteArrayList lists, searches, views;
+        for (const RepresentationRow &row : RepresentationRows) {
+            lists << row.toList(seq);
+            searches << row.toText(seq);
+            views << row.toView(seq);
+        }
+        QTEST(lists, "listForms");
+        QTEST(searches, "searchForms");
         QTEST(views, "viewForms");
     }
 

@@ -33,7 +33,7 @@ class LogBench : public CommunicationBench
     {
         log.next = &logFile;
         logSettings.Folder = "/logs/";
-        logSettings.ASCII = logSettings.Decimal = logSettings.HEX = logSettings.Binary = true;
+        logSettings.files = {true, true, true, true};
         QObject::connect(&logFile, &MdLogFile::CommandsChanged, &logFile,
                          [this](bool canStart, bool canStop) {
                              commands = QLatin1String(canStart ? "start " : "") +
@@ -90,14 +90,14 @@ class tst_log : public QObject
     void NamesAreMadeFromWhatWasChosen()
     {
         QFETCH(const QString, chosen);
-        QTEST(LogNames::Of(chosen).PathOf(LogForms[0]), "ascii");
+        QTEST(LogNames::Of(chosen).PathOf(Representation::Ascii), "ascii");
     }
 
     void AsksForTheFileAndBeforeOverwriting()
     {
         LogBench bench;
         bench.disk.files = {{"/logs/x_bin.txt", "old"}, {"/logs/y_hex.txt", "not wanted"}};
-        bench.logSettings.HEX = false;
+        bench.logSettings.files[size_t(Representation::Hex)] = false;
         bench.logSettings.Folder.clear();
         bench.Open(CommMode::SendReceive);
         bench.StartAt({}); // cancelled
@@ -137,7 +137,7 @@ class tst_log : public QObject
         bench.logFile.StartLog();
         bench.logFile.StopLog();
         QCOMPARE(bench.commands, "");
-        bench.logSettings = {false, false, false, false, 0, {}};
+        bench.logSettings = {{}, 0, {}};
         bench.OpenAndStart();
         QCOMPARE(bench.logFile.LogState(), 2);
         QCOMPARE(bench.commands, "stop");
@@ -313,7 +313,7 @@ class tst_log : public QObject
     {
         LogBench bench;
         const QString here = QDir::currentPath() + '/';
-        bench.logSettings = {true, true, false, false, 0, "/kept/"};
+        bench.logSettings = {{true, false, true}, 0, "/kept/"};
         bench.logFile.Arm("run_hex.txt", false);
         QCOMPARE(bench.logFile.LogState(), 0);
         bench.Open(CommMode::SendReceive);

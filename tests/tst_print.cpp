@@ -243,7 +243,7 @@ void tst_print::SequencesAreInTheFormOfTheLists()
                                          {0, "1/7 A | \u25A1"},
                                          {2, "1/7 065 | 013"},
                                          {3, "1/7 01000001 | 00001101"},
-                                         {4, "1/7 065 | 013"}};
+                                         {RepresentationCount, "1/7 065 | 013"}};
     for (const qint16 display : lines.keys()) {
         RecordingOutput output = LargePaper();
         PrintBench bench(output);
@@ -324,7 +324,7 @@ void tst_print::TheShownViewIsPrinted_data()
     add("of another representation", 3, false, false, 264, {"text of 3"});
     add("the selection", 1, true, true, 265, {"of"});
     add("all in spite of a selection, as it was chosen", 1, true, false, 265, {"text of 1"});
-    add("of no representation", 4, false, false, 0, {});
+    add("of no representation", RepresentationCount, false, false, 0, {});
 }
 
 void tst_print::TheShownViewIsPrinted()

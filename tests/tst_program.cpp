@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "Common_Function.h"
 #include "MainLoop.h"
 #include "QtSerialPort.h"
+#include "Representation.h"
 #include "RunState.h"
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
@@ -88,15 +88,14 @@ class tst_program : public QObject
         bench.Run({bench.Started(), {stall, allShown}});
         sender->wait();
         QVERIFY(!bench.stuck);
-        constexpr std::array<int, 4> Widths = {1, 3, 4, 9};
         for (const Representation r : AllRepresentations) {
-            const int width = Widths[size_t(r)];
-            QCOMPARE(received(r), qint64(width) * Size);
+            const qsizetype width = RowOf(r).toView("x").size();
+            QCOMPARE(received(r), width * Size);
             const QByteArray shown = bench.Shown(r);
             // What is older may have gaps where a staging box was trimmed before the loop came by.
             const QByteArray lastBytes = bytes.right(qMin(shown.size(), 120000) / width);
             QVERIFY(lastBytes.size() > 10000);
-            QVERIFY(shown.endsWith(Common_Function::SeqToViewText(r, lastBytes)));
+            QVERIFY(shown.endsWith(RowOf(r).toView(lastBytes)));
         }
     }
 

@@ -69,11 +69,10 @@ class tst_receivepath : public QObject
         bench.Watch(QByteArray("\0", 1), "nil");
         bench.Open(CommMode::SendReceive);
         bench.portA.Receive(QByteArray("A\0", 2));
-        const QByteArrayList expected = {"A\x81 nil ", "41 00  nil ", "065 000  nil ",
-                                         "01000001 00000000  nil "};
-        for (const Representation r : AllRepresentations) {
-            QCOMPARE(bench.Staged(r), expected[int(r)]);
-            QCOMPARE(bench.log.texts[size_t(r)], expected[int(r)]);
+        for (const RepresentationRow &row : RepresentationRows) {
+            const QByteArray expected = row.toView({"A\0", 2}) + " nil ";
+            QCOMPARE(bench.Staged(row.representation), expected);
+            QCOMPARE(bench.log.texts[size_t(row.representation)], expected);
         }
     }
 

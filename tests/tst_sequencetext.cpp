@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "Common_Function.h"
+#include "Representation.h"
 #include "SequenceEditing.h"
 #include "SequenceText.h"
 
@@ -99,15 +99,13 @@ class tst_SequenceText : public QObject
         QByteArray bytes;
         for (int i = 0; i < 256; ++i)
             bytes.append(char(i));
-        using List = QByteArray (*)(QByteArrayView);
-        const std::pair<Representation, List> lists[] = {
-            {Hex, Common_Function::SeqToHexList},
-            {Decimal, Common_Function::SeqToDecimalList},
-            {Binary, Common_Function::SeqToBinaryList}};
-        for (const auto &[form, list] : lists)
-            for (const QByteArray &text : {list(bytes), Common_Function::SeqToViewText(form, bytes),
+        for (const Representation form : AllRepresentations) {
+            if (form == Ascii)
+                continue;
+            for (const QByteArray &text : {RowOf(form).toList(bytes), RowOf(form).toView(bytes),
                                            SequenceText::Of(bytes, form).replace(" ", "")})
                 QCOMPARE(SequenceText::Parse(QString::fromLatin1(text), form).bytes, bytes);
+        }
     }
 
     void NamesControlCharacters()

@@ -69,7 +69,7 @@ class tst_sequencewiring : public QObject
         } displays[] = {
             {1, "ask/48 | 69 | 0D/", "question/3F/binary"},
             {2, "ask/072 | 105 | 013/", "question/063/binary"},
-            {4, "ask/H | i | \u0081/", "question/?/binary"}, // without a meaning
+            {RepresentationCount, "ask/H | i | \u0081/", "question/?/binary"}, // without a meaning
             {3, "ask/01001000 | 01101001 | 00001101/", "question/00111111/binary"},
             {-1, "ask/H | i | \u0081/", "question/?/binary"},
         };

@@ -47,17 +47,6 @@ constexpr int TabEarsHeight = 400;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
 
-struct BoxNames {
-    const char *name;
-    const char *accessibleName;
-};
-
-constexpr std::array<BoxNames, RepresentationCount> Boxes = {
-    {{"txtASCII", "Communication in ASCII"},
-     {"txtHexa", "Communication in HEX"},
-     {"txtDeci", "Communication in Decimal"},
-     {"txtBin", "Communication in Binary"}}};
-
 constexpr std::array<const char *, 3> Titles = {"Send Sequences", "Communication",
                                                 "Receive Sequences"};
 
@@ -257,8 +246,8 @@ void frmMain::MakeViews()
     lblTitle[1]->raise();
     for (const Representation r : AllRepresentations) {
         auto *box = new RichTextBox(m_parts.views.View(r), m_inner);
-        box->setObjectName(Text(Boxes[size_t(r)].name));
-        box->setAccessibleName(Text(Boxes[size_t(r)].accessibleName));
+        box->setObjectName(Text(RowOf(r).viewName));
+        box->setAccessibleName(QStringLiteral("Communication in ") + Text(RowOf(r).caption));
         connect(box, &RichTextBox::CaretReleased, this,
                 [this](qint64 position) { m_parts.views.CaretPosition = position; });
         m_boxes[size_t(r)] = box;
@@ -269,7 +258,7 @@ void frmMain::MakeViews()
 void frmMain::InitViews()
 {
     for (const Representation r : AllRepresentations) {
-        tsTabStrip1->addTab(u' ' + Text(RepresentationCaptions[size_t(r)]));
+        tsTabStrip1->addTab(u' ' + Text(RowOf(r).caption));
         m_boxes[size_t(r)]->SetBackground(m_parts.display.DispBack);
         m_boxes[size_t(r)]->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
     }
@@ -278,7 +267,7 @@ void frmMain::InitViews()
 
 void frmMain::ShowView(int tab)
 {
-    if (tab < 0 || tab >= RepresentationCount)
+    if (!IsRepresentation(tab))
         return;
     for (int i = 0; i < RepresentationCount; ++i)
         m_boxes[size_t(i)]->setVisible(i == tab);

@@ -3,9 +3,9 @@
 
 #include "MdFind.h"
 
-#include "Common_Function.h"
 #include "CommunicationViews.h"
 #include "MdSequenceEdition.h"
+#include "SequenceText.h"
 #include "UserPrompts.h"
 
 #include <array>
@@ -16,20 +16,6 @@ namespace
 constexpr std::array<const char *, FindKindCount> FinishedTexts = {
     "Finished searching for send sequence", "Finished searching for receive sequence",
     "Finished searching for user defined sequence"};
-
-QByteArray AsItIs(QByteArrayView sequence)
-{
-    return sequence.toByteArray();
-}
-
-/// As the sequence stands in a view. Byte 0 stands as another character in the ASCII view, so it
-/// is not found there.
-QByteArray SearchText(Representation shown, QByteArrayView sequence)
-{
-    using namespace Common_Function;
-    constexpr std::array Converters = {AsItIs, SeqToHexText, SeqToDecimalText, SeqToBinaryText};
-    return Converters[size_t(shown)](sequence);
-}
 
 } // namespace
 
@@ -59,7 +45,8 @@ std::optional<QByteArray> MdFind::ChosenSequence() const
 bool MdFind::FindNext(FindKind kind, QByteArrayView sequence)
 {
     const Representation shown = m_views.DisplayedRepresentation;
-    const QByteArray text = SearchText(shown, sequence);
+    // Byte 0 stands as another character in the ASCII view, so it is not found there.
+    const QByteArray text = SequenceText::Of(sequence, shown);
     RichTextModel &view = m_views.View(shown);
     const qint64 hit = view.Find(text, m_views.CaretPosition);
     if (hit < 0) {

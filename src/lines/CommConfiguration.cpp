@@ -11,8 +11,8 @@ QString CommConfiguration::PortSettings() const
 LineTexts CommConfiguration::Texts() const
 {
     if (run.line) {
-        return {QString::number(run.line->baud), ParityName(run.line->parity),
-                QString::number(run.line->dataBits), StopBitsName(run.line->stopBits)};
+        return {QString::number(run.line->baud), ParityText(qint32(run.line->parity)),
+                QString::number(run.line->dataBits), StopBitsText(qint32(run.line->stopBits))};
     }
     return {SpeedText(stored.CommSpeed), ParityText(stored.CommParity),
             DataBitsText(stored.CommDataBits), StopBitsText(stored.CommStopBits)};

@@ -30,7 +30,7 @@ struct CommConfiguration {
 
     CommMode Mode() const { return run.mode.value_or(ModeFromNumber(stored.CommType)); }
     /// Whether anything may be sent in the mode in force, by hand or as an answer.
-    bool MaySend() const { return Mode() != CommMode::MonitorReceiveOnly; }
+    bool MaySend() const { return ::MaySend(Mode()); }
     /// Whether both channels are in use.
     bool TwoChannels() const { return Mode() != CommMode::SendReceive; }
     int PortA() const { return run.portA.value_or(stored.CommPortA); }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "LineVocabulary.h"
+
 #include <QString>
 #include <QtGlobal>
 
@@ -13,8 +15,8 @@ enum class CommMode : qint32 {
     MonitorReceiveAndModify = 2 ///< listen on channels 1 and 2, answers go out on channel 1
 };
 
-/// The user's own port settings, as stored. The four line settings are indexes into the value
-/// tables below; both channels share them.
+/// The user's own port settings, as stored. The four line settings are indexes into the tables
+/// of LineVocabulary; both channels share them.
 struct CommSettings {
     qint32 CommType = 0;   ///< a CommMode value
     qint16 CommPortA = 1;  ///< COM number of channel 1, 1 to 255
@@ -27,21 +29,16 @@ struct CommSettings {
     bool operator==(const CommSettings &) const = default;
 };
 
-/// Table sizes, for lists that show the tables in index order.
-constexpr int SpeedCount = 15;
-constexpr int ParityCount = 5;
-constexpr int DataBitsCount = 5;
-constexpr int StopBitsCount = 3;
-
-/// Table look-ups; an index outside the table gives the empty text.
-QString SpeedText(qint32 index);
-QString ParityText(qint32 index);
-QString DataBitsText(qint32 index);
-QString StopBitsText(qint32 index);
 QString ModeCaption(CommMode mode);
 
 /// The stored mode number as a mode.
 CommMode ModeFromNumber(qint32 number);
+
+/// Whether anything may be sent in a mode, by hand or as an answer.
+constexpr bool MaySend(CommMode mode)
+{
+    return mode != CommMode::MonitorReceiveOnly;
+}
 
 /// The settings text for a port, such as "9600,N,8,1". A parity index outside the table leaves
 /// its field out, so the port will refuse the text.

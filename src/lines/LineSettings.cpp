@@ -7,28 +7,14 @@
 #include <QStringView>
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 
 namespace
 {
 
-struct StopBitsText {
-    LineSettings::StopBits value;
-    const char *text;
-};
-
-constexpr std::array<StopBitsText, 3> StopBitsTexts = {{{LineSettings::StopBits::One, "1"},
-                                                        {LineSettings::StopBits::OneAndHalf, "1.5"},
-                                                        {LineSettings::StopBits::Two, "2"}}};
-
-struct ParityEntry {
-    char letter;
-    const char *name;
-};
-
-constexpr std::array<ParityEntry, 5> ParityEntries = {
-    {{'E', "Even"}, {'M', "Mark"}, {'N', "None"}, {'O', "Odd"}, {'S', "Space"}}};
+using LineVocabulary::DataBits;
+using LineVocabulary::Parities;
+using LineVocabulary::StopBits;
 
 /// A whole number of digits alone; QString's own conversion would also take signs and blanks.
 std::optional<qint32> DigitsOnly(QStringView text)
@@ -50,34 +36,26 @@ std::optional<LineSettings> ParseLineSettings(QStringView text)
 
     const auto baud = DigitsOnly(fields[0]);
     const char letter = char(std::toupper(uchar(fields[1][0].toLatin1())));
+    const auto parity = std::find_if(Parities.begin(), Parities.end(),
+                                     [letter](const auto &row) { return row.letter == letter; });
     const auto dataBits = DigitsOnly(fields[2]);
+    const bool hasDataBits =
+        dataBits && std::find(DataBits.begin(), DataBits.end(), *dataBits) != DataBits.end();
     const auto stopBits =
-        std::find_if(StopBitsTexts.begin(), StopBitsTexts.end(), [&](const StopBitsText &entry) {
-            return fields[3] == QLatin1StringView(entry.text);
-        });
-    if (!baud || *baud < 1 || ParityName(letter).isEmpty() || !dataBits || *dataBits < 4 ||
-        *dataBits > 8 || stopBits == StopBitsTexts.end())
+        std::find_if(StopBits.begin(), StopBits.end(),
+                     [&fields](const char *row) { return fields[3] == QLatin1StringView(row); });
+    if (!baud || *baud < 1 || parity == Parities.end() || !hasDataBits ||
+        stopBits == StopBits.end())
         return std::nullopt;
-    return LineSettings{*baud, letter, *dataBits, stopBits->value};
-}
-
-QString ParityName(char letter)
-{
-    const auto entry = std::find_if(ParityEntries.begin(), ParityEntries.end(),
-                                    [&](const ParityEntry &e) { return e.letter == letter; });
-    return entry == ParityEntries.end() ? QString() : QString::fromLatin1(entry->name);
-}
-
-QString StopBitsName(LineSettings::StopBits stopBits)
-{
-    return QString::fromLatin1(StopBitsTexts[size_t(stopBits)].text);
+    return LineSettings{*baud, LineParity(parity - Parities.begin()), *dataBits,
+                        LineStopBits(stopBits - StopBits.begin())};
 }
 
 QString LineSettingsText(const LineSettings &settings)
 {
     return QStringLiteral("%1,%2,%3,%4")
         .arg(settings.baud)
-        .arg(QLatin1Char(settings.parity))
+        .arg(ParityLetter(qint32(settings.parity)))
         .arg(settings.dataBits)
-        .arg(StopBitsName(settings.stopBits));
+        .arg(StopBitsText(qint32(settings.stopBits)));
 }

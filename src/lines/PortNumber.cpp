@@ -29,6 +29,5 @@ PortNumber ReadPortNumber(QStringView text)
     while (digits.size() > 1 && digits.startsWith(u'0'))
         digits = digits.sliced(1);
     const int number = digits.size() > 3 ? MostPortNumber + 1 : digits.toInt();
-    return {number >= LeastPortNumber && number <= MostPortNumber,
-            qint16(std::clamp(number, LeastPortNumber, MostPortNumber))};
+    return {IsPortNumber(number), qint16(std::clamp(number, LeastPortNumber, MostPortNumber))};
 }

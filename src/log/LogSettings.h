@@ -3,14 +3,15 @@
 
 #pragma once
 
+#include "Representation.h"
+
 #include <QString>
+
+#include <array>
 
 /// Which log files are written.
 struct LogSettings {
-    bool ASCII = true;
-    bool Decimal = false;
-    bool HEX = false;
-    bool Binary = false;
+    std::array<bool, RepresentationCount> files = {true}; ///< by representation; ASCII alone
     qint16 Format = 0; ///< kept for the user; log files are plain text in either case
     QString Folder;    ///< of the last log, with trailing separator; empty before the first one
 };

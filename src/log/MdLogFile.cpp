@@ -35,21 +35,31 @@ MessagePrompt OverwriteQuestion()
             .defaultAnswer = PromptAnswer::No};
 }
 
+/// The order in which log files are looked for, opened and closed.
+constexpr auto FileOrder = RepresentationsByEditMode;
+
+template <size_t... Places>
+std::array<ClOutputFile, sizeof...(Places)> OutputsOf(OpenFiles &files,
+                                                      std::index_sequence<Places...>)
+{
+    return {{(static_cast<void>(Places), ClOutputFile(files))...}};
+}
+
 /// The details name the file and tell what becomes of the log and of communication.
-MessagePrompt WritingFailed(const LogForm &form, const Result &result, const QString &path,
+MessagePrompt WritingFailed(Representation form, const Result &result, const QString &path,
                             const QString &consequence)
 {
-    return CriticalMessage(
-        QStringLiteral("Error while writing the %1 log file - ").arg(form.Name()) + result.Cause(),
-        path + u'\n' + consequence);
+    const QLatin1String name(RowOf(form).caption);
+    return CriticalMessage(QStringLiteral("Error while writing the %1 log file - ").arg(name) +
+                               result.Cause(),
+                           path + u'\n' + consequence);
 }
 
 } // namespace
 
 MdLogFile::MdLogFile(const LogParts &parts)
     : m_parts(parts),
-      m_outputs{{ClOutputFile(parts.files), ClOutputFile(parts.files), ClOutputFile(parts.files),
-                 ClOutputFile(parts.files)}}
+      m_outputs(OutputsOf(parts.files, std::make_index_sequence<RepresentationCount>()))
 {
 }
 
@@ -116,9 +126,9 @@ void MdLogFile::StartArmed(const ArmedStart &start)
 QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 {
     QStringList existing;
-    for (const LogForm &form : LogForms) {
+    for (const Representation form : FileOrder) {
         const QString path = names.PathOf(form);
-        if (m_parts.settings.*form.flag && m_parts.files.System().Exists(path))
+        if (m_parts.settings.files[size_t(form)] && m_parts.files.System().Exists(path))
             existing << path;
     }
     return existing;
@@ -128,12 +138,12 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 bool MdLogFile::Open(const LogNames &names)
 {
     QStringList made;
-    for (const LogForm &form : LogForms) {
-        if (!(m_parts.settings.*form.flag))
+    for (const Representation form : FileOrder) {
+        if (!m_parts.settings.files[size_t(form)])
             continue;
         const QString path = names.PathOf(form);
         const bool isNew = !m_parts.files.System().Exists(path);
-        const Result opened = FileOf(form.representation).OpenFile(path);
+        const Result opened = FileOf(form).OpenFile(path);
         if (opened.Failed()) {
             Close();
             for (const QString &each : std::as_const(made))
@@ -155,8 +165,8 @@ bool MdLogFile::Open(const LogNames &names)
 MdLogFile::Closing MdLogFile::Close()
 {
     Closing closing;
-    for (const LogForm &form : LogForms) {
-        ClOutputFile &file = FileOf(form.representation);
+    for (const Representation form : FileOrder) {
+        ClOutputFile &file = FileOf(form);
         if (!file.IsOpen())
             continue;
         file.CloseFile();
@@ -201,7 +211,7 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
         return;
     file.WriteInFile(text);
     if (file.State().Failed())
-        TellOfFailedWrite(FormOf(representation));
+        TellOfFailedWrite(representation);
     if (!std::exchange(m_flushUnderWay, true))
         QMetaObject::invokeMethod(this, &MdLogFile::FlushBurst, Qt::QueuedConnection);
 }
@@ -209,8 +219,8 @@ void MdLogFile::WriteText(Representation representation, const QByteArray &text)
 void MdLogFile::FlushBurst()
 {
     m_flushUnderWay = false;
-    for (const LogForm &form : LogForms) {
-        ClOutputFile &file = FileOf(form.representation);
+    for (const Representation form : FileOrder) {
+        ClOutputFile &file = FileOf(form);
         if (!file.IsOpen())
             continue;
         const bool toldAlready = file.State().Failed(); // with the write that failed
@@ -220,11 +230,11 @@ void MdLogFile::FlushBurst()
 }
 
 /// Receiving must go on, and the user must be able to stop the log meanwhile.
-void MdLogFile::TellOfFailedWrite(const LogForm &form)
+void MdLogFile::TellOfFailedWrite(Representation form)
 {
     const QString path = m_names.PathOf(form);
     m_parts.prompts.ShowNotice(
-        path, WritingFailed(form, FileOf(form.representation).State(), path,
+        path, WritingFailed(form, FileOf(form).State(), path,
                             QStringLiteral("Communication goes on. What the file has not taken is "
                                            "tried again with what follows, up to 1 MiB of it.")));
 }

@@ -6,6 +6,7 @@
 #include "ClOutputFile.h"
 #include "CommunicationLog.h"
 #include "LogNames.h"
+#include "LogSettings.h"
 
 #include <QObject>
 
@@ -74,7 +75,7 @@ class MdLogFile final : public QObject, public CommunicationLog
     };
     Closing Close();
     void FlushBurst();
-    void TellOfFailedWrite(const LogForm &form);
+    void TellOfFailedWrite(Representation form);
     ClOutputFile &FileOf(Representation r) { return m_outputs[size_t(r)]; }
 
     LogParts m_parts;

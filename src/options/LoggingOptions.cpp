@@ -12,18 +12,6 @@
 namespace
 {
 
-struct FileRow {
-    const char *name;
-    const char *caption;
-    bool LogSettings::*flag;
-};
-
-constexpr std::array<FileRow, RepresentationCount> FileRows = {
-    {{"CheckLogInAscii", "ASCII", &LogSettings::ASCII},
-     {"CheckLogInHexadecimal", "HEX", &LogSettings::HEX},
-     {"CheckLogInDecimal", "Decimal", &LogSettings::Decimal},
-     {"CheckLogInBinary", "Binary", &LogSettings::Binary}}};
-
 /// The stored format answers the question whether it is the first of these.
 struct FormatOption {
     const char *caption;
@@ -47,9 +35,9 @@ void LoggingOptions::MakeFiles(QVBoxLayout *column)
 {
     auto *frame = new QGroupBox(QStringLiteral("Log File Creation"));
     auto *rows = new QVBoxLayout(frame);
-    for (size_t i = 0; i < FileRows.size(); ++i) {
-        m_files[i] = new QCheckBox(QString::fromLatin1(FileRows[i].caption));
-        m_files[i]->setObjectName(QString::fromLatin1(FileRows[i].name));
+    for (size_t i = 0; i < m_files.size(); ++i) {
+        m_files[i] = new QCheckBox(QString::fromLatin1(RepresentationRows[i].caption));
+        m_files[i]->setObjectName(QString::fromLatin1(RepresentationRows[i].logBoxName));
         rows->addWidget(m_files[i]);
     }
     column->addWidget(frame);
@@ -76,15 +64,15 @@ void LoggingOptions::MakeFormats(QVBoxLayout *column)
 
 void LoggingOptions::Show(const OptionsValues &values)
 {
-    for (size_t i = 0; i < FileRows.size(); ++i)
-        m_files[i]->setChecked(values.log.*FileRows[i].flag);
+    for (size_t i = 0; i < m_files.size(); ++i)
+        m_files[i]->setChecked(values.log.files[i]);
     LogFileOption[values.log.Format != 0 ? 0 : 1]->setChecked(true);
     m_format = values.log.Format;
 }
 
 void LoggingOptions::Store(OptionsValues &values) const
 {
-    for (size_t i = 0; i < FileRows.size(); ++i)
-        values.log.*FileRows[i].flag = m_files[i]->isChecked();
+    for (size_t i = 0; i < m_files.size(); ++i)
+        values.log.files[i] = m_files[i]->isChecked();
     values.log.Format = m_format;
 }

@@ -78,7 +78,9 @@ void PortBox::Correct()
 void PortBox::UpdateMeaning()
 {
     const QString text = Typed().legal ? PortMeaningText(Typed().value, MeaningOf(Typed().value))
-                                       : QStringLiteral("A COM port has a number from 1 to 255");
+                                       : QStringLiteral("A COM port has a number from %1 to %2")
+                                             .arg(LeastPortNumber)
+                                             .arg(MostPortNumber);
     m_edit->setToolTip(text);
     m_edit->setAccessibleDescription(text);
 }

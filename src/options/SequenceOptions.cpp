@@ -18,8 +18,8 @@ SequenceOptions::SequenceOptions() : m_representation(new QComboBox)
     label->setBuddy(m_representation);
     m_representation->setObjectName(QStringLiteral("PicOp2ComboDisplaySequences"));
     m_representation->setAccessibleName(label->text());
-    for (const char *caption : RepresentationCaptions)
-        m_representation->addItem(QString::fromLatin1(caption));
+    for (const RepresentationRow &row : RepresentationRows)
+        m_representation->addItem(QString::fromLatin1(row.caption));
 
     auto *frame = new QGroupBox(QStringLiteral("Sequence Windows Display Options"));
     auto *row = new QHBoxLayout(frame);
@@ -33,9 +33,8 @@ SequenceOptions::SequenceOptions() : m_representation(new QComboBox)
 
 void SequenceOptions::Show(const OptionsValues &values)
 {
-    const bool listed =
-        values.sequences.Display >= 0 && values.sequences.Display < RepresentationCount;
-    m_representation->setCurrentIndex(listed ? values.sequences.Display : -1);
+    const qint16 display = values.sequences.Display;
+    m_representation->setCurrentIndex(IsRepresentation(display) ? display : -1);
 }
 
 void SequenceOptions::Store(OptionsValues &values) const

@@ -34,18 +34,17 @@ class Hourglass
 /// What a representation without a meaning acts as; the lists have a rule of their own.
 qint16 PrintedForm(qint16 display)
 {
-    const bool known = display >= 0 && display < RepresentationCount;
-    return known ? display : qint16(Representation::Decimal);
+    return qint16(RepresentationOf(display, Representation::Decimal));
 }
 
 } // namespace
 
 void MdPrint::PrintCommunication()
 {
-    const int shown = int(m_parts.views.DisplayedRepresentation);
-    if (shown < 0 || shown >= RepresentationCount)
+    const Representation shown = m_parts.views.DisplayedRepresentation;
+    if (!IsRepresentation(int(shown)))
         return;
-    const RichTextModel &model = m_parts.views.View(Representation(shown));
+    const RichTextModel &model = m_parts.views.View(shown);
     PrintDialogRequest request = {.document = Titled(QStringLiteral("Communication")),
                                   .flags = PrintFlags::ReturnDevice | PrintFlags::NoPageNumbers};
     if (model.HasSelection())

@@ -4,6 +4,7 @@
 #include "CommandLine.h"
 
 #include "PathParts.h"
+#include "PortNumber.h"
 
 #include <QCommandLineParser>
 
@@ -25,8 +26,6 @@ struct OptionRow {
     Apply apply;
 };
 
-constexpr int LowestPort = 1;
-constexpr int HighestPort = 255;
 /// A year; longer runs are a slip of the hand and would overflow a timer.
 constexpr double LongestRunSeconds = 365.0 * 24 * 3600;
 
@@ -38,8 +37,10 @@ Result ApplyPort(CommandLine &line, const QString &value)
     const int number = value.left(equals).toInt(&isNumber);
     if (device.isEmpty() || !isNumber)
         return Failure{QStringLiteral("it must be of the form N=DEVICE, such as 1=/dev/ttyUSB0")};
-    if (number < LowestPort || number > HighestPort)
-        return Failure{QStringLiteral("COM numbers go from 1 to 255")};
+    if (!IsPortNumber(number))
+        return Failure{QStringLiteral("COM numbers go from %1 to %2")
+                           .arg(LeastPortNumber)
+                           .arg(MostPortNumber)};
     line.ports[number] = device;
     return {};
 }

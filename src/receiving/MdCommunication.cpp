@@ -4,7 +4,6 @@
 #include "MdCommunication.h"
 
 #include "CommConfiguration.h"
-#include "Common_Function.h"
 #include "CommunicationLog.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
@@ -154,6 +153,11 @@ void MdCommunication::SendData(SerialPortControl &port, const QByteArray &bytes)
 void MdCommunication::Transmit(const QByteArray &bytes)
 {
     OpenPorts();
+    Send(bytes);
+}
+
+void MdCommunication::Send(const QByteArray &bytes)
+{
     if (!Running() || !m_parts.comm.MaySend())
         return;
     ShowChunk(StyleIndex::Direction1, bytes);
@@ -197,7 +201,8 @@ void MdCommunication::ReadPort(SerialPortControl &port, int direction)
         ShowChunk(direction, rest.first(found.consumed));
         rest = rest.sliced(found.consumed);
         InsertComment(found.comment);
-        SendAnswer(found.answer);
+        if (!found.answer.isEmpty())
+            Send(found.answer);
     }
 }
 
@@ -206,7 +211,7 @@ void MdCommunication::ShowChunk(int direction, QByteArrayView bytes)
     Stamp(direction);
     const TextStyle &style = m_parts.display.styles[size_t(direction)];
     for (const Representation r : AllRepresentations) {
-        const QByteArray text = Common_Function::SeqToViewText(r, bytes);
+        const QByteArray text = RowOf(r).toView(bytes);
         m_parts.views.StagingBox(r).AppendStyled(text, style);
         m_parts.log.WriteText(r, text);
     }
@@ -227,14 +232,6 @@ void MdCommunication::InsertComment(const QByteArray &text)
 {
     if (!text.isEmpty() && Running())
         AppendToAll(' ' + text + ' ', StyleIndex::Comment);
-}
-
-void MdCommunication::SendAnswer(const QByteArray &bytes)
-{
-    if (bytes.isEmpty() || !Running() || !m_parts.comm.MaySend())
-        return;
-    ShowChunk(StyleIndex::Direction1, bytes);
-    SendData(m_parts.MSCommA, bytes);
 }
 
 void MdCommunication::AppendToAll(const QByteArray &text, int styleIndex)

@@ -80,6 +80,8 @@ class MdCommunication final : public QObject
     static bool ClosePort(SerialPortControl &port);
     bool OpenPortsOfMode();
     bool ClosePortsOfMode();
+    /// Shows the bytes and sends them on channel 1, if communication runs and may send.
+    void Send(const QByteArray &bytes);
     void SendData(SerialPortControl &port, const QByteArray &bytes);
 
     void OnReceive(Channel channel);
@@ -87,7 +89,6 @@ class MdCommunication final : public QObject
     void ShowChunk(int direction, QByteArrayView bytes);
     void Stamp(int direction);
     void InsertComment(const QByteArray &text);
-    void SendAnswer(const QByteArray &bytes);
     void AppendToAll(const QByteArray &text, int styleIndex);
 
     int PortNumber(Channel channel) const;

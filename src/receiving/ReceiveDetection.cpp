@@ -109,7 +109,7 @@ ReceiveDetection::Result ReceiveDetection::Evaluate(std::vector<int> detected, C
     for (const int index : detected) {
         const ReceiveSequence &record = m_tables.ReceiveAt(index);
         const SendSequence *answer = m_tables.AnswerOf(record);
-        if (answer && !record.AnswerName.isEmpty() && mode != CommMode::MonitorReceiveOnly)
+        if (answer && !record.AnswerName.isEmpty() && MaySend(mode))
             result.answer += answer->Sequence;
         if (!result.comment.isEmpty() && !record.Comment.isEmpty())
             result.comment += ' ';

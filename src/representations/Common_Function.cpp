@@ -3,6 +3,8 @@
 
 #include "Common_Function.h"
 
+#include "Representation.h"
+
 #include <array>
 #include <string_view>
 
@@ -12,50 +14,43 @@ namespace
 constexpr std::string_view ListSeparator = " | ";
 constexpr std::string_view SearchSeparator = " ";
 
-template <size_t Width> using ItemTable = std::array<std::array<char, Width>, 256>;
-
-/// One item of Width digits and a trailing blank for every byte value.
-template <size_t Width> constexpr ItemTable<Width + 1> MakeItems(unsigned base)
+/// One item and a trailing blank for every byte value.
+template <Representation R> constexpr auto MakeItems()
 {
-    ItemTable<Width + 1> items{};
+    constexpr ItemForm Form = RowOf(R).item;
+    std::array<std::array<char, size_t(Form.width) + 1>, 256> items{};
     for (unsigned value = 0; value < 256; ++value) {
         unsigned rest = value;
-        for (size_t place = Width; place-- > 0; rest /= base)
-            items[value][place] = "0123456789ABCDEF"[rest % base];
-        items[value][Width] = ' ';
+        for (size_t place = size_t(Form.width); place-- > 0; rest /= unsigned(Form.base))
+            items[value][place] = "0123456789ABCDEF"[rest % unsigned(Form.base)];
+        items[value].back() = ' ';
     }
     return items;
 }
 
-constexpr auto HexItems = MakeItems<2>(16);
-constexpr auto DecimalItems = MakeItems<3>(10);
-constexpr auto BinaryItems = MakeItems<8>(2);
+template <Representation R> constexpr auto Items = MakeItems<R>();
 
-template <size_t Width> QByteArray ViewText(const ItemTable<Width> &items, QByteArrayView seq)
+template <Representation R> QByteArray ViewText(QByteArrayView seq)
 {
+    constexpr size_t Width = Items<R>[0].size();
     QByteArray text(seq.size() * qsizetype(Width), Qt::Uninitialized);
     char *out = text.data();
     for (const char byte : seq)
-        out = std::copy_n(items[uchar(byte)].data(), Width, out);
+        out = std::copy_n(Items<R>[uchar(byte)].data(), Width, out);
     return text;
 }
 
-template <size_t Width>
-QByteArray JoinedText(const ItemTable<Width> &items, QByteArrayView seq, std::string_view separator)
+template <Representation R> QByteArray JoinedText(QByteArrayView seq, std::string_view separator)
 {
+    constexpr size_t Width = Items<R>[0].size() - 1;
     QByteArray text;
     text.reserve(seq.size() * qsizetype(Width + separator.size()));
     for (const char byte : seq) {
         if (!text.isEmpty())
             text.append(separator.data(), qsizetype(separator.size()));
-        text.append(items[uchar(byte)].data(), qsizetype(Width - 1));
+        text.append(Items<R>[uchar(byte)].data(), qsizetype(Width));
     }
     return text;
-}
-
-QByteArray AsciiViewText(QByteArrayView seq)
-{
-    return seq.toByteArray().replace('\0', Common_Function::HiddenByteMark);
 }
 
 } // namespace
@@ -81,47 +76,57 @@ QByteArray SeqToAsciiList(QByteArrayView seq)
 
 QByteArray SeqToHexList(QByteArrayView seq)
 {
-    return JoinedText(HexItems, seq, ListSeparator);
+    return JoinedText<Representation::Hex>(seq, ListSeparator);
 }
 
 QByteArray SeqToDecimalList(QByteArrayView seq)
 {
-    return JoinedText(DecimalItems, seq, ListSeparator);
+    return JoinedText<Representation::Decimal>(seq, ListSeparator);
 }
 
 QByteArray SeqToBinaryList(QByteArrayView seq)
 {
-    return JoinedText(BinaryItems, seq, ListSeparator);
+    return JoinedText<Representation::Binary>(seq, ListSeparator);
+}
+
+QByteArray SeqAsItIs(QByteArrayView seq)
+{
+    return seq.toByteArray();
 }
 
 QByteArray SeqToHexText(QByteArrayView seq)
 {
-    return JoinedText(HexItems, seq, SearchSeparator);
+    return JoinedText<Representation::Hex>(seq, SearchSeparator);
 }
 
 QByteArray SeqToDecimalText(QByteArrayView seq)
 {
-    return JoinedText(DecimalItems, seq, SearchSeparator);
+    return JoinedText<Representation::Decimal>(seq, SearchSeparator);
 }
 
 QByteArray SeqToBinaryText(QByteArrayView seq)
 {
-    return JoinedText(BinaryItems, seq, SearchSeparator);
+    return JoinedText<Representation::Binary>(seq, SearchSeparator);
 }
 
-QByteArray SeqToViewText(Representation representation, QByteArrayView seq)
+QByteArray SeqToAsciiView(QByteArrayView seq)
 {
-    switch (representation) {
-    case Representation::Ascii:
-        return AsciiViewText(seq);
-    case Representation::Hex:
-        return ViewText(HexItems, seq);
-    case Representation::Decimal:
-        return ViewText(DecimalItems, seq);
-    case Representation::Binary:
-        return ViewText(BinaryItems, seq);
-    }
-    return {};
+    return seq.toByteArray().replace('\0', HiddenByteMark);
+}
+
+QByteArray SeqToHexView(QByteArrayView seq)
+{
+    return ViewText<Representation::Hex>(seq);
+}
+
+QByteArray SeqToDecimalView(QByteArrayView seq)
+{
+    return ViewText<Representation::Decimal>(seq);
+}
+
+QByteArray SeqToBinaryView(QByteArrayView seq)
+{
+    return ViewText<Representation::Binary>(seq);
 }
 
 } // namespace Common_Function

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "Representation.h"
-
 #include <QByteArray>
 #include <QByteArrayView>
 
@@ -25,13 +23,18 @@ QByteArray SeqToHexList(QByteArrayView seq);
 QByteArray SeqToDecimalList(QByteArrayView seq);
 QByteArray SeqToBinaryList(QByteArrayView seq);
 
-/// Search forms, as the sequence stands in a view: items joined by one blank.
+/// Search forms, as the sequence stands in a view: items joined by one blank. In ASCII a sequence
+/// is searched as it is.
+QByteArray SeqAsItIs(QByteArrayView seq);
 QByteArray SeqToHexText(QByteArrayView seq);
 QByteArray SeqToDecimalText(QByteArrayView seq);
 QByteArray SeqToBinaryText(QByteArrayView seq);
 
-/// View form: what a chunk of traffic adds to the view and to the log of that representation.
-/// Every item is followed by a blank; ASCII has no separators and changes byte 0 only.
-QByteArray SeqToViewText(Representation representation, QByteArrayView seq);
+/// View forms, what a chunk of traffic adds to the view and to the log of a representation. Every
+/// item is followed by a blank; ASCII has no separators and changes byte 0 only.
+QByteArray SeqToAsciiView(QByteArrayView seq);
+QByteArray SeqToHexView(QByteArrayView seq);
+QByteArray SeqToDecimalView(QByteArrayView seq);
+QByteArray SeqToBinaryView(QByteArrayView seq);
 
 } // namespace Common_Function

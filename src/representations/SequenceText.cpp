@@ -4,49 +4,11 @@
 #include "SequenceText.h"
 
 #include "CodePage1252.h"
-#include "Common_Function.h"
 
 #include <array>
 
 namespace
 {
-
-struct Form {
-    int width;
-    int base;
-    const char *allowed;                 ///< what can be typed
-    const char *meaning;                 ///< what an item is
-    std::array<QStringView, 3> prefixes; ///< in small letters
-    char16_t suffix;                     ///< a small letter
-};
-
-/// In the order of the representations.
-const std::array<Form, RepresentationCount> Forms = {{
-    {1, 256, "", "", {}, 0},
-    {2,
-     16,
-     "HEX takes the digits 0 to 9 and A to F.",
-     "a HEX byte: one or two of the digits 0 to 9 and A to F",
-     {u"0x", u"\\x", u"$"},
-     u'h'},
-    {3,
-     10,
-     "Decimal takes the digits 0 to 9, in values up to 255.",
-     "a decimal byte: one to three digits, 0 to 255",
-     {},
-     u'd'},
-    {8,
-     2,
-     "Binary takes the digits 0 and 1.",
-     "a binary byte: one to eight of the digits 0 and 1",
-     {u"0b"},
-     u'b'},
-}};
-
-const Form &FormOf(Representation form)
-{
-    return Forms[size_t(form)];
-}
 
 constexpr std::array<const char *, 32> ControlNames = {
     "NUL", "SOH", "STX", "ETX", "EOT", "ENQ", "ACK", "BEL", "BS",  "HT",  "LF",
@@ -58,7 +20,7 @@ class TokenReader final
 {
   public:
     TokenReader(QStringView token, Representation representation)
-        : m_token(token), m_representation(representation), m_form(FormOf(representation))
+        : m_token(token), m_representation(representation), m_form(RowOf(representation).item)
     {
     }
 
@@ -146,7 +108,7 @@ class TokenReader final
 
     QStringView m_token;
     Representation m_representation;
-    const Form &m_form;
+    const ItemForm &m_form;
     qsizetype m_at = 0;
     qsizetype m_itemStart = 0;
 };
@@ -173,7 +135,7 @@ namespace SequenceText
 
 int ItemWidth(Representation form)
 {
-    return FormOf(form).width;
+    return RowOf(form).item.width;
 }
 
 int ItemPitch(Representation form)
@@ -183,17 +145,7 @@ int ItemPitch(Representation form)
 
 QByteArray Of(QByteArrayView sequence, Representation form)
 {
-    switch (form) {
-    case Representation::Ascii:
-        break;
-    case Representation::Hex:
-        return Common_Function::SeqToHexText(sequence);
-    case Representation::Decimal:
-        return Common_Function::SeqToDecimalText(sequence);
-    case Representation::Binary:
-        return Common_Function::SeqToBinaryText(sequence);
-    }
-    return sequence.toByteArray();
+    return RowOf(form).toText(sequence);
 }
 
 QByteArray Item(uchar byte, Representation form)
@@ -211,14 +163,14 @@ int DigitValue(char16_t character, Representation form)
         value = character - u'A' + 10;
     else if (character >= u'a' && character <= u'f')
         value = character - u'a' + 10;
-    return value < FormOf(form).base ? value : -1;
+    return value < RowOf(form).item.base ? value : -1;
 }
 
 int ValueOf(QByteArrayView digits, Representation form)
 {
     int value = 0;
     for (const char digit : digits)
-        value = value * FormOf(form).base + DigitValue(uchar(digit), form);
+        value = value * RowOf(form).item.base + DigitValue(uchar(digit), form);
     return value;
 }
 
@@ -229,7 +181,7 @@ bool IsSeparator(char16_t character)
 
 QString AllowedDigits(Representation form)
 {
-    return QString::fromLatin1(FormOf(form).allowed);
+    return QString::fromLatin1(RowOf(form).item.allowed);
 }
 
 QByteArrayView ControlName(uchar byte)
@@ -250,7 +202,7 @@ Parsed Parse(QStringView text, Representation form)
         const qsizetype before = result.bytes.size();
         if (!token.AppendTo(result.bytes)) {
             const qsizetype readable = token.IsShort() ? before : result.bytes.size();
-            const QString meaning = QString::fromLatin1(FormOf(form).meaning);
+            const QString meaning = QString::fromLatin1(RowOf(form).item.meaning);
             return {{},
                     QStringLiteral("Item %1, \"%2\", is not %3.")
                         .arg(QString::number(readable + 1), token.WrongItem(), meaning)};

@@ -3,27 +3,18 @@
 
 #include "EditModeOptions.h"
 
-#include "EditModes.h"
 #include "SQEditSequence.h"
 
 #include <QHBoxLayout>
 #include <QRadioButton>
-
-namespace
-{
-
-constexpr std::array<const char *, RepresentationCount> OptionNames = {
-    "OptionAscii", "OptionHexa", "OptionDecimal", "OptionBinary"};
-
-} // namespace
 
 EditModeOptions::EditModeOptions(SQEditSequence &editor, QWidget *parent)
     : QGroupBox(QStringLiteral("Edit Mode"), parent), m_editor(editor)
 {
     auto *row = new QHBoxLayout(this);
     for (const Representation r : AllRepresentations) {
-        auto *option = new QRadioButton(QString::fromLatin1(RepresentationCaptions[size_t(r)]));
-        option->setObjectName(QString::fromLatin1(OptionNames[size_t(r)]));
+        auto *option = new QRadioButton(QString::fromLatin1(RowOf(r).caption));
+        option->setObjectName(QString::fromLatin1(RowOf(r).optionName));
         connect(option, &QRadioButton::toggled, this, [this, r](bool checked) {
             if (checked)
                 Apply(r);
@@ -36,14 +27,14 @@ EditModeOptions::EditModeOptions(SQEditSequence &editor, QWidget *parent)
 
 void EditModeOptions::Choose(Representation mode)
 {
-    const size_t number = size_t(mode);
-    m_options[number < m_options.size() ? number : 0]->setChecked(true);
+    const Representation chosen = RepresentationOf(int(mode), Representation::Ascii);
+    m_options[size_t(chosen)]->setChecked(true);
 }
 
 void EditModeOptions::Apply(Representation mode)
 {
     for (const Representation r : AllRepresentations) // Tab leads to the chosen one
         m_options[size_t(r)]->setFocusPolicy(r == mode ? Qt::StrongFocus : Qt::ClickFocus);
-    m_editor.SetEditMode(EditModes::OfRepresentation(mode));
+    m_editor.SetEditMode(RowOf(mode).editMode);
     Q_EMIT ModeChosen(mode);
 }

@@ -18,8 +18,6 @@
 #include <QTextDocument>
 #include <QToolTip>
 
-#include <algorithm>
-#include <array>
 #include <utility>
 
 namespace
@@ -29,10 +27,6 @@ constexpr int DragInterval = 40; ///< milliseconds between two scrolls past the 
 
 /// The bytes themselves on the clipboard, beside their text.
 constexpr char BytesFormat[] = "application/x-serimonde-sequence";
-
-/// By edit mode.
-constexpr std::array<Representation, RepresentationCount> Forms = {
-    Representation::Ascii, Representation::Decimal, Representation::Hex, Representation::Binary};
 
 /// A tool tip would take some plain texts for markup.
 void ShowTip(const QPoint &at, const QString &text, QWidget *widget)
@@ -66,13 +60,13 @@ QByteArray SQEditSequence::Text(Representation form) const
 
 int SQEditSequence::EditMode() const
 {
-    return int(std::find(Forms.begin(), Forms.end(), Editing().Form()) - Forms.begin());
+    return RowOf(Editing().Form()).editMode;
 }
 
 void SQEditSequence::SetEditMode(int mode)
 {
-    const bool known = mode >= 0 && mode < int(Forms.size());
-    Edit().SetForm(Forms[known ? size_t(mode) : 0]);
+    const bool known = mode >= 0 && mode < int(RepresentationsByEditMode.size());
+    Edit().SetForm(known ? RepresentationsByEditMode[size_t(mode)] : Representation::Ascii);
     Announce();
 }
 
@@ -154,12 +148,14 @@ QString SQEditSequence::Description(qsizetype byte) const
     const QString character = name.isEmpty()
                                   ? u'"' + QString(QChar(CodePage1252::ToUnicode(value))) + u'"'
                                   : QString::fromLatin1(name);
-    const auto item = [value](Representation form) {
-        return QString::fromLatin1(SequenceText::Item(value, form));
-    };
-    return tr("Byte %1: %2, HEX %3, Decimal %4, Binary %5")
-        .arg(QString::number(byte + 1), character, item(Representation::Hex),
-             item(Representation::Decimal), item(Representation::Binary));
+    QString text = tr("Byte %1: %2").arg(QString::number(byte + 1), character);
+    for (const RepresentationRow &row : RepresentationRows) {
+        if (row.representation != Representation::Ascii)
+            text += QStringLiteral(", %1 %2").arg(
+                QString::fromLatin1(row.caption),
+                QString::fromLatin1(SequenceText::Item(value, row.representation)));
+    }
+    return text;
 }
 
 bool SQEditSequence::viewportEvent(QEvent *event)

@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "Representation.h"
+
 #include <QByteArray>
 
 #include <array>
 
-/// The four texts of a sequence, one for each representation, as its editor showed them last.
-using EditorTextArray = std::array<QByteArray, 4>;
+/// The texts of a sequence, one for each representation, as its editor showed them last.
+using EditorTextArray = std::array<QByteArray, RepresentationCount>;
 
 /// Bytes that go out on demand or as an automatic answer.
 struct SendSequence {

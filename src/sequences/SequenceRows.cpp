@@ -3,21 +3,15 @@
 
 #include "SequenceRows.h"
 
-#include "Common_Function.h"
 #include "MdSequenceEdition.h"
-
-#include <array>
+#include "Representation.h"
 
 namespace SequenceRows
 {
 
 QByteArray ListText(qint16 display, QByteArrayView sequence)
 {
-    using namespace Common_Function;
-    constexpr std::array Converters = {SeqToAsciiList, SeqToHexList, SeqToDecimalList,
-                                       SeqToBinaryList};
-    const bool known = display >= 0 && display < qint16(Converters.size());
-    return Converters[known ? size_t(display) : 0](sequence);
+    return RowOf(RepresentationOf(display, Representation::Ascii)).toList(sequence);
 }
 
 SequenceListRow SendRow(const SendSequence &record, qint16 display)

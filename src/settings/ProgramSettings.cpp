@@ -7,6 +7,7 @@
 #include "DisplaySettings.h"
 #include "LogSettings.h"
 #include "MdSequenceEdition.h"
+#include "Representation.h"
 #include "SequenceSettings.h"
 #include "SettingText.h"
 #include "SettingsStore.h"
@@ -14,7 +15,9 @@
 #include "StoredSettings.h"
 #include "WindowSettings.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace
 {
@@ -72,6 +75,11 @@ std::optional<SettingField> StyleField(const StoredSettings &settings)
 std::optional<SettingField> FolderField(const StoredSettings &settings)
 {
     return FieldOf(settings.projectFolder, [](QString &folder) { return &folder; });
+}
+
+template <Representation R> std::optional<SettingField> LogFlag(const StoredSettings &settings)
+{
+    return FieldOf(settings.log, [](LogSettings &log) { return &log.files[size_t(R)]; });
 }
 
 constexpr SettingRow PlaceRow(const char *key, Locate field, const char *missing)
@@ -171,10 +179,10 @@ constexpr std::array SettingRows = {
     SettingRow{Stamp, "Date", Field<&StoredSettings::stamp, &StampSettings::Date>, "False"},
     SettingRow{Stamp, "Time", Field<&StoredSettings::stamp, &StampSettings::Time>, "False"},
 
-    SettingRow{LogFile, "ASCII", Field<&StoredSettings::log, &LogSettings::ASCII>, "True"},
-    SettingRow{LogFile, "Decimal", Field<&StoredSettings::log, &LogSettings::Decimal>, "False"},
-    SettingRow{LogFile, "HEX", Field<&StoredSettings::log, &LogSettings::HEX>, "False"},
-    SettingRow{LogFile, "Binary", Field<&StoredSettings::log, &LogSettings::Binary>, "False"},
+    SettingRow{LogFile, "ASCII", LogFlag<Representation::Ascii>, "True"},
+    SettingRow{LogFile, "Decimal", LogFlag<Representation::Decimal>, "False"},
+    SettingRow{LogFile, "HEX", LogFlag<Representation::Hex>, "False"},
+    SettingRow{LogFile, "Binary", LogFlag<Representation::Binary>, "False"},
     SettingRow{LogFile, "Format", Field<&StoredSettings::log, &LogSettings::Format>, "0"},
     SettingRow{LogFile, "Folder", Field<&StoredSettings::log, &LogSettings::Folder>, ""},
 };
@@ -188,6 +196,18 @@ Failure BadSetting(const QString &section, const QString &key, const QString &te
                            "not %4. Correct or delete it, then start again.")
                 .arg(section, key, text, wanted)};
 }
+
+template <size_t... Numbers> constexpr bool EveryLogFlagIsStored(std::index_sequence<Numbers...>)
+{
+    const auto isStored = [](Locate field) {
+        return std::any_of(SettingRows.begin(), SettingRows.end(),
+                           [field](const SettingRow &row) { return row.field == field; });
+    };
+    return (isStored(LogFlag<Representation(Numbers)>) && ...);
+}
+
+static_assert(EveryLogFlagIsStored(std::make_index_sequence<RepresentationCount>()),
+              "the log flag of a representation has no row");
 
 } // namespace
 

@@ -5,6 +5,7 @@
 
 #include "LineSettings.h"
 #include "PortDevices.h"
+#include "PortNumber.h"
 #include "SerialDevice.h"
 #include "SerialPortHub.h"
 #include "SerialPortWorker.h"
@@ -17,7 +18,6 @@
 namespace
 {
 
-constexpr int HighestCommPort = 255;
 
 QString NoDevice(int comNumber)
 {
@@ -64,7 +64,7 @@ Result QtSerialPort::Set(Value &property, const Value &value, bool inRange)
 
 Result QtSerialPort::SetCommPort(int number)
 {
-    return Set(m_commPort, number, number >= 1 && number <= HighestCommPort);
+    return Set(m_commPort, number, IsPortNumber(number));
 }
 
 Result QtSerialPort::SetSettings(const QString &settings)

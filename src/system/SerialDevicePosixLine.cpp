@@ -14,6 +14,7 @@
 namespace
 {
 
+/// There is no character of four bits.
 struct DataBitsFlag {
     int dataBits;
     tcflag_t flag;
@@ -22,15 +23,16 @@ struct DataBitsFlag {
 constexpr std::array<DataBitsFlag, 4> DataBitsFlags = {{{5, CS5}, {6, CS6}, {7, CS7}, {8, CS8}}};
 
 struct ParityFlags {
-    char letter;
+    LineParity parity;
     tcflag_t flags;
 };
 
-constexpr std::array<ParityFlags, 5> ParityTable = {{{'N', 0},
-                                                     {'E', PARENB},
-                                                     {'O', PARENB | PARODD},
-                                                     {'M', PARENB | PARODD | CMSPAR},
-                                                     {'S', PARENB | CMSPAR}}};
+constexpr std::array ParityTable = {ParityFlags{LineParity::None, 0},
+                                    ParityFlags{LineParity::Even, PARENB},
+                                    ParityFlags{LineParity::Odd, PARENB | PARODD},
+                                    ParityFlags{LineParity::Mark, PARENB | PARODD | CMSPAR},
+                                    ParityFlags{LineParity::Space, PARENB | CMSPAR}};
+static_assert(ParityTable.size() == ParityCount);
 
 constexpr tcflag_t ParityMask = PARENB | PARODD | CMSPAR;
 
@@ -41,11 +43,11 @@ constexpr qint64 BaudToleranceDivisor = 50;
 /// Without data bits of that number the flags stay empty; the read-back shows it.
 tcflag_t CharacterFlags(const LineSettings &settings)
 {
-    tcflag_t flags = settings.stopBits == LineSettings::StopBits::Two ? CSTOPB : 0;
+    tcflag_t flags = settings.stopBits == LineStopBits::Two ? CSTOPB : 0;
     for (const DataBitsFlag &entry : DataBitsFlags)
         flags |= entry.dataBits == settings.dataBits ? entry.flag : 0;
     for (const ParityFlags &entry : ParityTable)
-        flags |= entry.letter == settings.parity ? entry.flags : 0;
+        flags |= entry.parity == settings.parity ? entry.flags : 0;
     return flags;
 }
 
@@ -78,14 +80,13 @@ std::optional<LineSettings> SerialDevice::ReadLineSettings(Handle handle, qint32
 
     LineSettings settings;
     settings.baud = BaudOf(line, askedBaud);
-    settings.stopBits =
-        (line.c_cflag & CSTOPB) != 0 ? LineSettings::StopBits::Two : LineSettings::StopBits::One;
+    settings.stopBits = (line.c_cflag & CSTOPB) != 0 ? LineStopBits::Two : LineStopBits::One;
     for (const DataBitsFlag &entry : DataBitsFlags)
         if ((line.c_cflag & CSIZE) == entry.flag)
             settings.dataBits = entry.dataBits;
     for (const ParityFlags &entry : ParityTable)
         if ((line.c_cflag & ParityMask) == entry.flags)
-            settings.parity = entry.letter;
+            settings.parity = entry.parity;
     return settings;
 }
 
