@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "ByteInk.h"
+#include "FixedPitchFont.h"
 #include "RichTextAccessible.h"
 #include "RichTextBox.h"
 #include "RichTextModel.h"
@@ -11,6 +13,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
@@ -361,6 +364,27 @@ class tst_RichTextBox : public QObject
         desk.model.Select(2, 3);
         const QColor selection = desk.box.palette().color(QPalette::Inactive, QPalette::Highlight);
         QVERIFY(Count(desk.box, cell(2), selection.rgb()) >= 50);
+    }
+
+    void PicturesOfControlCharactersFitAColumn()
+    {
+        const ByteFace face(FixedPitchFont::ViewFont(), 1, ByteFace::Controls::Pictures);
+        const QRectF cell(16, 16, face.Advance(), std::ceil(face.Font().ascent()) + 4);
+        QImage ground(48, 48, QImage::Format_RGB32);
+        ground.fill(Qt::white);
+        QList<QImage> pictures; // no two alike
+        for (uchar byte = 0; byte < 128; byte = byte == 31 ? 127 : uchar(byte + 1)) {
+            QImage picture(ground);
+            QPainter painter(&picture);
+            ByteInk ink;
+            ink.Add(face, byte, cell, face.Font().ascent());
+            ink.Draw(painter, face, Qt::black);
+            QVERIFY2(!pictures.contains(picture), QByteArray::number(byte));
+            pictures.append(picture);
+            painter.fillRect(cell.toAlignedRect(), Qt::white);
+            QVERIFY2(picture == ground, QByteArray::number(byte)); // nothing beside the cell
+        }
+        QCOMPARE(pictures.size(), 33);
     }
 
     void SpeaksToScreenReaders()

@@ -3,6 +3,7 @@
 
 #include "SQEditSequence.h"
 
+#include "ByteLook.h"
 #include "CodePage1252.h"
 #include "SequenceAccessible.h"
 #include "SequenceText.h"
@@ -142,7 +143,7 @@ QString SQEditSequence::ShownText(const QByteArray &bytes) const
 QString SQEditSequence::Description(qsizetype byte) const
 {
     const auto value = uchar(Sequence()[byte]);
-    const QByteArrayView name = SequenceText::ControlName(value);
+    const QByteArrayView name = ByteLook::NameOf(value);
     const QString character = name.isEmpty()
                                   ? u'"' + QString(QChar(CodePage1252::ToUnicode(value))) + u'"'
                                   : QString::fromLatin1(name);

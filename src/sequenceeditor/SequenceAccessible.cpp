@@ -3,7 +3,7 @@
 
 #include "SequenceAccessible.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "SQEditSequence.h"
 #include "SequenceText.h"
 
@@ -98,19 +98,8 @@ QString SequenceAccessible::attributes(int, int *startOffset, int *endOffset) co
 
 QString SequenceAccessible::ShownText() const
 {
-    constexpr char16_t Pictures = 0x2400;
-    constexpr char16_t DeletePicture = 0x2421;
     const SequenceEditing &editing = m_control.Editing();
-    QString text = CodePage1252::ToUnicode(SequenceText::Of(editing.Bytes(), editing.Form()));
-    if (editing.Form() != Representation::Ascii)
-        return text;
-    for (QChar &character : text) {
-        if (character.unicode() < 32)
-            character = QChar(char16_t(Pictures + character.unicode()));
-        else if (character.unicode() == 127)
-            character = QChar(DeletePicture);
-    }
-    return text;
+    return ByteLook::ToPictures(SequenceText::Of(editing.Bytes(), editing.Form()));
 }
 
 int SequenceAccessible::Pitch() const
