@@ -9,6 +9,7 @@
 #include "support/ProgramBench.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QPushButton>
 #include <QRadioButton>
@@ -256,12 +257,14 @@ class tst_find : public QObject
         };
         const auto clear = [&] { bench.program->Sequences().ClearProject(); };
         const auto atOnce = [] { return true; };
+        const auto copied = [] { return QApplication::clipboard()->text() == "one"; };
         bench.Run({{prepare, atOnce},
                    {inView(Qt::CTRL | Qt::Key_F), formIsOpen},
                    {choose, atOnce},
                    {inForm(Qt::Key_Return), caretIs(1)},
                    {inForm(Qt::Key_Escape), formIsGone},
                    {inView(Qt::Key_F3), caretIs(9)},
+                   {inView(Qt::CTRL | Qt::Key_C), copied},
                    {[&] { press(&window()->SendList(), Qt::Key_F3); }, caretIs(0)},
                    {clear, atOnce},
                    {inView(Qt::Key_F3), formIsOpen},

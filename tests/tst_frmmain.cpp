@@ -13,6 +13,7 @@
 #include "WindowSettings.h"
 #include "frmMain.h"
 #include "support/Cases.h"
+#include "support/MouseLosses.h"
 
 #include <QAction>
 #include <QDialog>
@@ -218,6 +219,19 @@ class tst_frmmain : public QObject
         QCOMPARE(horizontal->y(), 143);
         bench.window->StorePlace();
         QCOMPARE(bench.settings.window.vSplitt, 1500.0F);
+    }
+
+    void ASplitterThatLosesTheMouseStays()
+    {
+        for (const MouseLoss &loss : MouseLosses) {
+            WindowBench bench;
+            auto *handle = bench.Find("VimgSplitter");
+            bench.Drag("VimgSplitter", {-100, 0}, false);
+            loss.happen(*handle);
+            QVERIFY2(!bench.Find("VpicSplitter")->isVisible(), loss.name);
+            QTest::mouseRelease(handle, Qt::LeftButton, {}, {-100, 2});
+            QVERIFY2(handle->x() == 400, loss.name);
+        }
     }
 
     void ASmallWindowBoundsTheSplittersForGood()

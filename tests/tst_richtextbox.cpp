@@ -1,17 +1,23 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "ByteInk.h"
+#include "FixedPitchFont.h"
 #include "RichTextAccessible.h"
 #include "RichTextBox.h"
 #include "RichTextModel.h"
+#include "support/MouseLosses.h"
 
 #include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QInputMethodEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QToolTip>
 
 namespace
@@ -52,6 +58,10 @@ struct Desk {
     void Drag(const QPoint &from, const QPoint &to)
     {
         QTest::mousePress(&page, Qt::LeftButton, {}, from);
+        DragOn(to);
+    }
+    void DragOn(const QPoint &to)
+    {
         QMouseEvent move(QEvent::MouseMove, to, page.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
                          {});
         QApplication::sendEvent(&page, &move);
@@ -172,6 +182,25 @@ class tst_RichTextBox : public QObject
         desk.Drop({20, -60});
     }
 
+    void LosingTheMouseEndsADrag()
+    {
+        for (const MouseLoss &loss : MouseLosses) {
+            Desk desk(Lines(0, 2000));
+            desk.Bar().setValue(1900);
+            desk.Drag({20, desk.page.height() / 2}, {20, -60});
+            loss.happen(desk.page);
+            const int row = desk.Bar().value();
+            const qint64 caret = desk.model.Caret();
+            QTimer beat; // of the pace at which a drag scrolls on
+            QSignalSpy beats(&beat, &QTimer::timeout);
+            beat.start(40);
+            QTRY_VERIFY(beats.count() >= 2);
+            desk.DragOn({20, 20});
+            desk.Drop({20, 20});
+            QVERIFY2(desk.Bar().value() == row && desk.model.Caret() == caret, loss.name);
+        }
+    }
+
     void KeysSelect()
     {
         constexpr auto Both = Qt::CTRL | Qt::SHIFT;
@@ -283,9 +312,22 @@ class tst_RichTextBox : public QObject
         desk.box.setFocus();
         QTest::keyRelease(&desk.box, Qt::Key_Home);
         QTest::keyRelease(&desk.box, Qt::Key_Escape);
-        desk.Keys({Qt::Key_F3});
         desk.Drop({});
         QVERIFY(released.isEmpty());
+    }
+
+    void KeysOfTheWindowAndCopyingLeaveTheCaret()
+    {
+        Desk desk("one two");
+        QAction command(&desk.box);
+        command.setShortcuts({Qt::Key_F3, Qt::CTRL | Qt::Key_F});
+        command.setEnabled(false); // so the keys come here
+        QSignalSpy released(&desk.box, &RichTextBox::CaretReleased);
+        desk.Keys({Qt::Key_F3, Qt::CTRL | Qt::Key_F, Qt::CTRL | Qt::Key_C,
+                   Qt::CTRL | Qt::Key_Insert, Qt::Key_Shift, Qt::Key_Control, Qt::Key_Meta});
+        QCOMPARE(released.count(), 0);
+        desk.Keys({Qt::Key_F4, Qt::CTRL | Qt::Key_A, Qt::SHIFT | Qt::Key_Left, Qt::Key_Insert});
+        QCOMPARE(released.count(), 4); // their modifiers add none
     }
 
     void ShowsTheSelectionAwayFromTheEdges()
@@ -322,6 +364,27 @@ class tst_RichTextBox : public QObject
         desk.model.Select(2, 3);
         const QColor selection = desk.box.palette().color(QPalette::Inactive, QPalette::Highlight);
         QVERIFY(Count(desk.box, cell(2), selection.rgb()) >= 50);
+    }
+
+    void PicturesOfControlCharactersFitAColumn()
+    {
+        const ByteFace face(FixedPitchFont::ViewFont(), 1, ByteFace::Controls::Pictures);
+        const QRectF cell(16, 16, face.Advance(), std::ceil(face.Font().ascent()) + 4);
+        QImage ground(48, 48, QImage::Format_RGB32);
+        ground.fill(Qt::white);
+        QList<QImage> pictures; // no two alike
+        for (uchar byte = 0; byte < 128; byte = byte == 31 ? 127 : uchar(byte + 1)) {
+            QImage picture(ground);
+            QPainter painter(&picture);
+            ByteInk ink;
+            ink.Add(face, byte, cell, face.Font().ascent());
+            ink.Draw(painter, face, Qt::black);
+            QVERIFY2(!pictures.contains(picture), QByteArray::number(byte));
+            pictures.append(picture);
+            painter.fillRect(cell.toAlignedRect(), Qt::white);
+            QVERIFY2(picture == ground, QByteArray::number(byte)); // nothing beside the cell
+        }
+        QCOMPARE(pictures.size(), 33);
     }
 
     void SpeaksToScreenReaders()

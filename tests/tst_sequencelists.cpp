@@ -4,6 +4,7 @@
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
 #include "SequenceToolTip.h"
+#include "support/MouseLosses.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -180,6 +181,30 @@ class tst_sequencelists : public QObject
         QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, bench.Place(2, MarkColumn));
         QCOMPARE(bench.Asked(), "");
+    }
+
+    void AMarkThatLosesTheMouseComesUp()
+    {
+        for (const MouseLoss &loss : MouseLosses) {
+            SendBench bench;
+            QWidget *viewport = bench.list.viewport();
+            const QPoint mark = bench.Place(1, MarkColumn);
+            const auto picture = [&] {
+                bench.list.activateWindow();
+                return QTest::qWaitForWindowActive(&bench.list) ? viewport->grab().toImage()
+                                                                : QImage();
+            };
+            QTest::mousePress(viewport, Qt::LeftButton, {}, mark);
+            const QImage down = picture();
+            QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
+            const QImage up = picture();
+            QTest::mouseMove(viewport, mark);
+            QVERIFY2(up != down && picture() == down, loss.name);
+            loss.happen(*viewport);
+            QVERIFY2(picture() == up, loss.name);
+            QTest::mouseRelease(viewport, Qt::LeftButton, {}, mark);
+            QCOMPARE(bench.Asked(), "");
+        }
     }
 
     void TheKeysSendAndEdit()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "ByteLook.h"
 #include "Representation.h"
 #include "SequenceEditing.h"
 #include "SequenceText.h"
@@ -111,9 +112,11 @@ class tst_SequenceText : public QObject
     void NamesControlCharacters()
     {
         const std::pair<uchar, const char *> names[] = {
-            {0, "NUL"}, {31, "US"}, {127, "DEL"}, {32, ""}, {0x81, ""}};
-        for (const auto &[byte, name] : names)
-            QCOMPARE(SequenceText::ControlName(byte).toByteArray(), name);
+            {0, "NUL NU"}, {31, "US US"}, {127, "DEL DT"}, {32, " "}, {0x81, " "}};
+        for (const auto &[byte, both] : names)
+            QCOMPARE(ByteLook::NameOf(byte).toByteArray() + ' ' +
+                         ByteLook::BriefNameOf(byte).toByteArray(),
+                     both);
     }
 
     void UndoesAndRedoesAcrossForms()

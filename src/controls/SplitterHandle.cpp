@@ -22,13 +22,18 @@ constexpr int PictureLess = 2;
 } // namespace
 
 SplitterHandle::SplitterHandle(Qt::Orientation movement, int dragLimit, QWidget *parent)
-    : QWidget(parent), m_movement(movement), m_dragLimit(dragLimit), m_picture(new QWidget(parent))
+    : QWidget(parent),
+      m_movement(movement),
+      m_dragLimit(dragLimit),
+      m_picture(new QWidget(parent)),
+      m_hold(*this)
 {
     setCursor(Horizontal() ? Qt::SplitHCursor : Qt::SplitVCursor);
     setFocusPolicy(Qt::TabFocus);
     m_picture->setAutoFillBackground(true);
     m_picture->setBackgroundRole(QPalette::Dark);
     m_picture->hide();
+    connect(&m_hold, &MouseHold::Lost, m_picture, &QWidget::hide);
 }
 
 int SplitterHandle::PlaceOf(const QWidget &widget) const
@@ -43,12 +48,12 @@ void SplitterHandle::mousePressEvent(QMouseEvent *event)
     m_picture->setGeometry(x(), y(), width(), height() - PictureLess);
     m_picture->raise();
     m_picture->show();
-    m_moving = true;
+    m_hold.Begin();
 }
 
 void SplitterHandle::mouseMoveEvent(QMouseEvent *event)
 {
-    if (!m_moving)
+    if (!m_hold.Holds())
         return;
     const QPoint inParent = mapToParent(event->position().toPoint());
     const int pointer = Horizontal() ? inParent.x() : inParent.y();
@@ -60,9 +65,8 @@ void SplitterHandle::mouseMoveEvent(QMouseEvent *event)
 
 void SplitterHandle::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_moving || event->button() != Qt::LeftButton)
+    if (event->button() != Qt::LeftButton || !m_hold.End())
         return;
-    m_moving = false;
     m_picture->hide();
     Q_EMIT Moved(PlaceOf(*m_picture));
 }

@@ -3,10 +3,13 @@
 
 #pragma once
 
+#include "MouseHold.h"
+
 #include <QWidget>
 
 /// The handle between two areas that are laid out by hand. A drag moves a picture of the handle
-/// over the parent and tells the new place when it is let go; the arrow keys move it in steps.
+/// over the parent and tells the new place when it is let go; a drag that loses the mouse moves
+/// nothing. The arrow keys move it in steps.
 /// Places are in twips from the parent's left or top edge.
 class SplitterHandle final : public QWidget
 {
@@ -36,5 +39,5 @@ class SplitterHandle final : public QWidget
     Qt::Orientation m_movement;
     int m_dragLimit;
     QWidget *m_picture;
-    bool m_moving = false;
+    MouseHold m_hold;
 };

@@ -3,7 +3,7 @@
 
 #include "frmFind.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "EditModeOptions.h"
 #include "MdSequenceEdition.h"
 #include "NamedButton.h"
@@ -170,9 +170,9 @@ void frmFind::Restore()
     for (QComboBox *combo : {ComboSend, ComboReceive})
         combo->addItem(QStringLiteral("---"));
     for (int i = 0; i < sequences.SendCount(); ++i)
-        ComboSend->addItem(CodePage1252::ToShapes(sequences.SendAt(i).Name));
+        ComboSend->addItem(ByteLook::ToShapes(sequences.SendAt(i).Name));
     for (int i = 0; i < sequences.ReceiveCount(); ++i)
-        ComboReceive->addItem(CodePage1252::ToShapes(sequences.ReceiveAt(i).Name));
+        ComboReceive->addItem(ByteLook::ToShapes(sequences.ReceiveAt(i).Name));
     Choose(*ComboSend, find.FindSendIndex);
     Choose(*ComboReceive, find.FindReceiveIndex);
     AXEditFind->SetSequence(find.FindDefinedSequence);

@@ -34,7 +34,8 @@ bool IsKey(const QKeyEvent &event, const QKeySequence &keys)
 SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
     : QTreeView(parent),
       m_model(new SequenceListModel(mark, this)),
-      m_delegate(new SequenceListDelegate(*m_model, this))
+      m_delegate(new SequenceListDelegate(*m_model, this)),
+      m_hold(*viewport())
 {
     m_model->SetSequenceFont(FixedPitchFont::ViewFont());
     setModel(m_model);
@@ -52,6 +53,7 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(SmallestColumn);
+    connect(&m_hold, &MouseHold::Lost, this, [this] { HoldMark(-1); });
 }
 
 void SequenceList::SetWidth(int column, int width)
@@ -93,8 +95,10 @@ void SequenceList::HoldMark(int row)
 void SequenceList::mousePressEvent(QMouseEvent *event)
 {
     QTreeView::mousePressEvent(event);
-    if (event->button() == Qt::LeftButton)
-        HoldMark(MarkAt(event->position().toPoint()));
+    if (event->button() != Qt::LeftButton)
+        return;
+    HoldMark(MarkAt(event->position().toPoint()));
+    m_hold.Begin();
 }
 
 /// A mark that was left while held down comes up again, as a button does.
@@ -112,6 +116,7 @@ void SequenceList::mouseMoveEvent(QMouseEvent *event)
 void SequenceList::mouseReleaseEvent(QMouseEvent *event)
 {
     const int held = m_heldRow;
+    m_hold.End();
     HoldMark(-1);
     QTreeView::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && IsRow(held) &&

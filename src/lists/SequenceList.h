@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "MouseHold.h"
 #include "SequenceListModel.h"
 
 #include <QTreeView>
@@ -81,5 +82,6 @@ class SequenceList : public QTreeView
 
     SequenceListModel *m_model;
     SequenceListDelegate *m_delegate;
+    MouseHold m_hold;
     int m_heldRow = -1; ///< its mark was pressed and not yet let go
 };

@@ -3,7 +3,7 @@
 
 #include "SequenceListModel.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "SequenceToolTip.h"
 
 #include <QGuiApplication>
@@ -125,7 +125,7 @@ QString SequenceListModel::CellText(int row, int column) const
 {
     const SequenceListRow &content = RowAt(row);
     const auto shapes = [](const QByteArray &text) {
-        return CodePage1252::ToShapes(QByteArrayView(text).first(qMin(text.size(), MaxCellLength)));
+        return ByteLook::ToShapes(QByteArrayView(text).first(qMin(text.size(), MaxCellLength)));
     };
     switch (column) {
     case MarkColumn: // painted over; but typing finds rows by what the first column says

@@ -3,7 +3,7 @@
 
 #include "SequenceToolTip.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "SequenceListRow.h"
 
 namespace
@@ -13,7 +13,7 @@ QString Shown(const QByteArray &text)
 {
     using SequenceToolTip::MaxSequenceLength;
     const QString shapes =
-        CodePage1252::ToShapes(QByteArrayView(text).first(qMin(text.size(), MaxSequenceLength)));
+        ByteLook::ToShapes(QByteArrayView(text).first(qMin(text.size(), MaxSequenceLength)));
     const QString lines = SequenceToolTip::Wrapped(shapes).toHtmlEscaped();
     return text.size() > MaxSequenceLength ? lines + u'\u2026' : lines;
 }

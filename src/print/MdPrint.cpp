@@ -3,8 +3,8 @@
 
 #include "MdPrint.h"
 
+#include "ByteLook.h"
 #include "Clock.h"
-#include "CodePage1252.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
 #include "MdSequenceEdition.h"
@@ -116,8 +116,7 @@ void MdPrint::PrintHeader()
     const QString today = m_parts.clock.ShortDate(m_parts.clock.Now().date());
     Printer().SetFontBold(true);
     Printer().printText(Titled(today));
-    Printer().printText(
-        CodePage1252::WithShapes(project.ProjectDirectory + project.ProjectFileName));
+    Printer().printText(ByteLook::WithShapes(project.ProjectDirectory + project.ProjectFileName));
     Printer().SetFontBold(false);
     PrintEmptyLines(2);
 }
@@ -151,11 +150,11 @@ void MdPrint::PrintReceiveSequence(const ReceiveSequence &record)
     if (record.Answer > 0) {
         const SendSequence *answer = m_parts.sequences.AnswerOf(record);
         Printer().printText(QStringLiteral("Respond with the following send sequence: ") +
-                            (answer ? CodePage1252::ToShapes(answer->Name) : QString()));
+                            (answer ? ByteLook::ToShapes(answer->Name) : QString()));
     }
     if (!record.Comment.isEmpty()) {
         Printer().printText(QStringLiteral("After receiving the sequence, insert comment: ") +
-                            CodePage1252::ToShapes(record.Comment));
+                            ByteLook::ToShapes(record.Comment));
     }
 }
 
@@ -171,11 +170,10 @@ void MdPrint::PrintHeading(const QString &text)
 void MdPrint::PrintNameAndSequence(int index, QByteArrayView name, QByteArrayView sequence)
 {
     Printer().SetFontBold(true);
-    Printer().printText(QString::number(index) + QLatin1String(" - ") +
-                        CodePage1252::ToShapes(name));
+    Printer().printText(QString::number(index) + QLatin1String(" - ") + ByteLook::ToShapes(name));
     Printer().SetFontBold(false);
-    Printer().printText(CodePage1252::ToShapes(
-        SequenceRows::ListText(PrintedForm(m_parts.form.Display), sequence)));
+    Printer().printText(
+        ByteLook::ToShapes(SequenceRows::ListText(PrintedForm(m_parts.form.Display), sequence)));
 }
 
 void MdPrint::PrintEmptyLines(int count)

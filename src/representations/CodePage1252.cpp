@@ -67,25 +67,6 @@ QString ToUnicode(QByteArrayView text)
     return result;
 }
 
-QString ToShapes(QByteArrayView text)
-{
-    return WithShapes(ToUnicode(text));
-}
-
-QString WithShapes(QString text)
-{
-    constexpr QChar EmptyBox = u'\u25A1';
-    constexpr QChar SoftHyphen = u'\u00AD';
-    for (QChar &character : text) {
-        const bool shapeless = character < u' ' || (character >= u'\x7F' && character < u'\xA0');
-        if (shapeless)
-            character = EmptyBox;
-        else if (character == SoftHyphen)
-            character = u'-';
-    }
-    return text;
-}
-
 Encoded FromUnicode(QStringView text)
 {
     Encoded result;

@@ -15,12 +15,6 @@ namespace CodePage1252
 char16_t ToUnicode(uchar byte);
 QString ToUnicode(QByteArrayView text);
 
-/// One visible character for each byte, for texts that nobody copies: an empty box for a byte
-/// without a shape (controls and the five empty codes), a hyphen for the soft hyphen.
-QString ToShapes(QByteArrayView text);
-/// The same for a text that may hold more than the code page.
-QString WithShapes(QString text);
-
 struct Encoded {
     QByteArray bytes;
     /// Index of the first UTF-16 unit that the code page lacks, -1 if it has them all.

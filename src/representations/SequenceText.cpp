@@ -10,10 +10,6 @@
 namespace
 {
 
-constexpr std::array<const char *, 32> ControlNames = {
-    "NUL", "SOH", "STX", "ETX", "EOT", "ENQ", "ACK", "BEL", "BS",  "HT",  "LF",
-    "VT",  "FF",  "CR",  "SO",  "SI",  "DLE", "DC1", "DC2", "DC3", "DC4", "NAK",
-    "SYN", "ETB", "CAN", "EM",  "SUB", "ESC", "FS",  "GS",  "RS",  "US"};
 
 /// Reads one run of characters without separators: items side by side, each maybe marked.
 class TokenReader final
@@ -182,13 +178,6 @@ bool IsSeparator(char16_t character)
 QString AllowedDigits(Representation form)
 {
     return QString::fromLatin1(RowOf(form).item.allowed);
-}
-
-QByteArrayView ControlName(uchar byte)
-{
-    if (byte == 127)
-        return "DEL";
-    return byte < ControlNames.size() ? QByteArrayView(ControlNames[byte]) : QByteArrayView();
 }
 
 Parsed Parse(QStringView text, Representation form)

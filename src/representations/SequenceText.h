@@ -37,9 +37,6 @@ bool IsSeparator(char16_t character);
 /// "HEX takes ...": tells which digits can be typed.
 QString AllowedDigits(Representation form);
 
-/// Short name of a control character (0 to 31 and 127), empty for any other byte.
-QByteArrayView ControlName(uchar byte);
-
 struct Parsed {
     QByteArray bytes;
     /// Why the text cannot be read, naming its first wrong item; empty if it can.

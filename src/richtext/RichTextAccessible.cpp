@@ -16,27 +16,7 @@ QAccessibleInterface *RichTextAccessible::Create(const QString &, QObject *objec
     return box ? new RichTextAccessible(*box) : nullptr;
 }
 
-RichTextAccessible::RichTextAccessible(RichTextBox &box)
-    : QAccessibleWidget(&box, QAccessible::EditableText), m_box(box)
-{
-}
-
-QAccessible::State RichTextAccessible::state() const
-{
-    QAccessible::State state = QAccessibleWidget::state();
-    state.readOnly = m_box.Model().ReadOnly();
-    state.editable = !state.readOnly;
-    state.multiLine = true;
-    state.selectableText = true;
-    return state;
-}
-
-void *RichTextAccessible::interface_cast(QAccessible::InterfaceType type)
-{
-    if (type == QAccessible::TextInterface)
-        return static_cast<QAccessibleTextInterface *>(this);
-    return QAccessibleWidget::interface_cast(type);
-}
+RichTextAccessible::RichTextAccessible(RichTextBox &box) : TextAccessible(box), m_box(box) {}
 
 int RichTextAccessible::characterCount() const
 {
@@ -82,21 +62,11 @@ void RichTextAccessible::setCursorPosition(int position)
     m_box.ScrollToSelection();
 }
 
-int RichTextAccessible::selectionCount() const
-{
-    return m_box.Model().HasSelection() ? 1 : 0;
-}
-
 void RichTextAccessible::selection(int index, int *startOffset, int *endOffset) const
 {
-    const bool there = index == 0 && m_box.Model().HasSelection();
+    const bool there = index == 0 && m_box.HasSelection();
     *startOffset = there ? OffsetOf(m_box.Model().SelectionStart()) : 0;
     *endOffset = there ? OffsetOf(m_box.Model().SelectionEnd()) : 0;
-}
-
-void RichTextAccessible::addSelection(int startOffset, int endOffset)
-{
-    setSelection(0, startOffset, endOffset);
 }
 
 void RichTextAccessible::removeSelection(int index)
@@ -113,8 +83,7 @@ void RichTextAccessible::setSelection(int index, int startOffset, int endOffset)
 
 QRect RichTextAccessible::characterRect(int offset) const
 {
-    const QRect rect = m_box.CharacterRect(PositionOf(offset)).toAlignedRect();
-    return {m_box.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
+    return OnScreen(m_box.CharacterRect(PositionOf(offset)));
 }
 
 int RichTextAccessible::offsetAtPoint(const QPoint &point) const
@@ -153,7 +122,6 @@ QString RichTextAccessible::attributes(int offset, int *startOffset, int *endOff
 
 qint64 RichTextAccessible::PositionOf(int offset) const
 {
-    // The two negative offsets are the interface's own: the end and the caret.
     const RichTextModel &model = m_box.Model();
     if (offset == -1)
         return model.End();

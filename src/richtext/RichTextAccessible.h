@@ -4,15 +4,13 @@
 #pragma once
 
 #include "RichTextSteps.h"
-
-#include <QAccessibleTextInterface>
-#include <QAccessibleWidget>
+#include "TextAccessible.h"
 
 class RichTextBox;
 
 /// What a screen reader learns of a rich-text box. Offsets count characters from the begin of the
-/// content. Lives as long as its box, owned by the toolkit.
-class RichTextAccessible final : public QAccessibleWidget, public QAccessibleTextInterface
+/// content.
+class RichTextAccessible final : public TextAccessible
 {
   public:
     /// Factory for QAccessible::installFactory.
@@ -20,11 +18,8 @@ class RichTextAccessible final : public QAccessibleWidget, public QAccessibleTex
 
     explicit RichTextAccessible(RichTextBox &box);
 
-    QAccessible::State state() const override;
-    void *interface_cast(QAccessible::InterfaceType type) override;
-
     int characterCount() const override;
-    using QAccessibleWidget::text; // the texts of the widget, beside those of its content
+    using TextAccessible::text;
     QString text(int startOffset, int endOffset) const override;
     QString textBeforeOffset(int offset, QAccessible::TextBoundaryType boundary, int *startOffset,
                              int *endOffset) const override;
@@ -32,15 +27,11 @@ class RichTextAccessible final : public QAccessibleWidget, public QAccessibleTex
                             int *endOffset) const override;
     QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int *startOffset,
                          int *endOffset) const override;
-
     int cursorPosition() const override;
     void setCursorPosition(int position) override;
-    int selectionCount() const override;
     void selection(int index, int *startOffset, int *endOffset) const override;
-    void addSelection(int startOffset, int endOffset) override;
     void removeSelection(int index) override;
     void setSelection(int index, int startOffset, int endOffset) override;
-
     QRect characterRect(int offset) const override;
     int offsetAtPoint(const QPoint &point) const override;
     void scrollToSubstring(int startIndex, int endIndex) override;

@@ -3,14 +3,11 @@
 
 #pragma once
 
+#include "CodePage1252.h"
+#include "RichTextModel.h"
 #include "RichTextView.h"
 
-#include <QElapsedTimer>
 #include <QSet>
-
-#include <memory>
-
-class QMenu;
 
 /// A rich-text view in which the user selects, copies and, unless the model is read-only, types.
 class RichTextBox final : public RichTextView
@@ -23,13 +20,8 @@ class RichTextBox final : public RichTextView
     /// The style of what the user types.
     void SetTypingStyle(const TextStyle &style) { m_typingStyle = style; }
 
-    void Copy();
-    void Cut();
-    void Paste();
-    void Delete();
-    void SelectAll();
-    /// Cut, Copy, Paste, Delete and Select All, as far as they can do something now.
-    std::unique_ptr<QMenu> MakeContextMenu();
+    bool ReadOnly() const override { return Model().ReadOnly(); }
+    bool HasSelection() const override { return Model().HasSelection(); }
 
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
@@ -39,39 +31,32 @@ class RichTextBox final : public RichTextView
     void CaretReleased(qint64 position);
 
   protected:
+    bool IsEmpty() const override { return Model().Length() == 0; }
+    QString SelectedText() const override
+    {
+        return CodePage1252::ToUnicode(Model().SelectedText());
+    }
+    void SelectWhole() override { Model().Select(Model().Begin(), Model().End()); }
+    void EraseSelection() override;
+    void TypeText(const QString &text) override;
+    void Move(CaretMovement movement, bool select) override;
+    void Press(const QPointF &point, CaretUnit unit, bool extend) override;
+    void DragTo(const QPointF &point) override;
+    bool HandleEditingKey(const QKeyEvent &event, bool inEarnest) override;
+
     void mousePressEvent(QMouseEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void keyReleaseEvent(QKeyEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
-    void inputMethodEvent(QInputMethodEvent *event) override;
 
   private:
     void FollowReadOnly();
-
-    void Press(const QMouseEvent &event, RichTextCaret::Unit unit);
-    void Drag();
-    void DragOn();
-    void ReleaseCaret();
-    void PublishSelection();
-
-    bool HandleKey(const QKeyEvent &event, bool inEarnest) override;
-    bool HandleMovementKey(const QKeyEvent &event, bool inEarnest);
-    bool HandleCommandKey(const QKeyEvent &event, bool inEarnest);
-    bool HandleEditingKey(const QKeyEvent &event, bool inEarnest);
-    void Insert(const QString &text);
-    void MoveCaret(RichTextCaret::Movement movement, bool select);
-    void EraseTowards(RichTextCaret::Movement movement);
-    bool CanEdit() const;
+    bool LeavesCaret(const QKeyEvent &event) const;
+    void EraseTowards(CaretMovement movement);
 
     TextStyle m_typingStyle;
-    QSet<int> m_pressedKeys; ///< those held down whose press came here
+    QSet<int> m_pressedKeys; ///< those held down whose press came here and moves the caret
     Qt::MouseButtons m_pressedButtons;
-    QTimer m_dragging;
-    QPointF m_mouse;
-    QElapsedTimer m_sinceDoubleClick;
-    QPointF m_doubleClick;
 };

@@ -4,12 +4,9 @@
 #include "RichTextPainter.h"
 
 #include "BgrColour.h"
-#include "CodePage1252.h"
 #include "RichTextLayout.h"
 #include "RichTextModel.h"
 
-#include <QFontMetricsF>
-#include <QGlyphRun>
 #include <QPainter>
 
 #include <algorithm>
@@ -18,27 +15,6 @@
 namespace
 {
 
-constexpr quint32 NoGlyph = 0xFFFFFFFF;
-constexpr quint32 BoxGlyph = 0xFFFFFFFE;
-
-/// The character that shows a byte: a soft hyphen has no width of its own.
-QChar ShapeOf(uchar byte)
-{
-    return byte == 0xAD ? QChar(u'-') : QChar(CodePage1252::ToUnicode(byte));
-}
-
-bool IsBlank(uchar byte)
-{
-    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n' || byte == 0xA0;
-}
-
-/// True for the codes that no character has: the remaining controls and the five empty codes.
-bool LacksShape(uchar byte)
-{
-    const char16_t unit = CodePage1252::ToUnicode(byte);
-    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
-}
-
 size_t FaceOf(const TextStyle &style)
 {
     return (style.bold ? 1U : 0U) + (style.italic ? 2U : 0U);
@@ -46,7 +22,8 @@ size_t FaceOf(const TextStyle &style)
 
 } // namespace
 
-RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio)
+RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio,
+                                 ByteFace::Controls controls)
 {
     qreal ascent = 0;
     qreal descent = 0;
@@ -54,37 +31,14 @@ RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio)
         QFont variant = font;
         variant.setBold(i & 1U);
         variant.setItalic(i & 2U);
-        m_faces[i] = MakeFace(variant);
-        ascent = qMax(ascent, m_faces[i].font.ascent());
-        descent = qMax(descent, m_faces[i].font.descent() + m_faces[i].font.leading());
+        m_faces[i] = ByteFace(variant, devicePixelRatio, controls);
+        const QRawFont &raw = m_faces[i].Font();
+        ascent = qMax(ascent, raw.ascent());
+        descent = qMax(descent, raw.descent() + raw.leading());
     }
-    const QList<QPointF> advances = m_faces[0].font.advancesForGlyphIndexes(
-        m_faces[0].font.glyphIndexesForString(QStringLiteral("0")));
-    m_advance = advances.isEmpty() ? 0 : advances.first().x();
-    if (m_advance <= 0)
-        m_advance = qMax(QFontMetricsF(font).horizontalAdvance(u'0'), 1.0);
-
     const qreal ratio = devicePixelRatio > 0 ? devicePixelRatio : 1;
     m_ascent = std::ceil(ascent * ratio) / ratio;
     m_rowHeight = qMax(std::ceil((m_ascent + descent) * ratio), 1.0) / ratio;
-}
-
-RichTextPainter::Face RichTextPainter::MakeFace(const QFont &font)
-{
-    Face face{QRawFont::fromFont(font), {}};
-    for (unsigned byte = 0; byte < 256; ++byte) {
-        quint32 &glyph = face.glyphs[byte];
-        if (IsBlank(uchar(byte))) {
-            glyph = NoGlyph;
-        } else if (LacksShape(uchar(byte))) {
-            glyph = BoxGlyph;
-        } else {
-            const QList<quint32> found =
-                face.font.glyphIndexesForString(QString(ShapeOf(uchar(byte))));
-            glyph = found.isEmpty() || found.first() == 0 ? BoxGlyph : found.first();
-        }
-    }
-    return face;
 }
 
 QColor RichTextPainter::ToGrey(const QColor &colour)
@@ -126,8 +80,8 @@ void RichTextPainter::PaintSelection(QPainter &painter, const RichTextLayout &la
         if (to > layout.RowTextEnd(row) && layout.RowTextEnd(row) < layout.RowEnd(row))
             ++right;
         if (right > left)
-            painter.fillRect(QRectF(left * m_advance, qreal(row - part.firstRow) * m_rowHeight,
-                                    (right - left) * m_advance, m_rowHeight),
+            painter.fillRect(QRectF(left * Advance(), qreal(row - part.firstRow) * m_rowHeight,
+                                    (right - left) * Advance(), m_rowHeight),
                              part.selectionBack);
     }
 }
@@ -172,49 +126,29 @@ int RichTextPainter::CollectSegment(Inks &inks, const RichTextLayout &layout,
 {
     const RichTextModel &model = layout.Model();
     Ink &ink = InkFor(inks, FaceOf(segment.style), segment.colour);
-    const Face &face = m_faces[ink.face];
+    const ByteFace &face = m_faces[ink.face];
+    const qreal advance = Advance();
     int column = segment.column;
     for (qint64 at = segment.from; at < segment.to && column < layout.Columns(); ++at) {
         const uchar byte = model.ByteAt(at);
-        const quint32 glyph = face.glyphs[byte];
-        if (glyph == BoxGlyph) {
-            ink.boxes.emplace_back(column * m_advance, 0, m_advance, m_ascent);
-        } else if (glyph != NoGlyph) {
-            ink.glyphs.push_back(glyph);
-            ink.positions.emplace_back(column * m_advance, m_ascent);
-        }
+        ink.bytes.Add(face, byte, {column * advance, 0, advance, m_rowHeight}, m_ascent);
         column = RichTextLayout::ColumnBehind(byte, column);
     }
     column = qMin(column, layout.Columns());
     if (segment.style.underline) {
-        const qreal thickness = qMax(face.font.lineThickness(), 1.0);
+        const qreal thickness = qMax(face.Font().lineThickness(), 1.0);
         const qreal top =
-            qMin(m_ascent + qMax(face.font.underlinePosition(), 1.0), m_rowHeight - thickness);
-        ink.lines.emplace_back(segment.column * m_advance, std::floor(top),
-                               (column - segment.column) * m_advance, thickness);
+            qMin(m_ascent + qMax(face.Font().underlinePosition(), 1.0), m_rowHeight - thickness);
+        ink.lines.emplace_back(segment.column * Advance(), std::floor(top),
+                               (column - segment.column) * Advance(), thickness);
     }
     return column;
 }
 
 void RichTextPainter::DrawInk(QPainter &painter, Ink &ink) const
 {
-    painter.setPen(ink.colour);
-    if (!ink.glyphs.empty()) {
-        QGlyphRun run;
-        run.setRawFont(m_faces[ink.face].font);
-        run.setRawData(ink.glyphs.data(), ink.positions.data(), int(ink.glyphs.size()));
-        painter.drawGlyphRun({}, run);
-    }
+    ink.bytes.Draw(painter, m_faces[ink.face], ink.colour);
     for (const QRectF &line : ink.lines)
         painter.fillRect(line, ink.colour);
-    for (const QRectF &cell : ink.boxes) {
-        const qreal left = std::floor(cell.left()) + 1.5;
-        const qreal width = std::floor(cell.width()) - 2;
-        const qreal top = std::ceil(cell.height() * 0.3) + 0.5;
-        painter.drawRect(QRectF(left, top, qMax(width, 1.0), cell.bottom() - 0.5 - top));
-    }
-    ink.glyphs.clear();
-    ink.positions.clear();
     ink.lines.clear();
-    ink.boxes.clear();
 }

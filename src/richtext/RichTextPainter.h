@@ -3,12 +3,10 @@
 
 #pragma once
 
+#include "ByteInk.h"
 #include "TextStyle.h"
 
 #include <QColor>
-#include <QFont>
-#include <QRawFont>
-#include <QRectF>
 
 #include <array>
 #include <vector>
@@ -31,10 +29,12 @@ class RichTextPainter final
         bool grey = false; ///< every colour as the grey of its brightness
     };
 
-    /// Row heights are whole device pixels at the ratio given.
-    explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1);
+    /// Row heights are whole device pixels at the ratio given. Pictures of control characters are
+    /// one column wide.
+    explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1,
+                             ByteFace::Controls controls = ByteFace::Controls::Boxes);
 
-    qreal Advance() const { return m_advance; }
+    qreal Advance() const { return m_faces[0].Advance(); }
     qreal RowHeight() const { return m_rowHeight; }
 
     /// Paints with the first row's top left corner at the painter's origin. The background is the
@@ -44,19 +44,11 @@ class RichTextPainter final
     static QColor ToGrey(const QColor &colour);
 
   private:
-    /// A variant of the font, with the glyph that shows each byte.
-    struct Face {
-        QRawFont font;
-        std::array<quint32, 256> glyphs{};
-    };
-
     /// What one row shows in one face and colour.
     struct Ink {
         size_t face = 0;
         QColor colour;
-        std::vector<quint32> glyphs{};
-        std::vector<QPointF> positions{};
-        std::vector<QRectF> boxes{};
+        ByteInk bytes{};
         std::vector<QRectF> lines{};
     };
     using Inks = std::vector<Ink>;
@@ -69,7 +61,6 @@ class RichTextPainter final
         QColor colour;
     };
 
-    static Face MakeFace(const QFont &font);
     static Ink &InkFor(Inks &inks, size_t face, const QColor &colour);
     void PaintSelection(QPainter &painter, const RichTextLayout &layout, const Part &part) const;
     void CollectRow(Inks &inks, const RichTextLayout &layout, qsizetype row,
@@ -77,8 +68,7 @@ class RichTextPainter final
     int CollectSegment(Inks &inks, const RichTextLayout &layout, const Segment &segment) const;
     void DrawInk(QPainter &painter, Ink &ink) const;
 
-    std::array<Face, 4> m_faces; ///< by bold (1) and italic (2)
-    qreal m_advance = 0;
+    std::array<ByteFace, 4> m_faces; ///< by bold (1) and italic (2)
     qreal m_rowHeight = 0;
     qreal m_ascent = 0;
 };

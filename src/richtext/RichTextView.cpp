@@ -17,15 +17,8 @@
 #include <cmath>
 #include <utility>
 
-namespace
-{
-
-constexpr int Margin = 4; ///< pixels between the viewport's edges and the text
-
-} // namespace
-
 RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
-    : CaretScrollArea(parent),
+    : TextControl(parent),
       m_model(model),
       m_layout(model),
       m_caret(model, m_layout),
@@ -34,6 +27,7 @@ RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
     setFont(FixedPitchFont::ViewFont());
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    SetMeasures(m_painter.Advance(), m_painter.RowHeight());
     connect(&m_model, &RichTextModel::Changed, this, &RichTextView::FollowModel);
 }
 
@@ -60,8 +54,7 @@ void RichTextView::LayOut()
 
     const QScopedValueRollback<bool> adjusting(m_adjusting, true);
     QScrollBar &bar = *verticalScrollBar();
-    bar.setPageStep(int(FullRows()));
-    bar.setRange(0, last);
+    SetRowCount(m_layout.RowCount());
     bar.setValue(m_followsEnd ? last : kept);
     m_followsEnd = bar.value() == last;
     PlaceCaretRect();
@@ -108,28 +101,18 @@ const RichTextLayout &RichTextView::Layout()
     return m_layout;
 }
 
-/// The font's measures depend on the screen that the box stands on.
 void RichTextView::RenewPainter()
 {
-    m_pixelRatio = devicePixelRatioF();
-    m_painter = RichTextPainter(font(), m_pixelRatio);
+    m_painter = RichTextPainter(font(), devicePixelRatioF());
+    SetMeasures(m_painter.Advance(), m_painter.RowHeight());
     if (isVisible())
         LayOut();
     viewport()->update();
 }
 
-void RichTextView::changeEvent(QEvent *event)
-{
-    CaretScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
-        RenewPainter();
-}
-
 void RichTextView::showEvent(QShowEvent *event)
 {
-    CaretScrollArea::showEvent(event);
-    if (m_pixelRatio != devicePixelRatioF())
-        RenewPainter();
+    TextControl::showEvent(event);
     FollowModel();
 }
 
@@ -137,17 +120,6 @@ void RichTextView::resizeEvent(QResizeEvent *)
 {
     if (isVisible())
         LayOut();
-}
-
-qsizetype RichTextView::FullRows() const
-{
-    const qreal height = viewport()->height() - 2 * Margin;
-    return qMax<qsizetype>(qsizetype(height / m_painter.RowHeight()), 1);
-}
-
-int RichTextView::FittingColumns() const
-{
-    return qMax(int((viewport()->width() - 2 * Margin) / m_painter.Advance()), 1);
 }
 
 void RichTextView::scrollContentsBy(int, int)
@@ -158,12 +130,6 @@ void RichTextView::scrollContentsBy(int, int)
         LayOut();
     }
     viewport()->update();
-}
-
-/// Scrolls as the user would: the box then stays on the row.
-void RichTextView::ScrollToRow(qsizetype row)
-{
-    verticalScrollBar()->setValue(int(row));
 }
 
 RichTextCaret &RichTextView::ReadyCaret()
@@ -186,15 +152,6 @@ void RichTextView::ScrollToPosition(qint64 position)
     ScrollInSight(m_layout.RowOf(position));
 }
 
-void RichTextView::ScrollInSight(qsizetype row)
-{
-    const qsizetype top = verticalScrollBar()->value();
-    if (row < top)
-        ScrollToRow(row);
-    else if (row >= top + FullRows())
-        ScrollToRow(row - FullRows() + 1);
-}
-
 void RichTextView::ScrollToSelection()
 {
     LayOut();
@@ -207,7 +164,7 @@ void RichTextView::ScrollToSelection()
     const bool awayFromBottom =
         last < top + FullRows() - away || top == verticalScrollBar()->maximum();
     if (!inSight || !awayFromTop || !awayFromBottom)
-        ScrollToRow(qMax<qsizetype>(first - FullRows() / 3, 0));
+        verticalScrollBar()->setValue(int(qMax<qsizetype>(first - FullRows() / 3, 0)));
 }
 
 void RichTextView::SetBackground(qint32 colour)
@@ -215,13 +172,6 @@ void RichTextView::SetBackground(qint32 colour)
     QPalette colours;
     colours.setColor(QPalette::Base, BgrColour::ToColour(colour));
     viewport()->setPalette(colours);
-}
-
-QRectF RichTextView::CellRect(qsizetype row, int column) const
-{
-    const qreal y = qreal(row - verticalScrollBar()->value()) * m_painter.RowHeight();
-    return {Margin + column * m_painter.Advance(), Margin + y, m_painter.Advance(),
-            m_painter.RowHeight()};
 }
 
 QRectF RichTextView::CharacterRect(qint64 position)
@@ -259,8 +209,7 @@ void RichTextView::PlaceCaretRect()
 
 void RichTextView::paintEvent(QPaintEvent *)
 {
-    if (m_pixelRatio != devicePixelRatioF())
-        RenewPainter();
+    FollowScreen();
     LayOut(); // a picture can be asked for while the box is hidden
     QPainter painter(viewport());
     painter.translate(Margin, Margin);
@@ -283,9 +232,7 @@ void RichTextView::PaintCaret(QPainter &painter) const
 RichTextView::Cell RichTextView::CellAt(const QPointF &point)
 {
     LayOut();
-    const auto row = qsizetype(std::floor((point.y() - Margin) / m_painter.RowHeight()));
-    return {qBound<qsizetype>(0, row + verticalScrollBar()->value(), m_layout.RowCount() - 1),
-            (point.x() - Margin) / m_painter.Advance()};
+    return TextControl::CellAt(point, m_layout.RowCount());
 }
 
 qint64 RichTextView::PositionAt(const QPointF &point)

@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "CaretScrollArea.h"
 #include "RichTextCaret.h"
 #include "RichTextLayout.h"
 #include "RichTextPainter.h"
+#include "TextControl.h"
 
 class RichTextModel;
 
@@ -14,7 +14,7 @@ class RichTextModel;
 /// the end of the text while it is scrolled to its end; otherwise it stays on the text it shows,
 /// also when the front is cut. While hidden it does nothing; it lays out when shown. The model must
 /// outlive it.
-class RichTextView : public CaretScrollArea
+class RichTextView : public TextControl
 {
     Q_OBJECT
 
@@ -39,13 +39,7 @@ class RichTextView : public CaretScrollArea
     qint64 PositionAt(const QPointF &point);
 
   protected:
-    struct Cell {
-        qsizetype row;
-        double column;
-    };
-
-    /// The cell of the text under a point of the viewport; above and below the text it is the
-    /// first or the last row.
+    /// In the up-to-date layout.
     Cell CellAt(const QPointF &point);
     /// The caret, with an up-to-date layout under it.
     RichTextCaret &ReadyCaret();
@@ -54,7 +48,7 @@ class RichTextView : public CaretScrollArea
     /// In the viewport, as of the last layout.
     QRectF CaretRect() const override { return m_caretRect; }
 
-    void changeEvent(QEvent *event) override;
+    void RenewPainter() override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -77,13 +71,6 @@ class RichTextView : public CaretScrollArea
     void LayOut();
     void RepaintIfChanged();
     void Announce();
-    void RenewPainter();
-    qsizetype FullRows() const;
-    int FittingColumns() const;
-    void ScrollToRow(qsizetype row);
-    void ScrollInSight(qsizetype row);
-
-    QRectF CellRect(qsizetype row, int column) const;
     void PlaceCaretRect();
     void PaintCaret(QPainter &painter) const;
 
@@ -91,7 +78,6 @@ class RichTextView : public CaretScrollArea
     RichTextLayout m_layout;
     RichTextCaret m_caret;
     RichTextPainter m_painter;
-    qreal m_pixelRatio = 1;
 
     qint64 m_top = 0; ///< position that the first row shows, unless the end is followed
     bool m_followsEnd = true;

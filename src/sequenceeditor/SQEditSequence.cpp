@@ -3,18 +3,16 @@
 
 #include "SQEditSequence.h"
 
+#include "ByteLook.h"
 #include "CodePage1252.h"
 #include "SequenceAccessible.h"
 #include "SequenceText.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QClipboard>
+#include <QFocusEvent>
 #include <QHelpEvent>
-#include <QInputMethodEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QScrollBar>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -22,8 +20,6 @@
 
 namespace
 {
-
-constexpr int DragInterval = 40; ///< milliseconds between two scrolls past the edge
 
 /// The bytes themselves on the clipboard, beside their text.
 constexpr char BytesFormat[] = "application/x-serimonde-sequence";
@@ -40,10 +36,7 @@ SQEditSequence::SQEditSequence(QWidget *parent) : SequenceView(parent)
 {
     QAccessible::installFactory(SequenceAccessible::Create);
     setAccessibleName(tr("Sequence"));
-    setFocusPolicy(Qt::StrongFocus);
     setInputMethodHints(Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
-    m_dragging.setInterval(DragInterval);
-    connect(&m_dragging, &QTimer::timeout, this, &SQEditSequence::DragOn);
     FollowEditability();
 }
 
@@ -130,7 +123,7 @@ void SQEditSequence::TellAssistivePrograms(bool changed)
 void SQEditSequence::ShowRefusal(const QString &refusal)
 {
     if (!refusal.isEmpty())
-        ShowTip(viewport()->mapToGlobal(CaretRect().bottomLeft().toPoint()), refusal, this);
+        ShowTip(BelowCaret(), refusal, this);
     else if (m_refusalShown)
         QToolTip::hideText();
     m_refusalShown = !refusal.isEmpty();
@@ -144,7 +137,7 @@ QString SQEditSequence::ShownText(const QByteArray &bytes) const
 QString SQEditSequence::Description(qsizetype byte) const
 {
     const auto value = uchar(Sequence()[byte]);
-    const QByteArrayView name = SequenceText::ControlName(value);
+    const QByteArrayView name = ByteLook::NameOf(value);
     const QString character = name.isEmpty()
                                   ? u'"' + QString(QChar(CodePage1252::ToUnicode(value))) + u'"'
                                   : QString::fromLatin1(name);
@@ -187,195 +180,97 @@ void SQEditSequence::PlaceInRow(Cell cell, bool select)
         Edit().SelectTo(layout.BorderAt(cell.row, cell.column));
     else
         Edit().PlaceCaret(layout.PlaceAt(cell.row, cell.column));
-    const bool behind = layout.RowOf(Editing().Caret().byte) > cell.row;
+    AnnounceIn(cell);
+}
+
+void SQEditSequence::AnnounceIn(Cell cell)
+{
+    const bool behind = Layout().RowOf(Editing().Caret().byte) > cell.row;
     Announce({}, behind ? RowEnd::Yes : RowEnd::No);
 }
 
-void SQEditSequence::Press(const QMouseEvent &event)
+void SQEditSequence::Press(const QPointF &point, CaretUnit unit, bool extend)
 {
-    m_mouse = event.position();
-    PlaceInRow(CellAt(m_mouse), event.modifiers().testFlag(Qt::ShiftModifier));
-    const Cell cell = CellAt(m_mouse);
-    m_pressedFrom = Editing().HasSelection()
-                        ? Editing().Anchor()
-                        : qMin(Layout().BorderAt(cell.row, cell.column), Editing().Length());
-    m_pressedTo = m_pressedFrom;
-}
-
-void SQEditSequence::mousePressEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton)
+    if (unit == CaretUnit::Character) {
+        PlaceInRow(CellAt(point), extend);
+        const Cell cell = CellAt(point);
+        m_pressedFrom = HasSelection()
+                            ? Editing().Anchor()
+                            : qMin(Layout().BorderAt(cell.row, cell.column), Editing().Length());
+        m_pressedTo = m_pressedFrom;
         return;
-    const bool third =
-        m_sinceDoubleClick.isValid() &&
-        m_sinceDoubleClick.elapsed() < QApplication::doubleClickInterval() &&
-        (event->position() - m_mouse).manhattanLength() < QApplication::startDragDistance();
-    m_sinceDoubleClick.invalidate();
-    Press(*event);
-    if (!third)
-        return;
-    SelectAll();
-    m_pressedFrom = 0;
-    m_pressedTo = Editing().Length();
-}
-
-void SQEditSequence::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    if (event->button() != Qt::LeftButton)
-        return;
-    m_mouse = event->position();
-    const Cell cell = CellAt(m_mouse);
-    Edit().SelectUnitAt(Layout().ByteUnder(cell.row, cell.column));
+    }
+    if (unit == CaretUnit::Line) {
+        SelectAll();
+    } else {
+        const Cell cell = CellAt(point);
+        Edit().SelectUnitAt(Layout().ByteUnder(cell.row, cell.column));
+        Announce();
+    }
     m_pressedFrom = Editing().SelectionStart();
     m_pressedTo = Editing().SelectionEnd();
-    Announce();
-    m_sinceDoubleClick.start();
 }
 
-void SQEditSequence::mouseMoveEvent(QMouseEvent *event)
+void SQEditSequence::DragTo(const QPointF &point)
 {
-    if (!event->buttons().testFlag(Qt::LeftButton))
-        return;
-    m_mouse = event->position();
-    const bool past = m_mouse.y() < 0 || m_mouse.y() >= viewport()->height();
-    if (!past)
-        m_dragging.stop();
-    else if (!m_dragging.isActive())
-        m_dragging.start();
-    Drag();
-}
-
-void SQEditSequence::Drag()
-{
-    const Cell cell = CellAt(m_mouse);
+    const Cell cell = CellAt(point);
     const qsizetype border = Layout().BorderAt(cell.row, cell.column);
     const bool inside = border >= m_pressedFrom && border <= m_pressedTo;
-    if (inside && m_pressedFrom == m_pressedTo && !Editing().HasSelection())
+    if (inside && m_pressedFrom == m_pressedTo && !HasSelection())
         return; // the caret stays on the digit that was clicked
     if (border < m_pressedFrom)
         Edit().Select(m_pressedTo, border);
     else
         Edit().Select(m_pressedFrom, qMax(border, m_pressedTo));
-    const bool behind = Layout().RowOf(Editing().Caret().byte) > cell.row;
-    Announce({}, behind ? RowEnd::Yes : RowEnd::No);
-}
-
-/// Scrolls on while the mouse is held past an edge, the faster the farther it is.
-void SQEditSequence::DragOn()
-{
-    const qreal past = m_mouse.y() < 0 ? m_mouse.y() : m_mouse.y() - viewport()->height();
-    const int rows = int(past / CaretRect().height());
-    QScrollBar &bar = *verticalScrollBar();
-    bar.setValue(bar.value() + (past < 0 ? rows - 1 : rows + 1));
-    Drag();
-}
-
-void SQEditSequence::mouseReleaseEvent(QMouseEvent *event)
-{
-    m_dragging.stop();
-    if (event->button() == Qt::LeftButton)
-        PublishSelection();
-    const QClipboard &clipboard = *QApplication::clipboard();
-    if (event->button() == Qt::MiddleButton && CanEdit() && clipboard.supportsSelection()) {
-        Press(*event);
-        Announce(Edit().Paste(clipboard.text(QClipboard::Selection)));
-    }
-}
-
-/// What is selected can be pasted with the middle button, where the system knows that.
-void SQEditSequence::PublishSelection()
-{
-    QClipboard &clipboard = *QApplication::clipboard();
-    if (clipboard.supportsSelection() && Editing().HasSelection())
-        clipboard.setText(ShownText(Editing().SelectedBytes()), QClipboard::Selection);
-}
-
-void SQEditSequence::contextMenuEvent(QContextMenuEvent *event)
-{
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QPoint place =
-        byKey ? viewport()->mapToGlobal(CaretRect().bottomLeft().toPoint()) : event->globalPos();
-    QMenu *menu = MakeContextMenu().release();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->popup(place);
-}
-
-std::unique_ptr<QMenu> SQEditSequence::MakeContextMenu()
-{
-    auto menu = std::make_unique<QMenu>(this);
-    const auto add = [&](const QString &text, void (SQEditSequence::*command)(), bool enabled) {
-        menu->addAction(text, this, command)->setEnabled(enabled);
-    };
-    const bool selected = Editing().HasSelection();
-    const QMimeData *offered = QApplication::clipboard()->mimeData();
-    const bool pastes = offered && (offered->hasText() || offered->hasFormat(BytesFormat));
-    add(tr("&Undo"), &SQEditSequence::Undo, CanEdit() && Editing().Document().CanUndo());
-    add(tr("&Redo"), &SQEditSequence::Redo, CanEdit() && Editing().Document().CanRedo());
-    menu->addSeparator();
-    add(tr("Cu&t"), &SQEditSequence::Cut, CanEdit() && selected);
-    add(tr("&Copy"), &SQEditSequence::Copy, selected);
-    add(tr("&Paste"), &SQEditSequence::Paste, CanEdit() && pastes);
-    add(tr("&Delete"), &SQEditSequence::Delete, CanEdit() && selected);
-    menu->addSeparator();
-    add(tr("Select &All"), &SQEditSequence::SelectAll, Editing().Length() > 0);
-    return menu;
+    AnnounceIn(cell);
 }
 
 // --- Commands -----------------------------------------------------------------------------------
 
+void SQEditSequence::AddOwnEntries(QMenu &menu)
+{
+    const SequenceDocument &document = Editing().Document();
+    menu.addAction(tr("&Undo"), this, &SQEditSequence::Undo)
+        ->setEnabled(CanEdit() && document.CanUndo());
+    menu.addAction(tr("&Redo"), this, &SQEditSequence::Redo)
+        ->setEnabled(CanEdit() && document.CanRedo());
+    menu.addSeparator();
+}
+
+void SQEditSequence::Do(void (SequenceEditing::*edit)())
+{
+    (Edit().*edit)();
+    Announce();
+}
+
 void SQEditSequence::Undo()
 {
-    if (!CanEdit())
-        return;
-    Edit().Undo();
-    Announce();
+    if (CanEdit())
+        Do(&SequenceEditing::Undo);
 }
 
 void SQEditSequence::Redo()
 {
-    if (!CanEdit())
-        return;
-    Edit().Redo();
-    Announce();
+    if (CanEdit())
+        Do(&SequenceEditing::Redo);
 }
 
-void SQEditSequence::Copy()
+void SQEditSequence::AddToCopy(QMimeData &copy) const
 {
-    if (!Editing().HasSelection())
-        return;
-    auto copy = std::make_unique<QMimeData>();
-    copy->setText(ShownText(Editing().SelectedBytes()));
-    copy->setData(BytesFormat, Editing().SelectedBytes());
-    QApplication::clipboard()->setMimeData(copy.release());
+    copy.setData(BytesFormat, Editing().SelectedBytes());
 }
 
-void SQEditSequence::Cut()
+bool SQEditSequence::CanTake(const QMimeData &offered) const
 {
-    Copy();
-    Delete();
+    return offered.hasText() || offered.hasFormat(BytesFormat);
 }
 
-void SQEditSequence::Paste()
+void SQEditSequence::Take(const QMimeData &offered)
 {
-    const QMimeData *offered = QApplication::clipboard()->mimeData();
-    if (!CanEdit() || !offered)
-        return;
-    Announce(offered->hasFormat(BytesFormat) ? Edit().Insert(offered->data(BytesFormat))
-                                             : Edit().Paste(offered->text()));
-}
-
-void SQEditSequence::Delete()
-{
-    if (!CanEdit() || !Editing().HasSelection())
-        return;
-    Edit().EraseSelection();
-    Announce();
-}
-
-void SQEditSequence::SelectAll()
-{
-    SelectBytes(0, Editing().Length());
-    PublishSelection();
+    if (offered.hasFormat(BytesFormat))
+        Announce(Edit().Insert(offered.data(BytesFormat)));
+    else
+        PasteText(offered.text());
 }
 
 void SQEditSequence::SelectBytes(qsizetype anchor, qsizetype caret)
@@ -388,33 +283,6 @@ void SQEditSequence::MoveCaret(SequencePlace place)
 {
     Edit().PlaceCaret(place);
     Announce();
-}
-
-void SQEditSequence::TypeText(QStringView text)
-{
-    Announce(Edit().Type(text));
-}
-
-void SQEditSequence::ToggleOvertyping()
-{
-    Edit().SetOvertypes(!Editing().Overtypes());
-    Announce();
-}
-
-// --- Input methods and focus --------------------------------------------------------------------
-
-void SQEditSequence::inputMethodEvent(QInputMethodEvent *event)
-{
-    if (CanEdit() && !event->commitString().isEmpty())
-        TypeText(event->commitString());
-    event->accept();
-}
-
-QVariant SQEditSequence::inputMethodQuery(Qt::InputMethodQuery query) const
-{
-    if (query == Qt::ImCursorRectangle)
-        return CaretRect().translated(viewport()->pos());
-    return SequenceView::inputMethodQuery(query);
 }
 
 void SQEditSequence::focusOutEvent(QFocusEvent *event)

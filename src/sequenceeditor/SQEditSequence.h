@@ -5,12 +5,6 @@
 
 #include "SequenceView.h"
 
-#include <QElapsedTimer>
-
-#include <memory>
-
-class QMenu;
-
 /// The sequence editor control: one byte sequence, typed in one of four forms. How digits, blanks
 /// and erasing work is told by SequenceEditing, what can be pasted by SequenceText.
 ///
@@ -44,19 +38,12 @@ class SQEditSequence final : public SequenceView
     int EditMode() const;
     void SetEditMode(int mode);
 
-    bool ReadOnly() const { return m_readOnly; }
+    bool ReadOnly() const override { return m_readOnly; }
     void SetReadOnly(bool readOnly);
+    bool HasSelection() const override { return Editing().HasSelection(); }
 
     void Undo();
     void Redo();
-    void Cut();
-    void Copy();
-    /// Refused whole, with a tool tip, if it cannot be read.
-    void Paste();
-    void Delete();
-    void SelectAll();
-    /// What the menu offers, as far as it can do something now.
-    std::unique_ptr<QMenu> MakeContextMenu();
 
     /// For assistive programs.
     void SelectBytes(qsizetype anchor, qsizetype caret);
@@ -64,26 +51,35 @@ class SQEditSequence final : public SequenceView
     /// The byte whose cell is at a point of the viewport, -1 if there is none.
     qsizetype ByteAt(const QPointF &point) const;
 
-    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
-
   Q_SIGNALS:
     /// The user's own hand has changed the sequence.
     void Changed();
 
   protected:
+    bool IsEmpty() const override { return Editing().Length() == 0; }
+    QString SelectedText() const override { return ShownText(Editing().SelectedBytes()); }
+    void SelectWhole() override { SelectBytes(0, Editing().Length()); }
+    void EraseSelection() override { Do(&SequenceEditing::EraseSelection); }
+    void TypeText(const QString &text) override { Announce(Edit().Type(text)); }
+    /// Refused whole, with a tool tip, if it cannot be read.
+    void PasteText(const QString &text) override { Announce(Edit().Paste(text)); }
+    void Move(CaretMovement movement, bool select) override;
+    void Press(const QPointF &point, CaretUnit unit, bool extend) override;
+    void DragTo(const QPointF &point) override;
+    bool HandleEditingKey(const QKeyEvent &event, bool inEarnest) override;
+    QList<QKeySequence> KeysOf(QKeySequence::StandardKey command) const override;
+    void AddToCopy(QMimeData &copy) const override;
+    bool CanTake(const QMimeData &offered) const override;
+    void Take(const QMimeData &offered) override;
+    void AddOwnEntries(QMenu &menu) override;
+
     bool viewportEvent(QEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void mousePressEvent(QMouseEvent *event) override;
-    void mouseDoubleClickEvent(QMouseEvent *event) override;
-    void mouseMoveEvent(QMouseEvent *event) override;
-    void mouseReleaseEvent(QMouseEvent *event) override;
-    void contextMenuEvent(QContextMenuEvent *event) override;
-    void inputMethodEvent(QInputMethodEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
 
   private:
-    bool CanEdit() const { return !m_readOnly && isEnabled(); }
     void FollowEditability();
+    void Do(void (SequenceEditing::*edit)());
     /// Shows what was done, raises Changed if the bytes are others, tells what was refused.
     void Announce(const QString &refusal = {}, RowEnd rowEnd = RowEnd::No);
     /// Tells whether the bytes are others than were shown before.
@@ -91,20 +87,11 @@ class SQEditSequence final : public SequenceView
     void TellAssistivePrograms(bool changed);
     void ShowRefusal(const QString &refusal);
 
-    bool HandleKey(const QKeyEvent &event, bool inEarnest) override;
-    bool HandleMovementKey(const QKeyEvent &event, bool inEarnest);
-    bool HandleCommandKey(const QKeyEvent &event, bool inEarnest);
-    bool HandleTypingKey(const QKeyEvent &event, bool inEarnest);
     void MoveRows(qsizetype rows, bool select);
-    void MoveInRow(bool toEnd, bool select);
     void PlaceInRow(Cell cell, bool select);
-    void TypeText(QStringView text);
-    void ToggleOvertyping();
+    /// The caret stands where a cell was pressed: if that is behind it, at the row's end.
+    void AnnounceIn(Cell cell);
 
-    void Press(const QMouseEvent &event);
-    void Drag();
-    void DragOn();
-    void PublishSelection();
     QString ShownText(const QByteArray &bytes) const;
     QString Description(qsizetype byte) const;
 
@@ -113,9 +100,6 @@ class SQEditSequence final : public SequenceView
     quint64 m_announcedRevision = 0;
     int m_wantedColumn = -1; ///< kept while the caret moves through rows
 
-    QTimer m_dragging;
-    QPointF m_mouse;
     qsizetype m_pressedFrom = 0; ///< what stays selected while the mouse is dragged
     qsizetype m_pressedTo = 0;
-    QElapsedTimer m_sinceDoubleClick;
 };

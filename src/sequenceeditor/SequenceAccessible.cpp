@@ -3,7 +3,7 @@
 
 #include "SequenceAccessible.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "SQEditSequence.h"
 #include "SequenceText.h"
 
@@ -14,30 +14,13 @@ QAccessibleInterface *SequenceAccessible::Create(const QString &, QObject *objec
 }
 
 SequenceAccessible::SequenceAccessible(SQEditSequence &control)
-    : QAccessibleWidget(&control, QAccessible::EditableText), m_control(control)
+    : TextAccessible(control), m_control(control)
 {
-}
-
-QAccessible::State SequenceAccessible::state() const
-{
-    QAccessible::State state = QAccessibleWidget::state();
-    state.readOnly = m_control.ReadOnly();
-    state.editable = !state.readOnly;
-    state.multiLine = true;
-    state.selectableText = true;
-    return state;
 }
 
 QString SequenceAccessible::text(QAccessible::Text kind) const
 {
     return kind == QAccessible::Value ? ShownText() : QAccessibleWidget::text(kind);
-}
-
-void *SequenceAccessible::interface_cast(QAccessible::InterfaceType type)
-{
-    if (type == QAccessible::TextInterface)
-        return static_cast<QAccessibleTextInterface *>(this);
-    return QAccessibleWidget::interface_cast(type);
 }
 
 int SequenceAccessible::characterCount() const
@@ -64,11 +47,6 @@ void SequenceAccessible::setCursorPosition(int position)
     m_control.MoveCaret(PlaceOf(position));
 }
 
-int SequenceAccessible::selectionCount() const
-{
-    return m_control.Editing().HasSelection() ? 1 : 0;
-}
-
 void SequenceAccessible::selection(int index, int *startOffset, int *endOffset) const
 {
     const SequenceEditing &editing = m_control.Editing();
@@ -77,15 +55,10 @@ void SequenceAccessible::selection(int index, int *startOffset, int *endOffset) 
     *endOffset = there ? OffsetOf({editing.SelectionEnd(), 0}) : 0;
 }
 
-void SequenceAccessible::addSelection(int startOffset, int endOffset)
-{
-    setSelection(0, startOffset, endOffset);
-}
-
 void SequenceAccessible::removeSelection(int index)
 {
     const qsizetype caret = m_control.Editing().Caret().byte;
-    if (index == 0 && m_control.Editing().HasSelection())
+    if (index == 0 && m_control.HasSelection())
         m_control.SelectBytes(caret, caret);
 }
 
@@ -100,11 +73,9 @@ void SequenceAccessible::setSelection(int index, int startOffset, int endOffset)
 QRect SequenceAccessible::characterRect(int offset) const
 {
     const SequencePlace place = PlaceOf(offset);
-    QRectF rect = m_control.ItemRect(place.byte);
+    const QRectF rect = m_control.ItemRect(place.byte);
     const qreal width = rect.width() / SequenceText::ItemWidth(m_control.Editing().Form());
-    rect = QRectF(rect.left() + place.digit * width, rect.top(), width, rect.height());
-    const QRect whole = rect.toAlignedRect();
-    return {m_control.viewport()->mapToGlobal(whole.topLeft()), whole.size()};
+    return OnScreen({rect.left() + place.digit * width, rect.top(), width, rect.height()});
 }
 
 int SequenceAccessible::offsetAtPoint(const QPoint &point) const
@@ -127,19 +98,8 @@ QString SequenceAccessible::attributes(int, int *startOffset, int *endOffset) co
 
 QString SequenceAccessible::ShownText() const
 {
-    constexpr char16_t Pictures = 0x2400;
-    constexpr char16_t DeletePicture = 0x2421;
     const SequenceEditing &editing = m_control.Editing();
-    QString text = CodePage1252::ToUnicode(SequenceText::Of(editing.Bytes(), editing.Form()));
-    if (editing.Form() != Representation::Ascii)
-        return text;
-    for (QChar &character : text) {
-        if (character.unicode() < 32)
-            character = QChar(char16_t(Pictures + character.unicode()));
-        else if (character.unicode() == 127)
-            character = QChar(DeletePicture);
-    }
-    return text;
+    return ByteLook::ToPictures(SequenceText::Of(editing.Bytes(), editing.Form()));
 }
 
 int SequenceAccessible::Pitch() const
@@ -149,7 +109,6 @@ int SequenceAccessible::Pitch() const
 
 SequencePlace SequenceAccessible::PlaceOf(int offset) const
 {
-    // The two negative offsets are the interface's own: the end and the caret.
     const SequenceEditing &editing = m_control.Editing();
     if (offset == -2)
         return editing.Caret();

@@ -4,16 +4,13 @@
 #pragma once
 
 #include "SequencePlace.h"
-
-#include <QAccessibleTextInterface>
-#include <QAccessibleWidget>
+#include "TextAccessible.h"
 
 class SQEditSequence;
 
 /// What a screen reader learns of a sequence editor control: the text as it is shown, control
-/// characters as their pictures in Unicode, so one character a byte in ASCII. Lives as long as its
-/// control, owned by the toolkit.
-class SequenceAccessible final : public QAccessibleWidget, public QAccessibleTextInterface
+/// characters as their pictures in Unicode, so one character a byte in ASCII.
+class SequenceAccessible final : public TextAccessible
 {
   public:
     /// Factory for QAccessible::installFactory.
@@ -21,18 +18,14 @@ class SequenceAccessible final : public QAccessibleWidget, public QAccessibleTex
 
     explicit SequenceAccessible(SQEditSequence &control);
 
-    QAccessible::State state() const override;
     QString text(QAccessible::Text kind) const override;
-    void *interface_cast(QAccessible::InterfaceType type) override;
 
     int characterCount() const override;
-    using QAccessibleWidget::text; // the texts of the widget, beside those of its content
+    using TextAccessible::text;
     QString text(int startOffset, int endOffset) const override;
     int cursorPosition() const override;
     void setCursorPosition(int position) override;
-    int selectionCount() const override;
     void selection(int index, int *startOffset, int *endOffset) const override;
-    void addSelection(int startOffset, int endOffset) override;
     void removeSelection(int index) override;
     void setSelection(int index, int startOffset, int endOffset) override;
     QRect characterRect(int offset) const override;

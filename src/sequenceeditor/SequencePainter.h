@@ -3,13 +3,9 @@
 
 #pragma once
 
-#include <QColor>
-#include <QFont>
-#include <QRawFont>
-#include <QRectF>
+#include "ByteInk.h"
 
-#include <array>
-#include <vector>
+#include <QColor>
 
 class QPainter;
 class SequenceEditing;
@@ -32,7 +28,7 @@ class SequencePainter final
 
     SequencePainter(const QFont &font, qreal devicePixelRatio);
 
-    qreal Advance() const { return m_advance; }
+    qreal Advance() const { return m_face.Advance(); }
     qreal RowHeight() const { return m_rowHeight; }
 
     /// Paints with the first row's top left corner at the painter's origin. The background is the
@@ -41,27 +37,10 @@ class SequencePainter final
                const Part &part) const;
 
   private:
-    /// What is painted in one colour.
-    struct Ink {
-        std::vector<quint32> glyphs{};
-        std::vector<QPointF> positions{};
-        std::vector<QRectF> boxes{};
-        struct Picture {
-            QRectF cell;
-            uchar byte;
-        };
-        std::vector<Picture> pictures{};
-    };
+    void CollectItem(ByteInk &ink, const SequenceEditing &editing, qsizetype at,
+                     QPointF corner) const;
 
-    void CollectItem(Ink &ink, const SequenceEditing &editing, qsizetype at,
-                     const QPointF &corner) const;
-    void CollectByte(Ink &ink, uchar byte, const QPointF &corner) const;
-    void DrawInk(QPainter &painter, const Ink &ink, const QColor &colour) const;
-
-    QRawFont m_font;
-    std::array<quint32, 256> m_glyphs{}; ///< 0 where the font has none
-    qreal m_advance = 1;
+    ByteFace m_face;
     qreal m_rowHeight = 1;
     qreal m_baseline = 0;
-    qreal m_unit = 1; ///< a dot of the pictures
 };

@@ -15,17 +15,8 @@
 
 #include <cmath>
 
-namespace
-{
-
-constexpr int Margin = 4; ///< pixels between the viewport's edges and the items
-
-} // namespace
-
 SequenceView::SequenceView(QWidget *parent)
-    : CaretScrollArea(parent),
-      m_painter(FixedPitchFont::ViewFont(), 1),
-      lblPosition(new QLabel(this))
+    : TextControl(parent), m_painter(FixedPitchFont::ViewFont(), 1), lblPosition(new QLabel(this))
 {
     lblPosition->setObjectName(QStringLiteral("lblPosition"));
     lblPosition->setContentsMargins(Margin, 0, Margin, 0);
@@ -34,26 +25,20 @@ SequenceView::SequenceView(QWidget *parent)
     setFont(FixedPitchFont::ViewFont());
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    RenewPainter();
+    SequenceView::RenewPainter();
 }
 
 // --- Places -------------------------------------------------------------------------------------
 
 const SequenceLayout &SequenceView::Layout() const
 {
-    const int columns = int((viewport()->width() - 2 * Margin) / m_painter.Advance());
+    const int columns = FittingColumns();
     const LaidOut wanted{m_editing.Document().Revision(), columns, m_editing.Form()};
     if (wanted != m_laidOut) {
         m_layout = SequenceLayout(m_editing.Form(), columns, m_editing.Bytes());
         m_laidOut = wanted;
     }
     return m_layout;
-}
-
-qsizetype SequenceView::FullRows() const
-{
-    const qreal height = viewport()->height() - 2 * Margin;
-    return qMax<qsizetype>(qsizetype(height / m_painter.RowHeight()), 1);
 }
 
 qsizetype SequenceView::CaretRow() const
@@ -70,10 +55,7 @@ int SequenceView::CaretColumn() const
 QRectF SequenceView::ItemRect(qsizetype byte) const
 {
     const SequenceLayout &layout = Layout();
-    const qsizetype row = layout.RowOf(byte) - verticalScrollBar()->value();
-    return {Margin + layout.ColumnOf({byte, 0}) * m_painter.Advance(),
-            Margin + qreal(row) * m_painter.RowHeight(), layout.WidthOf(byte) * m_painter.Advance(),
-            m_painter.RowHeight()};
+    return CellRect(layout.RowOf(byte), layout.ColumnOf({byte, 0}), layout.WidthOf(byte));
 }
 
 QRectF SequenceView::CaretRect() const
@@ -82,17 +64,10 @@ QRectF SequenceView::CaretRect() const
     const qreal thin = style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, this);
     const qreal digit =
         ItemRect(m_editing.Caret().byte).width() / SequenceText::ItemWidth(m_editing.Form());
-    const qsizetype row = CaretRow() - verticalScrollBar()->value();
-    return {std::floor(Margin + CaretColumn() * m_painter.Advance()),
-            Margin + qreal(row) * m_painter.RowHeight(), block ? digit : thin,
-            m_painter.RowHeight()};
-}
-
-SequenceView::Cell SequenceView::CellAt(const QPointF &point) const
-{
-    const auto row = qsizetype(std::floor((point.y() - Margin) / m_painter.RowHeight()));
-    return {qBound<qsizetype>(0, row + verticalScrollBar()->value(), Layout().RowCount() - 1),
-            (point.x() - Margin) / m_painter.Advance()};
+    QRectF rect = CellRect(CaretRow(), CaretColumn());
+    rect.setLeft(std::floor(rect.left()));
+    rect.setWidth(block ? digit : thin);
+    return rect;
 }
 
 // --- Following ----------------------------------------------------------------------------------
@@ -111,12 +86,7 @@ void SequenceView::Follow(RowEnd rowEnd)
 
 void SequenceView::ScrollToByte(qsizetype byte)
 {
-    QScrollBar &bar = *verticalScrollBar();
-    const qsizetype row = Layout().RowOf(byte);
-    if (row < bar.value())
-        bar.setValue(int(row));
-    else if (row >= bar.value() + FullRows())
-        bar.setValue(int(row - FullRows() + 1));
+    ScrollInSight(Layout().RowOf(byte));
 }
 
 QString SequenceView::PositionText() const
@@ -142,17 +112,13 @@ int SequenceView::LineHeight() const
 
 void SequenceView::LayOut()
 {
-    const qsizetype rows = Layout().RowCount();
-    QScrollBar &bar = *verticalScrollBar();
-    bar.setPageStep(int(FullRows()));
-    bar.setRange(0, int(qMax<qsizetype>(rows - FullRows(), 0)));
+    SetRowCount(Layout().RowCount());
 }
 
-/// The font's measures depend on the screen that the box stands on.
 void SequenceView::RenewPainter()
 {
-    m_pixelRatio = devicePixelRatioF();
-    m_painter = SequencePainter(font(), m_pixelRatio);
+    m_painter = SequencePainter(font(), devicePixelRatioF());
+    SetMeasures(m_painter.Advance(), m_painter.RowHeight());
     lblPosition->setText(PositionText());
     setViewportMargins(0, 0, 0, LineHeight());
     LayOut();
@@ -161,18 +127,9 @@ void SequenceView::RenewPainter()
 
 void SequenceView::changeEvent(QEvent *event)
 {
-    CaretScrollArea::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
-        RenewPainter();
-    else if (event->type() == QEvent::EnabledChange)
+    TextControl::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange)
         viewport()->update();
-}
-
-void SequenceView::showEvent(QShowEvent *event)
-{
-    CaretScrollArea::showEvent(event);
-    if (m_pixelRatio != devicePixelRatioF())
-        RenewPainter();
 }
 
 void SequenceView::resizeEvent(QResizeEvent *)

@@ -3,16 +3,16 @@
 
 #pragma once
 
-#include "CaretScrollArea.h"
 #include "SequenceEditing.h"
 #include "SequenceLayout.h"
 #include "SequencePainter.h"
+#include "TextControl.h"
 
 class QLabel;
 
 /// Shows a sequence that is being edited, and in a line below how long it is and where the caret
 /// is; what keys and mouse do to it is the derived class's work.
-class SequenceView : public CaretScrollArea
+class SequenceView : public TextControl
 {
     Q_OBJECT
 
@@ -36,23 +36,19 @@ class SequenceView : public CaretScrollArea
     /// the other.
     enum class RowEnd { No, Yes };
 
-    struct Cell {
-        qsizetype row;
-        double column;
-    };
-
-    /// Under a point of the viewport; above and below the items it is the first or the last row.
-    Cell CellAt(const QPointF &point) const;
+    Cell CellAt(const QPointF &point) const
+    {
+        return TextControl::CellAt(point, Layout().RowCount());
+    }
     SequenceEditing &Edit() { return m_editing; }
     /// The row that shows the caret, and its column there.
     qsizetype CaretRow() const;
     int CaretColumn() const;
-    qsizetype FullRows() const;
     /// Takes over what was done to the editing: scrolls the caret into sight and repaints.
     void Follow(RowEnd rowEnd = RowEnd::No);
 
+    void RenewPainter() override;
     void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -61,7 +57,6 @@ class SequenceView : public CaretScrollArea
     QString PositionText() const;
     int LineHeight() const;
     void LayOut();
-    void RenewPainter();
     QSize SizeOf(int columns, int rows) const;
     void PaintCaret(QPainter &painter) const;
 
@@ -78,7 +73,6 @@ class SequenceView : public CaretScrollArea
     mutable SequenceLayout m_layout;
     mutable LaidOut m_laidOut{0, 0, Representation::Ascii};
     SequencePainter m_painter;
-    qreal m_pixelRatio = 1;
     QLabel *lblPosition;
     bool m_caretAtRowEnd = false;
 };

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "CaretMovement.h"
 #include "RichTextSteps.h"
 
 class RichTextLayout;
@@ -13,22 +14,8 @@ class RichTextModel;
 class RichTextCaret final
 {
   public:
-    enum class Movement {
-        NextCharacter,
-        PreviousCharacter,
-        NextWord,
-        PreviousWord,
-        NextRow,
-        PreviousRow,
-        NextPage,
-        PreviousPage,
-        RowStart,
-        RowEnd,
-        Begin,
-        End
-    };
-    /// What a mouse selects at a time.
-    enum class Unit { Character, Word, Line };
+    using Movement = CaretMovement;
+    using Unit = CaretUnit;
 
     RichTextCaret(RichTextModel &model, const RichTextLayout &layout)
         : m_model(model), m_layout(layout)

@@ -3,6 +3,7 @@
 
 #include "SequenceEditing.h"
 
+#include "ByteLook.h"
 #include "CodePage1252.h"
 #include "SequenceText.h"
 
@@ -15,11 +16,12 @@ enum class Kind { Control, Blank, Word, Sign };
 
 Kind KindOf(char byte)
 {
-    const QChar character(CodePage1252::ToUnicode(uchar(byte)));
-    if (!SequenceText::ControlName(uchar(byte)).isEmpty())
+    const ByteLook::Kind kind = ByteLook::KindOf(uchar(byte));
+    if (kind == ByteLook::Kind::Control)
         return Kind::Control;
-    if (character.isSpace())
+    if (kind == ByteLook::Kind::Blank)
         return Kind::Blank;
+    const QChar character(CodePage1252::ToUnicode(uchar(byte)));
     return character.isLetterOrNumber() || character == u'_' ? Kind::Word : Kind::Sign;
 }
 

@@ -3,6 +3,7 @@
 
 #include "SequenceLayout.h"
 
+#include "ByteLook.h"
 #include "SequenceText.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ int SequenceLayout::WidthOf(qsizetype byte) const
         return SequenceText::ItemWidth(m_form);
     if (byte >= m_bytes.size())
         return 1;
-    return int(qMax<qsizetype>(SequenceText::ControlName(uchar(m_bytes[byte])).size(), 1));
+    return int(qMax<qsizetype>(ByteLook::NameOf(uchar(m_bytes[byte])).size(), 1));
 }
 
 int SequenceLayout::PitchOf(qsizetype byte) const
