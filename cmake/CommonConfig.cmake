@@ -36,4 +36,7 @@ function(serimonde_library folder)
     add_library(serimonde_${folder} STATIC ${ARGN})
     target_include_directories(serimonde_${folder} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(serimonde_${folder} PUBLIC serimonde_common Qt6::Core)
+    # The link line is complete at the folder's end; the name would then be forgotten.
+    cmake_language(EVAL CODE
+        "cmake_language(DEFER CALL serimonde_choose_headers serimonde_${folder})")
 endfunction()

@@ -10,10 +10,12 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 # Debian's names; each command needs those of the list "run" and its own.
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-serialport-dev
               qt6-tools-dev libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
-test_packages=(xvfb xauth libbenchmark-dev lrzsz poppler-utils)
-lint_packages=(clang-format clang-tidy)
-fuzz_packages=(clang-14 libclang-rt-14-dev)
+test_packages=(poppler-utils)
+bench_packages=(libbenchmark-dev)
+lint_packages=(clang-format clang-tidy shellcheck)
+clang_packages=(clang-14 libclang-rt-14-dev)
 package_packages=(dpkg-dev file)
+transfer_packages=(lrzsz socat)
 check_package_packages=(lintian appstream desktop-file-utils shared-mime-info man-db
                         bash-completion)
 
@@ -107,6 +109,10 @@ BuildPreset() {
     local preset=$1 target=${2:-all}
     local folder=$repo/build/$preset log=$repo/build/$preset.log
     export CMAKE_BUILD_PARALLEL_LEVEL=${CMAKE_BUILD_PARALLEL_LEVEL:-$(nproc)}
+    if command -v ccache >/dev/null; then
+        # It may trust the precompiled headers; the build makes them anew when they change.
+        export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_SLOPPINESS=pch_defines,time_macros
+    fi
     if NeedsConfiguring "$folder"; then
         Quietly "Configuring $preset" "$log" cmake -S "$repo" --preset "$preset" --fresh || return
     fi
