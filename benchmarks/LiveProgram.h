@@ -6,13 +6,14 @@
 #include "CommConfiguration.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
+#include "LineLoop.h"
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdLogFile.h"
 #include "MdSequenceEdition.h"
 #include "PortDevices.h"
-#include "QtSerialPort.h"
 #include "RunState.h"
+#include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "StampText.h"
 #include "SystemFiles.h"
@@ -30,14 +31,15 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 #include <vector>
 
 /// A checksum of what has gone through the receive path, in its order, on its way to the log.
 class ChecksumLog final : public CommunicationLog
 {
   public:
-    qint64 bytes = 0;
-    quint64 checksum = 0;
+    std::atomic<qint64> bytes = 0;
+    std::atomic<quint64> checksum = 0;
     CommunicationLog *next = nullptr;
 
     static quint64 Add(quint64 checksum, QByteArrayView text)
@@ -47,14 +49,13 @@ class ChecksumLog final : public CommunicationLog
         return checksum;
     }
 
-    void WriteText(Representation representation, const QByteArray &text) override
+    void Take(const TrafficEvent &event) override
     {
-        next->WriteText(representation, text);
-        if (representation != Representation::Ascii)
-            return;
-        bytes += text.size();
-        checksum = Add(checksum, text);
+        next->Take(event);
+        bytes += event.bytes.size();
+        checksum = Add(checksum, event.bytes);
     }
+    bool HasRoom() const override { return next->HasRoom(); }
     void UpdateLogCommands() override { next->UpdateLogCommands(); }
     void StopLog() override { next->StopLog(); }
 };
@@ -80,15 +81,16 @@ class LiveProgram
     MemoryStore store;
     PortDevices devices{store, SystemPortName};
     SerialPortHub hub;
-    QtSerialPort portA{hub, devices};
-    QtSerialPort portB{hub, devices};
+    LineLoop lines;
+    SerialPort portA{lines, hub, devices};
+    SerialPort portB{lines, hub, devices};
     MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
-                                   log, prompts, clock, portA, portB}};
+                                   log, prompts, clock, portA, portB, lines}};
     SystemFiles system;
     OpenFiles files{system};
     MdLogFile logFile{
         {settings.log, prompts, files, run, [this] { return communication.Running(); }}};
-    MainLoop loop{run, communication, views};
+    MainLoop loop{run, communication};
     frmMain window{
         {settings.comm, settings.display, settings.window, settings.lists, views, run, {}}};
     std::vector<double> passes; ///< seconds from the start of one pass to that of the next

@@ -60,7 +60,7 @@ bool HoldsRepeated(const QString &path, const QByteArray &text, qint64 times)
 bool LogsAreWhole(const QString &logName, const QByteArray &block, qint64 times)
 {
     return std::all_of(AllRepresentations.begin(), AllRepresentations.end(), [&](Representation r) {
-        return HoldsRepeated(LogNames::Of(logName).PathOf(r), RowOf(r).toView(block), times);
+        return HoldsRepeated(LogNames::Of(logName).PathOf(r), ViewText(r, block), times);
     });
 }
 

@@ -24,7 +24,8 @@ constexpr qsizetype DataSize = 4 * 1024 * 1024;
 class NoLog final : public CommunicationLog
 {
   public:
-    void WriteText(Representation, const QByteArray &) override {}
+    void Take(const TrafficEvent &) override {}
+    bool HasRoom() const override { return true; }
     void UpdateLogCommands() override {}
     void StopLog() override {}
 };
@@ -53,8 +54,9 @@ void ReceivePath(benchmark::State &state)
     FixedClock clock;
     ScriptedPort portA;
     ScriptedPort portB;
+    ScriptedLines lines;
     MdCommunication communication(
-        {comm, display, stamp, tables, views, log, prompts, clock, portA, portB});
+        {comm, display, stamp, tables, views, log, prompts, clock, portA, portB, lines});
     communication.OpenPorts();
     const QByteArray data = SampleTraffic::Text(random, DataSize);
 
@@ -63,13 +65,12 @@ void ReceivePath(benchmark::State &state)
     qint64 bytes = 0;
     for (auto _ : state) {
         const qsizetype size = qMin(SliceSize, data.size() - place);
-        portA.waiting = data.mid(place, size);
-        portA.Raise(CommEvents::Receive);
+        portA.Receive(data.mid(place, size));
         place = (place + size) % data.size();
         bytes += size;
         inPass += size;
         if (inPass >= BytesPerPass) {
-            views.MoveStagedText();
+            communication.ShowTraffic();
             inPass = 0;
         }
     }
@@ -98,14 +99,15 @@ void Detection(benchmark::State &state, Traffic kind)
     MdSequenceEdition tables;
     const QByteArrayList sequences = SampleTraffic::Sequences(random, int(state.range(0)));
     AddActive(tables, sequences);
-    ReceiveDetection detection(tables);
+    ReceiveDetection detection;
+    const WatchSnapshot watch(tables);
     const QByteArray data = MakeTraffic(kind, random, sequences);
     qint64 bytes = 0;
     for (auto _ : state) {
         for (qsizetype place = 0; place < data.size();) {
             const auto slice =
                 QByteArrayView(data).sliced(place, qMin(SliceSize, data.size() - place));
-            const auto result = detection.Feed(0, slice, CommMode::SendReceive);
+            const auto result = detection.Feed(0, slice, watch);
             place += result.consumed;
         }
         bytes += data.size();

@@ -37,7 +37,7 @@ class tst_conversions : public QObject
         for (const RepresentationRow &row : RepresentationRows) {
             lists << row.toList(seq);
             searches << row.toText(seq);
-            views << row.toView(seq);
+            views << ViewText(row.representation, seq);
         }
         QTEST(lists, "listForms");
         QTEST(searches, "searchForms");

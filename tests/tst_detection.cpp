@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "ReceiveDetection.h"
+#include "WatchSnapshot.h"
 #include "support/Cases.h"
 #include "support/WatchSequence.h"
 
@@ -70,10 +71,11 @@ class tst_detection : public QObject
         MdSequenceEdition tables;
         for (const QByteArray &sequence : sequences)
             WatchSequence(tables, sequence, sequence);
-        ReceiveDetection detection(tables);
+        ReceiveDetection detection;
+        const WatchSnapshot watch(tables);
         QByteArrayList found; // "consumed:comment"
         while (!stream.isEmpty()) {
-            const auto result = detection.Feed(0, stream, CommMode::SendReceive);
+            const auto result = detection.Feed(0, stream, watch);
             if (result.detected)
                 found << QByteArray::number(result.consumed) + ':' + result.comment;
             stream.remove(0, result.consumed);
@@ -86,19 +88,18 @@ class tst_detection : public QObject
         MdSequenceEdition tables;
         WatchSequence(tables, "?", "seen", "FIRST ");
         WatchSequence(tables, "who?", "too", "LATER");
-        ReceiveDetection detection(tables);
-        const auto answer = [&](CommMode mode = CommMode::SendReceive) {
-            const auto result = detection.Feed(0, "who?", mode);
+        ReceiveDetection detection;
+        const auto answer = [&] {
+            const auto result = detection.Feed(0, "who?", WatchSnapshot(tables));
             return result.comment == "seen too" ? result.answer : "nothing is detected";
         };
         QCOMPARE(answer(), "FIRST LATER");
-        QCOMPARE(answer(CommMode::MonitorReceiveAndModify), "FIRST LATER");
-        QCOMPARE(answer(CommMode::MonitorReceiveOnly), "");
         for (const int outside : {-1, 0, 1026, 32767}) {
-            tables.EditReceive(0).Answer = qint16(outside);
+            tables.ChangeReceive(0,
+                                 [&](ReceiveSequence &record) { record.Answer = qint16(outside); });
             QCOMPARE(answer(), "LATER");
         }
-        tables.EditReceive(1).AnswerName.clear();
+        tables.ChangeReceive(1, [](ReceiveSequence &record) { record.AnswerName.clear(); });
         QCOMPARE(answer(), "");
     }
 
@@ -125,8 +126,9 @@ class tst_detection : public QObject
         };
 
         MdSequenceEdition tables;
-        ReceiveDetection detection(tables);
+        ReceiveDetection detection;
         PlainDetection plain{tables};
+        auto watch = std::make_unique<WatchSnapshot>(tables);
         int detections = 0;
         for (int round = 0; round < 3000; ++round) {
             if (random.bounded(10) == 0) { // the tables change while traffic runs
@@ -137,6 +139,7 @@ class tst_detection : public QObject
                 tables.CurrentReceiveIndex = int(random.bounded(records));
                 if (random.bounded(4) == 0)
                     tables.DeleteReceiveSequence();
+                watch = std::make_unique<WatchSnapshot>(tables);
             }
             if (random.bounded(200) == 0) {
                 detection.Clear();
@@ -146,7 +149,7 @@ class tst_detection : public QObject
             const QByteArray read = bytes(int(random.bounded(60)));
             QByteArrayView rest = read;
             while (!rest.isEmpty()) {
-                const auto found = detection.Feed(direction, rest, CommMode::SendReceive);
+                const auto found = detection.Feed(direction, rest, *watch);
                 const auto expected = plain.Feed(direction, rest);
                 QCOMPARE(found.consumed, expected.consumed);
                 QCOMPARE(found.comment, expected.comment);

@@ -131,20 +131,40 @@ class tst_ports : public QObject
         QVERIFY(bench.prompts.shown.isEmpty());
     }
 
-    void StagedTextSurvivesAStop()
+    void LastWordsAreShownBeforeAStop()
     {
         CommunicationBench bench;
         bench.Open(CommMode::SendReceive);
         bench.portA.Receive("late");
+        QObject::connect(&bench.communication, &MdCommunication::PortStatusChanged,
+                         &bench.communication, [&](const QString &) {
+                             QCOMPARE(bench.Runs(bench.views.View(Representation::Ascii)),
+                                      "1:late");
+                         });
         bench.communication.ClosePorts();
-        QCOMPARE(bench.views.View(Representation::Ascii).Length(), 0);
-        bench.portA.failOpen = Busy;
-        bench.communication.OpenPorts();
-        QCOMPARE(bench.Staged(Representation::Ascii), "late");
-        bench.portA.failOpen = {};
-        bench.communication.OpenPorts();
         QCOMPARE(bench.Staged(Representation::Hex), "");
-        QCOMPARE(bench.Runs(bench.views.View(Representation::Ascii)), "1:late");
+    }
+
+    void WhatAFailedCloseLeavesOpenIsReadOn()
+    {
+        CommunicationBench bench;
+        bench.portA.failClose = Busy;
+        bench.Open(CommMode::SendReceive);
+        bench.communication.ClosePorts();
+        bench.portA.Receive("still here");
+        QCOMPARE(bench.StagedAscii(), "1:still here");
+    }
+
+    void WhatAStopThrowsAwayIsTold()
+    {
+        CommunicationBench bench;
+        bench.portA.thrownAway = 17;
+        bench.Open(CommMode::SendReceive);
+        bench.communication.ClosePorts();
+        QCOMPARE(bench.prompts.notices,
+                 QList{ExclamationMessage("COM1 was closed while 17 bytes were still waiting to be "
+                                          "sent")});
+        QCOMPARE(bench.log.events.last().count, 17);
     }
 
     void AnUnpluggedDeviceIsReportedOnceAndClosed()
@@ -153,7 +173,7 @@ class tst_ports : public QObject
         bench.settings.comm.stored.CommPortB = 9;
         bench.Open(CommMode::MonitorReceiveOnly);
         bench.portB.Unplug("/dev/ttyUSB0 is gone");
-        QCOMPARE(bench.communication.CommStatus(), 2);
+        QTRY_COMPARE(bench.communication.CommStatus(), 2);
         QVERIFY(!bench.portA.PortOpen());
         QTRY_COMPARE(
             bench.prompts.shown,

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "LineLoop.h"
 #include "MainLoop.h"
-#include "QtSerialPort.h"
 #include "Representation.h"
 #include "RunState.h"
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
+#include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SystemPortName.h"
 #include "support/Cases.h"
@@ -89,13 +90,13 @@ class tst_program : public QObject
         sender->wait();
         QVERIFY(!bench.stuck);
         for (const Representation r : AllRepresentations) {
-            const qsizetype width = RowOf(r).toView("x").size();
+            const qsizetype width = ViewText(r, "x").size();
             QCOMPARE(received(r), width * Size);
             const QByteArray shown = bench.Shown(r);
             // What is older may have gaps where a staging box was trimmed before the loop came by.
             const QByteArray lastBytes = bytes.right(qMin(shown.size(), 120000) / width);
             QVERIFY(lastBytes.size() > 10000);
-            QVERIFY(shown.endsWith(RowOf(r).toView(lastBytes)));
+            QVERIFY(shown.endsWith(ViewText(r, lastBytes)));
         }
     }
 
@@ -107,15 +108,16 @@ class tst_program : public QObject
         devices.AssignForRun(1, lineA.DeviceName());
         devices.AssignForRun(2, lineB.DeviceName());
         SerialPortHub hub;
-        QtSerialPort portA(hub, devices);
-        QtSerialPort portB(hub, devices);
+        LineLoop lines;
+        SerialPort portA(lines, hub, devices);
+        SerialPort portB(lines, hub, devices);
         CommunicationBench bench;
         bench.settings.comm.run.mode = CommMode::MonitorReceiveOnly;
         MdCommunication communication({bench.settings.comm, bench.settings.display,
                                        bench.settings.stamp, bench.tables, bench.views, bench.log,
-                                       bench.prompts, bench.clock, portA, portB});
+                                       bench.prompts, bench.clock, portA, portB, lines});
         RunState run;
-        MainLoop loop(run, communication, bench.views);
+        MainLoop loop(run, communication);
         communication.OpenPorts();
 
         // The window's thread handles no event for a second, while the telegrams come one by one.

@@ -103,7 +103,7 @@ class tst_SequenceText : public QObject
         for (const Representation form : AllRepresentations) {
             if (form == Ascii)
                 continue;
-            for (const QByteArray &text : {RowOf(form).toList(bytes), RowOf(form).toView(bytes),
+            for (const QByteArray &text : {RowOf(form).toList(bytes), ViewText(form, bytes),
                                            SequenceText::Of(bytes, form).replace(" ", "")})
                 QCOMPARE(SequenceText::Parse(QString::fromLatin1(text), form).bytes, bytes);
         }

@@ -105,9 +105,9 @@ class tst_sequencewiring : public QObject
             Q_EMIT bench.sendList.SendRequested(1); // starts the communication first
             QVERIFY(bench.comm.communication.Running());
             Q_EMIT bench.sendList.SendRequested(0);
-            QCOMPARE(bench.comm.portA.sent, mode == 1 ? QByteArray() : bytes);
+            QCOMPARE(bench.comm.portA.line.sent, mode == 1 ? QByteArray() : bytes);
             QCOMPARE(bench.comm.StagedAscii(), mode == 1 ? "" : "0:\x81\xFFHi\r");
-            QCOMPARE(bench.comm.portB.sent, QByteArray());
+            QCOMPARE(bench.comm.portB.line.sent, QByteArray());
         }
     }
 
@@ -116,7 +116,7 @@ class tst_sequencewiring : public QObject
         WiringBench bench;
         bench.comm.portA.failOpen = Failure{"in use", 8005};
         Q_EMIT bench.sendList.SendRequested(0);
-        QCOMPARE(bench.comm.portA.sent, "");
+        QCOMPARE(bench.comm.portA.line.sent, "");
         QCOMPARE(bench.comm.prompts.shown.size(), 1);
     }
 

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "LineLoop.h"
 #include "PortDevices.h"
-#include "QtSerialPort.h"
+#include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SystemPortName.h"
 #include "support/Cases.h"
@@ -71,6 +72,7 @@ KernelLine LineOf(const PtyPair &pty)
 struct World {
     MemoryStore store;
     PortDevices devices{store, SystemPortName};
+    LineLoop lines;
     SerialPortHub hub;
     QList<QByteArray> events; ///< of all stations, in order
 
@@ -79,7 +81,8 @@ struct World {
 
 /// One port of the program and its peer; reads as the program does. Opened at once, unless said.
 struct Station {
-    Station(World &of, int comNumber, bool opened = true) : world(of), port(of.hub, of.devices)
+    Station(World &of, int comNumber, bool opened = true)
+        : world(of), port(of.lines, of.hub, of.devices)
     {
         world.devices.AssignForRun(comNumber, pty.DeviceName());
         Require(port.SetCommPort(comNumber));
@@ -101,7 +104,7 @@ struct Station {
 
     World &world;
     PtyPair pty;
-    QtSerialPort port;
+    SerialPort port;
     QByteArray received;
     QStringList departures;
 };
@@ -237,7 +240,8 @@ class TestSerialPort : public QObject
         const KernelLine line = LineOf(station.pty);
         if (!opened.Failed()) {
             QCOMPARE(line.outputBaud, settings.section(',', 0, 0).toUInt());
-            QCOMPARE(line.input & (IGNPAR | INPCK | IGNBRK), quint32(IGNBRK));
+            QCOMPARE(line.input & (IGNPAR | INPCK | PARMRK | IGNBRK | BRKINT),
+                     quint32(INPCK | PARMRK));
             return;
         }
         QCOMPARE(opened.Number(), 8015);
@@ -305,7 +309,7 @@ class TestSerialPort : public QObject
             {link, first.pty.DeviceName() + " is already open in this program as COM3"}};
         for (const auto &[device, description] : failures) {
             world.devices.AssignForRun(97, device);
-            QtSerialPort port(world.hub, world.devices);
+            SerialPort port(world.lines, world.hub, world.devices);
             QVERIFY(!port.SetCommPort(97).Failed());
             QCOMPARE(Cause(port.SetPortOpen(true)), description);
         }

@@ -5,15 +5,16 @@
 
 #include "Demo.h"
 #include "DemoInstrument.h"
+#include "LineLoop.h"
 #include "LongDelay.h"
 #include "MainDialogs.h"
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
 #include "ProgramSettings.h"
-#include "QtSerialPort.h"
 #include "Screenshot.h"
 #include "SequenceLists.h"
+#include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SettingsStore.h"
 #include "SystemPortFinder.h"
@@ -33,11 +34,12 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
       m_hub(std::make_unique<SerialPortHub>()),
-      MSCommA(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
-      MSCommB(std::make_unique<QtSerialPort>(*m_hub, m_devices)),
+      m_lines(std::make_unique<LineLoop>()),
+      MSCommA(std::make_unique<SerialPort>(*m_lines, *m_hub, m_devices)),
+      MSCommB(std::make_unique<SerialPort>(*m_lines, *m_hub, m_devices)),
       m_communication(std::make_unique<MdCommunication>(
           CommunicationParts{m_comm, m_display, m_stamp, m_sequences, m_views, m_log, world.prompts,
-                             world.clock, *MSCommA, *MSCommB})),
+                             world.clock, *MSCommA, *MSCommB, *m_lines})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
       m_find(m_sequences, m_views, world.prompts),
@@ -63,7 +65,7 @@ int MdMain::Run()
     if (!LoadMainWindow())
         return 1;
     ShowMainWindow();
-    MainLoop(m_run, *m_communication, m_views).Run();
+    MainLoop(m_run, *m_communication).Run();
 
     m_communication->ClosePorts();
     m_communication->ShowWaitingReports();

@@ -37,7 +37,8 @@ class DemoInstrument;
 class MainDialogs;
 class MdCommunication;
 class PortFinder;
-class QtSerialPort;
+class LineLoop;
+class SerialPort;
 class SequenceLists;
 class SerialPortHub;
 class SettingsStore;
@@ -119,8 +120,9 @@ class MdMain final : public QObject
     std::shared_ptr<const PortFinder> m_finder; ///< shared with searches under way
     std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it
     std::unique_ptr<SerialPortHub> m_hub;       ///< outlives its ports
-    std::unique_ptr<QtSerialPort> MSCommA;
-    std::unique_ptr<QtSerialPort> MSCommB;
+    std::unique_ptr<LineLoop> m_lines;          ///< outlives its lines
+    std::unique_ptr<SerialPort> MSCommA;
+    std::unique_ptr<SerialPort> MSCommB;
     std::unique_ptr<MdCommunication> m_communication;
     MdProject m_project;
     MdFind m_find;

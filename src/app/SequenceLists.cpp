@@ -80,8 +80,8 @@ bool SequenceLists::HasRoom(int index)
 void SequenceLists::Send(int index)
 {
     // A copy: starting communication may show a message, and the project may change meanwhile.
-    const QByteArray bytes = m_parts.sequences.SendAt(index).Sequence;
-    m_parts.communication.Transmit(bytes);
+    const SendSequence record = m_parts.sequences.SendAt(index);
+    m_parts.communication.Transmit(record.Sequence, record.Name);
 }
 
 void SequenceLists::ShowSendRecord(int index)
@@ -135,7 +135,8 @@ void SequenceLists::Activate(int index, bool active)
     const qint16 value = active ? 1 : 0;
     if (m_parts.sequences.ReceiveAt(index).Active == value)
         return;
-    m_parts.sequences.EditReceive(index).Active = value;
+    m_parts.sequences.ChangeReceive(index,
+                                    [value](ReceiveSequence &record) { record.Active = value; });
     m_parts.EventList.SetActive(index, active);
     Q_EMIT ProjectChanged();
 }

@@ -45,15 +45,16 @@ Result ClOutputFile::Open(const QString &path, bool replacing)
     return m_state;
 }
 
-void ClOutputFile::WriteInFile(QByteArrayView text)
+bool ClOutputFile::WriteInFile(QByteArrayView text)
 {
     if (!IsOpen())
-        return;
+        return false;
     const qsizetype lineEnd = std::max(text.lastIndexOf('\n'), text.lastIndexOf('\r'));
     m_column = lineEnd < 0 ? m_column + text.size() : text.size() - lineEnd - 1;
-    KeepForLater(text);
+    const bool kept = KeepForLater(text);
     if (m_state.Failed() || m_buffer.size() >= BufferSize)
         Flush().Ignore(); // it stays in State
+    return kept;
 }
 
 void ClOutputFile::WriteTabInFile(qint16 count)
@@ -69,12 +70,13 @@ void ClOutputFile::NextLine()
     WriteInFile("\r\n");
 }
 
-void ClOutputFile::KeepForLater(QByteArrayView text)
+bool ClOutputFile::KeepForLater(QByteArrayView text)
 {
     m_written += text.size();
     if (m_buffer.size() + text.size() > MaxHeldBack && Flush().Failed())
-        return;
+        return false;
     m_buffer += text;
+    return true;
 }
 
 Result ClOutputFile::Flush()

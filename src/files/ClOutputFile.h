@@ -23,7 +23,8 @@ class ClOutputFile
 
     bool IsOpen() const { return m_device != nullptr; }
 
-    void WriteInFile(QByteArrayView text);
+    /// False if the text is lost: the system takes nothing, and too much is held back already.
+    bool WriteInFile(QByteArrayView text);
     /// Blanks to the start of the next zone of 14 columns, count times; none for 0 and below.
     void WriteTabInFile(qint16 count);
     /// CR LF.
@@ -46,7 +47,7 @@ class ClOutputFile
 
   private:
     Result Open(const QString &path, bool replacing);
-    void KeepForLater(QByteArrayView text);
+    bool KeepForLater(QByteArrayView text);
     Result WriteHeld();
     Result FinishReplacing();
     void Release();

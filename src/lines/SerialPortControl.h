@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Line.h"
 #include "Result.h"
 
 #include <QByteArray>
@@ -75,6 +76,14 @@ class SerialPortControl : public QObject
 
     /// The event being raised, a CommEvents value.
     virtual int CommEvent() const = 0;
+
+    /// The line itself, for whoever takes what happens where it happens. Once somebody listens to
+    /// it the port raises no events, and reading begins when the listener says so.
+    virtual Line &Wire() = 0;
+    /// Bytes that the last close threw away because the device did not take them.
+    virtual qint64 ThrownAway() const = 0;
+    /// Canonical name of the open device; empty while closed.
+    virtual QString Device() const = 0;
 
   Q_SIGNALS:
     void CommEventRaised();

@@ -35,16 +35,6 @@ MessagePrompt OverwriteQuestion()
             .defaultAnswer = PromptAnswer::No};
 }
 
-/// The order in which log files are looked for, opened and closed.
-constexpr auto FileOrder = RepresentationsByEditMode;
-
-template <size_t... Places>
-std::array<ClOutputFile, sizeof...(Places)> OutputsOf(OpenFiles &files,
-                                                      std::index_sequence<Places...>)
-{
-    return {{(static_cast<void>(Places), ClOutputFile(files))...}};
-}
-
 /// The details name the file and tell what becomes of the log and of communication.
 MessagePrompt WritingFailed(Representation form, const Result &result, const QString &path,
                             const QString &consequence)
@@ -59,7 +49,11 @@ MessagePrompt WritingFailed(Representation form, const Result &result, const QSt
 
 MdLogFile::MdLogFile(const LogParts &parts)
     : m_parts(parts),
-      m_outputs(OutputsOf(parts.files, std::make_index_sequence<RepresentationCount>()))
+      m_writer({[this] { RoomAgain(); },
+                [this](const LogSession::Closing &closing) {
+                    QMetaObject::invokeMethod(
+                        this, [=, this] { TellOfFailedClose(closing); }, Qt::QueuedConnection);
+                }})
 {
 }
 
@@ -126,7 +120,7 @@ void MdLogFile::StartArmed(const ArmedStart &start)
 QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 {
     QStringList existing;
-    for (const Representation form : FileOrder) {
+    for (const Representation form : LogSession::FileOrder) {
         const QString path = names.PathOf(form);
         if (m_parts.settings.files[size_t(form)] && m_parts.files.System().Exists(path))
             existing << path;
@@ -137,15 +131,21 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 /// All files or none: those that a failed start has made are taken away again.
 bool MdLogFile::Open(const LogNames &names)
 {
+    const auto session = std::make_shared<LogSession>(
+        m_parts.files, names,
+        [this](Representation form, const QString &path, const Result &result) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { TellOfFailedWrite(form, path, result); }, Qt::QueuedConnection);
+        });
     QStringList made;
-    for (const Representation form : FileOrder) {
+    for (const Representation form : LogSession::FileOrder) {
         if (!m_parts.settings.files[size_t(form)])
             continue;
         const QString path = names.PathOf(form);
         const bool isNew = !m_parts.files.System().Exists(path);
-        const Result opened = FileOf(form).OpenFile(path);
+        const Result opened = session->Open(form);
         if (opened.Failed()) {
-            Close();
+            session->Close();
             for (const QString &each : std::as_const(made))
                 m_parts.files.System().Remove(each);
             m_parts.prompts.ShowMessage(
@@ -158,40 +158,26 @@ bool MdLogFile::Open(const LogNames &names)
     }
     m_names = names;
     m_logState = StateLogging;
+    m_writer.Begin(session);
     return true;
-}
-
-/// What was opened is closed, whatever the flags say by now.
-MdLogFile::Closing MdLogFile::Close()
-{
-    Closing closing;
-    for (const Representation form : FileOrder) {
-        ClOutputFile &file = FileOf(form);
-        if (!file.IsOpen())
-            continue;
-        file.CloseFile();
-        if (!file.State().Failed())
-            continue;
-        if (closing.failed.isEmpty())
-            closing.result = file.State();
-        closing.failed << m_names.PathOf(form);
-    }
-    m_logState = StateOff;
-    return closing;
 }
 
 void MdLogFile::StopLog()
 {
-    const Closing closing = Close();
+    m_writer.End();
+    m_logState = StateOff;
     UpdateLogCommands();
-    if (!closing.result.Failed())
-        return;
-    QString details = closing.failed.join(u'\n') +
-                      QStringLiteral("\nNot all that was to be logged is in the file.");
-    if (m_parts.portsOpen())
-        details += QStringLiteral(" Communication goes on.");
-    m_parts.prompts.ShowMessage(CriticalMessage(
-        QStringLiteral("Error while closing a log file - ") + closing.result.Cause(), details));
+}
+
+bool MdLogFile::Finish()
+{
+    if (WaitUntilWritten())
+        return true;
+    m_parts.prompts.ShowNotice(
+        m_names.folder, CriticalMessage(QStringLiteral("The disk of the log files does not answer; "
+                                                       "%1 bytes of traffic are not written")
+                                            .arg(m_writer.BytesWaiting())));
+    return false;
 }
 
 void MdLogFile::UpdateLogCommands()
@@ -202,39 +188,26 @@ void MdLogFile::UpdateLogCommands()
                            m_logState == StateLogging);
 }
 
-/// The flush is posted while events are being handled, so it comes right after them, whichever
-/// event loop runs.
-void MdLogFile::WriteText(Representation representation, const QByteArray &text)
-{
-    ClOutputFile &file = FileOf(representation);
-    if (!file.IsOpen())
-        return;
-    file.WriteInFile(text);
-    if (file.State().Failed())
-        TellOfFailedWrite(representation);
-    if (!std::exchange(m_flushUnderWay, true))
-        QMetaObject::invokeMethod(this, &MdLogFile::FlushBurst, Qt::QueuedConnection);
-}
-
-void MdLogFile::FlushBurst()
-{
-    m_flushUnderWay = false;
-    for (const Representation form : FileOrder) {
-        ClOutputFile &file = FileOf(form);
-        if (!file.IsOpen())
-            continue;
-        const bool toldAlready = file.State().Failed(); // with the write that failed
-        if (file.Flush().Failed() && !toldAlready)
-            TellOfFailedWrite(form);
-    }
-}
-
 /// Receiving must go on, and the user must be able to stop the log meanwhile.
-void MdLogFile::TellOfFailedWrite(Representation form)
+void MdLogFile::TellOfFailedWrite(Representation form, const QString &path, const Result &result)
 {
-    const QString path = m_names.PathOf(form);
     m_parts.prompts.ShowNotice(
-        path, WritingFailed(form, FileOf(form).State(), path,
+        path, WritingFailed(form, result, path,
                             QStringLiteral("Communication goes on. What the file has not taken is "
                                            "tried again with what follows, up to 1 MiB of it.")));
+}
+
+void MdLogFile::TellOfFailedClose(const LogSession::Closing &closing)
+{
+    if (!closing.result.Failed())
+        return;
+    QString details = closing.failed.join(u'\n') +
+                      QStringLiteral("\nNot all that was to be logged is in the file.");
+    if (m_parts.portsOpen())
+        details += QStringLiteral(" Communication goes on.");
+    m_parts.prompts.ShowNotice(
+        closing.failed.first(),
+        CriticalMessage(QStringLiteral("Error while closing a log file - ") +
+                            closing.result.Cause(),
+                        details));
 }

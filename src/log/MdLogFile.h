@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "ClOutputFile.h"
 #include "CommunicationLog.h"
-#include "LogNames.h"
+#include "LogSession.h"
 #include "LogSettings.h"
+#include "LogWriter.h"
 
 #include <QObject>
 
@@ -26,8 +26,8 @@ struct LogParts {
 };
 
 /// The communication log: one text file for each representation that the user wants, written
-/// while the ports are open. What is written is with the operating system as soon as the events
-/// that brought it have been handled. A write that fails is told and ends nothing.
+/// while the ports are open, by a thread of its own. What is written is with the operating system
+/// soon after it happened. A write that fails is told and ends nothing.
 class MdLogFile final : public QObject, public CommunicationLog
 {
     Q_OBJECT
@@ -49,10 +49,21 @@ class MdLogFile final : public QObject, public CommunicationLog
     /// If a file of the log exists then, this is refused unless it may be overwritten.
     void Arm(const QString &path, bool mayOverwrite);
 
-    void WriteText(Representation representation, const QByteArray &text) override;
+    void Take(const TrafficEvent &event) override { m_writer.Take(event); }
+    bool HasRoom() const override { return m_writer.HasRoom(); }
     void UpdateLogCommands() override;
-    /// Closes all files; tells if one could not take the rest of its text.
+    /// What has happened until now is still written; then the files are closed, and the user is
+    /// told if one of them could not take the rest of its text.
     void StopLog() override;
+
+    /// Called when lines that were held back may be read again, on the writer's thread.
+    std::function<void()> RoomAgain = [] {};
+
+    /// Waits until all that has happened is with the system; false if that takes too long.
+    bool WaitUntilWritten() { return m_writer.WaitUntilWritten(LogWriter::MostTimeToEnd); }
+    /// At the end of the program: waits for the disk, for so long as LogWriter says, and tells the
+    /// user what is not written by then. False if the disk hangs.
+    bool Finish();
 
   Q_SIGNALS:
     /// Whether logging can be started and stopped now.
@@ -69,19 +80,12 @@ class MdLogFile final : public QObject, public CommunicationLog
     void StartArmed(const ArmedStart &start);
     QStringList ExistingFiles(const LogNames &names) const;
     bool Open(const LogNames &names);
-    struct Closing {
-        Result result;      ///< the first failure
-        QStringList failed; ///< paths of all files that failed
-    };
-    Closing Close();
-    void FlushBurst();
-    void TellOfFailedWrite(Representation form);
-    ClOutputFile &FileOf(Representation r) { return m_outputs[size_t(r)]; }
+    void TellOfFailedWrite(Representation form, const QString &path, const Result &result);
+    void TellOfFailedClose(const LogSession::Closing &closing);
 
     LogParts m_parts;
-    std::array<ClOutputFile, RepresentationCount> m_outputs; ///< by representation
-    LogNames m_names;                                        ///< of the files that are open
+    LogNames m_names; ///< of the files of the latest log
     int m_logState = StateOff;
-    bool m_flushUnderWay = false;
     std::optional<ArmedStart> m_armed;
+    LogWriter m_writer;
 };

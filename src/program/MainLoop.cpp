@@ -3,7 +3,6 @@
 
 #include "MainLoop.h"
 
-#include "CommunicationViews.h"
 #include "MdCommunication.h"
 #include "RunState.h"
 
@@ -33,6 +32,6 @@ int MainLoop::Pass()
 {
     if (!m_communication.Running())
         return StoppedPause;
-    m_views.MoveStagedText();
+    m_communication.ShowTraffic();
     return RunningPause;
 }

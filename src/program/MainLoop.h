@@ -3,7 +3,6 @@
 
 #pragma once
 
-class CommunicationViews;
 class MdCommunication;
 struct RunState;
 
@@ -16,8 +15,8 @@ class MainLoop
     static constexpr int RunningPause = 10;
     static constexpr int StoppedPause = 100;
 
-    MainLoop(const RunState &run, const MdCommunication &communication, CommunicationViews &views)
-        : m_run(run), m_communication(communication), m_views(views)
+    MainLoop(const RunState &run, MdCommunication &communication)
+        : m_run(run), m_communication(communication)
     {
     }
 
@@ -28,6 +27,5 @@ class MainLoop
 
   private:
     const RunState &m_run;
-    const MdCommunication &m_communication;
-    CommunicationViews &m_views;
+    MdCommunication &m_communication;
 };

@@ -266,6 +266,7 @@ Result LoadProject(MdSequenceEdition &sequences, OpenFiles &files, const QString
 
 Result ReadProject(MdSequenceEdition &sequences, FieldReader &fields)
 {
+    const MdSequenceEdition::Change change(sequences);
     sequences.ClearProject();
     return RecordReader(sequences, fields).ReadAll();
 }

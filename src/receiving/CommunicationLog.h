@@ -3,18 +3,17 @@
 
 #pragma once
 
-#include "Representation.h"
+#include "TrafficEvent.h"
 
-#include <QByteArray>
-
-/// What communication tells the log.
-class CommunicationLog
+/// What communication tells the log. Take is called on whatever thread things happen; the rest
+/// belongs to the window's thread.
+class CommunicationLog : public TrafficConsumer
 {
   public:
-    virtual ~CommunicationLog() = default;
+    /// Whether there is room for more; as long as there is none, the lines are not read. May be
+    /// asked on any thread.
+    virtual bool HasRoom() const = 0;
 
-    /// The text that has just been appended to the view of that representation.
-    virtual void WriteText(Representation representation, const QByteArray &text) = 0;
     /// The ports have been opened, or could not be.
     virtual void UpdateLogCommands() = 0;
     /// The ports have been closed, or could not be.

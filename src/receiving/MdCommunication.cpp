@@ -7,12 +7,11 @@
 #include "CommunicationLog.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
+#include "MdSequenceEdition.h"
 #include "SerialPortControl.h"
-#include "StampText.h"
-
-#include <QScopedValueRollback>
 
 #include <functional>
+#include <utility>
 
 namespace
 {
@@ -39,16 +38,49 @@ QString OpenFailureText(int portNumber, const Result &opened)
 } // namespace
 
 MdCommunication::MdCommunication(const CommunicationParts &parts)
-    : m_parts(parts), m_detection(parts.sequences), m_reports(parts.prompts)
+    : m_parts(parts),
+      m_reports(parts.prompts),
+      m_stream(parts.clock),
+      m_judge(m_board, m_stream, parts.MSCommA.Wire(), JudgeReports())
 {
-    const auto listen = [this](SerialPortControl &port, Channel channel) {
-        connect(&port, &SerialPortControl::CommEventRaised, this,
-                [this, channel] { OnCommEvent(channel); });
-        connect(&port, &SerialPortControl::Disconnected, this,
-                [this, channel](const QString &cause) { OnDisconnected(channel, cause); });
-    };
-    listen(parts.MSCommA, Channel::A);
-    listen(parts.MSCommB, Channel::B);
+    m_stream.Feed(m_feed);
+    m_stream.Feed(parts.log);
+    m_judge.HasRoom = [&log = parts.log] { return log.HasRoom(); };
+    parts.MSCommA.Wire().Listen(&m_judge.Ear(0));
+    parts.MSCommB.Wire().Listen(&m_judge.Ear(1));
+    m_watch = parts.sequences.Watch([this] { Publish(); });
+    Publish();
+}
+
+MdCommunication::~MdCommunication()
+{
+    EndReading();
+    m_parts.lines.Do([this] {
+        for (const Channel channel : {Channel::A, Channel::B})
+            PortOf(channel).Wire().Listen(nullptr);
+    });
+}
+
+/// They come on the lines' thread and are handled on the window's.
+LineJudge::Reports MdCommunication::JudgeReports()
+{
+    return {[this](int channel, const QString &cause) {
+                QMetaObject::invokeMethod(
+                    this, [=, this] { OnGone(channel, cause); }, Qt::QueuedConnection);
+            },
+            [this](int channel, const QString &cause) {
+                QMetaObject::invokeMethod(
+                    this, [=, this] { TellNotSent(channel, cause); }, Qt::QueuedConnection);
+            },
+            [this](int channel) {
+                QMetaObject::invokeMethod(
+                    this, [=, this] { m_told[size_t(channel)] = false; }, Qt::QueuedConnection);
+            }};
+}
+
+void MdCommunication::Publish()
+{
+    m_board.Publish(std::make_shared<const WatchSnapshot>(m_parts.sequences));
 }
 
 void MdCommunication::OpenPorts()
@@ -56,7 +88,6 @@ void MdCommunication::OpenPorts()
     if (Running())
         return;
     Q_EMIT ToolbarStateChanged(ToolbarState::Closed);
-    m_detection.Clear();
 
     const bool two = m_parts.comm.TwoChannels();
     if (OpenPortsOfMode()) {
@@ -64,7 +95,7 @@ void MdCommunication::OpenPorts()
         Q_EMIT PortStatusChanged(two ? QStringLiteral("Communication ports are open")
                                      : QStringLiteral("Communication port is open"));
         Q_EMIT ToolbarStateChanged(ToolbarState::Open);
-        m_parts.views.MoveStagedText();
+        m_feed.Clear();
         m_parts.views.SetCommunicating(true);
     } else {
         Q_EMIT PortStatusChanged(
@@ -73,6 +104,49 @@ void MdCommunication::OpenPorts()
         Q_EMIT ToolbarStateChanged(ToolbarState::Closed);
     }
     m_parts.log.UpdateLogCommands();
+    if (Running()) // an armed log has begun by now
+        BeginReading();
+}
+
+/// The lines begin at one moment.
+void MdCommunication::BeginReading()
+{
+    const bool two = m_parts.comm.TwoChannels();
+    m_stream.SetStamps(m_parts.stamp, !two);
+    m_parts.lines.Do([this, two] {
+        m_judge.Begin({two, m_parts.comm.MaySend()});
+        m_parts.MSCommA.Wire().BeginReading();
+        if (two)
+            m_parts.MSCommB.Wire().BeginReading();
+    });
+}
+
+/// Both lines stop at one moment; what they said until then is judged, answered and staged.
+void MdCommunication::EndReading()
+{
+    m_parts.lines.Do([this] {
+        m_parts.MSCommA.Wire().EndReading();
+        m_parts.MSCommB.Wire().EndReading();
+    });
+}
+
+void MdCommunication::Resume()
+{
+    m_parts.lines.Post([this] {
+        m_parts.MSCommA.Wire().Resume();
+        m_parts.MSCommB.Wire().Resume();
+    });
+}
+
+void MdCommunication::StageTraffic()
+{
+    m_feed.StageInto(m_parts.views, m_parts.display);
+}
+
+void MdCommunication::ShowTraffic()
+{
+    StageTraffic();
+    m_parts.views.MoveStagedText();
 }
 
 bool MdCommunication::OpenPortsOfMode()
@@ -93,7 +167,7 @@ bool MdCommunication::ConfigurePort(SerialPortControl &port, Channel channel)
         [&] { return port.SetRThreshold(ReceiveThreshold); },
         [&] { return port.SetRTSEnable(true); },
         [&] { return port.SetInputMode(TextInputMode); },
-        [&] { return port.SetInBufferSize(OverflowCount); },
+        [&] { return port.SetInBufferSize(ReceiveBufferSize); },
         [&] { return port.SetInputLen(ReadAll); },
         [&] { return port.SetPortOpen(true); },
     };
@@ -111,6 +185,8 @@ void MdCommunication::ClosePorts()
 {
     if (!Running())
         return;
+    EndReading();
+    ShowTraffic(); // the device's last words
     if (ClosePortsOfMode()) {
         m_commStatus = StatusClosed;
         Q_EMIT PortStatusChanged(m_parts.comm.TwoChannels()
@@ -120,15 +196,26 @@ void MdCommunication::ClosePorts()
         m_parts.views.SetCommunicating(false);
     } else {
         Q_EMIT PortStatusChanged(QStringLiteral("Failure during closing the communication port"));
+        m_parts.lines.Do([this] {
+            m_parts.MSCommA.Wire().BeginReading();
+            m_parts.MSCommB.Wire().BeginReading();
+        });
     }
     m_parts.log.StopLog();
 }
 
 bool MdCommunication::ClosePortsOfMode()
 {
-    const bool closedA = ClosePort(m_parts.MSCommA);
-    const bool closedB = !m_parts.comm.TwoChannels() || ClosePort(m_parts.MSCommB);
-    return closedA && closedB;
+    bool closed = true;
+    for (const Channel channel : {Channel::A, Channel::B}) {
+        if (channel == Channel::B && !m_parts.comm.TwoChannels())
+            continue;
+        if (ClosePort(PortOf(channel)))
+            TellThrownAway(channel);
+        else
+            closed = false;
+    }
+    return closed;
 }
 
 bool MdCommunication::ClosePort(SerialPortControl &port)
@@ -136,115 +223,55 @@ bool MdCommunication::ClosePort(SerialPortControl &port)
     return !port.SetPortOpen(false).Failed();
 }
 
-void MdCommunication::SendData(SerialPortControl &port, const QByteArray &bytes)
+/// What a stop throws away.
+void MdCommunication::TellThrownAway(Channel channel)
 {
-    if (!port.PortOpen())
+    const qint64 count = PortOf(channel).ThrownAway();
+    if (count == 0)
         return;
-    const Result sent = port.Output(bytes);
-    if (!sent.Failed())
-        return;
-    const MessagePrompt report = ExclamationMessage(sent.Cause());
-    if (m_receiving)
-        m_reports.Post(report);
-    else
-        m_parts.prompts.ShowMessage(report);
+    TrafficEvent lost;
+    lost.kind = TrafficEvent::Kind::NotSent;
+    lost.channel = int(channel);
+    lost.time = PortOf(channel).Wire().Now();
+    lost.count = count;
+    lost.cause = QStringLiteral("COM%1 was closed while %2 bytes were still waiting to be sent")
+                     .arg(PortNumber(channel))
+                     .arg(count);
+    TellNotSent(int(channel), lost.cause);
+    m_stream.Append(std::move(lost));
 }
 
-void MdCommunication::Transmit(const QByteArray &bytes)
+void MdCommunication::Transmit(const QByteArray &bytes, const QByteArray &name)
 {
     OpenPorts();
-    Send(bytes);
-}
-
-void MdCommunication::Send(const QByteArray &bytes)
-{
     if (!Running() || !m_parts.comm.MaySend())
         return;
-    ShowChunk(StyleIndex::Direction1, bytes);
-    SendData(m_parts.MSCommA, bytes);
+    m_parts.lines.Do([&] { m_judge.Send(bytes, name); });
 }
 
-void MdCommunication::OnCommEvent(Channel channel)
-{
-    const SerialPortControl &port = channel == Channel::A ? m_parts.MSCommA : m_parts.MSCommB;
-    if (port.CommEvent() == CommEvents::Receive)
-        OnReceive(channel);
-}
-
-void MdCommunication::OnDisconnected(Channel channel, const QString &description)
+void MdCommunication::OnGone(int channel, const QString &cause)
 {
     const QString text = QStringLiteral("The port COM%1 was disconnected. ");
-    m_reports.Post(CriticalMessage(text.arg(PortNumber(channel)) + description));
+    m_reports.Post(CriticalMessage(text.arg(PortNumber(Channel(channel))) + cause));
     ClosePorts();
 }
 
-void MdCommunication::OnReceive(Channel channel)
+/// Once while the cause lasts: a device that asks on and does not read must not bring a box for
+/// each of its questions.
+void MdCommunication::TellNotSent(int channel, const QString &cause)
 {
-    const QScopedValueRollback<bool> receiving(m_receiving, true);
-    const bool two = m_parts.comm.TwoChannels();
-    if (channel == Channel::A)
-        ReadPort(m_parts.MSCommA, two ? StyleIndex::Direction1 : StyleIndex::Direction2);
-    else if (two)
-        ReadPort(m_parts.MSCommB, StyleIndex::Direction2);
-}
-
-void MdCommunication::ReadPort(SerialPortControl &port, int direction)
-{
-    if (port.InBufferCount() >= OverflowCount)
-        port.ClearInBuffer();
-    if (port.InBufferCount() < 1)
+    if (std::exchange(m_told[size_t(channel)], true))
         return;
-    const QByteArray input = port.Input();
-    QByteArrayView rest = input;
-    while (!rest.isEmpty()) {
-        const auto found = m_detection.Feed(direction, rest, m_parts.comm.Mode());
-        ShowChunk(direction, rest.first(found.consumed));
-        rest = rest.sliced(found.consumed);
-        InsertComment(found.comment);
-        if (!found.answer.isEmpty())
-            Send(found.answer);
-    }
+    m_parts.prompts.ShowNotice(QStringLiteral("COM%1").arg(PortNumber(Channel(channel))),
+                               ExclamationMessage(cause));
 }
 
-void MdCommunication::ShowChunk(int direction, QByteArrayView bytes)
+SerialPortControl &MdCommunication::PortOf(Channel channel) const
 {
-    Stamp(direction);
-    const TextStyle &style = m_parts.display.styles[size_t(direction)];
-    for (const Representation r : AllRepresentations) {
-        const QByteArray text = RowOf(r).toView(bytes);
-        m_parts.views.StagingBox(r).AppendStyled(text, style);
-        m_parts.log.WriteText(r, text);
-    }
-}
-
-void MdCommunication::Stamp(int direction)
-{
-    const StampSettings &stamp = m_parts.stamp;
-    const bool sent = direction == StyleIndex::Direction1 && !m_parts.comm.TwoChannels();
-    const bool due = (stamp.Date || stamp.Time) && (sent || direction != m_lastStampDirection);
-    if (!due)
-        return;
-    m_lastStampDirection = direction;
-    AppendToAll(StampText(stamp, m_parts.clock), StyleIndex::Comment);
-}
-
-void MdCommunication::InsertComment(const QByteArray &text)
-{
-    if (!text.isEmpty() && Running())
-        AppendToAll(' ' + text + ' ', StyleIndex::Comment);
-}
-
-void MdCommunication::AppendToAll(const QByteArray &text, int styleIndex)
-{
-    const TextStyle &style = m_parts.display.styles[size_t(styleIndex)];
-    for (const Representation r : AllRepresentations) {
-        m_parts.views.StagingBox(r).AppendStyled(text, style);
-        m_parts.log.WriteText(r, text);
-    }
+    return channel == Channel::A ? m_parts.MSCommA : m_parts.MSCommB;
 }
 
 int MdCommunication::PortNumber(Channel channel) const
 {
-    const CommConfiguration &comm = m_parts.comm;
-    return channel == Channel::A ? comm.PortA() : comm.PortB();
+    return channel == Channel::A ? m_parts.comm.PortA() : m_parts.comm.PortB();
 }

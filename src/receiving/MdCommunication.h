@@ -3,10 +3,16 @@
 
 #pragma once
 
-#include "ReceiveDetection.h"
+#include "LineJudge.h"
 #include "ReportQueue.h"
+#include "TrafficStream.h"
+#include "ViewFeed.h"
+#include "WatchSnapshot.h"
 
 #include <QObject>
+
+#include <array>
+#include <memory>
 
 class Clock;
 class CommunicationLog;
@@ -22,17 +28,19 @@ struct CommunicationParts {
     const CommConfiguration &comm;
     const DisplaySettings &display;
     const StampSettings &stamp;
-    const MdSequenceEdition &sequences;
+    MdSequenceEdition &sequences;
     CommunicationViews &views;
     CommunicationLog &log;
     UserPrompts &prompts;
     const Clock &clock;
     SerialPortControl &MSCommA; ///< channel 1
     SerialPortControl &MSCommB; ///< channel 2
+    LineThread &lines;          ///< that serves both
 };
 
-/// Opens and closes the ports of the mode in force, takes what they receive to detection, views
-/// and log, and sends. It talks to the window by signals alone.
+/// Opens and closes the ports of the mode in force, and sends. What the lines say is judged and
+/// answered on the lines' thread, by LineJudge; what happened goes through one stream to the log
+/// and, when the main loop stages it, to the views. It talks to the window by signals alone.
 class MdCommunication final : public QObject
 {
     Q_OBJECT
@@ -45,10 +53,11 @@ class MdCommunication final : public QObject
     static constexpr int StatusOpen = 0;
     static constexpr int StatusClosed = 2;
 
-    /// This many waiting bytes or more in a receive buffer are thrown away unseen.
-    static constexpr int OverflowCount = 512;
+    /// Size of the ports' receive buffers in bytes, for who takes their events.
+    static constexpr int ReceiveBufferSize = 512;
 
     explicit MdCommunication(const CommunicationParts &parts);
+    ~MdCommunication() override;
 
     int CommStatus() const { return m_commStatus; }
     bool Running() const { return m_commStatus == StatusOpen; }
@@ -58,17 +67,23 @@ class MdCommunication final : public QObject
     /// Stops communication. Nothing happens while it is stopped.
     void ClosePorts();
 
-    /// Shows the bytes as direction 0 and sends them on channel 1; starts communication first if
-    /// it is stopped. In mode 1 nothing is sent.
-    void Transmit(const QByteArray &bytes);
+    /// Shows the bytes of a send sequence as direction 0 and sends them on channel 1; starts
+    /// communication first if it is stopped. In mode 1 nothing is sent.
+    void Transmit(const QByteArray &bytes, const QByteArray &name = {});
+
+    /// Stages what has happened for the views.
+    void StageTraffic();
+    /// The same, and moves it into them; the main loop calls it.
+    void ShowTraffic();
+
+    /// The lines are to go on: the log has room again. May be called from any thread.
+    void Resume();
+
+    /// Where what happens goes on to. Before the first opening.
+    TrafficStream &Stream() { return m_stream; }
 
     /// Shows the reports that wait for the event loop to run, which it will not do again.
     void ShowWaitingReports() { m_reports.ShowWaiting(); }
-
-    /// A port raised an event; reads its CommEvent.
-    void OnCommEvent(Channel channel);
-    /// The device of an open port went away.
-    void OnDisconnected(Channel channel, const QString &description);
 
   Q_SIGNALS:
     /// Text for the first status panel.
@@ -80,23 +95,28 @@ class MdCommunication final : public QObject
     static bool ClosePort(SerialPortControl &port);
     bool OpenPortsOfMode();
     bool ClosePortsOfMode();
-    /// Shows the bytes and sends them on channel 1, if communication runs and may send.
-    void Send(const QByteArray &bytes);
-    void SendData(SerialPortControl &port, const QByteArray &bytes);
+    LineJudge::Reports JudgeReports();
+    void BeginReading();
+    void EndReading();
+    void Publish();
 
-    void OnReceive(Channel channel);
-    void ReadPort(SerialPortControl &port, int direction);
-    void ShowChunk(int direction, QByteArrayView bytes);
-    void Stamp(int direction);
-    void InsertComment(const QByteArray &text);
-    void AppendToAll(const QByteArray &text, int styleIndex);
+    void OnGone(int channel, const QString &cause);
+    void TellNotSent(int channel, const QString &cause);
+    void TellThrownAway(Channel channel);
 
+    SerialPortControl &PortOf(Channel channel) const;
     int PortNumber(Channel channel) const;
 
     CommunicationParts m_parts;
-    ReceiveDetection m_detection;
     ReportQueue m_reports;
     int m_commStatus = StatusClosed;
-    int m_lastStampDirection = -1; ///< survives a restart of communication
-    bool m_receiving = false;      ///< a receive event is being handled
+
+    // What the lines' thread works with.
+    WatchBoard m_board;
+    TrafficStream m_stream;
+    ViewFeed m_feed;
+    LineJudge m_judge;
+
+    std::shared_ptr<void> m_watch; ///< of the tables
+    std::array<bool, 2> m_told{};  ///< by channel: that something could not be sent
 };

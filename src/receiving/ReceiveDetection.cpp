@@ -3,7 +3,7 @@
 
 #include "ReceiveDetection.h"
 
-#include "MdSequenceEdition.h"
+#include "WatchSnapshot.h"
 
 #include <algorithm>
 
@@ -15,8 +15,7 @@ constexpr qsizetype CompactAfter = 65536;
 
 } // namespace
 
-ReceiveDetection::ReceiveDetection(const MdSequenceEdition &tables)
-    : m_tables(tables), m_builtRevision(tables.Revision() - 1)
+ReceiveDetection::ReceiveDetection()
 {
     Clear();
 }
@@ -29,11 +28,12 @@ void ReceiveDetection::Clear()
     }
 }
 
-ReceiveDetection::Result ReceiveDetection::Feed(int direction, QByteArrayView bytes, CommMode mode)
+ReceiveDetection::Result ReceiveDetection::Feed(int direction, QByteArrayView bytes,
+                                                const WatchSnapshot &watch)
 {
     if (bytes.isEmpty())
         return {};
-    RebuildIfChanged();
+    const SequenceMatcher &matcher = watch.Matcher();
     Memory &memory = m_memories[size_t(direction)];
     Compact(memory);
     const qsizetype oldSize = memory.window.size();
@@ -41,56 +41,43 @@ ReceiveDetection::Result ReceiveDetection::Feed(int direction, QByteArrayView by
 
     std::vector<int> found;
     qsizetype hit = oldSize;
-    if (memory.revision != m_builtRevision)
-        found = CheckFirstAfterChange(memory, oldSize);
+    if (memory.revision != watch.Revision())
+        found = CheckFirstAfterChange(memory, oldSize, watch);
     if (found.empty()) {
         const char *const window = memory.window.constData();
         const char *const begin = window + memory.held;
         const char *const end = window + memory.window.size();
-        const char *const byte = m_matcher.FindEnd(begin, window + oldSize, end);
+        const char *const byte = matcher.FindEnd(begin, window + oldSize, end);
         hit = byte - window;
         if (byte != end)
-            m_matcher.CollectAt(begin, byte, found);
+            matcher.CollectAt(begin, byte, found);
     }
 
     memory.window.truncate(hit + 1); // keeps all of it when nothing was found
     const qsizetype end = memory.window.size();
-    memory.held = found.empty() ? std::max(memory.held, end - m_matcher.Longest()) : end;
-    Result result = Evaluate(std::move(found), mode);
+    memory.held = found.empty() ? std::max(memory.held, end - matcher.Longest()) : end;
+    Result result = Evaluate(std::move(found), watch);
     result.consumed = end - oldSize;
     return result;
 }
 
-void ReceiveDetection::RebuildIfChanged()
-{
-    if (m_builtRevision == m_tables.Revision())
-        return;
-    std::vector<SequenceMatcher::Pattern> patterns;
-    for (int i = 0; i < m_tables.ReceiveCount(); ++i) {
-        const ReceiveSequence &record = m_tables.ReceiveAt(i);
-        if (record.IsWatched())
-            patterns.push_back({record.Sequence, i});
-    }
-    m_matcher.Build(patterns);
-    m_builtRevision = m_tables.Revision();
-}
-
 /// The remembered bytes hold no sequence of the old tables, but may hold some of the new ones
 /// anywhere; so every place is searched once, with the newest byte included.
-std::vector<int> ReceiveDetection::CheckFirstAfterChange(Memory &memory, qsizetype newest) const
+std::vector<int> ReceiveDetection::CheckFirstAfterChange(Memory &memory, qsizetype newest,
+                                                         const WatchSnapshot &watch)
 {
     memory.held = std::max(memory.held, newest - memory.longest);
-    memory.longest = m_matcher.Longest();
-    memory.revision = m_builtRevision;
+    memory.longest = watch.Matcher().Longest();
+    memory.revision = watch.Revision();
 
     std::vector<int> found;
     const char *const window = memory.window.constData();
     for (qsizetype place = memory.held; place <= newest; ++place)
-        m_matcher.CollectAt(window + memory.held, window + place, found);
+        watch.Matcher().CollectAt(window + memory.held, window + place, found);
     return found;
 }
 
-void ReceiveDetection::Compact(Memory &memory) const
+void ReceiveDetection::Compact(Memory &memory)
 {
     const qsizetype unused = memory.held - SequenceMatcher::Padding;
     if (unused < CompactAfter)
@@ -99,7 +86,8 @@ void ReceiveDetection::Compact(Memory &memory) const
     memory.held = SequenceMatcher::Padding;
 }
 
-ReceiveDetection::Result ReceiveDetection::Evaluate(std::vector<int> detected, CommMode mode) const
+ReceiveDetection::Result ReceiveDetection::Evaluate(std::vector<int> detected,
+                                                    const WatchSnapshot &watch)
 {
     std::sort(detected.begin(), detected.end());
     detected.erase(std::unique(detected.begin(), detected.end()), detected.end());
@@ -107,13 +95,12 @@ ReceiveDetection::Result ReceiveDetection::Evaluate(std::vector<int> detected, C
     Result result;
     result.detected = !detected.empty();
     for (const int index : detected) {
-        const ReceiveSequence &record = m_tables.ReceiveAt(index);
-        const SendSequence *answer = m_tables.AnswerOf(record);
-        if (answer && !record.AnswerName.isEmpty() && MaySend(mode))
-            result.answer += answer->Sequence;
-        if (!result.comment.isEmpty() && !record.Comment.isEmpty())
+        const WatchSnapshot::Sequence &sequence = watch.At(index);
+        result.answer += sequence.answer;
+        if (!result.comment.isEmpty() && !sequence.comment.isEmpty())
             result.comment += ' ';
-        result.comment += record.Comment;
+        result.comment += sequence.comment;
+        result.names << sequence.name;
     }
     return result;
 }

@@ -3,22 +3,23 @@
 
 #pragma once
 
-#include "CommSettings.h"
 #include "SequenceMatcher.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QList>
 
 #include <array>
+#include <vector>
 
-class MdSequenceEdition;
+class WatchSnapshot;
 
-/// Watches the received bytes of both directions for the active receive sequences. Each direction
-/// remembers its last bytes, as many as the longest active sequence has, so that a sequence is
+/// Watches the received bytes of both directions for the watched sequences. Each direction
+/// remembers its last bytes, as many as the longest watched sequence has, so that a sequence is
 /// found however the reads cut it; a detection empties that memory.
 ///
-/// The tables may change at any time. What is remembered was cut to the longest sequence of its
-/// own time, and the first byte after a change is checked against all of it.
+/// What is watched may change at any time. What is remembered was cut to the longest sequence of
+/// its own time, and the first byte after a change is checked against all of it.
 class ReceiveDetection
 {
   public:
@@ -27,32 +28,29 @@ class ReceiveDetection
         bool detected = false;
         QByteArray answer;  ///< bytes to send, of all detected sequences in table order
         QByteArray comment; ///< their comments, joined by blanks
+        QList<QByteArray> names{};
     };
 
-    /// The tables must live as long as this object.
-    explicit ReceiveDetection(const MdSequenceEdition &tables);
+    ReceiveDetection();
 
     /// Forgets the bytes of both directions.
     void Clear();
 
     /// Takes bytes up to the first detection, all of them if there is none. No bytes: no result.
-    Result Feed(int direction, QByteArrayView bytes, CommMode mode);
+    Result Feed(int direction, QByteArrayView bytes, const WatchSnapshot &watch);
 
   private:
     struct Memory {
         QByteArray window; ///< padding, then bytes of which [held, end) count
         qsizetype held = SequenceMatcher::Padding;
-        qsizetype longest = 0; ///< of the tables that the last byte was checked against
-        quint64 revision = 0;  ///< of these tables
+        qsizetype longest = 0; ///< of what the last byte was checked against
+        quint64 revision = 0;  ///< of what was watched then
     };
 
-    void RebuildIfChanged();
-    std::vector<int> CheckFirstAfterChange(Memory &memory, qsizetype newest) const;
-    void Compact(Memory &memory) const;
-    Result Evaluate(std::vector<int> detected, CommMode mode) const;
+    static std::vector<int> CheckFirstAfterChange(Memory &memory, qsizetype newest,
+                                                  const WatchSnapshot &watch);
+    static void Compact(Memory &memory);
+    static Result Evaluate(std::vector<int> detected, const WatchSnapshot &watch);
 
-    const MdSequenceEdition &m_tables;
-    SequenceMatcher m_matcher;
-    quint64 m_builtRevision;
     std::array<Memory, 2> m_memories;
 };

@@ -6,11 +6,11 @@
 #include "Clock.h"
 #include "CodePage1252.h"
 
-QByteArray StampText(const StampSettings &settings, const Clock &clock)
+QByteArray StampText(const StampSettings &settings, const Clock &clock, qint64 wallTime)
 {
     if (!settings.Date && !settings.Time)
         return {};
-    const QDateTime now = clock.Now();
+    const QDateTime now = QDateTime::fromMSecsSinceEpoch(wallTime / 1'000'000);
     QString text = settings.NewLine ? QStringLiteral("\r\n") : QString();
     if (settings.Date) {
         const QDate date = now.date();

@@ -14,6 +14,6 @@ struct StampSettings {
     bool Time = false;
 };
 
-/// The stamp for the present moment, such as "\r\n5/11/26 07:13:49  - ". Empty if neither date
-/// nor time is wanted.
-QByteArray StampText(const StampSettings &settings, const Clock &clock);
+/// The stamp for a moment (nanoseconds since 1970 in UTC), such as "\r\n5/11/26 07:13:49  - ".
+/// Empty if neither date nor time is wanted.
+QByteArray StampText(const StampSettings &settings, const Clock &clock, qint64 wallTime);

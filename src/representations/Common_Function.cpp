@@ -5,7 +5,9 @@
 
 #include "Representation.h"
 
+#include <algorithm>
 #include <array>
+#include <cstring>
 #include <string_view>
 
 namespace
@@ -30,14 +32,17 @@ template <Representation R> constexpr auto MakeItems()
 
 template <Representation R> constexpr auto Items = MakeItems<R>();
 
-template <Representation R> QByteArray ViewText(QByteArrayView seq)
+/// Appends an item for every byte; of a constant size, which is what makes it fast.
+template <Representation R> void AppendItems(QByteArray &text, QByteArrayView seq)
 {
     constexpr size_t Width = Items<R>[0].size();
-    QByteArray text(seq.size() * qsizetype(Width), Qt::Uninitialized);
-    char *out = text.data();
-    for (const char byte : seq)
-        out = std::copy_n(Items<R>[uchar(byte)].data(), Width, out);
-    return text;
+    const qsizetype before = text.size();
+    text.resize(before + seq.size() * qsizetype(Width));
+    char *out = text.data() + before;
+    for (const char byte : seq) {
+        std::memcpy(out, Items<R>[uchar(byte)].data(), Width);
+        out += Width;
+    }
 }
 
 template <Representation R> QByteArray JoinedText(QByteArrayView seq, std::string_view separator)
@@ -109,24 +114,26 @@ QByteArray SeqToBinaryText(QByteArrayView seq)
     return JoinedText<Representation::Binary>(seq, SearchSeparator);
 }
 
-QByteArray SeqToAsciiView(QByteArrayView seq)
+void AppendAsciiView(QByteArray &text, QByteArrayView seq)
 {
-    return seq.toByteArray().replace('\0', HiddenByteMark);
+    const qsizetype before = text.size();
+    text += seq;
+    std::replace(text.begin() + before, text.end(), '\0', HiddenByteMark);
 }
 
-QByteArray SeqToHexView(QByteArrayView seq)
+void AppendHexView(QByteArray &text, QByteArrayView seq)
 {
-    return ViewText<Representation::Hex>(seq);
+    AppendItems<Representation::Hex>(text, seq);
 }
 
-QByteArray SeqToDecimalView(QByteArrayView seq)
+void AppendDecimalView(QByteArray &text, QByteArrayView seq)
 {
-    return ViewText<Representation::Decimal>(seq);
+    AppendItems<Representation::Decimal>(text, seq);
 }
 
-QByteArray SeqToBinaryView(QByteArrayView seq)
+void AppendBinaryView(QByteArray &text, QByteArrayView seq)
 {
-    return ViewText<Representation::Binary>(seq);
+    AppendItems<Representation::Binary>(text, seq);
 }
 
 } // namespace Common_Function

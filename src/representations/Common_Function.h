@@ -30,11 +30,12 @@ QByteArray SeqToHexText(QByteArrayView seq);
 QByteArray SeqToDecimalText(QByteArrayView seq);
 QByteArray SeqToBinaryText(QByteArrayView seq);
 
-/// View forms, what a chunk of traffic adds to the view and to the log of a representation. Every
-/// item is followed by a blank; ASCII has no separators and changes byte 0 only.
-QByteArray SeqToAsciiView(QByteArrayView seq);
-QByteArray SeqToHexView(QByteArrayView seq);
-QByteArray SeqToDecimalView(QByteArrayView seq);
-QByteArray SeqToBinaryView(QByteArrayView seq);
+/// View forms, what a chunk of traffic adds to the view and to the log of a representation, behind
+/// a text that stands already. Every item is followed by a blank; ASCII has no separators and
+/// changes byte 0 only.
+void AppendAsciiView(QByteArray &text, QByteArrayView seq);
+void AppendHexView(QByteArray &text, QByteArrayView seq);
+void AppendDecimalView(QByteArray &text, QByteArrayView seq);
+void AppendBinaryView(QByteArray &text, QByteArrayView seq);
 
 } // namespace Common_Function

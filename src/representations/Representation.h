@@ -39,7 +39,8 @@ struct RepresentationRow {
     ItemForm item;
     QByteArray (*toList)(QByteArrayView); ///< one line of a list or a printout
     QByteArray (*toText)(QByteArrayView); ///< as typed and as searched in a view
-    QByteArray (*toView)(QByteArrayView); ///< what a chunk of traffic adds to view and log
+    /// Appends what a chunk of traffic adds to view and log.
+    void (*appendView)(QByteArray &, QByteArrayView);
 };
 
 /// A representation is a row of this table.
@@ -54,7 +55,7 @@ inline constexpr std::array RepresentationRows = {
                       .item = {},
                       .toList = Common_Function::SeqToAsciiList,
                       .toText = Common_Function::SeqAsItIs,
-                      .toView = Common_Function::SeqToAsciiView},
+                      .appendView = Common_Function::AppendAsciiView},
     RepresentationRow{.representation = Representation::Hex,
                       .caption = "HEX",
                       .viewName = "txtHexa",
@@ -70,7 +71,7 @@ inline constexpr std::array RepresentationRows = {
                                .suffix = u'h'},
                       .toList = Common_Function::SeqToHexList,
                       .toText = Common_Function::SeqToHexText,
-                      .toView = Common_Function::SeqToHexView},
+                      .appendView = Common_Function::AppendHexView},
     RepresentationRow{.representation = Representation::Decimal,
                       .caption = "Decimal",
                       .viewName = "txtDeci",
@@ -86,7 +87,7 @@ inline constexpr std::array RepresentationRows = {
                                .suffix = u'd'},
                       .toList = Common_Function::SeqToDecimalList,
                       .toText = Common_Function::SeqToDecimalText,
-                      .toView = Common_Function::SeqToDecimalView},
+                      .appendView = Common_Function::AppendDecimalView},
     RepresentationRow{.representation = Representation::Binary,
                       .caption = "Binary",
                       .viewName = "txtBin",
@@ -102,7 +103,7 @@ inline constexpr std::array RepresentationRows = {
                                .suffix = u'b'},
                       .toList = Common_Function::SeqToBinaryList,
                       .toText = Common_Function::SeqToBinaryText,
-                      .toView = Common_Function::SeqToBinaryView},
+                      .appendView = Common_Function::AppendBinaryView},
 };
 
 constexpr int RepresentationCount = int(RepresentationRows.size());
@@ -110,6 +111,21 @@ constexpr int RepresentationCount = int(RepresentationRows.size());
 constexpr const RepresentationRow &RowOf(Representation representation)
 {
     return RepresentationRows[size_t(representation)];
+}
+
+/// What bytes add to the view and to the log.
+inline QByteArray ViewText(Representation representation, QByteArrayView bytes)
+{
+    QByteArray text;
+    RowOf(representation).appendView(text, bytes);
+    return text;
+}
+
+/// Characters that one byte adds there: an item of digits is followed by a blank.
+constexpr qsizetype ViewWidth(Representation representation)
+{
+    const ItemForm &item = RowOf(representation).item;
+    return item.base == 256 ? item.width : item.width + 1;
 }
 
 namespace RepresentationOrder

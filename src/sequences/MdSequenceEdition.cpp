@@ -24,6 +24,25 @@ QString MdSequenceEdition::FullTableText()
         .arg(Capacity);
 }
 
+std::shared_ptr<void> MdSequenceEdition::Watch(std::function<void()> changed)
+{
+    auto watcher = std::make_shared<std::function<void()>>(std::move(changed));
+    m_watchers.push_back(watcher);
+    return watcher;
+}
+
+void MdSequenceEdition::EndChange()
+{
+    if (--m_changes > 0 || m_revision == m_toldRevision)
+        return;
+    m_toldRevision = m_revision;
+    std::erase_if(m_watchers, [](const auto &watcher) { return watcher.expired(); });
+    for (const auto &watcher : m_watchers) {
+        if (const auto changed = watcher.lock())
+            (*changed)();
+    }
+}
+
 void MdSequenceEdition::SetSendCount(int count)
 {
     m_sendCount = std::clamp(count, 0, Capacity);
@@ -66,30 +85,35 @@ bool MdSequenceEdition::AddReceive(const ReceiveSequence &record)
 
 void MdSequenceEdition::StoreSend(int index, const SendSequence &record)
 {
+    const Change change(*this);
     EditSend(index) = record;
     SetSendCount(std::max(m_sendCount, index + 1));
 }
 
 void MdSequenceEdition::StoreReceive(int index, const ReceiveSequence &record)
 {
+    const Change change(*this);
     EditReceive(index) = record;
     SetReceiveCount(std::max(m_receiveCount, index + 1));
 }
 
 void MdSequenceEdition::LoadSend(int index, const SendSequence &record)
 {
+    const Change change(*this);
     EditSend(index) = record;
     SetSendCount(m_sendCount + 1);
 }
 
 void MdSequenceEdition::LoadReceive(int index, const ReceiveSequence &record)
 {
+    const Change change(*this);
     EditReceive(index) = record;
     SetReceiveCount(m_receiveCount + 1);
 }
 
 void MdSequenceEdition::ClearProject()
 {
+    const Change change(*this);
     for (int i = 0; i < TouchedRecords(m_sendCount); ++i) {
         SendSequence &record = EditSend(i);
         record.Name.clear();
@@ -111,6 +135,7 @@ void MdSequenceEdition::ClearProject()
 
 void MdSequenceEdition::DeleteSendSequence()
 {
+    const Change change(*this);
     if (CurrentSendIndex < 0 || CurrentSendIndex >= m_sendCount)
         return;
     const int touched = TouchedRecords(m_sendCount);
@@ -122,6 +147,7 @@ void MdSequenceEdition::DeleteSendSequence()
 
 void MdSequenceEdition::DeleteReceiveSequence()
 {
+    const Change change(*this);
     if (CurrentReceiveIndex < 0 || CurrentReceiveIndex >= m_receiveCount)
         return;
     const int touched = TouchedRecords(m_receiveCount);
@@ -137,21 +163,25 @@ void MdSequenceEdition::DeleteReceiveSequence()
 
 void MdSequenceEdition::ActivateAll()
 {
+    const Change change(*this);
     for (int i = 0; i < Capacity; ++i)
         EditReceive(i).Active = 1;
 }
 
 void MdSequenceEdition::RefreshAnswerNames()
 {
+    const Change change(*this);
     for (int i = 0; i < m_receiveCount; ++i)
         RefreshAnswerName(i);
 }
 
 void MdSequenceEdition::RefreshAnswerName(int receiveIndex)
 {
-    ReceiveSequence &record = EditReceive(receiveIndex);
-    const SendSequence *answer = AnswerOf(record);
-    record.AnswerName = answer ? answer->Name : QByteArray();
+    const Change change(*this);
+    const SendSequence *answer = AnswerOf(ReceiveAt(receiveIndex));
+    const QByteArray name = answer ? answer->Name : QByteArray();
+    if (ReceiveAt(receiveIndex).AnswerName != name)
+        EditReceive(receiveIndex).AnswerName = name;
 }
 
 const SendSequence *MdSequenceEdition::AnswerOf(const ReceiveSequence &record) const

@@ -8,6 +8,8 @@
 
 #include <QString>
 
+#include <functional>
+#include <memory>
 #include <vector>
 
 /// The project's two sequence tables. Records 0 to count - 1 are in use, the record behind them
@@ -40,10 +42,33 @@ class MdSequenceEdition
     void LoadSend(int index, const SendSequence &record);
     void LoadReceive(int index, const ReceiveSequence &record);
 
-    /// A record to write to. The reference is for the statement at hand, not to be kept: taking
-    /// it is what tells detection that the tables have changed.
-    SendSequence &EditSend(int index);
-    ReceiveSequence &EditReceive(int index);
+    /// Lets a function change one record.
+    template <typename Edit> void ChangeSend(int index, Edit edit)
+    {
+        const Change change(*this);
+        edit(EditSend(index));
+    }
+    template <typename Edit> void ChangeReceive(int index, Edit edit)
+    {
+        const Change change(*this);
+        edit(EditReceive(index));
+    }
+
+    /// While one lives, all changes are one: whoever watches the tables hears of them at its end.
+    class Change
+    {
+      public:
+        explicit Change(MdSequenceEdition &tables) : m_tables(tables) { ++m_tables.m_changes; }
+        ~Change() { m_tables.EndChange(); }
+        Q_DISABLE_COPY_MOVE(Change)
+
+      private:
+        MdSequenceEdition &m_tables;
+    };
+
+    /// Calls the function after every change, before the procedure that made it returns, as long as
+    /// what is returned lives.
+    [[nodiscard]] std::shared_ptr<void> Watch(std::function<void()> changed);
 
     /// Grows whenever a record or a count may have changed.
     quint64 Revision() const { return m_revision; }
@@ -75,6 +100,9 @@ class MdSequenceEdition
     int CurrentReceiveIndex = 0;
 
   private:
+    SendSequence &EditSend(int index);
+    ReceiveSequence &EditReceive(int index);
+    void EndChange();
     void SetSendCount(int count);
     void SetReceiveCount(int count);
 
@@ -83,4 +111,7 @@ class MdSequenceEdition
     int m_sendCount = 0;
     int m_receiveCount = 0;
     quint64 m_revision = 0;
+    quint64 m_toldRevision = 0; ///< of which the watchers have heard
+    int m_changes = 0;          ///< those under way, one in another
+    std::vector<std::weak_ptr<std::function<void()>>> m_watchers;
 };

@@ -3,28 +3,30 @@
 
 #pragma once
 
+#include "Line.h"
 #include "LineSettings.h"
 #include "Result.h"
 
 #include <QByteArray>
-#include <QSerialPort>
 #include <QString>
 
+#include <memory>
 #include <optional>
-#include <utility>
 
-/// What the operating system knows of serial devices and Qt's port object does not tell. The
-/// handles are those of an open port object. Every system brings its own files for this header.
+class QLockFile;
+
+/// What the operating system knows of serial devices, and does with them. Every system brings its
+/// own files for this header.
 namespace SerialDevice
 {
 
-using Handle = decltype(std::declval<const QSerialPort &>().handle());
+using Handle = int;
+constexpr Handle NoHandle = -1;
 
 /// The one name of a device, whatever link leads to it; empty if there is no such device.
 QString CanonicalName(const QString &device);
 
-/// Holds a device open beside the port object, from before its opening on: asks the system why
-/// the device cannot be used, and keeps what its line was like.
+/// Opens a device and asks the system why it cannot be used.
 class Probe
 {
   public:
@@ -35,16 +37,38 @@ class Probe
 
     /// Whether the device can be used; the cause of a failure names the cure where it is known.
     const Result &State() const { return m_state; }
-    /// Puts the line back to what it was at the beginning.
-    void RestoreLine() const;
+    SerialDevice::Handle Handle() const { return m_handle; }
+    /// Gives the open device away: nobody else can open it from then on.
+    SerialDevice::Handle Release();
 
   private:
     Result Open(const QString &canonicalName, const QString &alias);
 
-    Handle m_handle;
-    QByteArray m_line;
+    SerialDevice::Handle m_handle;
     Result m_state;
 };
+
+/// The lock file by which programs tell one another that a device is in use. It goes with this
+/// object.
+class Lock
+{
+  public:
+    explicit Lock(const QString &canonicalName);
+    ~Lock();
+    Q_DISABLE_COPY_MOVE(Lock)
+
+    /// Also where the system has no place for such files.
+    bool Held() const { return m_held; }
+
+  private:
+    std::unique_ptr<QLockFile> m_file; ///< null where there is no place for it
+    bool m_held;
+};
+
+/// Why the lock of a device that could be opened is not to be had.
+Failure LockFailure(const QString &canonicalName, const QString &alias);
+
+void Close(Handle handle);
 
 /// Who has locked the device or keeps it for himself, such as "picocom (process 4711)"; empty if
 /// nobody can be named.
@@ -55,9 +79,10 @@ QString LockFileOf(const QString &canonicalName, const QString &alias);
 /// Why this user may not open the device, and what to do.
 QString MissingRights(const QString &canonicalName);
 
-/// Asks the line for parity, data bits and stop bits; only ReadLineSettings tells whether it took
-/// them. Damaged bytes come through as they are, and a break adds none.
-void ApplyCharacterFormat(Handle handle, const LineSettings &settings);
+/// Asks the line for the settings, with every byte as it is in both directions; only
+/// ReadLineSettings tells whether it took them. Damaged bytes and breaks are marked in what is
+/// read: see MarkedBytes.
+void ApplySettings(Handle handle, const LineSettings &settings);
 /// What the line does. A baud rate that differs by less than receivers notice counts as asked.
 std::optional<LineSettings> ReadLineSettings(Handle handle, qint32 askedBaud);
 /// The whole state of a line, for RestoreLineState; empty if there is no serial line.
@@ -72,10 +97,31 @@ void SetLowLatency(Handle handle);
 /// Fails once the device is no longer there.
 Result CheckPresence(Handle handle, const QString &canonicalName);
 
-/// Takes what the system has received, at most so many bytes, without waiting.
-QByteArray ReadWaiting(Handle handle, qsizetype mostBytes);
+/// Takes what the system has received, without waiting. The count; 0 if there is nothing, negative
+/// if the device does not read.
+qsizetype Read(Handle handle, char *bytes, size_t most);
+/// Hands bytes to the system, without waiting. The count; 0 if it takes none now, negative if the
+/// device does not write.
+qsizetype Write(Handle handle, const char *bytes, qsizetype count);
+
+/// What the driver has counted since it was loaded.
+struct Counters {
+    bool known = false; ///< not every driver counts
+    int breaks = 0;
+    int overruns = 0;
+};
+Counters ReadCounters(Handle handle);
+
+/// Empty where the device has no such lines.
+std::optional<ModemLines> ReadModemLines(Handle handle);
+
+/// The lines by which this side tells of itself.
+enum class OwnLine { RTS, DTR };
+Result SwitchLine(Handle handle, OwnLine line, bool on);
+
 /// Bytes that the system still has to send.
 int UnsentBytes(Handle handle);
 void DiscardUnsent(Handle handle);
+void DiscardUnread(Handle handle);
 
 } // namespace SerialDevice

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 #include <fcntl.h>
 #include <linux/serial.h>
@@ -87,8 +88,7 @@ Result SerialDevice::Probe::Open(const QString &canonicalName, const QString &al
     if (m_handle < 0)
         return OpenFailure(canonicalName);
 
-    m_line = LineState(m_handle);
-    if (m_line.isEmpty())
+    if (LineState(m_handle).isEmpty())
         return errno == EIO
                    ? Failure{QStringLiteral("There is no hardware behind %1").arg(canonicalName)}
                    : NotSerial(canonicalName);
@@ -101,17 +101,22 @@ Result SerialDevice::Probe::Open(const QString &canonicalName, const QString &al
     return {};
 }
 
-void SerialDevice::Probe::RestoreLine() const
+SerialDevice::Handle SerialDevice::Probe::Release()
 {
-    RestoreLineState(m_handle, m_line);
+    ::ioctl(m_handle, TIOCEXCL);
+    return std::exchange(m_handle, NoHandle);
+}
+
+void SerialDevice::Close(SerialDevice::Handle handle)
+{
+    ::ioctl(handle, TIOCNXCL);
+    ::close(handle);
 }
 
 Result SerialDevice::SetRequestToSend(Handle handle, bool on)
 {
-    const int line = TIOCM_RTS;
-    if (::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &line) == 0 || errno == ENOTTY || errno == EINVAL)
-        return {};
-    return Failure{LastError()};
+    Result switched = SwitchLine(handle, OwnLine::RTS, on);
+    return switched.Failed() && (errno == ENOTTY || errno == EINVAL) ? Result() : switched;
 }
 
 void SerialDevice::SetLowLatency(Handle handle)
@@ -136,17 +141,45 @@ Result SerialDevice::CheckPresence(Handle handle, const QString &canonicalName)
                        : QStringLiteral("%1 was unplugged").arg(canonicalName)};
 }
 
-QByteArray SerialDevice::ReadWaiting(Handle handle, qsizetype mostBytes)
+qsizetype SerialDevice::Read(Handle handle, char *bytes, size_t most)
 {
-    QByteArray waiting;
-    std::array<char, 4096> part;
-    while (waiting.size() < mostBytes) {
-        const ssize_t count = ::read(handle, part.data(), part.size());
-        if (count <= 0)
-            break;
-        waiting.append(part.data(), qsizetype(count));
-    }
-    return waiting;
+    const ssize_t count = ::read(handle, bytes, most);
+    if (count >= 0)
+        return count;
+    return errno == EAGAIN || errno == EINTR ? 0 : -1;
+}
+
+qsizetype SerialDevice::Write(Handle handle, const char *bytes, qsizetype count)
+{
+    const ssize_t taken = ::write(handle, bytes, size_t(count));
+    if (taken >= 0)
+        return taken;
+    return errno == EAGAIN || errno == EINTR ? 0 : -1;
+}
+
+SerialDevice::Counters SerialDevice::ReadCounters(Handle handle)
+{
+    serial_icounter_struct counted = {};
+    if (::ioctl(handle, TIOCGICOUNT, &counted) != 0)
+        return {};
+    return {true, counted.brk, counted.overrun + counted.buf_overrun};
+}
+
+std::optional<ModemLines> SerialDevice::ReadModemLines(Handle handle)
+{
+    int lines = 0;
+    if (::ioctl(handle, TIOCMGET, &lines) != 0)
+        return std::nullopt;
+    return ModemLines{(lines & TIOCM_CTS) != 0, (lines & TIOCM_DSR) != 0, (lines & TIOCM_CD) != 0,
+                      (lines & TIOCM_RI) != 0};
+}
+
+Result SerialDevice::SwitchLine(Handle handle, OwnLine line, bool on)
+{
+    const int bits = line == OwnLine::RTS ? TIOCM_RTS : TIOCM_DTR;
+    if (::ioctl(handle, on ? TIOCMBIS : TIOCMBIC, &bits) == 0)
+        return {};
+    return Failure{LastError()};
 }
 
 int SerialDevice::UnsentBytes(Handle handle)
@@ -158,4 +191,9 @@ int SerialDevice::UnsentBytes(Handle handle)
 void SerialDevice::DiscardUnsent(Handle handle)
 {
     ::tcflush(handle, TCOFLUSH);
+}
+
+void SerialDevice::DiscardUnread(Handle handle)
+{
+    ::tcflush(handle, TCIFLUSH);
 }

@@ -59,16 +59,22 @@ qint32 BaudOf(const termios2 &line, qint32 askedBaud)
 
 } // namespace
 
-void SerialDevice::ApplyCharacterFormat(Handle handle, const LineSettings &settings)
+void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
 {
     termios2 line = {};
     if (::ioctl(handle, TCGETS2, &line) != 0)
         return;
 
-    line.c_iflag &= ~tcflag_t(IGNPAR | INPCK);
-    line.c_iflag |= IGNBRK;
-    line.c_cflag &= ~(CSIZE | CSTOPB | ParityMask);
-    line.c_cflag |= CharacterFlags(settings);
+    line.c_iflag &=
+        ~tcflag_t(IGNBRK | BRKINT | IGNPAR | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF | IXANY);
+    line.c_iflag |= INPCK | PARMRK;
+    line.c_oflag &= ~tcflag_t(OPOST);
+    line.c_lflag &= ~tcflag_t(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
+    line.c_cflag &= ~tcflag_t(CSIZE | CSTOPB | ParityMask | CRTSCTS | CBAUD | CBAUD << IBSHIFT);
+    line.c_cflag |= CREAD | CLOCAL | BOTHER | BOTHER << IBSHIFT | CharacterFlags(settings);
+    line.c_ispeed = line.c_ospeed = speed_t(settings.baud);
+    line.c_cc[VMIN] = 1;
+    line.c_cc[VTIME] = 0;
     ::ioctl(handle, TCSETS2, &line);
 }
 

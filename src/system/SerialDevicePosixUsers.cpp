@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStringList>
 
 #include <algorithm>
@@ -87,6 +88,31 @@ bool HasOpen(const QString &process, const QString &device)
 }
 
 } // namespace
+
+SerialDevice::Lock::Lock(const QString &canonicalName) : m_held(true)
+{
+    const auto *folder = std::find_if(LockFolders.begin(), LockFolders.end(), [](const char *each) {
+        const QFileInfo info(QString::fromLatin1(each));
+        return info.isDir() && info.isWritable();
+    });
+    if (folder == LockFolders.end())
+        return;
+    m_file = std::make_unique<QLockFile>(QLatin1StringView(*folder) + u'/' +
+                                         LockNames(canonicalName).first());
+    m_held = m_file->tryLock();
+}
+
+SerialDevice::Lock::~Lock() = default;
+
+Failure SerialDevice::LockFailure(const QString &canonicalName, const QString &alias)
+{
+    const QString file = LockFileOf(canonicalName, alias);
+    return {file.isEmpty()
+                ? QStringLiteral("%1 cannot be locked for this program").arg(canonicalName)
+                : QStringLiteral("%1 is locked by the file %2, which an ended program left behind; "
+                                 "delete that file")
+                      .arg(canonicalName, file)};
+}
 
 QString SerialDevice::LockOwner(const QString &canonicalName, const QString &alias)
 {

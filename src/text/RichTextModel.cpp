@@ -60,6 +60,21 @@ void RichTextModel::AppendStyled(QByteArrayView text, const TextStyle &style)
     Q_EMIT Changed();
 }
 
+void RichTextModel::Extend(QByteArrayView text, const TextStyle &style)
+{
+    if (text.isEmpty())
+        return;
+    m_text.append(text);
+    AppendRun(End(), style);
+}
+
+void RichTextModel::KeepLast(qint64 count)
+{
+    if (Length() > count)
+        CutFront(Length() - count);
+    Q_EMIT Changed();
+}
+
 void RichTextModel::TrimView()
 {
     const qint64 before = m_begin;

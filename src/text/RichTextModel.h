@@ -53,6 +53,19 @@ class RichTextModel final : public QObject
 
     /// Appends in the given style, then trims as TrimView does.
     void AppendStyled(QByteArrayView text, const TextStyle &style);
+    /// What AppendStyled would leave of a content of that length.
+    static constexpr qint64 LengthAfterAppend(qint64 length, qint64 by)
+    {
+        length += by;
+        return length > HardLimit       ? qint64(MaxViewLength)
+               : length > MaxViewLength ? length - TrimLength
+                                        : length;
+    }
+
+    /// Appends without trimming, and without a signal; KeepLast ends it.
+    void Extend(QByteArrayView text, const TextStyle &style);
+    /// Cuts all but the last so many characters.
+    void KeepLast(qint64 count);
     /// Cuts the oldest TrimLength characters if there are more than MaxViewLength.
     void TrimView();
     /// Appends all styled content of the source, empties the source and trims this model. Nothing

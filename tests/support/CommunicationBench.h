@@ -30,8 +30,9 @@ class CommunicationBench
     FixedClock clock;
     ScriptedPort portA;
     ScriptedPort portB;
+    ScriptedLines lines;
     MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
-                                   log, prompts, clock, portA, portB}};
+                                   log, prompts, clock, portA, portB, lines}};
     QStringList statusTexts;
     QList<MdCommunication::ToolbarState> toolbarStates;
 
@@ -43,8 +44,16 @@ class CommunicationBench
                          [this](MdCommunication::ToolbarState s) { toolbarStates << s; });
     }
 
+    /// What happens from here on happens at the clock's time.
+    void SetTimes()
+    {
+        for (ScriptedPort *port : {&portA, &portB})
+            port->line.now.wall = clock.now.toMSecsSinceEpoch() * 1'000'000;
+    }
+
     void Open(CommMode mode)
     {
+        SetTimes();
         settings.comm.stored.CommType = qint32(mode);
         communication.OpenPorts();
     }
@@ -56,9 +65,17 @@ class CommunicationBench
 
     /// What is staged in ASCII, in runs of equal style: "0:" and "1:" for the directions, "c:"
     /// for the comment style, joined by "|".
-    QByteArray StagedAscii() { return Runs(views.StagingBox(Representation::Ascii)); }
+    QByteArray StagedAscii()
+    {
+        communication.StageTraffic();
+        return Runs(views.StagingBox(Representation::Ascii));
+    }
 
-    QByteArray Staged(Representation r) { return views.StagingBox(r).Bytes().toByteArray(); }
+    QByteArray Staged(Representation r)
+    {
+        communication.StageTraffic();
+        return views.StagingBox(r).Bytes().toByteArray();
+    }
 
     QByteArray Runs(const RichTextModel &model) const
     {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CommunicationLog.h"
+#include "TrafficText.h"
 
 #include <QStringList>
 
@@ -15,14 +16,19 @@ class RecordingLog final : public CommunicationLog
   public:
     std::array<QByteArray, RepresentationCount> texts;
     QStringList calls;
+    QList<TrafficEvent> events;
+    bool hasRoom = true;
     CommunicationLog *next = nullptr;
 
-    void WriteText(Representation representation, const QByteArray &text) override
+    void Take(const TrafficEvent &event) override
     {
-        texts[size_t(representation)] += text;
+        events << event;
+        for (const Representation r : AllRepresentations)
+            TrafficText::Append(texts[size_t(r)], r, event);
         if (next)
-            next->WriteText(representation, text);
+            next->Take(event);
     }
+    bool HasRoom() const override { return hasRoom && (!next || next->HasRoom()); }
     void UpdateLogCommands() override
     {
         calls << QStringLiteral("UpdateLogCommands");

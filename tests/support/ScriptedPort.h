@@ -7,19 +7,66 @@
 
 #include <QStringList>
 
-#include <functional>
+#include <utility>
 
-/// A serial port without a line: it notes what is asked of it and fails where the test says so.
+/// The thread of the lines, without a thread.
+class ScriptedLines final : public LineThread
+{
+  public:
+    void Do(const std::function<void()> &work) override { work(); }
+    void Post(std::function<void()> work) override { work(); }
+};
+
+/// A line without a device: what arrives before reading begins waits.
+class ScriptedLine final : public Line
+{
+  public:
+    LineListener *listener = nullptr;
+    bool reading = false;
+    QByteArray waiting;
+    QByteArray sent;   ///< everything that Write took
+    Result failWrite;  ///< what Write returns
+    LineTime now;      ///< of whatever happens
+    LineCounts counts; ///< as they are asked for
+
+    void Listen(LineListener *who) override { listener = who; }
+    void BeginReading() override
+    {
+        reading = true;
+        Arrive({});
+    }
+    void EndReading() override { reading = false; }
+    void Resume() override { Arrive({}); }
+    Result Write(const QByteArray &bytes) override
+    {
+        if (!failWrite.Failed())
+            sent += bytes;
+        return failWrite;
+    }
+    LineTime Now() const override { return now; }
+    Result SetRTS(bool) override { return {}; }
+    Result SetDTR(bool) override { return {}; }
+    LineCounts Counts() const override { return counts; }
+
+    void Arrive(const QByteArray &bytes)
+    {
+        waiting += bytes;
+        if (reading && !waiting.isEmpty() && listener && listener->HasRoom()) {
+            const QByteArray read = std::exchange(waiting, {});
+            listener->OnRead({read, now, false});
+        }
+    }
+};
+
+/// A serial port without a device: it notes what is asked of it and fails where the test says so.
 class ScriptedPort final : public SerialPortControl
 {
   public:
-    QStringList calls;  ///< every setter, in order, as "Name value"
-    Result failOpen;    ///< what opening returns
-    Result failClose;   ///< what closing returns
-    Result failOutput;  ///< what Output returns
-    QByteArray sent;    ///< everything that Output took
-    QByteArray waiting; ///< the receive buffer
-    std::function<void()> onOutput = [] {};
+    QStringList calls; ///< every setter, in order, as "Name value"
+    Result failOpen;   ///< what opening returns
+    Result failClose;  ///< what closing returns
+    ScriptedLine line;
+    qint64 thrownAway = 0;
 
     Result SetCommPort(int number) override { return Note("CommPort", number); }
     Result SetSettings(const QString &text) override
@@ -41,30 +88,22 @@ class ScriptedPort final : public SerialPortControl
         return done;
     }
     bool PortOpen() const override { return m_open; }
-    int InBufferCount() const override { return int(waiting.size()); }
-    void ClearInBuffer() override { waiting.clear(); }
-    QByteArray Input() override { return std::exchange(waiting, {}); }
-    Result Output(const QByteArray &bytes) override
-    {
-        onOutput();
-        if (!failOutput.Failed())
-            sent += bytes;
-        return failOutput;
-    }
-    int CommEvent() const override { return m_event; }
+    int InBufferCount() const override { return 0; }
+    void ClearInBuffer() override {}
+    QByteArray Input() override { return {}; }
+    Result Output(const QByteArray &) override { return {}; }
+    int CommEvent() const override { return 0; }
+    Line &Wire() override { return line; }
+    qint64 ThrownAway() const override { return thrownAway; }
+    QString Device() const override { return m_open ? QStringLiteral("/dev/scripted") : QString(); }
 
-    /// Bytes arrive as one receive event.
-    void Receive(const QByteArray &bytes)
+    /// Bytes arrive, in one read.
+    void Receive(const QByteArray &bytes) { line.Arrive(bytes); }
+    void Unplug(const QString &cause)
     {
-        waiting += bytes;
-        Raise(CommEvents::Receive);
+        if (std::exchange(line.reading, false))
+            line.listener->OnGone(cause, line.now);
     }
-    void Raise(int event)
-    {
-        m_event = event;
-        Q_EMIT CommEventRaised();
-    }
-    void Unplug(const QString &description) { Q_EMIT Disconnected(description); }
 
   private:
     Result Note(const char *name, int value)
@@ -74,5 +113,4 @@ class ScriptedPort final : public SerialPortControl
     }
 
     bool m_open = false;
-    int m_event = 0;
 };

@@ -3,8 +3,9 @@
 
 #pragma once
 
+#include "LineLoop.h"
 #include "PortDevices.h"
-#include "QtSerialPort.h"
+#include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SystemPortName.h"
 #include "support/MemoryStore.h"
@@ -87,7 +88,8 @@ class UnprivilegedOpener
         PortDevices devices(store, SystemPortName);
         devices.AssignForRun(1, device);
         SerialPortHub hub;
-        QtSerialPort port(hub, devices);
+        LineLoop lines;
+        SerialPort port(lines, hub, devices);
         const Result opened = port.SetPortOpen(true);
         return opened.Failed() ? opened.Cause() : QStringLiteral("opened");
     }

@@ -1,23 +1,20 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "QtSerialPort.h"
+#include "SerialPort.h"
 
 #include "LineSettings.h"
 #include "PortDevices.h"
 #include "PortNumber.h"
 #include "SerialDevice.h"
 #include "SerialPortHub.h"
-#include "SerialPortWorker.h"
 
-#include <QMetaObject>
 #include <QScopedValueRollback>
 
 #include <algorithm>
 
 namespace
 {
-
 
 QString NoDevice(int comNumber)
 {
@@ -28,31 +25,24 @@ QString NoDevice(int comNumber)
 
 } // namespace
 
-QtSerialPort::QtSerialPort(SerialPortHub &hub, const PortDevices &devices, QObject *parent)
-    : SerialPortControl(parent),
-      m_hub(hub),
-      m_devices(devices),
-      m_worker(new SerialPortWorker(hub.Arrivals(), this))
+SerialPort::SerialPort(LineLoop &loop, SerialPortHub &hub, const PortDevices &devices,
+                       QObject *parent)
+    : SerialPortControl(parent), m_loop(loop), m_hub(hub), m_devices(devices), m_line(loop)
 {
-    m_worker->moveToThread(&m_thread);
-    connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
-    m_thread.start();
+    m_line.Listen(this);
 }
 
-QtSerialPort::~QtSerialPort()
+SerialPort::~SerialPort()
 {
     if (m_open) {
-        QMetaObject::invokeMethod(m_worker, &SerialPortWorker::StopReading,
-                                  Qt::BlockingQueuedConnection);
+        m_loop.Do([this] { m_line.EndReading(); });
         Close();
     }
-    m_thread.quit();
-    m_thread.wait();
     m_hub.Arrivals().Detach(this);
 }
 
 template <typename Value>
-Result QtSerialPort::Set(Value &property, const Value &value, bool inRange)
+Result SerialPort::Set(Value &property, const Value &value, bool inRange)
 {
     if (m_open)
         return Failure{QStringLiteral("COM%1 is open").arg(m_commPort)};
@@ -62,57 +52,56 @@ Result QtSerialPort::Set(Value &property, const Value &value, bool inRange)
     return {};
 }
 
-Result QtSerialPort::SetCommPort(int number)
+Result SerialPort::SetCommPort(int number)
 {
     return Set(m_commPort, number, IsPortNumber(number));
 }
 
-Result QtSerialPort::SetSettings(const QString &settings)
+Result SerialPort::SetSettings(const QString &settings)
 {
     return Set(m_settings, settings, true);
 }
 
-Result QtSerialPort::SetRThreshold(int bytes)
+Result SerialPort::SetRThreshold(int bytes)
 {
     return Set(m_rThreshold, bytes, bytes >= 0);
 }
 
-Result QtSerialPort::SetRTSEnable(bool on)
+Result SerialPort::SetRTSEnable(bool on)
 {
     return Set(m_rtsEnable, on, true);
 }
 
-Result QtSerialPort::SetInputMode(int mode)
+Result SerialPort::SetInputMode(int mode)
 {
     return Set(m_inputMode, mode, mode == 0);
 }
 
-Result QtSerialPort::SetInBufferSize(int bytes)
+Result SerialPort::SetInBufferSize(int bytes)
 {
     return Set(m_inBufferSize, bytes, bytes >= 2);
 }
 
-Result QtSerialPort::SetInputLen(int bytes)
+Result SerialPort::SetInputLen(int bytes)
 {
     return Set(m_inputLen, bytes, bytes >= 0);
 }
 
-Result QtSerialPort::SetPortOpen(bool open)
+Result SerialPort::SetPortOpen(bool open)
 {
     if (open == m_open)
         return {};
     if (open)
         return Open();
 
-    QMetaObject::invokeMethod(m_worker, &SerialPortWorker::StopReading,
-                              Qt::BlockingQueuedConnection);
+    m_loop.Do([this] { m_line.EndReading(); });
     m_hub.Deliver(this);
     if (m_open) // a handler may have closed it by now
         Close();
     return {};
 }
 
-Result QtSerialPort::Open()
+Result SerialPort::Open()
 {
     const QString alias = m_devices.DeviceOf(m_commPort);
     if (alias.isEmpty())
@@ -126,42 +115,41 @@ Result QtSerialPort::Open()
     return OpenDevice(device, alias);
 }
 
-Result QtSerialPort::OpenDevice(const QString &device, const QString &alias)
+Result SerialPort::OpenDevice(const QString &device, const QString &alias)
 {
     const auto line = ParseLineSettings(m_settings);
     if (!line)
         return Failure{QStringLiteral("The settings %1 do not have the form of 9600,N,8,1 (baud "
-                                      "rate, parity, data bits, stop bits)")
-                           .arg(m_settings),
-                       RefusedLineSettings};
+                                     "rate, parity, data bits, stop bits)")
+                          .arg(m_settings),
+                      RefusedLineSettings};
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    Result opened;
-    QMetaObject::invokeMethod(
-        m_worker,
-        [&] {
-            opened = m_worker->Open({device, alias, *line, m_rtsEnable});
-        },
-        Qt::BlockingQueuedConnection);
+    const Result opened = m_line.Open({m_commPort, device, alias, *line, m_rtsEnable});
     if (opened.Failed())
         return opened;
     m_hub.Claim(device, m_commPort);
     m_device = device;
     m_open = true;
+    m_loop.Do([this] {
+        m_hasRoom = true;
+        if (m_line.Listener() == this)
+            m_line.BeginReading();
+    });
     return {};
 }
 
-/// The worker has stopped reading.
-void QtSerialPort::Close()
+/// Reading has ended.
+void SerialPort::Close()
 {
-    QMetaObject::invokeMethod(m_worker, &SerialPortWorker::Close, Qt::BlockingQueuedConnection);
+    m_thrownAway = m_line.Close();
     m_hub.Arrivals().DropDeparture(this);
     m_hub.Release(m_device);
     m_open = false;
 }
 
-QByteArray QtSerialPort::Input()
+QByteArray SerialPort::Input()
 {
     const qsizetype count =
         m_inputLen == 0 ? m_inBuffer.size() : std::min<qsizetype>(m_inputLen, m_inBuffer.size());
@@ -170,22 +158,29 @@ QByteArray QtSerialPort::Input()
     return taken;
 }
 
-Result QtSerialPort::Output(const QByteArray &bytes)
+Result SerialPort::Output(const QByteArray &bytes)
 {
-    if (!m_open)
-        return Failure{QStringLiteral("COM%1 is not open").arg(m_commPort)};
-    if (!m_worker->TryReserve(bytes.size()))
-        return Failure{QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
-                           .arg(m_commPort)
-                           .arg(m_worker->UnsentBytes())};
-    QMetaObject::invokeMethod(
-        m_worker, [worker = m_worker, bytes] { worker->Write(bytes); }, Qt::QueuedConnection);
-    return {};
+    Result written;
+    m_loop.Do([&] { written = m_line.Write(bytes); });
+    return written;
+}
+
+/// Comes on the lines' thread, as does OnGone.
+void SerialPort::OnRead(const LineRead &read)
+{
+    const auto arrival =
+        ArrivalQueue::Clock::time_point(std::chrono::nanoseconds(read.time.monotonic));
+    m_hasRoom = m_hub.Arrivals().Push(this, arrival, read.bytes.toByteArray());
+}
+
+void SerialPort::OnGone(const QString &cause, const LineTime &)
+{
+    m_hub.Arrivals().PushDeparture(this, cause);
 }
 
 /// What a handler leaves in the buffer stays there; what then has no room is lost, as in any
 /// receive buffer that nobody empties.
-void QtSerialPort::RaiseReceive(const QByteArray &bytes)
+void SerialPort::RaiseReceive(const QByteArray &bytes)
 {
     m_inBuffer += bytes.left(m_inBufferSize - m_inBuffer.size());
     if (m_rThreshold == 0 || m_inBuffer.size() < m_rThreshold)
@@ -194,12 +189,15 @@ void QtSerialPort::RaiseReceive(const QByteArray &bytes)
     Q_EMIT CommEventRaised();
 }
 
-void QtSerialPort::RaiseDisconnected(const QString &description)
+void SerialPort::RaiseDisconnected(const QString &description)
 {
     Q_EMIT Disconnected(description);
 }
 
-void QtSerialPort::ResumeReading()
+void SerialPort::ResumeReading()
 {
-    QMetaObject::invokeMethod(m_worker, &SerialPortWorker::ResumeReading, Qt::QueuedConnection);
+    m_loop.Post([this] {
+        m_hasRoom = true;
+        m_line.Resume();
+    });
 }

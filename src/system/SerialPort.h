@@ -4,25 +4,25 @@
 #pragma once
 
 #include "ArrivalPort.h"
+#include "SerialLine.h"
 #include "SerialPortControl.h"
-
-#include <QThread>
 
 class PortDevices;
 class SerialPortHub;
-class SerialPortWorker;
 
-/// The real serial port. A thread of its own serves the device, so that nothing is lost while the
-/// window is busy; the hub raises the events on the window's thread. Destroying it closes the port
-/// and drops what has not been handled, without events.
-class QtSerialPort final : public SerialPortControl, private ArrivalPort
+/// The real serial port: a line on the loop of lines, and the events of the control for those who
+/// want them, which the hub raises on the window's thread. Whoever listens to the line itself gets
+/// no events, and begins the reading. Destroying it closes the port and drops what has not been
+/// handled, without events.
+class SerialPort final : public SerialPortControl, private ArrivalPort, private LineListener
 {
     Q_OBJECT
 
   public:
-    /// Both must outlive this object.
-    QtSerialPort(SerialPortHub &hub, const PortDevices &devices, QObject *parent = nullptr);
-    ~QtSerialPort() override;
+    /// All of it must outlive this object.
+    SerialPort(LineLoop &loop, SerialPortHub &hub, const PortDevices &devices,
+               QObject *parent = nullptr);
+    ~SerialPort() override;
 
     Result SetCommPort(int number) override;
     Result SetSettings(const QString &settings) override;
@@ -43,20 +43,30 @@ class QtSerialPort final : public SerialPortControl, private ArrivalPort
 
     int CommEvent() const override { return m_commEvent; }
 
+    Line &Wire() override { return m_line; }
+    qint64 ThrownAway() const override { return m_thrownAway; }
+    QString Device() const override { return m_open ? m_device : QString(); }
+
   private:
     void RaiseReceive(const QByteArray &bytes) override;
     void RaiseDisconnected(const QString &description) override;
     void ResumeReading() override;
+
+    void OnRead(const LineRead &read) override;
+    void OnGone(const QString &cause, const LineTime &time) override;
+    bool HasRoom() const override { return m_hasRoom; }
 
     template <typename Value> Result Set(Value &property, const Value &value, bool inRange);
     Result Open();
     Result OpenDevice(const QString &device, const QString &alias);
     void Close();
 
+    LineLoop &m_loop;
     SerialPortHub &m_hub;
     const PortDevices &m_devices;
-    QThread m_thread;
-    SerialPortWorker *m_worker; ///< deleted by its thread's end
+    SerialLine m_line;
+    bool m_hasRoom = true; ///< in the queue of arrivals; belongs to the lines' thread
+    qint64 m_thrownAway = 0;
 
     int m_commPort = 1;
     QString m_settings = QStringLiteral("9600,N,8,1");

@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "LineJudge.h"
+
+#include "TextStyle.h"
+#include "TrafficStream.h"
+
+#include <utility>
+
+namespace
+{
+
+QByteArray AsComment(const QByteArray &text)
+{
+    return text.isEmpty() ? QByteArray() : ' ' + text + ' ';
+}
+
+TrafficEvent::Kind KindOf(LineCondition condition)
+{
+    switch (condition) {
+    case LineCondition::DamagedByte:
+        return TrafficEvent::Kind::Damaged;
+    case LineCondition::Break:
+        return TrafficEvent::Kind::Break;
+    case LineCondition::Overrun:
+        return TrafficEvent::Kind::Overrun;
+    }
+    return TrafficEvent::Kind::Overrun;
+}
+
+} // namespace
+
+LineJudge::LineJudge(const WatchBoard &board, TrafficStream &stream, Line &lineA, Reports reports)
+    : m_board(board),
+      m_stream(stream),
+      m_lineA(lineA),
+      m_reports(std::move(reports)),
+      m_ears{{{*this, 0}, {*this, 1}}},
+      m_watch(std::make_shared<WatchSnapshot>())
+{
+}
+
+void LineJudge::Begin(const Session &session)
+{
+    m_session = session;
+    m_refused = false;
+    m_detection.Clear();
+}
+
+int LineJudge::DirectionOf(int channel) const
+{
+    return m_session.twoChannels ? channel : StyleIndex::Direction2;
+}
+
+void LineJudge::OnRead(int channel, const LineRead &read)
+{
+    m_board.Look(m_watch);
+    TrafficEvent chunk;
+    chunk.channel = channel;
+    chunk.direction = DirectionOf(channel);
+    chunk.time = read.time;
+    chunk.orderUncertain = read.orderUncertain;
+    for (QByteArrayView rest = read.bytes; !rest.isEmpty();) {
+        const qsizetype length = qMin(rest.size(), TrafficEvent::MostBytesOfAChunk);
+        Judge(chunk, rest.first(length));
+        rest = rest.sliced(length);
+    }
+}
+
+/// A detection ends its chunk. The answer goes out before anything else is done.
+void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        ReceiveDetection::Result found = m_detection.Feed(chunk.direction, bytes, *m_watch);
+        const bool answers = m_session.answers && !found.answer.isEmpty();
+        Result written;
+        if (answers)
+            written = Write(found.answer);
+
+        TrafficEvent said = chunk;
+        said.bytes = bytes.first(found.consumed).toByteArray();
+        said.comment = AsComment(found.comment);
+        said.names = found.names;
+        m_stream.Append(std::move(said));
+        if (answers) {
+            TrafficEvent sent;
+            sent.time = chunk.time;
+            sent.bytes = std::move(found.answer);
+            sent.names = std::move(found.names);
+            sent.answer = true;
+            TellSent(std::move(sent), written);
+        }
+        bytes = bytes.sliced(found.consumed);
+    }
+}
+
+Result LineJudge::Write(const QByteArray &bytes)
+{
+    return m_lineA.Write(bytes);
+}
+
+void LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
+{
+    const Result written = Write(bytes);
+    TrafficEvent sent;
+    sent.time = m_lineA.Now();
+    sent.bytes = bytes;
+    sent.names = {name};
+    TellSent(std::move(sent), written);
+}
+
+/// What a line refuses is shown all the same, and told.
+void LineJudge::TellSent(TrafficEvent sent, const Result &result)
+{
+    sent.kind = TrafficEvent::Kind::Sent;
+    sent.channel = 0;
+    sent.direction = StyleIndex::Direction1;
+    TrafficEvent refused;
+    refused.kind = TrafficEvent::Kind::NotSent;
+    refused.time = sent.time;
+    refused.count = sent.bytes.size();
+    refused.cause = result.Cause();
+    m_stream.Append(std::move(sent));
+    if (result.Failed()) {
+        m_stream.Append(std::move(refused));
+        m_reports.notSent(0, result.Cause());
+    } else if (std::exchange(m_refused, false)) {
+        m_reports.sentAgain(0);
+    }
+    m_refused = result.Failed();
+}
+
+void LineJudge::Ear::OnCondition(LineCondition condition, const LineTime &time)
+{
+    TrafficEvent event;
+    event.kind = KindOf(condition);
+    event.channel = m_channel;
+    event.direction = m_judge.DirectionOf(m_channel);
+    event.time = time;
+    m_judge.m_stream.Append(std::move(event));
+}
+
+void LineJudge::Ear::OnModemLines(const ModemLines &lines, const LineTime &time)
+{
+    TrafficEvent event;
+    event.kind = TrafficEvent::Kind::ModemLines;
+    event.channel = m_channel;
+    event.time = time;
+    event.modem = lines;
+    m_judge.m_stream.Append(std::move(event));
+}
+
+void LineJudge::Ear::OnGone(const QString &cause, const LineTime &time)
+{
+    TrafficEvent event;
+    event.kind = TrafficEvent::Kind::Gone;
+    event.channel = m_channel;
+    event.time = time;
+    event.cause = cause;
+    m_judge.m_stream.Append(std::move(event));
+    m_judge.m_reports.gone(m_channel, cause);
+}

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Line.h"
+#include "ReceiveDetection.h"
+#include "TrafficEvent.h"
+#include "WatchSnapshot.h"
+
+#include <array>
+#include <functional>
+#include <memory>
+
+class TrafficStream;
+
+/// Judges what the lines say, where they say it: feeds detection, sends the answers, and appends
+/// what happened to the stream. All of it happens on the lines' thread, but for what is said here.
+class LineJudge final
+{
+  public:
+    /// How communication was started.
+    struct Session {
+        bool twoChannels = false;
+        bool answers = true; ///< whether anything may be sent at all
+    };
+
+    /// Something for the window's thread, told on the lines' thread.
+    struct Reports {
+        std::function<void(int channel, const QString &cause)> gone;
+        std::function<void(int channel, const QString &cause)> notSent;
+        std::function<void(int channel)> sentAgain; ///< after a notSent
+    };
+
+    /// Board and stream live longer than the judge. Answers go out on the first line.
+    LineJudge(const WatchBoard &board, TrafficStream &stream, Line &lineA, Reports reports);
+
+    /// Who listens to channel 0 or 1.
+    LineListener &Ear(int channel) { return m_ears[size_t(channel)]; }
+
+    /// To be called while no line is read. Forgets all bytes.
+    void Begin(const Session &session);
+
+    /// Whether the consumers have room; lines are not read while they have none. May be set and
+    /// asked on any thread.
+    std::function<bool()> HasRoom = [] { return true; };
+
+    /// Sends on the first line what the user wants sent; shown whether the line takes it or not.
+    void Send(const QByteArray &bytes, const QByteArray &name);
+
+  private:
+    class Ear final : public LineListener
+    {
+      public:
+        Ear(LineJudge &judge, int channel) : m_judge(judge), m_channel(channel) {}
+
+        void OnRead(const LineRead &read) override { m_judge.OnRead(m_channel, read); }
+        void OnCondition(LineCondition condition, const LineTime &time) override;
+        void OnModemLines(const ModemLines &lines, const LineTime &time) override;
+        void OnGone(const QString &cause, const LineTime &time) override;
+        bool HasRoom() const override { return m_judge.HasRoom(); }
+
+      private:
+        LineJudge &m_judge;
+        const int m_channel;
+    };
+
+    int DirectionOf(int channel) const;
+    void OnRead(int channel, const LineRead &read);
+    void Judge(const TrafficEvent &chunk, QByteArrayView bytes);
+    Result Write(const QByteArray &bytes);
+    void TellSent(TrafficEvent sent, const Result &result);
+
+    const WatchBoard &m_board;
+    TrafficStream &m_stream;
+    Line &m_lineA;
+    Reports m_reports;
+    std::array<class Ear, 2> m_ears;
+    Session m_session;
+    ReceiveDetection m_detection;
+    std::shared_ptr<const WatchSnapshot> m_watch;
+    bool m_refused = false; ///< the line refused what it was given last
+};

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Line.h"
+
+#include <QByteArray>
+#include <QList>
+
+/// Something that happened on the lines, with its time. It holds all of what there is to say about
+/// it, so it outlives the project and the settings of its time.
+struct TrafficEvent {
+    enum class Kind {
+        Received,
+        Sent,    ///< handed to a line
+        NotSent, ///< a line refused what the event before tells, or threw bytes away
+        Damaged, ///< a byte came damaged; it is among those received
+        Break,
+        Overrun, ///< the system lost bytes
+        ModemLines,
+        Opened,
+        Closed,
+        Gone, ///< the device went away
+        Back, ///< and came back
+    };
+
+    Kind kind = Kind::Received;
+    int channel = 0;   ///< 0 or 1, of the line
+    int direction = 0; ///< StyleIndex of the bytes
+    LineTime time;
+    bool orderUncertain = false; ///< see LineRead
+
+    QByteArray bytes; ///< Received: at most MostBytesOfAChunk; Sent
+    /// Text in front of the bytes, in the style of comments; empty if none is due.
+    QByteArray stamp;
+    /// Text behind the bytes, in the style of comments, blanks around it; empty for none.
+    QByteArray comment;
+
+    /// Received: the sequences that its last byte completed. Sent: the one that was sent, or the
+    /// answered ones if answer is set. 8-bit texts.
+    QList<QByteArray> names;
+    bool answer = false; ///< Sent: by itself, not by hand
+    QString cause;       ///< NotSent and Gone: why
+    qint64 count = 0;    ///< NotSent: bytes
+    ModemLines modem;    ///< ModemLines
+
+    /// The views' trimming depends on it.
+    static constexpr qsizetype MostBytesOfAChunk = 511;
+};
+
+/// Takes what happens, in the one order of it. Called on whatever thread it happens, one call at a
+/// time; it must not take long.
+class TrafficConsumer
+{
+  public:
+    virtual ~TrafficConsumer() = default;
+
+    virtual void Take(const TrafficEvent &event) = 0;
+};

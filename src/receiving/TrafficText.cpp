@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "TrafficText.h"
+
+bool TrafficText::IsShown(const TrafficEvent &event)
+{
+    return !event.bytes.isEmpty() || !event.stamp.isEmpty() || !event.comment.isEmpty();
+}
+
+qsizetype TrafficText::BytesLength(Representation representation, const TrafficEvent &event)
+{
+    return event.bytes.size() * ViewWidth(representation);
+}
+
+void TrafficText::AppendBytes(QByteArray &text, Representation representation,
+                              const TrafficEvent &event)
+{
+    RowOf(representation).appendView(text, event.bytes);
+}
+
+void TrafficText::Append(QByteArray &text, Representation representation, const TrafficEvent &event)
+{
+    text += event.stamp;
+    AppendBytes(text, representation, event);
+    text += event.comment;
+}

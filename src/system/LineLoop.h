@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Line.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// The thread that serves all lines: it waits for all of them at once, so that the order in which
+/// things happened on two lines is known, or known to be uncertain. Local lines and sockets join
+/// it with their descriptors.
+class LineLoop final : public LineThread
+{
+  public:
+    /// How a pass of the loop began.
+    struct Wake {
+        /// More than one line could be read, or the pass before took longer than LongestPass: what
+        /// is read now may have come in another order.
+        bool orderUncertain = false;
+    };
+
+    /// What the loop waits for. All calls come on the loop's thread.
+    class Source
+    {
+      public:
+        virtual ~Source() = default;
+
+        /// Negative: not to be waited for at present.
+        virtual int Descriptor() const = 0;
+        virtual bool WantsToRead() const = 0;
+        virtual bool WantsToWrite() const = 0;
+        virtual void Readable(const Wake &wake) = 0;
+        virtual void Writable() = 0;
+        /// Comes every TickMilliseconds or so.
+        virtual void Tick() {}
+    };
+
+    static constexpr int TickMilliseconds = 100;
+    /// In nanoseconds; after a longer one the order of two lines is not known.
+    static constexpr qint64 LongestPass = 1'000'000;
+
+    LineLoop();
+    /// All sources must have left.
+    ~LineLoop() override;
+    Q_DISABLE_COPY_MOVE(LineLoop)
+
+    /// On the loop's thread. A source that leaves is not called any more.
+    void Join(Source &source);
+    void Leave(Source &source);
+
+    void Do(const std::function<void()> &work) override;
+    void Post(std::function<void()> work) override;
+
+    /// What the system granted the thread, in words.
+    const QString &Priority() const { return m_priority; }
+
+  private:
+    void Run();
+    void Wait(int milliseconds);
+    void DoPosted();
+    void Serve();
+    void Tick();
+    void Wakeup() const;
+
+    std::vector<Source *> m_sources;
+    std::vector<int> m_ready; ///< by source: what the last wait found
+    qint64 m_passBegan = 0;
+    qint64 m_nextTick = 0;
+    bool m_late = false;
+
+    std::mutex m_lock; ///< guards what follows
+    std::vector<std::function<void()>> m_posted;
+    bool m_ending = false;
+
+    int m_wakeup = -1; ///< a descriptor that ends the waiting
+    QString m_priority;
+    std::thread m_thread;
+};

@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "LineLoop.h"
+
+#include "LineClock.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <poll.h>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr qint64 NanosecondsOfAMillisecond = 1'000'000;
+
+/// Ordinary users get these only where the administrator grants them; nothing depends on them.
+QString RaisePriority()
+{
+    sched_param realTime = {};
+    realTime.sched_priority = ::sched_get_priority_min(SCHED_RR);
+    if (::pthread_setschedparam(::pthread_self(), SCHED_RR, &realTime) == 0)
+        return QStringLiteral("real time");
+    constexpr int Wanted = -10;
+    if (::setpriority(PRIO_PROCESS, id_t(::gettid()), Wanted) == 0)
+        return QStringLiteral("nice %1").arg(Wanted);
+    return QStringLiteral("normal");
+}
+
+} // namespace
+
+LineLoop::LineLoop() : m_wakeup(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+{
+    m_thread = std::thread([this] { Run(); });
+    Do([this] { m_priority = RaisePriority(); });
+}
+
+LineLoop::~LineLoop()
+{
+    Post([this] { m_ending = true; });
+    m_thread.join();
+    ::close(m_wakeup);
+}
+
+void LineLoop::Join(Source &source)
+{
+    m_sources.push_back(&source);
+    m_ready.push_back(0);
+}
+
+void LineLoop::Leave(Source &source)
+{
+    const auto place = std::find(m_sources.begin(), m_sources.end(), &source);
+    if (place != m_sources.end())
+        *place = nullptr; // its place goes with the next wait: a pass may be walking over them
+}
+
+void LineLoop::Do(const std::function<void()> &work)
+{
+    if (std::this_thread::get_id() == m_thread.get_id()) {
+        work();
+        return;
+    }
+    std::mutex lock;
+    std::condition_variable finished;
+    bool done = false;
+    Post([&] {
+        work();
+        const std::lock_guard guard(lock);
+        done = true;
+        finished.notify_one();
+    });
+    std::unique_lock guard(lock);
+    finished.wait(guard, [&] { return done; });
+}
+
+void LineLoop::Post(std::function<void()> work)
+{
+    {
+        const std::lock_guard guard(m_lock);
+        m_posted.push_back(std::move(work));
+    }
+    Wakeup();
+}
+
+void LineLoop::Wakeup() const
+{
+    const eventfd_t one = 1;
+    ::eventfd_write(m_wakeup, one);
+}
+
+void LineLoop::Run()
+{
+    ::pthread_setname_np(::pthread_self(), "lines");
+    while (!m_ending) {
+        const bool ticks = !m_sources.empty();
+        const qint64 left = (m_nextTick - MonotonicNow()) / NanosecondsOfAMillisecond + 1;
+        Wait(ticks ? int(std::clamp<qint64>(left, 0, TickMilliseconds)) : -1);
+        DoPosted();
+        Serve();
+        if (ticks && MonotonicNow() >= m_nextTick)
+            Tick();
+    }
+}
+
+void LineLoop::Wait(int milliseconds)
+{
+    std::erase(m_sources, nullptr);
+    m_ready.assign(m_sources.size(), 0);
+    std::vector<pollfd> waited;
+    waited.reserve(m_sources.size() + 1);
+    for (const Source *source : m_sources) {
+        const int events =
+            (source->WantsToRead() ? POLLIN : 0) | (source->WantsToWrite() ? POLLOUT : 0);
+        // What is wanted of nobody would only tell, again and again, that the device has gone.
+        waited.push_back({events == 0 ? -1 : source->Descriptor(), short(events), 0});
+    }
+    waited.push_back({m_wakeup, POLLIN, 0});
+
+    m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass;
+    ::poll(waited.data(), nfds_t(waited.size()), milliseconds);
+    m_passBegan = MonotonicNow();
+    for (size_t i = 0; i < m_ready.size(); ++i)
+        m_ready[i] = waited[i].revents;
+    eventfd_t count = 0;
+    ::eventfd_read(m_wakeup, &count);
+}
+
+void LineLoop::DoPosted()
+{
+    std::vector<std::function<void()>> posted;
+    {
+        const std::lock_guard guard(m_lock);
+        posted.swap(m_posted);
+    }
+    for (const std::function<void()> &work : posted)
+        work();
+}
+
+void LineLoop::Serve()
+{
+    constexpr int Readable = POLLIN | POLLHUP | POLLERR | POLLNVAL;
+    const auto several = std::count_if(m_ready.begin(), m_ready.end(),
+                                       [](int ready) { return (ready & Readable) != 0; });
+    const Wake wake = {several > 1 || m_late};
+    for (size_t i = 0; i < m_ready.size(); ++i) {
+        // Whatever is served may make others leave.
+        if (m_sources[i] && (m_ready[i] & Readable) != 0)
+            m_sources[i]->Readable(wake);
+        if (m_sources[i] && (m_ready[i] & POLLOUT) != 0)
+            m_sources[i]->Writable();
+    }
+}
+
+void LineLoop::Tick()
+{
+    m_nextTick = MonotonicNow() + TickMilliseconds * NanosecondsOfAMillisecond;
+    for (size_t i = 0; i < m_sources.size(); ++i) {
+        if (m_sources[i])
+            m_sources[i]->Tick();
+    }
+}
