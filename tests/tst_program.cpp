@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Common_Function.h"
+#include "FileName.h"
 #include "MainLoop.h"
 #include "QtSerialPort.h"
 #include "RunState.h"
@@ -11,6 +12,7 @@
 #include "SystemPortName.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
+#include "support/NamesIn.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
 
@@ -309,6 +311,29 @@ class tst_program : public QObject
             QCOMPARE(bench.Run({}), 1);
             QVERIFY(bench.prompts.shown.first().text.contains(path));
         }
+    }
+
+    void NamesOfTheCommandLineAreTakenAsTheyAre()
+    {
+        const QTemporaryDir folder;
+        const auto named = [&](const QByteArray &name) {
+            return FileName::Decode(folder.path().toUtf8() + '/' + name);
+        };
+        PtyPair lineA;
+        ProgramBench bench;
+        bench.AssignPort(1, lineA.DeviceName());
+        bench.line.start = true;
+        bench.line.project = named("caf\xE9.sqx");
+        bench.line.log = named("caf\xE9_hex.txt");
+        bench.line.screenshot = named("caf\xE9.png");
+        SystemFiles().Create(bench.line.project).device->Write("VERSION\r\n3\r\n");
+        QCOMPARE(
+            bench.Run({bench.Started(), {.goal = [&] { return !bench.prompts.shown.isEmpty(); }}}),
+            0);
+        QVERIFY(!bench.stuck);
+        QCOMPARE(NamesIn(folder.path()),
+                 QByteArrayList({"caf\xE9.png", "caf\xE9.sqx", "caf\xE9_asc.txt"}));
+        QCOMPARE(bench.store.texts["Settings/ProjectPath"], folder.path() + '/');
     }
 
     void TheDemoIsLive()

@@ -53,7 +53,7 @@ StoredSettings MdMain::Stored()
 {
     return {&m_comm.stored, &m_windowSettings,   &m_listSettings,
             &m_display,     &m_displayNext,      &m_stamp,
-            &m_logSettings, &m_sequenceSettings, &m_projectState.ProjectDirectory};
+            &m_logSettings, &m_sequenceSettings, &m_projectState.LastFolder};
 }
 
 int MdMain::Run()
@@ -76,12 +76,13 @@ int MdMain::Run()
 bool MdMain::LoadMainWindow()
 {
     if (!m_world.store.Read(QStringLiteral("Settings"), QStringLiteral("ProjectPath")))
-        m_projectState.ProjectDirectory = MdGetSpecialFolders();
+        m_projectState.LastFolder = MdGetSpecialFolders();
     const auto bad = ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences);
     if (bad) {
         m_world.prompts.ShowMessage(CriticalMessage(bad->Message()));
         return false;
     }
+    m_projectState.ProjectDirectory = m_projectState.LastFolder;
     ApplyCommandLine();
     MakeWindow();
     ConnectCommunication();
@@ -209,7 +210,7 @@ void MdMain::CloseUnasked()
 void MdMain::UnloadMainWindow()
 {
     if (!m_line.screenshot.isEmpty())
-        WriteScreenshot(*m_window, m_line.screenshot, m_world.prompts);
+        WriteScreenshot(*m_window, m_line.screenshot, m_files, m_world.prompts);
     m_project.ShowRecentProjects();
     const QString fault =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());

@@ -3,39 +3,37 @@
 
 #include "Screenshot.h"
 
+#include "ClOutputFile.h"
+#include "FileName.h"
 #include "UserPrompts.h"
 
-#include <QFileInfo>
+#include <QBuffer>
 #include <QPixmap>
-#include <QSaveFile>
 #include <QWidget>
 
 namespace
 {
 
-/// Returns the cause if that fails, else an empty text.
-QString WritePng(const QPixmap &picture, const QString &path)
+FileResult WritePng(const QPixmap &picture, const QString &path, OpenFiles &files)
 {
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile())
-        return QStringLiteral("it is not a regular file");
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    if (!picture.save(&file, "PNG") || !file.flush() || file.error() != QFileDevice::NoError) {
-        file.cancelWriting();
-        return QStringLiteral("not all of it could be written");
-    }
-    return file.commit() ? QString() : file.errorString();
+    QBuffer png;
+    if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG"))
+        return FileFailure{false, QStringLiteral("The window gives no picture")};
+    ClOutputFile file(files);
+    if (FileResult failure = file.OpenForReplacing(path))
+        return failure;
+    file.WriteInFile(png.data());
+    return file.Commit();
 }
 
 } // namespace
 
-void WriteScreenshot(QWidget &widget, const QString &path, UserPrompts &prompts)
+void WriteScreenshot(QWidget &widget, const QString &path, OpenFiles &files, UserPrompts &prompts)
 {
-    const QString fault = WritePng(widget.grab(), path);
-    if (!fault.isEmpty()) {
-        prompts.ShowMessage(CriticalMessage(
-            QStringLiteral("The picture %1 could not be written: ").arg(path) + fault));
+    const FileResult failure = WritePng(widget.grab(), path, files);
+    if (failure) {
+        prompts.ShowMessage(
+            CriticalMessage(QStringLiteral("The picture %1 could not be written: %2")
+                                .arg(FileName::Shown(path), failure->description)));
     }
 }

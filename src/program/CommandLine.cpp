@@ -3,6 +3,7 @@
 
 #include "CommandLine.h"
 
+#include "FileName.h"
 #include "PathParts.h"
 
 #include <QCommandLineParser>
@@ -40,6 +41,8 @@ QString ApplyPort(CommandLine &line, const QString &value)
         return QStringLiteral("it must be of the form N=DEVICE, such as 1=/dev/ttyUSB0");
     if (number < LowestPort || number > HighestPort)
         return QStringLiteral("COM numbers go from 1 to 255");
+    if (!FileName::IsText(device))
+        return QStringLiteral("the name of a device must be UTF-8");
     line.ports[number] = device;
     return {};
 }
@@ -149,7 +152,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
 
     ParsedCommandLine parsed;
     if (!parser.parse(arguments)) {
-        parsed.error = parser.errorText();
+        parsed.error = FileName::Shown(parser.errorText());
         return parsed;
     }
     for (const OptionRow &row : OptionRows) {
@@ -168,6 +171,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
     if (parsed.error.isEmpty() && projects.size() > 1)
         parsed.error = QStringLiteral("one project file at most: %1").arg(projects.join(u' '));
     parsed.line.project = projects.value(0);
+    parsed.error = FileName::Shown(parsed.error);
     return parsed;
 }
 
