@@ -226,6 +226,7 @@ class tst_program : public QObject
                                             {PromptAnswer::Cancel, true},
                                             {PromptAnswer::Yes, true}}) {
             ProgramBench bench;
+            bench.store.texts["Settings/ProjectPath"] = "/kept/";
             bench.prompts.answers = {answer};
             bool stayed = false;
             const auto close = [&] {
@@ -238,6 +239,9 @@ class tst_program : public QObject
             QCOMPARE(bench.prompts.shown.first(),
                      (MessagePrompt{"Save changes for this project?", PromptIcon::Question,
                                     PromptButtons::YesNoCancel, PromptAnswer::No, "Serimonde"}));
+            if (answer == PromptAnswer::Yes)
+                QCOMPARE(bench.prompts.asked.first().folder, "/kept/");
+            QCOMPARE(bench.store.texts["Settings/ProjectPath"], "/kept/");
             QCOMPARE(bench.store.flushes, 1);
         }
     }
