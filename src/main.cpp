@@ -4,6 +4,7 @@
 #include "CommandLine.h"
 #include "ConsolePrompts.h"
 #include "Display.h"
+#include "FileName.h"
 #include "MdMain.h"
 #include "ProgramInfo.h"
 #include "QtPrompts.h"
@@ -30,7 +31,7 @@ QStringList Arguments(int argc, char *argv[])
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
+        arguments << FileName::Decode(argv[i]);
     return arguments;
 }
 

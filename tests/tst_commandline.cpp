@@ -43,6 +43,8 @@ class tst_commandline : public QObject
         row("an unknown option", {"--colour"}, "colour");
         row("a port without a device", {"--port", "1"}, "N=DEVICE");
         row("a port that is no number", {"--port", "COM1=x"}, "COM1=x");
+        row("a device whose name is no text", {"--port", QString("1=/dev/t") + QChar(0xDCE9)},
+            "1=/dev/t\\xE9: the name of a device must be UTF-8");
         row("port 0", {"--port", "0=x"}, "1 to 255");
         row("port 256", {"--port", "256=x"}, "1 to 255");
         row("a port beyond all numbers", {"--port", "99999999999=x"}, "99999999999");

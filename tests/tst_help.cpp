@@ -293,6 +293,9 @@ void tst_help::TheIndexIsSearched()
     QCOMPARE(bench.Browser()->toPlainText(), choice);
     bench.Find<QAction>("cmdBack")->trigger();
     QCOMPARE(bench.Page(), QString("qthelp://small.help/doc/sequences.html"));
+    bench.help.ShowSearch();
+    QCOMPARE(field->text(), "");
+    QCOMPARE(index->model()->rowCount(), 3);
 }
 
 void tst_help::LinksLeadOutside_data()

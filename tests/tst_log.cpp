@@ -344,14 +344,13 @@ class tst_log : public QObject
     void AnArmedLogStartsWithThePorts()
     {
         LogBench bench;
-        const QString here = QDir::currentPath() + '/';
         bench.logSettings = {{true, false, true}, 0, "/kept/"};
         bench.logFile.Arm("run_hex.txt", false);
         QCOMPARE(bench.logFile.LogState(), 0);
         bench.Open(CommMode::SendReceive);
         bench.Receive(bench.portA, "x");
-        QCOMPARE(bench.disk.files, (QMap<QString, QByteArray>{{here + "run_asc.txt", "x"},
-                                                              {here + "run_dec.txt", "120 "}}));
+        QCOMPARE(bench.disk.files, (QMap<QString, QByteArray>{{"/here/run_asc.txt", "x"},
+                                                              {"/here/run_dec.txt", "120 "}}));
         QCOMPARE(bench.logSettings.Folder, "/kept/");
         bench.communication.ClosePorts();
         bench.Open(CommMode::SendReceive);

@@ -198,11 +198,15 @@ void tst_options::PortNumbersAreRead_data()
         row(text, text, true, 7);
     row("the least", "1", true, 1);
     row("the most", "255", true, 255);
-    for (const char *text : {"", " ", "abc", "7a", "2.5", "1e2", "0x10", "1 2", "--1", "+"})
+    row("halves become even, downwards", "12.5", true, 12);
+    row("halves become even, upwards", "13.50", true, 14);
+    row("a fraction", "254.6", true, 255);
+    row("an exponent", "1.2e1", true, 12);
+    for (const char *text : {"", " ", "abc", "7a", "7,5", ".", "1e", "inf", "0x10", "1 2", "--1"})
         row(qPrintable(QStringLiteral("no number: '%1'").arg(text)), text, false, 1);
-    for (const char *text : {"0", "-1", "-0", "-99999999999"})
+    for (const char *text : {"0", "-1", "-0", "0.9", "1e-999", "-99999999999"})
         row(text, text, false, 1);
-    for (const char *text : {"256", "300", "65537", "99999999999", "99999999999999999999999"})
+    for (const char *text : {"256", "255.2", "300.5", "65537", "99999999999999999999999", "1e999"})
         row(text, text, false, 255);
     row("digits of another script", QString::fromUtf8("\xD9\xA7"), false, 1);
 }

@@ -217,7 +217,10 @@ void tst_print::AProjectIsPrintedLineByLine_data()
         "1/20 After receiving the sequence, insert comment: it lives\n1/22 *1 - Off\n1/23 42\n"
         "1/24 Receive sequence is inactive\n1/26 *2 - Odd\n1/27 42\n"
         "1/28 Receive sequence is active\n1/29 Respond with the following send sequence:");
-    const auto one = [](PrintBench &bench) { bench.AddReceive("Pong", "B"); };
+    const auto one = [](PrintBench &bench) {
+        bench.project.ProjectDirectory = "/the/folder/of/the/dialogs/";
+        bench.AddReceive("Pong", "B");
+    };
     add("unsaved, of one receive sequence", one, "Serimonde - Project",
         "1/0 *Serimonde - 5.11.26\n1/4 *Send Sequences\n1/5 line to 997840,1000\n"
         "1/8 *Receive Sequences\n1/9 line to 997840,1800\n1/10 *0 - Pong\n1/11 42\n"

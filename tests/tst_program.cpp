@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "FileName.h"
 #include "LineLoop.h"
 #include "MainLoop.h"
 #include "Representation.h"
@@ -12,6 +13,7 @@
 #include "SystemPortName.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
+#include "support/NamesIn.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
 
@@ -225,6 +227,7 @@ class tst_program : public QObject
                                             {PromptAnswer::Cancel, true},
                                             {PromptAnswer::Yes, true}}) {
             ProgramBench bench;
+            bench.store.texts["Settings/ProjectPath"] = "/kept/";
             bench.prompts.answers = {answer};
             bool stayed = false;
             const auto close = [&] {
@@ -237,6 +240,9 @@ class tst_program : public QObject
             QCOMPARE(bench.prompts.shown.first(),
                      (MessagePrompt{"Save changes for this project?", PromptIcon::Question,
                                     PromptButtons::YesNoCancel, PromptAnswer::No, "Serimonde"}));
+            if (answer == PromptAnswer::Yes)
+                QCOMPARE(bench.prompts.asked.first().folder, "/kept/");
+            QCOMPARE(bench.store.texts["Settings/ProjectPath"], "/kept/");
             QCOMPARE(bench.store.flushes, 1);
         }
     }
@@ -310,6 +316,29 @@ class tst_program : public QObject
             QCOMPARE(bench.Run({}), 1);
             QVERIFY(bench.prompts.shown.first().text.contains(path));
         }
+    }
+
+    void NamesOfTheCommandLineAreTakenAsTheyAre()
+    {
+        const QTemporaryDir folder;
+        const auto named = [&](const QByteArray &name) {
+            return FileName::Decode(folder.path().toUtf8() + '/' + name);
+        };
+        PtyPair lineA;
+        ProgramBench bench;
+        bench.AssignPort(1, lineA.DeviceName());
+        bench.line.start = true;
+        bench.line.project = named("caf\xE9.sqx");
+        bench.line.log = named("caf\xE9_hex.txt");
+        bench.line.screenshot = named("caf\xE9.png");
+        SystemFiles().Create(bench.line.project).device->Write("VERSION\r\n3\r\n");
+        QCOMPARE(
+            bench.Run({bench.Started(), {.goal = [&] { return !bench.prompts.shown.isEmpty(); }}}),
+            0);
+        QVERIFY(!bench.stuck);
+        QCOMPARE(NamesIn(folder.path()),
+                 QByteArrayList({"caf\xE9.png", "caf\xE9.sqx", "caf\xE9_asc.txt"}));
+        QCOMPARE(bench.store.texts["Settings/ProjectPath"], folder.path() + '/');
     }
 
     void TheDemoIsLive()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "FileName.h"
 #include "MdProject.h"
 #include "OpenFiles.h"
 #include "PathParts.h"
@@ -13,6 +14,7 @@
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/MemoryStore.h"
+#include "support/NamesIn.h"
 
 #include <QDir>
 #include <QFile>
@@ -155,16 +157,21 @@ class tst_project : public QObject
     {
         ProjectBench bench(true);
         bench.WriteFile("my.sqx", "old");
-        bench.prompts.chosen = {bench.Path("my.v1"), bench.Path("other"), bench.Path("my.sqx")};
+        bench.prompts.chosen = {bench.Path("my"), bench.Path("my.v1"), bench.Path("my.sqx")};
         bench.prompts.answers = {PromptAnswer::No, PromptAnswer::Yes};
         QVERIFY(bench.project.SaveProjectAs());
         QCOMPARE(bench.prompts.shown.size(), 1);
         QVERIFY(bench.prompts.shown.first().text.contains(bench.Path("my.sqx")));
         QCOMPARE(bench.prompts.shown.first().defaultAnswer, PromptAnswer::No);
         QCOMPARE(bench.ReadFile("my.sqx"), "old");
-        QCOMPARE(bench.ReadFile("other.sqx"), PingFile);
+        QCOMPARE(bench.State(), "~/|my.v1|Serimonde - my.v1|unmodified|~/my.v1");
+        QCOMPARE(bench.ReadFile("my.v1.sqx"), PingFile);
         QVERIFY(bench.project.SaveProjectAs());
         QCOMPARE(bench.ReadFile("my.sqx"), PingFile);
+        QStringList proposed;
+        for (const FileDialogRequest &request : bench.prompts.asked)
+            proposed << request.name;
+        QCOMPARE(proposed, QStringList({"", "my.sqx", "my.v1.sqx"}));
     }
 
     void AFailedSaveKeepsEverything()
@@ -205,12 +212,12 @@ class tst_project : public QObject
             const char *message, *cause, *state;
         } files[] = {
             {"RIFF", "Error while loading the project", "Line 1: The first line is not VERSION",
-             "||Serimonde|unmodified"},
+             "~/||Serimonde|unmodified"},
             {PingFile + "SEND\r\nx\r\n", "Errow while loading the project",
              "Line 10: An index is not a whole 16-bit number",
-             "||Serimonde|modified"}, // one record could be read
+             "~/||Serimonde|modified"}, // one record could be read
             {"VERSION\r\n4\r\n\r\nSEND\r\n", "Unknown project file version",
-             "Line 2: The version is 4", "||Serimonde|unmodified"},
+             "Line 2: The version is 4", "~/||Serimonde|unmodified"},
         };
         for (const auto &[file, message, cause, state] : files) {
             ProjectBench bench;
@@ -218,6 +225,7 @@ class tst_project : public QObject
             bench.WriteFile("bad.sqx", file);
             bench.project.OpenFile(bench.Path("bad.sqx"));
             QCOMPARE(bench.State(), state);
+            QCOMPARE(bench.state.LastFolder, bench.folder.path() + '/');
             QCOMPARE(bench.prompts.shown,
                      QList{CriticalMessage(message, bench.Path("bad.sqx") + '\n' + cause)});
             QCOMPARE(bench.refreshes, 1);
@@ -226,36 +234,71 @@ class tst_project : public QObject
         }
     }
 
-    void TheCommandLineOpensTheFileItNames_data()
+    void TheFileThatWasNamedIsOpened_data()
     {
-        const Cases<QString, QString, bool> row("argument", "state", "message");
-        row("a project", "good.sqx", "~/|good|Serimonde - good|unmodified|~/good", false);
-        row("without extension", "good", "~/|good|Serimonde - good|unmodified|~/good", false);
-        row("capitals, which a save would not meet", "UP.SQX", "||Serimonde|unmodified", false);
-        row("another kind of file", "good.txt", "||Serimonde|unmodified", true);
-        row("an extension of something missing", "good.xyz", "||Serimonde|unmodified", true);
+        const Cases<QString, QString, QString, int> row("argument", "byCommandLine", "byDialog",
+                                                        "messages");
+        const QString good = "~/|good|Serimonde - good|unmodified|~/good";
+        const QString unnamed = "~/||Serimonde|unmodified";
+        const QString untouched = "||Serimonde|unmodified";
+        row("a project", "good.sqx", good, good, 0);
+        row("without extension", "good", good, good, 0);
+        row("capitals, which a save would not meet", "UP.SQX", unnamed, unnamed, 0);
+        row("another kind of file", "good.txt", untouched, good, 1);
+        row("an extension of something missing", "good.xyz", unnamed, good, 1);
+        row("something in a missing folder", "none/a.sqx", untouched, untouched, 2);
     }
-    void TheCommandLineOpensTheFileItNames()
+    void TheFileThatWasNamedIsOpened()
     {
         QFETCH(const QString, argument);
-        QFETCH(const bool, message);
+        ProjectBench lineBench, dialogBench;
+        for (ProjectBench *bench : {&lineBench, &dialogBench}) {
+            for (const char *name : {"good.sqx", "UP.SQX", "good.txt"})
+                bench->WriteFile(name, PingFile);
+        }
+        lineBench.project.OpenFile(lineBench.Path(argument));
+        dialogBench.prompts.chosen = {dialogBench.Path(argument)};
+        dialogBench.project.OpenProject();
+        QTEST(lineBench.State(), "byCommandLine");
+        QTEST(dialogBench.State(), "byDialog");
+        QTEST(int(lineBench.prompts.shown.size() + dialogBench.prompts.shown.size()), "messages");
+        QCOMPARE(lineBench.tables.SendCount(), lineBench.prompts.shown.isEmpty() ? 1 : 0);
+        QCOMPARE(lineBench.busy + dialogBench.busy, 0);
+    }
+
+    void ANameThatIsNoTextStaysTheFilesName()
+    {
         ProjectBench bench;
-        for (const char *name : {"good.sqx", "UP.SQX", "good.txt"})
-            bench.WriteFile(name, PingFile);
-        bench.project.OpenFile(bench.Path(argument));
-        QTEST(bench.State(), "state");
-        QCOMPARE(bench.tables.SendCount(), message ? 0 : 1);
-        QCOMPARE(bench.prompts.shown.size(), message ? 1 : 0);
-        QCOMPARE(bench.busy, 0);
+        const QString file = FileName::Decode(bench.Path("caf").toUtf8() + "\xE9.sqx");
+        bench.WriteFile("caf\uFFFD.sqx", "not this one");
+        const auto made = bench.fileSystem.Create(file);
+        made.device->Write(PingFile);
+        bench.project.OpenFile(file.chopped(4));
+        QCOMPARE(bench.tables.SendCount(), 1);
+        QCOMPARE(bench.caption, "Serimonde - caf\\xE9");
+        bench.tables.AddSend({"Pong", "B", {}});
+        QVERIFY(bench.project.SaveProject());
+        QCOMPARE(NamesIn(bench.folder.path()),
+                 QByteArrayList({"caf\xE9.sqx", "caf\xEF\xBF\xBD.sqx"}));
+        QVERIFY(bench.fileSystem.Read(file, 1000).bytes.contains("Pong"));
+        // The list of recent projects cannot hold it, nor can a dialog propose it.
+        QCOMPARE(bench.prompts.shown.size(), 1);
+        QVERIFY(bench.prompts.shown[0].text.contains("/caf\\xE9.sqx cannot be kept"));
+        QVERIFY(!bench.prompts.CriticalShown() && bench.store.texts.isEmpty());
+        bench.project.SaveProjectAs();
+        QCOMPARE(bench.prompts.asked[0].name, "");
+        QCOMPARE(bench.prompts.asked[0].folder, bench.folder.path() + '/');
     }
 
     void ANewProjectIsEmptyAndUnnamed()
     {
         ProjectBench bench(true);
         bench.NameIt("mine");
+        bench.state.LastFolder = bench.state.ProjectDirectory;
         bench.prompts.answers = {PromptAnswer::No};
         bench.project.NewProject();
         QCOMPARE(bench.State(), "||Serimonde|unmodified");
+        QCOMPARE(bench.state.LastFolder, bench.folder.path() + '/');
         QCOMPARE(bench.tables.SendCount(), 0);
         QCOMPARE(bench.refreshes, 1);
     }
@@ -290,16 +333,19 @@ class tst_project : public QObject
         ProjectBench bench;
         bench.WriteFile("test.sqx", PingFile);
         bench.WriteFile("my.v1.sqx", PingFile); // with a full stop in its name
+        bench.WriteFile("my.sqx", "not meant");
         bench.project.OpenRecentProject(bench.Path("test"));
         QCOMPARE(bench.State(), "~/|test|Serimonde - test|unmodified|~/test");
         bench.project.OpenRecentProject(bench.Path("my.v1"));
         const QString state = "~/|my.v1|Serimonde - my.v1|unmodified|~/my.v1|~/test";
         QCOMPARE(bench.State(), state);
         QVERIFY(bench.prompts.shown.isEmpty());
-        bench.project.OpenRecentProject(bench.Path("gone"));
-        QCOMPARE(bench.State(), state);
-        QCOMPARE(bench.prompts.shown,
-                 QList{CriticalMessage("Could not find project file " + bench.Path("gone.sqx"))});
+        for (const char *gone : {"gone", "my.v2"}) {
+            bench.project.OpenRecentProject(bench.Path(gone));
+            QCOMPARE(bench.State(), state);
+            QCOMPARE(bench.prompts.shown.takeLast(),
+                     CriticalMessage("Could not find project file " + bench.Path(gone) + ".sqx"));
+        }
     }
 
     void RecentProjectsAreKnownByAnyLetterCase()

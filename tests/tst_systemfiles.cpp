@@ -3,9 +3,12 @@
 
 #include "ClInputFile.h"
 #include "ClOutputFile.h"
+#include "FileName.h"
 #include "MdSequenceEdition.h"
 #include "ProjectFile.h"
 #include "SystemFiles.h"
+#include "support/Cases.h"
+#include "support/NamesIn.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -109,6 +112,81 @@ class tst_systemfiles : public QObject
         QVERIFY(QFileInfo(PathOf("link.sqx")).isSymLink());
         QVERIFY(BytesOf(path).size() > 64000);
         QCOMPARE(Names(), QStringList({"a.sqx", "link.sqx"}));
+    }
+
+    void MakesTheFileThatALinkLeadsTo()
+    {
+        QVERIFY(QDir(folder->path()).mkdir("below"));
+        const std::pair<QByteArray, const char *> links[] = {
+            {"below/new.sqx", "first"}, {PathOf("first").toUtf8(), "second"}, {"loop", "loop"}};
+        for (const auto &[target, name] : links)
+            QCOMPARE(::symlink(target, qPrintable(PathOf(name))), 0);
+        QVERIFY(!Save(PathOf("second")));
+        QVERIFY(BytesOf(PathOf("below/new.sqx")).size() > 64000);
+        QVERIFY(Save(PathOf("loop")));
+        for (const auto &[target, name] : links)
+            QVERIFY(QFileInfo(PathOf(name)).isSymLink());
+        QCOMPARE(Names(), QStringList({"below", "first", "loop", "second"}));
+    }
+
+    void NamesAreBytes_data()
+    {
+        const Cases<QByteArray, QString> row("bytes", "shown");
+        row("ASCII", "a.sqx", "a.sqx");
+        row("UTF-8", "caf\xC3\xA9 \xF0\x9F\x98\x80", "caf\u00E9 \U0001F600");
+        row("a byte order mark", "\xEF\xBB\xBF.sqx", QChar(0xFEFF) + QString(".sqx"));
+        row("another code page", "caf\xE9.sqx", "caf\\xE9.sqx");
+        row("behind a long character", "\xF0\x9F\x98\x80\x98", "\U0001F600\\x98");
+        row("a character cut off", "\xE2\x82", "\\xE2\\x82");
+        row("a surrogate", "\xED\xB3\xA9", "\\xED\\xB3\\xA9");
+        row("an overlong form", "\xC0\xAF", "\\xC0\\xAF");
+        row("what stands for the unknown", "caf\xEF\xBF\xBD", "caf\\xEF\\xBF\\xBD");
+    }
+    void NamesAreBytes()
+    {
+        QFETCH(const QByteArray, bytes);
+        const QString name = FileName::Decode(bytes);
+        QCOMPARE(FileName::Encode(name), bytes);
+        QTEST(FileName::Shown(name), "shown");
+        QCOMPARE(FileName::IsText(name), bytes.isValidUtf8());
+
+        const QString path = folder->path() + u'/' + name;
+        QVERIFY(!output.OpenFile(path));
+        output.CloseFile();
+        QVERIFY(!Save(path));
+        QCOMPARE(NamesIn(folder->path()), QByteArrayList{bytes});
+        QVERIFY(system.Read(path, 1000000).bytes.size() > 64000);
+        QCOMPARE(system.CanonicalPath(folder->path() + "/./" + name), path);
+        QVERIFY(system.Exists(path));
+        system.Remove(path);
+        QVERIFY(!system.Exists(path) && NamesIn(folder->path()).isEmpty());
+    }
+
+    void WhatIsNoNameIsRefused()
+    {
+        Put(PathOf("a"), OldBytes);
+        for (const QString &name :
+             {QString("a") + QChar::Null + "b", QString(QChar(0xD83D)) + "a"}) {
+            const QString path = folder->path() + u'/' + name;
+            QVERIFY(!FileName::IsText(path) && !system.Exists(path));
+            ClInputFile input(files);
+            QVERIFY(input.OpenFile(path) && output.OpenFile(path) && Save(path));
+        }
+        QCOMPARE(Names(), QStringList("a"));
+        QCOMPARE(BytesOf(PathOf("a")), OldBytes);
+    }
+
+    void RelativeNamesStartInTheWorkingFolder()
+    {
+        const QByteArray odd = folder->path().toUtf8() + "/d\xE9r";
+        const QString before = QDir::currentPath();
+        QVERIFY(::mkdir(odd, 0700) == 0 && ::chdir(odd) == 0);
+        const QString absolute = system.AbsolutePath("a.sqx");
+        const QString above = system.AbsolutePath("../b.sqx");
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(FileName::Encode(absolute), odd + "/a.sqx");
+        QCOMPARE(above, PathOf("b.sqx"));
+        QCOMPARE(system.AbsolutePath("/x/../y"), "/x/../y"); // x may be a link
     }
 
     void MakesANewFileAsTheUserWantsIt()

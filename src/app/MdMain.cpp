@@ -55,7 +55,7 @@ StoredSettings MdMain::Stored()
 {
     return {&m_comm.stored, &m_windowSettings,   &m_listSettings,
             &m_display,     &m_displayNext,      &m_stamp,
-            &m_logSettings, &m_sequenceSettings, &m_projectState.ProjectDirectory};
+            &m_logSettings, &m_sequenceSettings, &m_projectState.LastFolder};
 }
 
 int MdMain::Run()
@@ -78,12 +78,13 @@ int MdMain::Run()
 bool MdMain::LoadMainWindow()
 {
     if (!m_world.store.Read(QStringLiteral("Settings"), QStringLiteral("ProjectPath")))
-        m_projectState.ProjectDirectory = MdGetSpecialFolders();
+        m_projectState.LastFolder = MdGetSpecialFolders();
     const Result loaded = ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences);
     if (loaded.Failed()) {
         m_world.prompts.ShowMessage(CriticalMessage(loaded.Cause()));
         return false;
     }
+    m_projectState.ProjectDirectory = m_projectState.LastFolder;
     ApplyCommandLine();
     MakeWindow();
     ConnectCommunication();
@@ -211,7 +212,7 @@ void MdMain::CloseUnasked()
 void MdMain::UnloadMainWindow()
 {
     if (!m_line.screenshot.isEmpty())
-        WriteScreenshot(*m_window, m_line.screenshot, m_world.prompts);
+        WriteScreenshot(*m_window, m_line.screenshot, m_files, m_world.prompts);
     m_project.ShowRecentProjects();
     const Result saved =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());

@@ -3,38 +3,36 @@
 
 #include "Screenshot.h"
 
-#include "Result.h"
+#include "ClOutputFile.h"
+#include "FileName.h"
 #include "UserPrompts.h"
 
-#include <QFileInfo>
+#include <QBuffer>
 #include <QPixmap>
-#include <QSaveFile>
 #include <QWidget>
 
 namespace
 {
 
-Result WritePng(const QPixmap &picture, const QString &path)
+Result WritePng(const QPixmap &picture, const QString &path, OpenFiles &files)
 {
-    const QFileInfo target(path);
-    if (target.exists() && !target.isFile())
-        return Failure{QStringLiteral("it is not a regular file")};
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return Failure{file.errorString()};
-    if (!picture.save(&file, "PNG") || !file.flush() || file.error() != QFileDevice::NoError) {
-        file.cancelWriting();
-        return Failure{QStringLiteral("not all of it could be written")};
-    }
-    return file.commit() ? Result() : Failure{file.errorString()};
+    QBuffer png;
+    if (!png.open(QIODevice::WriteOnly) || !picture.save(&png, "PNG"))
+        return Failure{QStringLiteral("The window gives no picture")};
+    ClOutputFile file(files);
+    if (Result opened = file.OpenForReplacing(path); opened.Failed())
+        return opened;
+    file.WriteInFile(png.data());
+    return file.Commit();
 }
 
 } // namespace
 
-void WriteScreenshot(QWidget &widget, const QString &path, UserPrompts &prompts)
+void WriteScreenshot(QWidget &widget, const QString &path, OpenFiles &files, UserPrompts &prompts)
 {
-    if (const Result written = WritePng(widget.grab(), path); written.Failed()) {
-        prompts.ShowMessage(CriticalMessage(
-            QStringLiteral("The picture %1 could not be written: ").arg(path) + written.Cause()));
+    if (const Result written = WritePng(widget.grab(), path, files); written.Failed()) {
+        prompts.ShowMessage(
+            CriticalMessage(QStringLiteral("The picture %1 could not be written: %2")
+                                .arg(FileName::Shown(path), written.Cause())));
     }
 }

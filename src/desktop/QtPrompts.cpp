@@ -4,6 +4,7 @@
 #include "QtPrompts.h"
 
 #include "BgrColour.h"
+#include "FileName.h"
 #include "PrintPaper.h"
 
 #include <QApplication>
@@ -132,6 +133,21 @@ QString NameFilter(const QString &filter)
                                          : QStringLiteral("%1 (%2)").arg(description, pattern);
 }
 
+/// Why the file cannot be meant; empty if it can.
+QString FaultOf(const QFileInfo &chosen, const FileDialogRequest &request)
+{
+    const bool folderMatters = (request.flags & FileDialogFlags::PathMustExist) != 0;
+    if (folderMatters && !chosen.dir().exists())
+        return QStringLiteral("The folder %1 does not exist.").arg(FileName::Shown(chosen.path()));
+    // This character stands in listings for bytes that are no text, but in a name for itself.
+    if (chosen.fileName().contains(QChar::ReplacementCharacter) && !chosen.exists()) {
+        return QStringLiteral("There is no file %1. One whose name is not UTF-8 can be named on "
+                              "the command line only.")
+            .arg(FileName::Shown(chosen.fileName()));
+    }
+    return {};
+}
+
 /// A selection is offered only where there is one. Ranges of pages never are.
 QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
 {
@@ -232,12 +248,10 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
     dialog.selectFile(request.name);
     while (!Ending() && dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         const QFileInfo chosen(dialog.selectedFiles().first());
-        const bool folderMatters = (request.flags & FileDialogFlags::PathMustExist) != 0;
-        if (!folderMatters || chosen.dir().exists())
+        const QString fault = FaultOf(chosen, request);
+        if (fault.isEmpty())
             return QDir::toNativeSeparators(chosen.absoluteFilePath());
-        ShowMessage({.text = QStringLiteral("The folder %1 does not exist.").arg(chosen.path()),
-                     .icon = PromptIcon::Exclamation,
-                     .caption = request.title});
+        ShowMessage({.text = fault, .icon = PromptIcon::Exclamation, .caption = request.title});
     }
     return {};
 }

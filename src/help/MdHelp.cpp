@@ -53,7 +53,7 @@ void MdHelp::ShowContents()
 void MdHelp::ShowSearch()
 {
     if (frmHelp *window = OpenedWindow()) {
-        window->ShowIndex();
+        window->ShowSearch();
         window->BringUp();
     }
 }

@@ -201,6 +201,12 @@ void frmHelp::ShowIndex()
     txtKeyword->selectAll();
 }
 
+void frmHelp::ShowSearch()
+{
+    txtKeyword->clear();
+    ShowIndex();
+}
+
 void frmHelp::ShowPage(const QString &name)
 {
     txtPage->Show(m_file.Page(name));

@@ -29,6 +29,8 @@ class frmHelp final : public QWidget
     void ShowContents();
     /// The index, with the caret in its search field.
     void ShowIndex();
+    /// The whole index, whatever was looked for before.
+    void ShowSearch();
     /// The page of that file name; the first page if there is none.
     void ShowPage(const QString &name);
 

@@ -3,31 +3,29 @@
 
 #include "PortNumber.h"
 
-#include <QString>
+#include <QLocale>
+#include <QRegularExpression>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
 
-bool IsWholeNumber(QStringView digits)
+bool IsNumber(const QString &text)
 {
-    return !digits.isEmpty() && std::all_of(digits.begin(), digits.end(),
-                                            [](QChar c) { return c >= u'0' && c <= u'9'; });
+    static const QRegularExpression form(
+        QStringLiteral("\\A[+-]?([0-9]+\\.?[0-9]*|\\.[0-9]+)([eE][+-]?[0-9]+)?\\z"));
+    return form.match(text).hasMatch();
 }
 
 } // namespace
 
-PortNumber ReadPortNumber(QStringView text)
+PortNumber ReadPortNumber(const QString &text)
 {
-    QStringView digits = text.trimmed();
-    const bool negative = digits.startsWith(u'-');
-    if (negative || digits.startsWith(u'+'))
-        digits = digits.sliced(1);
-    if (!IsWholeNumber(digits) || negative)
-        return {false, LeastPortNumber};
-    while (digits.size() > 1 && digits.startsWith(u'0'))
-        digits = digits.sliced(1);
-    const int number = digits.size() > 3 ? MostPortNumber + 1 : digits.toInt();
-    return {IsPortNumber(number), qint16(std::clamp(number, LeastPortNumber, MostPortNumber))};
+    const QString typed = text.trimmed();
+    // What is too large for the type reads as infinite, what is too small as 0.
+    const double number = IsNumber(typed) ? QLocale::c().toDouble(typed) : 0;
+    const double nearest = std::clamp<double>(number, LeastPortNumber, MostPortNumber);
+    return {number == nearest, qint16(std::nearbyint(nearest))};
 }

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QStringView>
+#include <QString>
 
 constexpr int LeastPortNumber = 1;
 constexpr int MostPortNumber = 255;
@@ -15,10 +15,10 @@ constexpr bool IsPortNumber(int number)
 
 /// What was typed as a COM number.
 struct PortNumber {
-    bool legal;   ///< a whole number in these bounds
-    qint16 value; ///< that number; else the bound to take its place, the lower one for what is no
-                  ///< number
+    bool legal;   ///< a number from 1 to 255
+    qint16 value; ///< that number, halves to the even neighbour: 12.5 is COM12. Else the one to
+                  ///< take its place: 255 for what is too large, 1
 };
 
-/// Blanks around the number and a sign in front of it do not matter.
-PortNumber ReadPortNumber(QStringView text);
+/// A number with a point or an exponent, if need be. Blanks around it do not matter.
+PortNumber ReadPortNumber(const QString &text);

@@ -3,13 +3,11 @@
 
 #include "MdLogFile.h"
 
+#include "FileName.h"
 #include "MdGetSpecialFolders.h"
 #include "PathParts.h"
 #include "RunState.h"
 #include "UserPrompts.h"
-
-#include <QDir>
-#include <QFileInfo>
 
 #include <utility>
 
@@ -101,7 +99,7 @@ std::optional<LogNames> MdLogFile::AskForNames()
 
 void MdLogFile::Arm(const QString &path, bool mayOverwrite)
 {
-    m_armed = {QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()), mayOverwrite};
+    m_armed = {m_parts.files.System().AbsolutePath(path), mayOverwrite};
 }
 
 void MdLogFile::StartArmed(const ArmedStart &start)
@@ -114,7 +112,7 @@ void MdLogFile::StartArmed(const ArmedStart &start)
         m_parts.prompts.ShowMessage(CriticalMessage(
             QStringLiteral("The log was not started, because it would overwrite %1. With "
                            "--overwrite it may.")
-                .arg(existing.join(QLatin1String(", ")))));
+                .arg(FileName::Shown(existing.join(QLatin1String(", "))))));
 }
 
 QStringList MdLogFile::ExistingFiles(const LogNames &names) const

@@ -7,6 +7,7 @@
 #include "Clock.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
+#include "FileName.h"
 #include "MdSequenceEdition.h"
 #include "ProjectState.h"
 #include "SequenceRows.h"
@@ -76,7 +77,8 @@ void MdPrint::PrintProject()
         return;
     }
     const QString &name = m_parts.project.ProjectFileName;
-    const QString document = Titled(name.isEmpty() ? QStringLiteral("Project") : name);
+    const QString document =
+        Titled(name.isEmpty() ? QStringLiteral("Project") : FileName::Shown(name));
     if (!Printer().setup(document))
         return;
     if (const Result printed = PrintCopies(); printed.Failed())
@@ -113,10 +115,14 @@ void MdPrint::PrintCopy()
 void MdPrint::PrintHeader()
 {
     const ProjectState &project = m_parts.project;
+    // A folder may be chosen already while there is no project in it.
+    const QString path = project.IsNamed()
+                             ? FileName::Shown(project.ProjectDirectory + project.ProjectFileName)
+                             : QString();
     const QString today = m_parts.clock.ShortDate(m_parts.clock.Now().date());
     Printer().SetFontBold(true);
     Printer().printText(Titled(today));
-    Printer().printText(ByteLook::WithShapes(project.ProjectDirectory + project.ProjectFileName));
+    Printer().printText(ByteLook::WithShapes(path));
     Printer().SetFontBold(false);
     PrintEmptyLines(2);
 }

@@ -3,6 +3,7 @@
 
 #include "CommandLine.h"
 
+#include "FileName.h"
 #include "PathParts.h"
 #include "PortNumber.h"
 
@@ -41,6 +42,8 @@ Result ApplyPort(CommandLine &line, const QString &value)
         return Failure{QStringLiteral("COM numbers go from %1 to %2")
                            .arg(LeastPortNumber)
                            .arg(MostPortNumber)};
+    if (!FileName::IsText(device))
+        return Failure{QStringLiteral("the name of a device must be UTF-8")};
     line.ports[number] = device;
     return {};
 }
@@ -165,7 +168,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
 
     ParsedCommandLine parsed;
     if (!parser.parse(arguments)) {
-        parsed.result = Failure{parser.errorText()};
+        parsed.result = Failure{FileName::Shown(parser.errorText())};
         return parsed;
     }
     for (const OptionRow &row : OptionRows) {
@@ -183,6 +186,8 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
     if (!parsed.result.Failed())
         parsed.result = CheckWhole(parsed.line, projects);
     parsed.line.project = projects.value(0);
+    if (parsed.result.Failed())
+        parsed.result = Failure{FileName::Shown(parsed.result.Cause())};
     return parsed;
 }
 

@@ -3,9 +3,11 @@
 
 #include "MdProject.h"
 
+#include "FileName.h"
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
 #include "MdSequenceEdition.h"
+#include "OpenFiles.h"
 #include "PathParts.h"
 #include "ProjectFile.h"
 #include "ProjectState.h"
@@ -15,8 +17,7 @@
 #include "SettingsStore.h"
 #include "UserPrompts.h"
 
-#include <QDir>
-#include <QFileInfo>
+#include <utility>
 
 namespace
 {
@@ -24,6 +25,11 @@ namespace
 const QString Extension = QStringLiteral(".sqx");
 const QString DialogName = QStringLiteral("dlgProjectFile");
 const QString Filter = QStringLiteral("Serimonde Project Files (*.sqx)|*.sqx");
+
+bool HasExtension(const QString &path)
+{
+    return path.endsWith(Extension, Qt::CaseInsensitive);
+}
 
 } // namespace
 
@@ -54,47 +60,48 @@ void MdProject::OpenProject()
 {
     if (!AskSaveChanges())
         return;
-    const QString path = m_parts.prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Open,
-                                                     .dialog = DialogName,
-                                                     .title = QStringLiteral("Open Project"),
-                                                     .filter = Filter,
-                                                     .folder = StartFolder()});
+    const QString path = m_parts.prompts.ChooseFile(
+        DialogIn(FileDialogRequest::Purpose::Open, QStringLiteral("Open Project")));
     if (!path.isEmpty())
         LoadChosen(path);
 }
 
+/// An entry never had an extension, whatever full stops are in it.
 void MdProject::OpenRecentProject(const QString &entry)
 {
     if (!AskSaveChanges())
         return;
-    const Names stripped = Split(entry);
-    const Names whole = {stripped.folder, PathParts::FileName(entry)};
-    const QString path = ProjectFile::PathOf(stripped.folder, stripped.name);
-    if (QFileInfo::exists(path))
-        Load(stripped, path);
-    else if (const QString other = ProjectFile::PathOf(whole.folder, whole.name);
-             QFileInfo::exists(other))
-        Load(whole, other);
+    const Names names = Split(entry + Extension);
+    const QString path = ProjectFile::PathOf(names.folder, names.name);
+    if (Exists(path))
+        Load(names, path);
     else
-        ShowFailure(QStringLiteral("Could not find project file ") + path);
+        ShowFailure(QStringLiteral("Could not find project file ") + FileName::Shown(path));
 }
 
 void MdProject::OpenFile(const QString &path)
 {
-    const QString absolute = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
-    const bool found = QFileInfo::exists(absolute);
-    LoadChosen(found ? absolute : absolute + Extension);
+    const QString absolute = m_parts.files.System().AbsolutePath(path);
+    LoadItself(Exists(absolute) ? absolute : absolute + Extension);
+}
+
+void MdProject::LoadChosen(const QString &path)
+{
+    const Names names = Split(path);
+    if (HasExtension(path) && Exists(path))
+        LoadItself(path);
+    else
+        Load(names, ProjectFile::PathOf(names.folder, names.name));
 }
 
 /// The file itself, however its extension is written. Where the rules for project names lead to
 /// another file, the project stays unnamed, so that a save asks for its place.
-void MdProject::LoadChosen(const QString &path)
+void MdProject::LoadItself(const QString &path)
 {
     const Names names = Split(path);
-    const bool isProject = path.endsWith(Extension, Qt::CaseInsensitive);
     if (ProjectFile::PathOf(names.folder, names.name) == path)
         Load(names, path);
-    else if (isProject || !QFileInfo::exists(path))
+    else if (HasExtension(path) || !Exists(path))
         Load({}, path);
     else
         ShowFailure(Failure{QStringLiteral("The name does not end in ") + Extension, 0,
@@ -105,7 +112,7 @@ void MdProject::LoadChosen(const QString &path)
 bool MdProject::SaveProject()
 {
     const ProjectState &state = m_parts.state;
-    if (state.ProjectFileName.isEmpty() || state.ProjectDirectory.isEmpty())
+    if (!state.IsNamed())
         return SaveProjectAs();
     const Names names = {state.ProjectDirectory, state.ProjectFileName};
     if (!Save(names))
@@ -131,16 +138,18 @@ bool MdProject::SaveProjectAs()
 /// program ends meanwhile.
 QString MdProject::ChooseTarget()
 {
-    FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
-                                 .dialog = DialogName,
-                                 .title = QStringLiteral("Save Project"),
-                                 .filter = Filter,
-                                 .folder = StartFolder()};
+    FileDialogRequest request =
+        DialogIn(FileDialogRequest::Purpose::Save, QStringLiteral("Save Project"));
+    const QString &current = m_parts.state.ProjectFileName;
+    if (m_parts.state.IsNamed() && FileName::IsText(current))
+        request.name = current + Extension;
     for (;;) {
-        QString path = m_parts.prompts.ChooseFile(request);
+        QString path = m_parts.prompts.ChooseFile(request).trimmed();
+        if (!path.isEmpty() && !HasExtension(path))
+            path += Extension;
         const Names names = Split(path);
         const QString target = ProjectFile::PathOf(names.folder, names.name);
-        if (path.isEmpty() || !QFileInfo::exists(target))
+        if (path.isEmpty() || !Exists(target))
             return path;
         const PromptAnswer answer = m_parts.prompts.ShowMessage(
             {.text = QStringLiteral("%1 already exists. Do you want to replace it?").arg(target),
@@ -167,10 +176,21 @@ MdProject::Names MdProject::Split(const QString &path)
     return {PathParts::Folder(path), PathParts::WithoutExtension(PathParts::FileName(path))};
 }
 
-QString MdProject::StartFolder() const
+bool MdProject::Exists(const QString &path) const
+{
+    return m_parts.files.System().Exists(path);
+}
+
+FileDialogRequest MdProject::DialogIn(FileDialogRequest::Purpose purpose,
+                                      const QString &title) const
 {
     const QString &folder = m_parts.state.ProjectDirectory;
-    return folder.isEmpty() ? MdGetSpecialFolders() : folder;
+    const bool canBeShown = !folder.isEmpty() && FileName::IsText(folder);
+    return {.purpose = purpose,
+            .dialog = DialogName,
+            .title = title,
+            .filter = Filter,
+            .folder = canBeShown ? folder : MdGetSpecialFolders()};
 }
 
 /// Replaces the project. After a failure what could be read stays, but without a name, so that a
@@ -181,7 +201,9 @@ void MdProject::Load(const Names &names, const QString &path)
     m_window->SetBusy(true);
     const Result loaded = ProjectFile::LoadProject(m_parts.sequences, m_parts.files, path);
     m_window->SetBusy(false);
-    NameProject(loaded.Failed() ? Names{} : names);
+    const QString folder = PathParts::Folder(path);
+    NameProject({Exists(folder) ? folder : m_parts.state.ProjectDirectory,
+                 loaded.Failed() ? QString() : names.name});
     m_window->RefreshLists();
     const bool anyLeft = m_parts.sequences.SendCount() + m_parts.sequences.ReceiveCount() > 0;
     m_window->SetProjectModified(loaded.Failed() && anyLeft);
@@ -209,17 +231,35 @@ void MdProject::NameProject(const Names &names)
     ProjectState &state = m_parts.state;
     state.ProjectDirectory = names.folder;
     state.ProjectFileName = names.name;
+    if (!names.folder.isEmpty() && FileName::IsText(names.folder))
+        state.LastFolder = names.folder;
     const QString shown = names.name.isEmpty() ? QString() : QStringLiteral(" - ") + names.name;
-    m_window->SetCaption(state.ProgramTitle + shown);
+    m_window->SetCaption(state.ProgramTitle + FileName::Shown(shown));
 }
 
 void MdProject::Remember(const Names &names)
 {
-    RecentProjects::UpdateRecentProjects(m_parts.store, names.folder + names.name);
+    const QString project = names.folder + names.name;
+    if (!FileName::IsText(project)) {
+        TellOfUnstorable(project);
+        return;
+    }
+    RecentProjects::UpdateRecentProjects(m_parts.store, project);
     ShowRecentProjects();
     if (const Result stored = m_parts.store.Flush(); stored.Failed())
         ShowFailure(QStringLiteral("The list of recent projects could not be saved. ") +
                     stored.Cause());
+}
+
+/// Once for each project: the user can go on working with it.
+void MdProject::TellOfUnstorable(const QString &project)
+{
+    if (std::exchange(m_unstorable, project) == project)
+        return;
+    m_parts.prompts.ShowMessage(ExclamationMessage(
+        QStringLiteral("The project %1 cannot be kept among the recent projects, because its name "
+                       "is not UTF-8. It can be saved, and opened from the command line.")
+            .arg(FileName::Shown(project + Extension))));
 }
 
 void MdProject::ShowFailure(const QString &message)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "FileDialogRequest.h"
+
 #include <QString>
 
 class MdCommunication;
@@ -61,16 +63,20 @@ class MdProject
     };
 
     static Names Split(const QString &path);
-    QString StartFolder() const;
+    bool Exists(const QString &path) const;
+    FileDialogRequest DialogIn(FileDialogRequest::Purpose purpose, const QString &title) const;
     QString ChooseTarget();
     void LoadChosen(const QString &path);
+    void LoadItself(const QString &path);
     void Load(const Names &names, const QString &path);
     bool Save(const Names &names);
     void NameProject(const Names &names);
     void Remember(const Names &names);
+    void TellOfUnstorable(const QString &project);
     void ShowFailure(const QString &message);
     void ShowFailure(const Result &result, const QString &path);
 
     ProjectParts m_parts;
     ProjectWindow *m_window = nullptr;
+    QString m_unstorable; ///< project that the user has been told about
 };

@@ -15,4 +15,5 @@ class SystemFiles final : public FileSystem
     void Remove(const QString &path) override;
     bool Exists(const QString &path) const override;
     QString CanonicalPath(const QString &path) const override;
+    QString AbsolutePath(const QString &path) const override;
 };

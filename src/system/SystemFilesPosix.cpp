@@ -3,17 +3,19 @@
 
 #include "SystemFiles.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "FileName.h"
+
 #include <QRandomGenerator>
 
 #include <array>
 #include <cerrno>
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>
+#include <limits.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +24,7 @@ namespace
 
 constexpr int NoDescriptor = -1;
 constexpr mode_t NewFileMode = 0666; ///< less what the user's mask takes away
+constexpr int MostLinks = 40;        ///< one behind the other; as many as the system follows
 
 Failure SystemFailure()
 {
@@ -84,7 +87,7 @@ Target LookAt(const QByteArray &name)
 {
     Target target;
     target.exists = ::stat(name.constData(), &target.status) == 0;
-    const bool missing = !target.exists && errno == ENOENT;
+    const bool missing = !target.exists && errno == ENOENT && !name.isEmpty();
     if (target.exists && !S_ISREG(target.status.st_mode))
         target.writable = NotAFile(target.status.st_mode);
     else if (!missing && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
@@ -96,6 +99,42 @@ QByteArray FolderOf(const QByteArray &name)
 {
     const qsizetype end = name.lastIndexOf('/');
     return end < 0 ? QByteArray("./") : name.first(end + 1);
+}
+
+/// Absolute and without links; empty if nothing stands there.
+QByteArray RealName(const QByteArray &name)
+{
+    const std::unique_ptr<char, decltype(&::free)> whole(::realpath(name.constData(), nullptr),
+                                                         ::free);
+    return QByteArray(whole.get());
+}
+
+/// The same for the folder alone, as far as there is one: the file need not exist.
+QByteArray InRealFolder(const QByteArray &name)
+{
+    const QByteArray given = FolderOf(name);
+    QByteArray folder = RealName(given);
+    if (folder.isEmpty())
+        return name;
+    if (!folder.endsWith('/'))
+        folder += '/';
+    return folder + name.sliced(name.lastIndexOf('/') + 1);
+}
+
+/// The file that a name leads to, also through a link to a file that has yet to be made.
+QByteArray Resolved(QByteArray name)
+{
+    for (int links = 0; links < MostLinks; ++links) {
+        if (QByteArray whole = RealName(name); !whole.isEmpty())
+            return whole;
+        std::array<char, PATH_MAX> goal;
+        const ssize_t length = ::readlink(name.constData(), goal.data(), goal.size());
+        if (length <= 0)
+            break;
+        const QByteArray next(goal.data(), length);
+        name = next.startsWith('/') ? next : FolderOf(name) + next;
+    }
+    return InRealFolder(name);
 }
 
 QByteArray NewNameBeside(const QByteArray &name)
@@ -232,7 +271,7 @@ FileSystem::Content ReadAll(int descriptor, qint64 expected, qint64 limit)
 
 FileSystem::Created SystemFiles::Create(const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = FileName::Encode(path);
     if (const Target target = LookAt(name); target.writable.Failed())
         return {nullptr, target.writable};
     Descriptor file = Open(name, O_WRONLY | O_CREAT);
@@ -250,7 +289,7 @@ FileSystem::Created SystemFiles::Create(const QString &path)
 FileSystem::Created SystemFiles::CreateBeside(const QString &path)
 {
     // Through a link the file itself is replaced; the link stays.
-    const QByteArray name = QFile::encodeName(CanonicalPath(path));
+    const QByteArray name = Resolved(FileName::Encode(path));
     const Target target = LookAt(name);
     if (target.writable.Failed())
         return {nullptr, target.writable};
@@ -266,7 +305,7 @@ FileSystem::Created SystemFiles::CreateBeside(const QString &path)
 
 FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
 {
-    const Descriptor file = Open(QFile::encodeName(path), O_RDONLY);
+    const Descriptor file = Open(FileName::Encode(path), O_RDONLY);
     struct stat status = {};
     if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0)
         return {{}, SystemFailure()};
@@ -283,21 +322,21 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
 
 void SystemFiles::Remove(const QString &path)
 {
-    ::unlink(QFile::encodeName(path).constData());
+    ::unlink(FileName::Encode(path).constData());
 }
 
 bool SystemFiles::Exists(const QString &path) const
 {
-    return QFileInfo::exists(path);
+    struct stat status = {};
+    return ::stat(FileName::Encode(path).constData(), &status) == 0;
 }
 
 QString SystemFiles::CanonicalPath(const QString &path) const
 {
-    const QFileInfo file(path);
-    if (QString whole = file.canonicalFilePath(); !whole.isEmpty())
-        return whole;
-    const QString folder = QFileInfo(file.absolutePath()).canonicalFilePath();
-    if (folder.isEmpty())
-        return file.absoluteFilePath();
-    return QDir(folder).filePath(file.fileName());
+    return FileName::Decode(Resolved(FileName::Encode(path)));
+}
+
+QString SystemFiles::AbsolutePath(const QString &path) const
+{
+    return path.startsWith(u'/') ? path : FileName::Decode(InRealFolder(FileName::Encode(path)));
 }

@@ -37,7 +37,8 @@ class OutputDevice
     virtual Result TakePlace() = 0;
 };
 
-/// The system's files. Everything but a regular file is refused, whatever it is opened for.
+/// The system's files, by names as FileName has them. Everything but a regular file is refused,
+/// whatever it is opened for.
 class FileSystem
 {
   public:
@@ -63,6 +64,9 @@ class FileSystem
     virtual bool Exists(const QString &path) const = 0;
     /// Takes the file away, best effort.
     virtual void Remove(const QString &path) = 0;
-    /// One name for a file, however it is reached; it need not exist.
+    /// One name for a file, however it is reached; it need not exist. A link stands for what it
+    /// leads to, even if that has yet to be made.
     virtual QString CanonicalPath(const QString &path) const = 0;
+    /// The path itself if it starts at the root; else the same file below the working folder.
+    virtual QString AbsolutePath(const QString &path) const = 0;
 };

@@ -52,6 +52,10 @@ class ScriptedDisk final : public FileSystem
     bool Exists(const QString &path) const override { return files.contains(path); }
     void Remove(const QString &path) override { files.remove(path); }
     QString CanonicalPath(const QString &path) const override { return path; }
+    QString AbsolutePath(const QString &path) const override
+    {
+        return path.startsWith(u'/') ? path : QStringLiteral("/here/") + path;
+    }
 
   private:
     class Device final : public OutputDevice
