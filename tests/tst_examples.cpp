@@ -76,32 +76,6 @@ class tst_examples : public QObject
     Q_OBJECT
 
   private Q_SLOTS:
-    void SurvivesBeingCutAtEveryByte()
-    {
-        for (const QByteArray &project : projects) {
-            const Loaded whole(project);
-            for (qsizetype size = 0; size < project.size(); ++size)
-                SurvivesCut(project.first(size), whole);
-        }
-    }
-
-    void SurvivesMissingAndSwappedLines()
-    {
-        for (const QByteArray &project : projects) {
-            const QByteArrayList lines = project.split('\n');
-            for (qsizetype i = 0; i + 5 < lines.size(); ++i) {
-                QByteArrayList rest = lines;
-                rest.removeAt(i);
-                QVERIFY(Loaded(rest.join('\n')).IsSound());
-                for (const qsizetype distance : {1, 2, 5}) {
-                    QByteArrayList swapped = lines;
-                    swapped.swapItemsAt(i, i + distance);
-                    QVERIFY(Loaded(swapped.join('\n')).IsSound());
-                }
-            }
-        }
-    }
-
     void SurvivesTheCorpus()
     {
         const QByteArrayList corpus = ContentsOf(Corpus, Corpus.entryList(QDir::Files));
@@ -180,21 +154,6 @@ class tst_examples : public QObject
     SystemFiles system;
     OpenFiles files{system};
     MdSequenceEdition tables;
-    /// The keyword of a record stands behind all records that are whole in the file.
-    static void SurvivesCut(const QByteArray &cut, const Loaded &whole)
-    {
-        const Loaded loaded(cut);
-        QVERIFY(loaded.IsSound());
-        const auto keywords = cut.count("\r\n\r\nSEND") + cut.count("\r\n\r\nRECEIVE");
-        const QByteArray tail = cut.mid(cut.lastIndexOf("SEND\r\n") + 6);
-        const int cutIndex = tail.contains('\n') ? -1 : tail.trimmed().toInt();
-        for (int i = 0; i < std::min<qsizetype>(keywords - 1, whole.tables.SendCount()); ++i) {
-            if (i == cutIndex) // "12" may have become "1", which is then this record
-                continue;
-            QCOMPARE(loaded.tables.SendAt(i).Name, whole.tables.SendAt(i).Name);
-            QCOMPARE(loaded.tables.SendAt(i).Sequence, whole.tables.SendAt(i).Sequence);
-        }
-    }
 
     const QStringList names = Examples.entryList({"*.sqx"});
     const QByteArrayList projects = ContentsOf(Examples, names);

@@ -70,11 +70,7 @@ class PrintBench
     {
         tables.AddSend({name, sequence, {}});
     }
-    ReceiveSequence &AddReceive(const QByteArray &name, const QByteArray &sequence)
-    {
-        tables.AddReceive({.Name = name, .Sequence = sequence});
-        return tables.EditReceive(tables.ReceiveCount() - 1);
-    }
+    void AddReceive(const ReceiveSequence &record) { tables.AddReceive(record); }
     RichTextModel &View(Representation r = Representation::Ascii) { return views.View(r); }
 };
 
@@ -201,13 +197,10 @@ void tst_print::AProjectIsPrintedLineByLine_data()
         bench.project.ProjectFileName = "modem";
         bench.AddSend("Ping", "A\r");
         bench.AddSend("Caf\xE9 \x01", "");
-        ReceiveSequence &pong = bench.AddReceive("Pong", "\xFF");
-        pong.Answer = 1;
-        pong.Comment = "it lives";
-        bench.AddReceive("Off", "B").Active = 0;
-        ReceiveSequence &odd = bench.AddReceive("Odd", "B");
-        odd.Active = 7;
-        odd.Answer = 2000; // outside the table
+        bench.AddReceive({"Pong", "\xFF", {}, {}, 1, "it lives"});
+        bench.AddReceive({.Name = "Off", .Sequence = "B", .Active = 0});
+        // Its answer is outside the table.
+        bench.AddReceive({.Name = "Odd", .Sequence = "B", .Answer = 2000, .Active = 7});
     };
     add("full", fill, "Serimonde - modem",
         "1/0 *Serimonde - 5.11.26\n1/1 */home/m\u25A1e/modem\n1/4 *Send Sequences\n"
@@ -219,7 +212,7 @@ void tst_print::AProjectIsPrintedLineByLine_data()
         "1/28 Receive sequence is active\n1/29 Respond with the following send sequence:");
     const auto one = [](PrintBench &bench) {
         bench.project.ProjectDirectory = "/the/folder/of/the/dialogs/";
-        bench.AddReceive("Pong", "B");
+        bench.AddReceive({"Pong", "B"});
     };
     add("unsaved, of one receive sequence", one, "Serimonde - Project",
         "1/0 *Serimonde - 5.11.26\n1/4 *Send Sequences\n1/5 line to 997840,1000\n"
@@ -262,7 +255,7 @@ void tst_print::CopiesAreOneJobOfPages()
     RecordingOutput output = LargePaper();
     output.scaleHeight = 15 * 200; // its last line is the 14th below the top margin
     PrintBench bench(output);
-    bench.AddReceive("Pong", "B");
+    bench.AddReceive({"Pong", "B"});
     bench.prompts.printer->copies = 3;
     bench.print.PrintProject();
     QStringList begins;
@@ -450,7 +443,7 @@ void tst_print::PdfOfAProject()
         const QString byte = QString::number(i, 16).toUpper().rightJustified(2, '0');
         all << QString("%1 - Sequence").arg(i) << QStringList{byte, byte, byte}.join(" | ");
     }
-    bench.AddReceive("Last", "B");
+    bench.AddReceive({"Last", "B"});
     bench.prompts.printer = {.pdfPath = on.Path("project.pdf"), .copies = 3};
     bench.print.PrintProject();
     QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{});

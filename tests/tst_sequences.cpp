@@ -112,8 +112,10 @@ class tst_sequences : public QObject
         const std::pair<qint16, const char *> answers[] = {{0, ""}, {-1, ""},   {1, "ONE"},
                                                            {2, ""}, {1026, ""}, {32767, ""}};
         for (const auto &[answer, name] : answers) {
-            tables.EditReceive(0).Answer = answer;
-            tables.EditReceive(0).AnswerName = "left over";
+            tables.ChangeReceive(0, [&, &answer = answer](ReceiveSequence &record) {
+                record.Answer = answer;
+                record.AnswerName = "left over";
+            });
             tables.RefreshAnswerName(0);
             QCOMPARE(tables.ReceiveAt(0).AnswerName, name);
         }

@@ -88,7 +88,7 @@ class tst_sequencewiring : public QObject
     void AnswerNamesFollowTheirSequences()
     {
         WiringBench bench;
-        bench.comm.tables.EditSend(1).Name = "renamed";
+        bench.comm.tables.ChangeSend(1, [](SendSequence &record) { record.Name = "renamed"; });
         bench.comm.tables.AddReceive({"outside", "o", {}, "left over", 32767, {}});
         bench.lists.RefreshEventList();
         QCOMPARE(bench.Rows(bench.receiveList),
@@ -132,7 +132,8 @@ class tst_sequencewiring : public QObject
             QCOMPARE(bench.receiveList.RowAt(1).active, active);
             QVERIFY(bench.receiveList.RowAt(0).active);
         }
-        bench.comm.tables.EditReceive(0).Active = -1; // 1 alone is active
+        bench.comm.tables.ChangeReceive( // 1 alone is active
+            0, [](ReceiveSequence &record) { record.Active = -1; });
         bench.lists.RefreshEventList();
         QVERIFY(!bench.receiveList.RowAt(0).active);
     }
@@ -147,8 +148,10 @@ class tst_sequencewiring : public QObject
         QCOMPARE(bench.edits, (QStringList{"send 2", "receive 1", "send 3", "receive 2"}));
         QCOMPARE(bench.changes, 0);
         bench.edits.clear();
-        bench.comm.tables.EditSend(3).Name = "held"; // only an empty record is an empty row
-        bench.comm.tables.EditReceive(2).Sequence = "held";
+        // Only an empty record is an empty row.
+        bench.comm.tables.ChangeSend(3, [](SendSequence &record) { record.Name = "held"; });
+        bench.comm.tables.ChangeReceive(2,
+                                        [](ReceiveSequence &record) { record.Sequence = "held"; });
         Q_EMIT bench.sendList.EmptyRowRequested(3);
         Q_EMIT bench.sendList.EmptyRowRequested(0);
         Q_EMIT bench.receiveList.EmptyRowRequested(2);

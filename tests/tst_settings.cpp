@@ -74,7 +74,7 @@ class tst_settings : public QObject
         SettingsBench bench;
         bench.settings.display.DispBack = bench.settings.comm.CommSpeed = 3;
         for (const int index : {0, 512, 1024})
-            bench.tables.EditReceive(index).Active = 0;
+            bench.tables.ChangeReceive(index, [](ReceiveSequence &r) { r.Active = 0; });
         QVERIFY(!bench.Load().Failed());
         QVERIFY(bench.store.texts.isEmpty());
         for (int i = 0; i < 1025; ++i)

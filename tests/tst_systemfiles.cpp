@@ -121,9 +121,9 @@ class tst_systemfiles : public QObject
             {"below/new.sqx", "first"}, {PathOf("first").toUtf8(), "second"}, {"loop", "loop"}};
         for (const auto &[target, name] : links)
             QCOMPARE(::symlink(target, qPrintable(PathOf(name))), 0);
-        QVERIFY(!Save(PathOf("second")));
+        QVERIFY(!Save(PathOf("second")).Failed());
         QVERIFY(BytesOf(PathOf("below/new.sqx")).size() > 64000);
-        QVERIFY(Save(PathOf("loop")));
+        QVERIFY(Save(PathOf("loop")).Failed());
         for (const auto &[target, name] : links)
             QVERIFY(QFileInfo(PathOf(name)).isSymLink());
         QCOMPARE(Names(), QStringList({"below", "first", "loop", "second"}));
@@ -151,9 +151,9 @@ class tst_systemfiles : public QObject
         QCOMPARE(FileName::IsText(name), bytes.isValidUtf8());
 
         const QString path = folder->path() + u'/' + name;
-        QVERIFY(!output.OpenFile(path));
+        QVERIFY(!output.OpenFile(path).Failed());
         output.CloseFile();
-        QVERIFY(!Save(path));
+        QVERIFY(!Save(path).Failed());
         QCOMPARE(NamesIn(folder->path()), QByteArrayList{bytes});
         QVERIFY(system.Read(path, 1000000).bytes.size() > 64000);
         QCOMPARE(system.CanonicalPath(folder->path() + "/./" + name), path);
@@ -170,7 +170,8 @@ class tst_systemfiles : public QObject
             const QString path = folder->path() + u'/' + name;
             QVERIFY(!FileName::IsText(path) && !system.Exists(path));
             ClInputFile input(files);
-            QVERIFY(input.OpenFile(path) && output.OpenFile(path) && Save(path));
+            QVERIFY(input.OpenFile(path).Failed() && output.OpenFile(path).Failed() &&
+                    Save(path).Failed());
         }
         QCOMPARE(Names(), QStringList("a"));
         QCOMPARE(BytesOf(PathOf("a")), OldBytes);

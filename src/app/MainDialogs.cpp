@@ -7,7 +7,6 @@
 #include "MdFind.h"
 #include "PortFinder.h"
 #include "ProgramInfo.h"
-#include "RunState.h"
 #include "SequenceLists.h"
 #include "SystemInformation.h"
 #include "frmAbout.h"
@@ -56,8 +55,7 @@ void MainDialogs::EditReceiveSequence()
 void MainDialogs::ShowOptions()
 {
     m_parts.communication.ClosePorts();
-    // A log that could not be closed may have kept the user until the program ends.
-    if (!m_parts.communication.Running() && !m_parts.run.QuitRequested) {
+    if (!m_parts.communication.Running()) {
         frmOptions options(
             {SnapshotOf(m_parts.options), m_parts.displayNext, m_parts.prompts,
              m_parts.options.assigned, m_parts.finder,

@@ -19,7 +19,6 @@ class SystemRegistry;
 class UserPrompts;
 class frmMain;
 struct DisplaySettings;
-struct RunState;
 
 /// What the dialogs work with; all of it lives longer than MainDialogs.
 struct MainDialogParts {
@@ -31,7 +30,6 @@ struct MainDialogParts {
     OptionsSubjects options;
     DisplaySettings &displayNext; ///< colours and attributes of the next start
     std::shared_ptr<const PortFinder> finder;
-    const RunState &run;
     UserPrompts &prompts;
     Shell &shell;
     SystemRegistry &registry;

@@ -5,7 +5,6 @@
 
 #include "Demo.h"
 #include "DemoInstrument.h"
-#include "LineLoop.h"
 #include "LongDelay.h"
 #include "MainDialogs.h"
 #include "MainLoop.h"
@@ -14,8 +13,7 @@
 #include "ProgramSettings.h"
 #include "Screenshot.h"
 #include "SequenceLists.h"
-#include "SerialPort.h"
-#include "SerialPortHub.h"
+#include "SerialPorts.h"
 #include "SettingsStore.h"
 #include "SystemPortFinder.h"
 #include "SystemPortName.h"
@@ -33,13 +31,10 @@ MdMain::MdMain(const World &world, const CommandLine &line)
              [this] { return m_communication && m_communication->Running(); }}),
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
-      m_hub(std::make_unique<SerialPortHub>()),
-      m_lines(std::make_unique<LineLoop>()),
-      MSCommA(std::make_unique<SerialPort>(*m_lines, *m_hub, m_devices)),
-      MSCommB(std::make_unique<SerialPort>(*m_lines, *m_hub, m_devices)),
+      m_ports(std::make_unique<SerialPorts>(m_devices)),
       m_communication(std::make_unique<MdCommunication>(
           CommunicationParts{m_comm, m_display, m_stamp, m_sequences, m_views, m_log, world.prompts,
-                             world.clock, *MSCommA, *MSCommB, *m_lines})),
+                             world.clock, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
       m_find(m_sequences, m_views, world.prompts),
@@ -129,7 +124,6 @@ void MdMain::MakeWindow()
                         {m_comm, m_stamp, m_sequenceSettings, m_logSettings, m_devices},
                         m_displayNext,
                         m_finder,
-                        m_run,
                         m_world.prompts,
                         m_world.shell,
                         m_world.registry});
@@ -151,6 +145,7 @@ void MdMain::ConnectCommunication()
             &frmMain::ShowPortStatus);
     connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
             &frmMain::SetToolbarState);
+    m_log.RoomAgain = [this] { m_communication->Resume(); };
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
 }
 

@@ -37,10 +37,8 @@ class DemoInstrument;
 class MainDialogs;
 class MdCommunication;
 class PortFinder;
-class LineLoop;
-class SerialPort;
+struct SerialPorts;
 class SequenceLists;
-class SerialPortHub;
 class SettingsStore;
 class Shell;
 class SystemRegistry;
@@ -119,10 +117,7 @@ class MdMain final : public QObject
     PortDevices m_devices;
     std::shared_ptr<const PortFinder> m_finder; ///< shared with searches under way
     std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it
-    std::unique_ptr<SerialPortHub> m_hub;       ///< outlives its ports
-    std::unique_ptr<LineLoop> m_lines;          ///< outlives its lines
-    std::unique_ptr<SerialPort> MSCommA;
-    std::unique_ptr<SerialPort> MSCommB;
+    std::unique_ptr<SerialPorts> m_ports;
     std::unique_ptr<MdCommunication> m_communication;
     MdProject m_project;
     MdFind m_find;

@@ -68,8 +68,8 @@ bool LogSession::TellOfMissing(Representation form)
         return false;
     const QByteArray count = QByteArray::number(std::exchange(state.missing, 0));
     state.file.WriteInFile("\r\n[" + count + " bytes missing]\r\n");
-    m_report(form,
-             {false, QStringLiteral("%1 bytes are missing in it").arg(QString::fromLatin1(count))});
+    m_report(form, m_names.PathOf(form),
+             Failure{QStringLiteral("%1 bytes are missing in it").arg(QString::fromLatin1(count))});
     return true;
 }
 

@@ -204,7 +204,7 @@ void MdLogFile::TellOfFailedClose(const LogSession::Closing &closing)
     if (m_parts.portsOpen())
         details += QStringLiteral(" Communication goes on.");
     m_parts.prompts.ShowNotice(
-        closing.failed.first(),
+        QStringLiteral("closing ") + closing.failed.first(),
         CriticalMessage(QStringLiteral("Error while closing a log file - ") +
                             closing.result.Cause(),
                         details));

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "LineLoop.h"
+#include "SerialPort.h"
+#include "SerialPortHub.h"
+
+/// The two serial ports of the program, on the one loop that serves them.
+struct SerialPorts {
+    /// The devices live longer than the ports.
+    explicit SerialPorts(const PortDevices &devices)
+        : MSCommA(lines, hub, devices), MSCommB(lines, hub, devices)
+    {
+    }
+
+    LineLoop lines;
+    SerialPortHub hub;
+    SerialPort MSCommA; ///< channel 1
+    SerialPort MSCommB; ///< channel 2
+};
