@@ -11,6 +11,8 @@
 EditModeOptions::EditModeOptions(SQEditSequence &editor, QWidget *parent)
     : QGroupBox(QStringLiteral("Edit Mode"), parent), m_editor(editor)
 {
+    // Inside another group it would be read with that one's title.
+    setAccessibleName(title());
     auto *row = new QHBoxLayout(this);
     for (const Representation r : AllRepresentations) {
         auto *option = new QRadioButton(QString::fromLatin1(RowOf(r).caption));
@@ -29,6 +31,16 @@ void EditModeOptions::Choose(Representation mode)
 {
     const Representation chosen = RepresentationOf(int(mode), Representation::Ascii);
     m_options[size_t(chosen)]->setChecked(true);
+}
+
+void EditModeOptions::PlaceBehind(QWidget &field)
+{
+    QWidget *before = &field;
+    for (QRadioButton *option : m_options) {
+        setTabOrder(before, option);
+        before = option;
+    }
+    setTabOrder(before, &m_editor);
 }
 
 void EditModeOptions::Apply(Representation mode)
