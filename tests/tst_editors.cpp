@@ -402,13 +402,16 @@ class tst_editors : public QObject
         QTEST(bench.Find<QLabel>("AXEditActionNote")->text().section(',', 0, 0), "line");
     }
 
-    void AnEmptySequenceIsToldOfOnceItWillBeStored()
+    void AnEmptySequenceIsToldOfOnceItIsStored()
     {
         ReceiveBench bench(2);
-        QVERIFY(!bench.Visible("AXEditEventNote"));
+        auto *sequence = bench.Find<SQEditSequence>("AXEditEvent");
         bench.Type("txtEventName", "new");
+        QVERIFY(!bench.Visible("AXEditEventNote"));
+        bench.Press("cmdApply");
         QVERIFY(bench.Find<QLabel>("AXEditEventNote")->text().contains("one byte 0"));
-        QTest::keyClicks(bench.Find<SQEditSequence>("AXEditEvent"), "x");
+        QCOMPARE(sequence->accessibleDescription(), bench.Find<QLabel>("AXEditEventNote")->text());
+        QTest::keyClicks(sequence, "x");
         QVERIFY(!bench.Visible("AXEditEventNote"));
     }
 

@@ -156,7 +156,7 @@ class tst_project : public QObject
         QCOMPARE(bench.prompts.shown,
                  QList{ExclamationMessage(
                      "The project is saved, but these sequences will not come back as they are "
-                     "when it is opened again:\n"
+                     "when it is opened again. The editor of the first one tells why.\n"
                      "Send sequence 1, \"Pump, on\": other name, bytes\n"
                      "Send sequence 2, \"empty\": one byte 0 in place of no bytes\n"
                      "Receive sequence 0, \"Pump, on\": lost\n"

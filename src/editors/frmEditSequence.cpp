@@ -9,7 +9,6 @@
 #include "NamedButton.h"
 #include "QuietLine.h"
 #include "SQEditSequence.h"
-#include "SequenceText.h"
 #include "UserPrompts.h"
 
 #include <QGroupBox>
@@ -185,29 +184,29 @@ void frmEditSequence::NoteChange()
 void frmEditSequence::ShowNotes()
 {
     m_nameNote->Say(NameNote());
-    m_sequenceNote->Say(SequenceNote());
+    const std::optional<SequenceText::Mistaken> items = Mistaken();
+    cmdConvert->setVisible(items.has_value());
+    // A new sequence has no bytes to begin with, and one without a name, too, will not be stored.
+    const bool empty = Sequence().isEmpty() && !Name().isEmpty() && CurrentIndex() < Count();
+    if (!items)
+        return m_sequenceNote->Say(empty ? EmptyNote() : QString());
+    const QString form = Text(RepresentationCaptions[size_t(items->form)]);
+    cmdConvert->setText(QStringLiteral("&Convert to ") + form);
+    m_sequenceNote->Say(
+        QStringLiteral("%1 characters; as %2 this would be %3 bytes")
+            .arg(QString::number(Sequence().size()), form, QString::number(items->bytes.size())));
 }
 
-/// Also shows the button that belongs to it.
-QString frmEditSequence::SequenceNote() const
+/// What the characters read as, while they are taken for characters.
+std::optional<SequenceText::Mistaken> frmEditSequence::Mistaken() const
 {
-    const bool typesCharacters = m_parts.mode == Representation::Ascii;
-    const auto items = typesCharacters ? SequenceText::ItemsIn(Sequence()) : std::nullopt;
-    cmdConvert->setVisible(items.has_value());
-    if (items) {
-        const QString form = Text(RepresentationCaptions[size_t(items->form)]);
-        cmdConvert->setText(QStringLiteral("&Convert to ") + form);
-        return QStringLiteral("%1 characters; as %2 this would be %3 bytes")
-            .arg(QString::number(Sequence().size()), form, QString::number(items->bytes.size()));
-    }
-    // Without a name, too, nothing will be stored.
-    return Sequence().isEmpty() && !Name().isEmpty() ? EmptyNote() : QString();
+    return m_parts.mode == Representation::Ascii ? SequenceText::ItemsIn(Sequence()) : std::nullopt;
 }
 
 /// The characters become the bytes that they tell. Undoing that brings the characters back.
 void frmEditSequence::Convert()
 {
-    const auto items = SequenceText::ItemsIn(Sequence());
+    const std::optional<SequenceText::Mistaken> items = Mistaken();
     if (!items)
         return;
     m_sequence->setFocus(); // the button goes
@@ -266,6 +265,7 @@ void frmEditSequence::ApplyAndStay()
                                            "stored sequence; Delete Sequence deletes it."));
         return;
     }
+    ShowNotes();
     cmdApply->setEnabled(false);
     UpdateButtons();
 }

@@ -5,8 +5,11 @@
 
 #include "SendSequence.h"
 #include "SequenceEditorParts.h"
+#include "SequenceText.h"
 
 #include <QDialog>
+
+#include <optional>
 
 class CodePageEdit;
 class EditModeOptions;
@@ -75,7 +78,7 @@ class frmEditSequence : public QDialog
 
     void ShowRecord(int index);
     void UpdateButtons();
-    QString SequenceNote() const;
+    std::optional<SequenceText::Mistaken> Mistaken() const;
     void Convert();
     void LeaveRecord();
     void Step(int by);

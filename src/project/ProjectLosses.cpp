@@ -65,9 +65,19 @@ template <typename Record> Loss LossOf(Record was, const Record &is, Loss place)
     return place;
 }
 
-/// In the order of the file.
-QList<Loss> LossesOf(const MdSequenceEdition &saved)
+/// With more than two bytes a sequence is read as with two, but it takes longer.
+void Shorten(MdSequenceEdition &sequences)
 {
+    for (int i = 0; i < sequences.SendCount(); ++i)
+        sequences.EditSend(i).Sequence.truncate(2);
+    for (int i = 0; i < sequences.ReceiveCount(); ++i)
+        sequences.EditReceive(i).Sequence.truncate(2);
+}
+
+/// In the order of the file.
+QList<Loss> LossesOf(MdSequenceEdition saved)
+{
+    Shorten(saved);
     FieldReader fields(ProjectFile::Written(saved).value_or(QByteArray()));
     MdSequenceEdition read;
     // Where reading ends early, what is missing tells enough.
@@ -102,20 +112,14 @@ Trial TryOut(MdSequenceEdition tables)
     tables.AddSend({"behind", "x", {}});
     tables.AddReceive({"behind", "x"});
     Trial trial;
-    for (const Loss &loss : LossesOf(tables)) {
+    const QList<Loss> losses = LossesOf(std::move(tables));
+    for (const Loss &loss : losses) {
         if (loss.ofSend == ofSend && loss.index == 0)
             trial.own = loss;
         else
             trial.othersLost = true;
     }
     return trial;
-}
-
-/// More than two bytes make no difference, but take longer.
-template <typename Record> Record Shortened(Record record)
-{
-    record.Sequence.truncate(2);
-    return record;
 }
 
 QString Sentence(const QString &reason, const QString &what)
@@ -176,14 +180,14 @@ namespace ProjectLosses
 QString OfName(const SendSequence &record)
 {
     MdSequenceEdition tables;
-    tables.AddSend(Shortened(record));
+    tables.AddSend(record);
     return NameSentence(record.Name, TryOut(std::move(tables)),
                         QStringLiteral("those behind it, all receive sequences too"));
 }
 
 QString OfName(const ReceiveSequence &record)
 {
-    ReceiveSequence tried = Shortened(record);
+    ReceiveSequence tried = record;
     if (!record.Comment.isEmpty())
         tried.Comment = "x"; // what a comment does itself is another sentence
     MdSequenceEdition tables;
@@ -228,7 +232,7 @@ QString OfProject(const MdSequenceEdition &sequences)
     if (lines.isEmpty())
         return {};
     return QStringLiteral("The project is saved, but these sequences will not come back as they "
-                          "are when it is opened again:\n") +
+                          "are when it is opened again. The editor of the first one tells why.\n") +
            NamedSequences::Listed(lines);
 }
 

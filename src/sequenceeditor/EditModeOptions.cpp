@@ -14,6 +14,9 @@ EditModeOptions::EditModeOptions(SQEditSequence &editor, QWidget *parent)
     // Inside another group it would be read with that one's title.
     setAccessibleName(title());
     auto *row = new QHBoxLayout(this);
+    const QMargins margins = row->contentsMargins();
+    row->setContentsMargins(margins.left(), margins.top() / 2, margins.right(),
+                            margins.bottom() / 2);
     for (const Representation r : AllRepresentations) {
         auto *option = new QRadioButton(QString::fromLatin1(RowOf(r).caption));
         option->setObjectName(QString::fromLatin1(RowOf(r).optionName));
