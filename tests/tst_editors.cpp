@@ -267,7 +267,7 @@ class tst_editors : public QObject
     {
         ReceiveBench bench(0);
         for (const qint16 answer : {qint16(4), qint16(32767), qint16(-1)}) {
-            bench.tables.EditReceive(0).Answer = answer;
+            bench.tables.ChangeReceive(0, [answer](auto &record) { record.Answer = answer; });
             bench.Open(0);
             QCOMPARE(bench.Find<QComboBox>("ComboAnswer")->currentIndex(), -1);
             const QByteArray name = "renamed " + QByteArray::number(answer);

@@ -95,10 +95,9 @@ class tst_sequences : public QObject
             tables.AddReceive(name, qint16(answer));
         QFETCH(const int, deleted);
         tables.CurrentSendIndex = deleted;
-        const MdSequenceEdition before = tables;
+        const DeletionEffects effects(tables);
         tables.DeleteSendSequence();
-        const QString told = DeletionEffects::OnAnswers(before, tables);
-        QTEST(told.section('\n', 1), "told");
+        QTEST(effects.OnAnswers().section('\n', 1), "told");
     }
 
     void DeletingTellsWhichTicksAreOthers()
@@ -112,9 +111,9 @@ class tst_sequences : public QObject
             for (const auto &[name, active] : {std::pair{"A", 1}, {"B", 0}, {"C", 0}, {"D", 1}})
                 tables.AddReceive(name, 0, qint16(active));
             tables.CurrentReceiveIndex = deleted;
-            const MdSequenceEdition before = tables;
+            const DeletionEffects effects(tables);
             tables.DeleteReceiveSequence();
-            QCOMPARE(DeletionEffects::OnActive(before, tables).section('\n', 1), told);
+            QCOMPARE(effects.OnActive().section('\n', 1), told);
         }
     }
 
@@ -163,8 +162,10 @@ class tst_sequences : public QObject
         const std::pair<qint16, const char *> answers[] = {{0, ""}, {-1, ""},   {1, "ONE"},
                                                            {2, ""}, {1026, ""}, {32767, ""}};
         for (const auto &[answer, name] : answers) {
-            tables.EditReceive(0).Answer = answer;
-            tables.EditReceive(0).AnswerName = "left over";
+            tables.ChangeReceive(0, [a = answer](ReceiveSequence &record) {
+                record.Answer = a;
+                record.AnswerName = "left over";
+            });
             tables.RefreshAnswerName(0);
             QCOMPARE(tables.ReceiveAt(0).AnswerName, name);
         }

@@ -104,7 +104,7 @@ class tst_SequenceText : public QObject
         const auto items = SequenceText::ItemsIn(text);
         QString meant;
         if (items)
-            meant = QLatin1StringView(RepresentationCaptions[size_t(items->form)]) + u' ' +
+            meant = QLatin1StringView(RowOf(items->form).caption) + u' ' +
                     QString::fromLatin1(items->bytes.toHex(' '));
         QTEST(meant, "meant");
     }

@@ -57,7 +57,7 @@ QString frmEditAction::EmptyNote() const
                           "opened again.");
 }
 
-QString frmEditAction::DeletionNote(const MdSequenceEdition &before) const
+QString frmEditAction::DeletionNote(const DeletionEffects &effects) const
 {
-    return DeletionEffects::OnAnswers(before, Parts().sequences);
+    return effects.OnAnswers();
 }

@@ -22,5 +22,5 @@ class frmEditAction final : public frmEditSequence
     void DeleteCurrent() override;
     QString NameNote() const override;
     QString EmptyNote() const override;
-    QString DeletionNote(const MdSequenceEdition &before) const override;
+    QString DeletionNote(const DeletionEffects &effects) const override;
 };

@@ -198,9 +198,9 @@ QString frmEditEvent::EmptyNote() const
                           "opened again, and is then found at every byte 0 received.");
 }
 
-QString frmEditEvent::DeletionNote(const MdSequenceEdition &before) const
+QString frmEditEvent::DeletionNote(const DeletionEffects &effects) const
 {
-    return DeletionEffects::OnActive(before, Parts().sequences);
+    return effects.OnActive();
 }
 
 void frmEditEvent::ShowNotes()

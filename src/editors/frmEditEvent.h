@@ -28,7 +28,7 @@ class frmEditEvent final : public frmEditSequence
     void DeleteCurrent() override;
     QString NameNote() const override;
     QString EmptyNote() const override;
-    QString DeletionNote(const MdSequenceEdition &before) const override;
+    QString DeletionNote(const DeletionEffects &effects) const override;
     void ShowNotes() override;
 
   private:

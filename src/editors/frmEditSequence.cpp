@@ -4,6 +4,7 @@
 #include "frmEditSequence.h"
 
 #include "CodePageEdit.h"
+#include "DeletionEffects.h"
 #include "EditModeOptions.h"
 #include "MdSequenceEdition.h"
 #include "NamedButton.h"
@@ -190,7 +191,7 @@ void frmEditSequence::ShowNotes()
     const bool empty = Sequence().isEmpty() && !Name().isEmpty() && CurrentIndex() < Count();
     if (!items)
         return m_sequenceNote->Say(empty ? EmptyNote() : QString());
-    const QString form = Text(RepresentationCaptions[size_t(items->form)]);
+    const QString form = Text(RowOf(items->form).caption);
     cmdConvert->setText(QStringLiteral("&Convert to ") + form);
     m_sequenceNote->Say(
         QStringLiteral("%1 characters; as %2 this would be %3 bytes")
@@ -297,11 +298,11 @@ void frmEditSequence::Delete()
     if (answer != PromptAnswer::Ok)
         return;
     const int index = CurrentIndex();
-    const MdSequenceEdition before = m_parts.sequences;
+    const DeletionEffects effects(m_parts.sequences);
     DeleteCurrent();
     m_parts.RecordDeleted(index);
     ShowRecord(index);
-    const QString note = DeletionNote(before);
+    const QString note = DeletionNote(effects);
     if (!note.isEmpty())
         m_parts.prompts.ShowMessage(
             {.text = note, .icon = PromptIcon::Information, .caption = windowTitle()});

@@ -12,6 +12,7 @@
 #include <optional>
 
 class CodePageEdit;
+class DeletionEffects;
 class EditModeOptions;
 class QGroupBox;
 class QLabel;
@@ -58,7 +59,7 @@ class frmEditSequence : public QDialog
     virtual QString NameNote() const = 0;
     virtual QString EmptyNote() const = 0;
     /// What a deletion has changed about other sequences; empty for nothing.
-    virtual QString DeletionNote(const MdSequenceEdition &before) const = 0;
+    virtual QString DeletionNote(const DeletionEffects &effects) const = 0;
 
     const SequenceEditorParts &Parts() const { return m_parts; }
     void ShowNameAndSequence(const QByteArray &name, const QByteArray &sequence);

@@ -66,18 +66,20 @@ template <typename Record> Loss LossOf(Record was, const Record &is, Loss place)
 }
 
 /// With more than two bytes a sequence is read as with two, but it takes longer.
-void Shorten(MdSequenceEdition &sequences)
+template <typename Record> Record Shortened(Record record)
 {
-    for (int i = 0; i < sequences.SendCount(); ++i)
-        sequences.EditSend(i).Sequence.truncate(2);
-    for (int i = 0; i < sequences.ReceiveCount(); ++i)
-        sequences.EditReceive(i).Sequence.truncate(2);
+    record.Sequence.truncate(2);
+    return record;
 }
 
 /// In the order of the file.
-QList<Loss> LossesOf(MdSequenceEdition saved)
+QList<Loss> LossesOf(const MdSequenceEdition &sequences)
 {
-    Shorten(saved);
+    MdSequenceEdition saved;
+    for (int i = 0; i < sequences.SendCount(); ++i)
+        saved.AddSend(Shortened(sequences.SendAt(i)));
+    for (int i = 0; i < sequences.ReceiveCount(); ++i)
+        saved.AddReceive(Shortened(sequences.ReceiveAt(i)));
     FieldReader fields(ProjectFile::Written(saved).value_or(QByteArray()));
     MdSequenceEdition read;
     // Where reading ends early, what is missing tells enough.
@@ -100,20 +102,19 @@ QList<Loss> LossesOf(MdSequenceEdition saved)
 
 // --- One sequence -------------------------------------------------------------------------------
 
-/// A sequence that was saved with one behind it in each list.
+/// What has become of the one sequence in the tables, saved with one behind it in each list.
 struct Trial {
     Loss own = {.lost = false};
     bool othersLost = false;
 };
 
-Trial TryOut(MdSequenceEdition tables)
+Trial TryOut(MdSequenceEdition &tables)
 {
     const bool ofSend = tables.SendCount() > 0;
     tables.AddSend({"behind", "x", {}});
     tables.AddReceive({"behind", "x"});
     Trial trial;
-    const QList<Loss> losses = LossesOf(std::move(tables));
-    for (const Loss &loss : losses) {
+    for (const Loss &loss : LossesOf(tables)) {
         if (loss.ofSend == ofSend && loss.index == 0)
             trial.own = loss;
         else
@@ -181,7 +182,7 @@ QString OfName(const SendSequence &record)
 {
     MdSequenceEdition tables;
     tables.AddSend(record);
-    return NameSentence(record.Name, TryOut(std::move(tables)),
+    return NameSentence(record.Name, TryOut(tables),
                         QStringLiteral("those behind it, all receive sequences too"));
 }
 
@@ -192,7 +193,7 @@ QString OfName(const ReceiveSequence &record)
         tried.Comment = "x"; // what a comment does itself is another sentence
     MdSequenceEdition tables;
     tables.AddReceive(tried);
-    return NameSentence(record.Name, TryOut(std::move(tables)), QStringLiteral("those behind it"));
+    return NameSentence(record.Name, TryOut(tables), QStringLiteral("those behind it"));
 }
 
 QString OfComment(const ReceiveSequence &record)
@@ -200,7 +201,7 @@ QString OfComment(const ReceiveSequence &record)
     const QByteArray &comment = record.Comment;
     MdSequenceEdition tables;
     tables.AddReceive({.Name = "x", .Sequence = "x", .Comment = comment});
-    const Trial trial = TryOut(std::move(tables));
+    const Trial trial = TryOut(tables);
     const QString reason =
         comment.contains(',') ? QStringLiteral("the comma") : QStringLiteral("the line end");
     if (trial.othersLost)

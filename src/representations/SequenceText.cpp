@@ -11,7 +11,6 @@
 namespace
 {
 
-
 /// Reads one run of characters without separators: items side by side, each maybe marked.
 class TokenReader final
 {
@@ -128,7 +127,7 @@ qsizetype TokenEnd(QStringView text, qsizetype at)
 /// As far as its length tells; an item that is longer has a mark.
 bool HasAllDigits(QStringView token, Representation form)
 {
-    const int width = FormOf(form).width;
+    const int width = SequenceText::ItemWidth(form);
     return token.size() > width ||
            (token.size() == width && std::all_of(token.begin(), token.end(), [form](QChar digit) {
                 return SequenceText::DigitValue(digit.unicode(), form) >= 0;

@@ -22,9 +22,9 @@ QString Shown(const SendSequence &answer)
                                  : NamedSequences::Quoted(answer.Name);
 }
 
-QString ActiveText(const ReceiveSequence &record)
+QString ActiveText(bool active)
 {
-    return record.Active == 1 ? QStringLiteral("active") : QStringLiteral("inactive");
+    return active ? QStringLiteral("active") : QStringLiteral("inactive");
 }
 
 QString Message(const QString &what, const QStringList &lines)
@@ -34,41 +34,45 @@ QString Message(const QString &what, const QStringList &lines)
 
 } // namespace
 
-namespace DeletionEffects
+DeletionEffects::DeletionEffects(const MdSequenceEdition &sequences) : m_sequences(sequences)
 {
+    for (int i = 0; i < sequences.ReceiveCount(); ++i) {
+        m_answers << AnswerOf(sequences, sequences.ReceiveAt(i));
+        m_active << (sequences.ReceiveAt(i).Active == 1);
+    }
+}
 
-QString OnAnswers(const MdSequenceEdition &before, const MdSequenceEdition &now)
+QString DeletionEffects::OnAnswers() const
 {
     QStringList lines;
-    for (int i = 0; i < now.ReceiveCount(); ++i) {
-        const ReceiveSequence &record = now.ReceiveAt(i);
-        const SendSequence was = AnswerOf(before, record);
-        const SendSequence is = AnswerOf(now, record);
+    for (int i = 0; i < m_sequences.ReceiveCount(); ++i) {
+        const ReceiveSequence &record = m_sequences.ReceiveAt(i);
+        const SendSequence &was = m_answers[i];
+        const SendSequence is = AnswerOf(m_sequences, record);
         if (was.Name == is.Name && was.Sequence == is.Sequence)
             continue;
-        const QString shown =
-            was.Name == is.Name ? QStringLiteral("another ") + Shown(is) : Shown(is);
+        const QString another = was.Name == is.Name ? QStringLiteral("another ") : QString();
         lines << QStringLiteral("%1: %2 before, %3 now")
-                     .arg(NamedSequences::Title(i, record.Name), Shown(was), shown);
+                     .arg(NamedSequences::Title(i, record.Name), Shown(was), another + Shown(is));
     }
     return Message(QStringLiteral("Answers go by the place of the send sequence. These receive "
                                   "sequences have another answer now:"),
                    lines);
 }
 
-QString OnActive(const MdSequenceEdition &before, const MdSequenceEdition &now)
+QString DeletionEffects::OnActive() const
 {
     QStringList lines;
-    for (int i = before.CurrentReceiveIndex; i < now.ReceiveCount(); ++i) {
-        const ReceiveSequence &was = before.ReceiveAt(i + 1);
-        const ReceiveSequence &is = now.ReceiveAt(i);
-        if ((was.Active == 1) != (is.Active == 1))
+    for (int i = m_sequences.CurrentReceiveIndex; i < m_sequences.ReceiveCount(); ++i) {
+        const ReceiveSequence &record = m_sequences.ReceiveAt(i);
+        const bool was = m_active[i + 1];
+        const bool is = record.Active == 1;
+        if (was != is)
             lines << QStringLiteral("%1: %2 before, %3 now")
-                         .arg(NamedSequences::Title(i, is.Name), ActiveText(was), ActiveText(is));
+                         .arg(NamedSequences::Title(i, record.Name), ActiveText(was),
+                              ActiveText(is));
     }
     return Message(QStringLiteral("\"Active\" goes by the place in the list. It is another one now "
                                   "for these receive sequences:"),
                    lines);
 }
-
-} // namespace DeletionEffects

@@ -3,18 +3,29 @@
 
 #pragma once
 
+#include "SendSequence.h"
+
+#include <QList>
 #include <QString>
 
 class MdSequenceEdition;
 
-/// What a deletion has changed about sequences that were not deleted, in a message for the user:
-/// answers and Active flags go by place, and places move up. Empty if nothing is another.
-namespace DeletionEffects
+/// Remembers, before a sequence is deleted, what goes by the places that others will move into: the
+/// answers and the Active flags of the receive sequences. Afterwards it tells the user which of
+/// them are others; nothing if none is.
+class DeletionEffects final
 {
+  public:
+    /// The tables live longer.
+    explicit DeletionEffects(const MdSequenceEdition &sequences);
 
-/// The tables before and after the send sequence at CurrentSendIndex was deleted.
-QString OnAnswers(const MdSequenceEdition &before, const MdSequenceEdition &now);
-/// The tables before and after the receive sequence at CurrentReceiveIndex was deleted.
-QString OnActive(const MdSequenceEdition &before, const MdSequenceEdition &now);
+    /// After the send sequence at CurrentSendIndex was deleted.
+    QString OnAnswers() const;
+    /// After the receive sequence at CurrentReceiveIndex was deleted.
+    QString OnActive() const;
 
-} // namespace DeletionEffects
+  private:
+    const MdSequenceEdition &m_sequences;
+    QList<SendSequence> m_answers; ///< by receive sequence; without a name for none
+    QList<bool> m_active;          ///< likewise
+};
