@@ -9,10 +9,10 @@
 #include "support/FullTables.h"
 #include "support/ScriptedPrompts.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -188,6 +188,10 @@ class tst_editors : public QObject
         QCOMPARE(bench.tables.SendCount(), 3);
         QVERIFY(bench.changes.isEmpty());
         bench.Press("cmdDelete");
+        QCOMPARE(bench.prompts.shown.size(), 3);
+        QCOMPARE(bench.prompts.shown.last().icon, PromptIcon::Information);
+        QVERIFY(bench.prompts.shown.last().text.endsWith(
+            "\n0, \"ask\": \"two\" before, \"three\" now"));
         QCOMPARE(bench.Text("txtActionName"), "three");
         QCOMPARE(bench.Enabled(), "BFD");
         bench.Press("cmdDelete");
@@ -195,6 +199,10 @@ class tst_editors : public QObject
         QCOMPARE(bench.Enabled(), "B");
         QCOMPARE(bench.changes, QStringList({"deleted 1", "deleted 1"}));
         QCOMPARE(bench.tables.SendCount(), 1);
+        QCOMPARE(bench.prompts.shown.size(), 5);
+        bench.Press("cmdBack");
+        bench.Press("cmdDelete"); // no answer leads there
+        QCOMPARE(bench.prompts.shown.size(), 6);
     }
 
     void AFullTableTakesNoMore()
@@ -259,8 +267,7 @@ class tst_editors : public QObject
     {
         ReceiveBench bench(0);
         for (const qint16 answer : {qint16(4), qint16(32767), qint16(-1)}) {
-            bench.tables.ChangeReceive(
-                0, [answer](ReceiveSequence &record) { record.Answer = answer; });
+            bench.tables.ChangeReceive(0, [answer](auto &record) { record.Answer = answer; });
             bench.Open(0);
             QCOMPARE(bench.Find<QComboBox>("ComboAnswer")->currentIndex(), -1);
             const QByteArray name = "renamed " + QByteArray::number(answer);
@@ -294,6 +301,8 @@ class tst_editors : public QObject
         QCOMPARE(bench.Text("txtEventName"), "bye");
         QCOMPARE(bench.tables.ReceiveAt(0).Active, qint16(1));
         QCOMPARE(bench.tables.ReceiveCount(), 1);
+        QVERIFY(
+            bench.prompts.shown.last().text.endsWith("\n0, \"bye\": inactive before, active now"));
     }
 
     void NamesStayInTheCodePageAndOnOneLine()
@@ -308,7 +317,7 @@ class tst_editors : public QObject
         QCOMPARE(name->text(), QStringLiteral("5 €!"));
         name->selectAll();
         for (const char *pasted : {"two\nlines", "2 kΩ"}) {
-            QGuiApplication::clipboard()->setText(QString::fromUtf8(pasted));
+            QApplication::clipboard()->setText(QString::fromUtf8(pasted));
             name->paste();
             QCOMPARE(name->text(), "two lines");
         }
@@ -316,26 +325,128 @@ class tst_editors : public QObject
         QCOMPARE(bench.tables.SendAt(0).Name, "two lines");
     }
 
-    void WhatTheFileCutsIsTold_data()
+    void ANewIndexIsEmpty()
     {
-        const Cases<QByteArray, bool, bool> row("text", "nameTold", "commentTold");
-        row("an ordinary text", "all well", false, false);
-        row("a comma", "a, b", true, true);
-        row("a leading quote; a comment has a word in front", "\"a\"", true, false);
-        row("leading blanks, likewise", "  a", true, false);
-        row("a quote further on", "a \"b\"", false, false);
+        ReceiveBench bench(0);
+        bench.tables.ClearProject(); // which leaves comments
+        bench.Open(0);
+        QCOMPARE(bench.Text("TxtComment"), "");
+        QVERIFY(!bench.Find<QCheckBox>("ChkInsertCminEM")->isChecked());
+        bench.Type("txtEventName", "new");
+        bench.Press("cmdOK");
+        QCOMPARE(bench.tables.ReceiveAt(0).Comment, "");
+        QCOMPARE(bench.tables.ReceiveCount(), 1);
     }
-    void WhatTheFileCutsIsTold()
+
+    void QuietLinesTellAndMoveNothing()
     {
-        QFETCH(const QByteArray, text);
         ReceiveBench bench(0);
         bench.Find<QTabBar>("tbsEvent")->setCurrentIndex(1);
-        bench.Type("txtEventName", text);
-        bench.Type("TxtComment", text);
-        QTEST(bench.Visible("txtEventNameNote"), "nameTold");
-        QTEST(bench.Visible("TxtCommentNote"), "commentTold");
+        const auto *sequence = bench.Find<SQEditSequence>("AXEditEvent");
+        const auto places = [&bench, sequence] {
+            const QWidget *comment = bench.Find<QWidget>("ChkInsertCminEM");
+            return QList{sequence->geometry(), bench.editor->geometry(), comment->geometry()};
+        };
+        const QList<QRect> before = places();
+        const struct {
+            const char *name, *comment, *told;
+        } cases[] = {{"all well", "all well", ""},
+                     {"a \"b\"", "\"b\"", ""},
+                     {" a", "a, b", "name comment"},
+                     {"\"a", "", "name"}};
+        for (const auto &[name, comment, told] : cases) {
+            bench.Type("txtEventName", name);
+            bench.Type("TxtComment", comment);
+            QStringList lines;
+            if (bench.Visible("txtEventNameNote"))
+                lines << "name";
+            if (bench.Visible("TxtCommentNote"))
+                lines << "comment";
+            QCOMPARE(lines.join(' '), told);
+            QCOMPARE(places(), before);
+        }
         bench.Press("cmdOK");
-        QCOMPARE(bench.tables.ReceiveAt(0).Name, text); // kept as typed
+        QCOMPARE(bench.tables.ReceiveAt(0).Name, "\"a"); // kept as typed
+    }
+
+    void EmptyingARecordStoresNothing_data()
+    {
+        const Cases<int, QByteArray, int, int, QString> row("index", "button", "boxes", "shown",
+                                                            "line");
+        row("Apply", 1, "cmdApply", 0, 1, "Not stored");
+        row("OK", 1, "cmdOK", 1, -1, "");
+        row("stepping", 1, "cmdForward", 2, 2, "");
+        row("OK at a new index", 3, "cmdOK", 0, -1, "");
+        row("stepping from a new index", 3, "cmdBack", 1, 2, "");
+        row("Apply at a new index", 3, "cmdApply", 0, 3, "");
+    }
+    void EmptyingARecordStoresNothing()
+    {
+        QFETCH(const int, index);
+        QFETCH(const QByteArray, button);
+        SendBench bench(index);
+        auto *sequence = bench.Find<SQEditSequence>("AXEditAction");
+        bench.Type("txtActionName", "x");
+        bench.Find<QLineEdit>("txtActionName")->clear();
+        sequence->SelectAll();
+        sequence->Delete();
+        bench.Press(button);
+        QTEST(int(bench.prompts.shown.size()), "boxes");
+        if (button == "cmdOK" && index == 1)
+            QCOMPARE(bench.prompts.shown.last().text, "Not stored; use Delete Sequence");
+        QCOMPARE(bench.tables.SendAt(1).Name, "two");
+        QVERIFY(bench.changes.isEmpty());
+        const int shown = bench.editor->isVisible() ? bench.tables.CurrentSendIndex : -1;
+        QTEST(shown, "shown");
+        QCOMPARE(bench.Text("txtActionName"), shown == 1 ? "two" : shown == 2 ? "three" : "");
+        QTEST(bench.Find<QLabel>("AXEditActionNote")->text().section(',', 0, 0), "line");
+    }
+
+    void AnEmptySequenceIsToldOfOnceItIsStored()
+    {
+        ReceiveBench bench(2);
+        auto *sequence = bench.Find<SQEditSequence>("AXEditEvent");
+        bench.Type("txtEventName", "new");
+        QVERIFY(!bench.Visible("AXEditEventNote"));
+        bench.Press("cmdApply");
+        QVERIFY(bench.Find<QLabel>("AXEditEventNote")->text().contains("one byte 0"));
+        QCOMPARE(sequence->accessibleDescription(), bench.Find<QLabel>("AXEditEventNote")->text());
+        QTest::keyClicks(sequence, "x");
+        QVERIFY(!bench.Visible("AXEditEventNote"));
+    }
+
+    void ItemsTypedAsCharactersAreConverted()
+    {
+        SendBench bench(3);
+        auto *sequence = bench.Find<SQEditSequence>("AXEditAction");
+        QTest::keyClicks(sequence, "01 03 00 00 00 02 C4 0B");
+        QCOMPARE(bench.Find<QLabel>("AXEditActionNote")->text(),
+                 "23 characters; as HEX this would be 8 bytes");
+        QCOMPARE(bench.Find<QPushButton>("cmdConvert")->text(), "&Convert to HEX");
+        bench.Press("cmdConvert");
+        QCOMPARE(sequence->Sequence().toHex(), "010300000002c40b");
+        QVERIFY(bench.Find<QRadioButton>("OptionHexa")->isChecked());
+        QVERIFY(!bench.Visible("AXEditActionNote") && !bench.Visible("cmdConvert"));
+        sequence->Undo();
+        QCOMPARE(sequence->Sequence(), "01 03 00 00 00 02 C4 0B");
+        bench.Press("OptionAscii");
+        QVERIFY(bench.Visible("cmdConvert"));
+    }
+
+    void TabLeadsThroughTheFieldsFromTopToBottom()
+    {
+        SendBench bench(0);
+        QVERIFY(QTest::qWaitForWindowActive(bench.editor.get()));
+        QStringList order;
+        for (int i = 0; i < 4; ++i) {
+            order << QApplication::focusWidget()->objectName();
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        }
+        QCOMPARE(order,
+                 QStringList({"txtActionName", "OptionAscii", "AXEditAction", "cmdForward"}));
+        const QWidget *modes = bench.Find<QWidget>("OptionAscii")->parentWidget();
+        QCOMPARE(modes->accessibleName(), "Edit Mode");
+        QVERIFY(modes->y() < bench.Find<QWidget>("AXEditAction")->y());
     }
 };
 

@@ -140,6 +140,33 @@ class tst_project : public QObject
         QCOMPARE(bench.State(), "~/|mine|Serimonde|unmodified|~/mine");
     }
 
+    void ASaveTellsWhatWillNotComeBack()
+    {
+        ProjectBench bench(true);
+        bench.tables.AddSend({"Pump, on", "A", {}});
+        bench.tables.AddSend({"empty", "", {}});
+        bench.tables.AddReceive({"Pump, on", "AB"});
+        bench.tables.AddReceive({"last", "l"});
+        bench.prompts.chosen = {bench.Path("test.sqx")};
+        bench.prompts.whileStanding = [&bench] {
+            if (!bench.prompts.shown.isEmpty())
+                QCOMPARE(bench.State(), "~/|test|Serimonde - test|unmodified|~/test");
+        };
+        QVERIFY(bench.project.SaveProjectAs());
+        QCOMPARE(bench.prompts.shown,
+                 QList{ExclamationMessage(
+                     "The project is saved, but these sequences will not come back as they are "
+                     "when it is opened again. The editor of the first one tells why.\n"
+                     "Send sequence 1, \"Pump, on\": other name, bytes\n"
+                     "Send sequence 2, \"empty\": one byte 0 in place of no bytes\n"
+                     "Receive sequence 0, \"Pump, on\": lost\n"
+                     "Receive sequence 1, \"last\": lost")});
+        QCOMPARE(bench.ReadFile("test.sqx"),
+                 PingFile + "SEND\r\n1\r\nPump, on\r\n065\r\n\r\nSEND\r\n2\r\nempty\r\n\r\n\r\n"
+                            "RECEIVE\r\n0\r\nPump, on\r\n065 | 066\r\n0\r\n1\r\nCOMMENT \r\n\r\n"
+                            "RECEIVE\r\n1\r\nlast\r\n108\r\n0\r\n1\r\nCOMMENT \r\n\r\n");
+    }
+
     void ACancelledDialogChangesNothing()
     {
         ProjectBench bench(true);

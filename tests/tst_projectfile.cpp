@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "ClInputFile.h"
 #include "ClOutputFile.h"
 #include "DecimalList.h"
 #include "FieldReader.h"
 #include "MdSequenceEdition.h"
 #include "ProjectFile.h"
+#include "ProjectLosses.h"
 #include "support/Cases.h"
 #include "support/ScriptedDisk.h"
 
@@ -213,6 +215,99 @@ class tst_projectfile : public QObject
         QCOMPARE(tables.ReceiveCount(), 0);
     }
 
+    void WhatANameDoesIsTold_data()
+    {
+        const Cases<char, QByteArray, QByteArray, QString, QByteArray> row("list", "name", "bytes",
+                                                                           "told", "read");
+        const QString gives = "Because of %1, opening the saved project gives the name \"%2\"%3.";
+        const QString loses =
+            "Because of %1, opening the saved project loses this sequence and %2.";
+        const QString takes = "The double quote in front takes all that follows in the saved file, "
+                              "up to the next double quote, into this name.";
+        const QString all = "those behind it, all receive sequences too";
+        const QString bytes = ", with other bytes";
+        const auto comma = QStringLiteral("the comma");
+        const auto lineEnd = QStringLiteral("the line end");
+        const auto quote = QStringLiteral("the double quote in front");
+
+        row("plain", 'S', "on", "A", "", "on=A next=n / last=l,2,1,c");
+        row("no bytes; that is not the name's fault", 'S', "on", "", "",
+            "on=\\0 next=n / last=l,2,1,c");
+        row("blanks", 'S', "  on", "A", gives.arg("the blank in front", "on", ""),
+            "on=A next=n / last=l,2,1,c");
+        row("a comma", 'S', "on, it", "A", gives.arg(comma, "on", bytes),
+            "on=\\0 next=n / last=l,2,1,c");
+        row("a comma, a number behind it", 'S', "on, 300", "A", loses.arg(comma, all),
+            " /  failed");
+        row("a line end", 'S', "on\r\nit", "A", gives.arg(lineEnd, "on", bytes),
+            "on=\\0 next=n / last=l,2,1,c");
+        row("quotes, a comma in them", 'S', "\"on, it\"", "A", gives.arg(quote, "on, it", ""),
+            "on, it=A next=n / last=l,2,1,c");
+        row("a comma behind quotes", 'S', "\"on\", 7", "A", gives.arg(comma, "on", bytes),
+            "on=\a next=n / last=l,2,1,c");
+        row("a quote", 'S', "\"on", "A", takes, "on\r\n065\r\n\r\nSEN=\\0 / ");
+        row("a quote, another one further on", 'Q', "\"on", "A", takes,
+            "on\r\n065\r\n\r\nSEN=n / last=l,2,1,c");
+        row("a quote inside", 'S', "on \"it\"", "A", "", "on \"it\"=A next=n / last=l,2,1,c");
+
+        row("plain, received", 'R', "on", "AB", "", "next=n / on=AB,1,1,done last=l,2,1,c");
+        row("no bytes, received", 'R', "on", "", "", "next=n / on=\\0,1,1,done last=l,2,1,c");
+        row("a comma, received", 'R', "on, it", "AB", loses.arg(comma, "those behind it"),
+            "next=n /  failed");
+        row("a comma, one byte received", 'R', "on, it", "A",
+            gives.arg(comma, "on", ", with other bytes, answer, comment"),
+            "next=n / on=\\0,65,1, last=l,2,1,c");
+        row("a comma, no byte received", 'R', "on, it", "", loses.arg(comma, "those behind it"),
+            "next=n /  failed");
+        row("a line end, received", 'R', "on\nit", "AB", loses.arg(lineEnd, "those behind it"),
+            "next=n /  failed");
+        row("quotes, received", 'R', "\"on\"", "AB", gives.arg(quote, "on", ""),
+            "next=n / on=AB,1,1,done last=l,2,1,c");
+        row("a quote, received", 'R', "\"on", "AB", takes, "next=n /  failed");
+    }
+    void WhatANameDoesIsTold()
+    {
+        QFETCH(const char, list);
+        QFETCH(const QByteArray, name);
+        QFETCH(const QByteArray, bytes);
+        const ReceiveSequence received = {
+            .Name = name, .Sequence = bytes, .Answer = 1, .Comment = "done"};
+        MdSequenceEdition tables;
+        if (list != 'R')
+            tables.AddSend({name, bytes, {}});
+        tables.AddSend({list == 'Q' ? "ne\"xt" : "next", "n", {}});
+        if (list == 'R')
+            tables.AddReceive(received);
+        tables.AddReceive({"last", "l", {}, {}, 2, "c"});
+        QTEST(list == 'R' ? ProjectLosses::OfName(received)
+                          : ProjectLosses::OfName(SendSequence{name, bytes, {}}),
+              "told");
+        QTEST(SavedAndRead(tables), "read");
+    }
+
+    void WhatACommentDoesIsTold_data()
+    {
+        const Cases<QByteArray, QString, QByteArray> row("comment", "told", "read");
+        const QString because = "Because of %1, opening the saved project %2.";
+        row("blanks and quotes, all well", "  \"on\"", "", " / on=A,0,1,  \"on\" last=l,0,1,");
+        row("a comma", "on, it", because.arg("the comma", "gives the comment \"on\""),
+            " / on=A,0,1,on last=l,0,1,");
+        row("a line end", "on\nit", because.arg("the line end", "gives the comment \"on\""),
+            " / on=A,0,1,on last=l,0,1,");
+        row("a quote behind a comma", "on, \"it",
+            because.arg("the comma", "loses the sequences behind this one"), " / on=A,0,1,on");
+    }
+    void WhatACommentDoesIsTold()
+    {
+        QFETCH(const QByteArray, comment);
+        const ReceiveSequence record = {.Name = "on", .Sequence = "A", .Comment = comment};
+        MdSequenceEdition tables;
+        tables.AddReceive(record);
+        tables.AddReceive({.Name = "last", .Sequence = "l"});
+        QTEST(ProjectLosses::OfComment(record), "told");
+        QTEST(SavedAndRead(tables), "read");
+    }
+
     void EmptiesTheTablesBeforeAMissingFile()
     {
         MdSequenceEdition tables;
@@ -251,9 +346,45 @@ class tst_projectfile : public QObject
         }
     }
 
+    void RefusesWhatItCouldNotRead()
+    {
+        const qint64 most = 64 * 1024 * 1024;
+        const qint64 rest = QByteArray("VERSION\r\n3\r\n\r\nSEND\r\n0\r\n\r\n065\r\n\r\n").size();
+        for (const qint64 size : {most, most + 1}) {
+            MdSequenceEdition tables;
+            tables.AddSend({QByteArray(size - rest, 'n'), "A", {}});
+            disk.files[Path] = "old";
+            QCOMPARE(ProjectFile::SaveProject(tables, files, Path).Message(),
+                     size > most ? "The project is too large to be saved: a project file has at "
+                                   "most 64 MiB. Nothing has been written."
+                                 : "");
+            QCOMPARE(disk.files[Path].size(), size > most ? 3 : size);
+            disk.files[Path].resize(size);
+            QCOMPARE(ClInputFile(files).OpenFile(Path).Failed(), size > most);
+        }
+    }
+
     void init() { disk.Reset(); }
 
   private:
+    /// What comes back: sequences as name=bytes, received ones with answer, active flag, comment.
+    QByteArray SavedAndRead(const MdSequenceEdition &saved)
+    {
+        MdSequenceEdition read;
+        const bool written = !ProjectFile::SaveProject(saved, files, Path).Failed();
+        const bool whole = !ProjectFile::LoadProject(read, files, Path).Failed();
+        QByteArrayList sends, receives;
+        for (int i = 0; i < read.SendCount(); ++i)
+            sends << read.SendAt(i).Name.left(14) + '=' + read.SendAt(i).Sequence;
+        for (int i = 0; i < read.ReceiveCount(); ++i) {
+            const ReceiveSequence &is = read.ReceiveAt(i);
+            receives << is.Name + '=' + is.Sequence + ',' + QByteArray::number(is.Answer) + ',' +
+                            QByteArray::number(is.Active) + ',' + is.Comment;
+        }
+        const QByteArray all = sends.join(' ') + " / " + receives.join(' ');
+        return QByteArray(all).replace('\0', "\\0") + (written && whole ? "" : " failed");
+    }
+
     ScriptedDisk disk;
     OpenFiles files{disk};
 };

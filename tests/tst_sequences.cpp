@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "DeletionEffects.h"
 #include "MdSequenceEdition.h"
-
-#include <QTest>
+#include "NamedSequences.h"
+#include "support/Cases.h"
 
 namespace
 {
@@ -74,6 +75,55 @@ class tst_sequences : public QObject
         QCOMPARE(tables.Send(0), "ONE/one");
     }
 
+    void DeletingTellsWhichAnswersAreOthers_data()
+    {
+        const Cases<int, QString> row("deleted", "told");
+        row("the first", 0,
+            "0, \"A\": \"ONE\" before, \"TWO\" now\n1, \"B\": \"TWO\" before, \"THREE\" now\n"
+            "3, \"D\": \"FOUR\" before, no answer now");
+        row("an equal one moves up", 2, "3, \"D\": \"FOUR\" before, no answer now");
+        row("the last", 4, "3, \"D\": \"FOUR\" before, no answer now");
+        row("one that does not exist", 5, "");
+    }
+    void DeletingTellsWhichAnswersAreOthers()
+    {
+        Tables tables;
+        for (const char *name : {"ONE", "TWO", "THREE", "THREE", "FOUR"})
+            tables.AddSend(name);
+        for (const auto &[name, answer] :
+             {std::pair{"A", 1}, {"B", 2}, {"C", 3}, {"D", 5}, {"E", 0}})
+            tables.AddReceive(name, qint16(answer));
+        QFETCH(const int, deleted);
+        tables.CurrentSendIndex = deleted;
+        const DeletionEffects effects(tables);
+        tables.DeleteSendSequence();
+        QTEST(effects.OnAnswers().section('\n', 1), "told");
+    }
+
+    void DeletingTellsWhichTicksAreOthers()
+    {
+        const std::pair<int, const char *> cases[] = {
+            {0, "0, \"B\": inactive before, active now\n2, \"D\": active before, inactive now"},
+            {1, "2, \"D\": active before, inactive now"},
+            {3, ""}};
+        for (const auto &[deleted, told] : cases) {
+            Tables tables;
+            for (const auto &[name, active] : {std::pair{"A", 1}, {"B", 0}, {"C", 0}, {"D", 1}})
+                tables.AddReceive(name, 0, qint16(active));
+            tables.CurrentReceiveIndex = deleted;
+            const DeletionEffects effects(tables);
+            tables.DeleteReceiveSequence();
+            QCOMPARE(effects.OnActive().section('\n', 1), told);
+        }
+    }
+
+    void LongListsAreCutShort()
+    {
+        const QStringList lines(14, "x");
+        QCOMPARE(NamedSequences::Listed(lines.first(12)), lines.first(12).join('\n'));
+        QCOMPARE(NamedSequences::Listed(lines), lines.first(11).join('\n') + "\nand 3 more");
+    }
+
     void FullTablesAreDeletedFromWithinTheTable()
     {
         Tables tables;
@@ -112,8 +162,8 @@ class tst_sequences : public QObject
         const std::pair<qint16, const char *> answers[] = {{0, ""}, {-1, ""},   {1, "ONE"},
                                                            {2, ""}, {1026, ""}, {32767, ""}};
         for (const auto &[answer, name] : answers) {
-            tables.ChangeReceive(0, [&, &answer = answer](ReceiveSequence &record) {
-                record.Answer = answer;
+            tables.ChangeReceive(0, [a = answer](ReceiveSequence &record) {
+                record.Answer = a;
                 record.AnswerName = "left over";
             });
             tables.RefreshAnswerName(0);

@@ -5,9 +5,9 @@
 #include "Representation.h"
 #include "SequenceEditing.h"
 #include "SequenceText.h"
+#include "support/Cases.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 namespace
 {
@@ -66,6 +66,47 @@ class tst_SequenceText : public QObject
                 QVERIFY2(parsed.refusal.isEmpty() && parsed.bytes == bytes, qPrintable(text));
             }
         }
+    }
+
+    void ItemsTypedAsCharactersAreSeen_data()
+    {
+        const Cases<QByteArray, QString> row("text", "meant");
+        row("a frame", "01 03 00 00 00 02 C4 0B", "HEX 01 03 00 00 00 02 c4 0b");
+        row("other separators, small letters", "0d,0a|ff", "HEX 0d 0a ff");
+        row("as in a program", "{0x02, 0x03}", "");
+        row("with marks", "0x02, 0x03", "HEX 02 03");
+        row("the assembler's", "02h 0FFh", "HEX 02 ff");
+        row("a dump of two lines", "01 02\r\n03 04\r\n", "HEX 01 02 03 04");
+        row("a frame and the Enter of a habit", "01 03 00 C4\r", "HEX 01 03 00 c4");
+        row("no digit at all", "FF FF FF", "HEX ff ff ff");
+        row("decimal", "001 003 255", "Decimal 01 03 ff");
+        row("decimal, above a byte", "001 300", "");
+        row("binary", "00000001 11111111", "Binary 01 ff");
+        row("nothing", "", "");
+        row("blanks", "   ", "");
+        row("one item", "12", "");
+        row("one item in blanks", " 0D ", "");
+        row("without separators", "0103000002C40B", "");
+        row("half items", "1 3 0 2", "");
+        row("half an item among whole ones", "01 03 0", "");
+        row("marked half items", "$D $A", "");
+        row("items and a word", "01 03 to 05", "");
+        row("words", "be ad", "");
+        row("commands", "AT", "");
+        row("a command with numbers and its end", "10,20\r", "");
+        row("a measurement", "T=21.4 C", "");
+        row("NUL between digits", QByteArray("12\00034", 5), "");
+        row("an ellipsis is no blank", "01\x85 02\x85", "");
+    }
+    void ItemsTypedAsCharactersAreSeen()
+    {
+        QFETCH(const QByteArray, text);
+        const auto items = SequenceText::ItemsIn(text);
+        QString meant;
+        if (items)
+            meant = QLatin1StringView(RowOf(items->form).caption) + u' ' +
+                    QString::fromLatin1(items->bytes.toHex(' '));
+        QTEST(meant, "meant");
     }
 
     void RefusesNamingTheFirstWrongItem()

@@ -3,7 +3,9 @@
 
 #include "frmEditAction.h"
 
+#include "DeletionEffects.h"
 #include "MdSequenceEdition.h"
+#include "ProjectLosses.h"
 
 frmEditAction::frmEditAction(const SequenceEditorParts &parts, QWidget *parent)
     : frmEditSequence({"frmEditAction", "Edit Send Sequence", "lblActionID", "txtActionName",
@@ -30,8 +32,7 @@ int frmEditAction::Count() const
 
 void frmEditAction::ShowFields(int index)
 {
-    const SendSequence record =
-        index < MdSequenceEdition::Capacity ? Parts().sequences.SendAt(index) : SendSequence{};
+    const SendSequence record = index < Count() ? Parts().sequences.SendAt(index) : SendSequence{};
     ShowNameAndSequence(record.Name, record.Sequence);
 }
 
@@ -43,4 +44,20 @@ void frmEditAction::StoreFields(int index)
 void frmEditAction::DeleteCurrent()
 {
     Parts().sequences.DeleteSendSequence();
+}
+
+QString frmEditAction::NameNote() const
+{
+    return ProjectLosses::OfName(SendSequence{Name(), Sequence(), {}});
+}
+
+QString frmEditAction::EmptyNote() const
+{
+    return QStringLiteral("Without bytes, this sequence is one byte 0 once the saved project is "
+                          "opened again.");
+}
+
+QString frmEditAction::DeletionNote(const DeletionEffects &effects) const
+{
+    return effects.OnAnswers();
 }

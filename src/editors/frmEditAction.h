@@ -20,4 +20,7 @@ class frmEditAction final : public frmEditSequence
     void ShowFields(int index) override;
     void StoreFields(int index) override;
     void DeleteCurrent() override;
+    QString NameNote() const override;
+    QString EmptyNote() const override;
+    QString DeletionNote(const DeletionEffects &effects) const override;
 };

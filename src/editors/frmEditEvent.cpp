@@ -5,8 +5,10 @@
 
 #include "CodePage1252.h"
 #include "CodePageEdit.h"
-#include "FileCut.h"
+#include "DeletionEffects.h"
 #include "MdSequenceEdition.h"
+#include "ProjectLosses.h"
+#include "QuietLine.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -22,7 +24,7 @@ frmEditEvent::frmEditEvent(const SequenceEditorParts &parts, QWidget *parent)
                       parts, parent),
       ComboAnswer(new QComboBox(this)),
       TxtComment(new CodePageEdit(this)),
-      m_commentNote(new QLabel(this)),
+      m_commentNote(new QuietLine(*TxtComment, this)),
       ChkInsertCminEM(new QCheckBox(this))
 {
     MakeAction();
@@ -89,8 +91,6 @@ QWidget *frmEditEvent::MakeCommentPage()
     TxtComment->setObjectName(QStringLiteral("TxtComment"));
     TxtComment->setAccessibleName(QStringLiteral("Comment"));
     m_commentNote->setObjectName(QStringLiteral("TxtCommentNote"));
-    m_commentNote->setWordWrap(true);
-    m_commentNote->hide();
     ChkInsertCminEM->setObjectName(QStringLiteral("ChkInsertCminEM"));
     ChkInsertCminEM->setText(QStringLiteral("Additonally insert the comment into the log file"));
 
@@ -101,12 +101,7 @@ QWidget *frmEditEvent::MakeCommentPage()
           static_cast<QWidget *>(m_commentNote), static_cast<QWidget *>(ChkInsertCminEM)})
         column->addWidget(widget);
     column->addStretch();
-    connect(TxtComment, &QLineEdit::textChanged, this, [this] {
-        const QString note = FileCut::OfComment(TxtComment->Text());
-        m_commentNote->setText(note);
-        m_commentNote->setVisible(!note.isEmpty());
-        NoteChange();
-    });
+    connect(TxtComment, &QLineEdit::textChanged, this, &frmEditEvent::NoteChange);
     return page;
 }
 
@@ -152,9 +147,7 @@ int frmEditEvent::Count() const
 
 void frmEditEvent::ShowFields(int index)
 {
-    const ReceiveSequence record = index < MdSequenceEdition::Capacity
-                                       ? Parts().sequences.ReceiveAt(index)
-                                       : ReceiveSequence{};
+    const ReceiveSequence record = Stored(index);
     ShowNameAndSequence(record.Name, record.Sequence);
     const bool listed = record.Answer >= 0 && record.Answer < ComboAnswer->count();
     ComboAnswer->setCurrentIndex(listed ? record.Answer : -1);
@@ -162,22 +155,56 @@ void frmEditEvent::ShowFields(int index)
     ChkInsertCminEM->setChecked(record.CommentToLog != 0);
 }
 
-/// CommentToLog is only shown here, and an answer that the list does not show stays as it is.
-void frmEditEvent::StoreFields(int index)
+/// Behind the last record there may be what is left of another project.
+ReceiveSequence frmEditEvent::Stored(int index) const
 {
-    MdSequenceEdition &sequences = Parts().sequences;
-    ReceiveSequence record = sequences.ReceiveAt(index);
+    return index < Count() ? Parts().sequences.ReceiveAt(index) : ReceiveSequence{};
+}
+
+/// The record as the fields are. CommentToLog is only shown here, and an answer that the list does
+/// not show stays as it is.
+ReceiveSequence frmEditEvent::Changed() const
+{
+    ReceiveSequence record = Stored(CurrentIndex());
     record.Name = Name();
     record.Sequence = Sequence();
-    record.EditorTexts = EditorTexts();
     record.Comment = TxtComment->Text();
     if (ComboAnswer->currentIndex() >= 0)
         record.Answer = qint16(ComboAnswer->currentIndex());
-    sequences.StoreReceive(index, record);
-    sequences.RefreshAnswerName(index);
+    return record;
+}
+
+void frmEditEvent::StoreFields(int index)
+{
+    ReceiveSequence record = Changed();
+    record.EditorTexts = EditorTexts();
+    Parts().sequences.StoreReceive(index, record);
+    Parts().sequences.RefreshAnswerName(index);
 }
 
 void frmEditEvent::DeleteCurrent()
 {
     Parts().sequences.DeleteReceiveSequence();
+}
+
+QString frmEditEvent::NameNote() const
+{
+    return ProjectLosses::OfName(Changed());
+}
+
+QString frmEditEvent::EmptyNote() const
+{
+    return QStringLiteral("Without bytes, this sequence is one byte 0 once the saved project is "
+                          "opened again, and is then found at every byte 0 received.");
+}
+
+QString frmEditEvent::DeletionNote(const DeletionEffects &effects) const
+{
+    return effects.OnActive();
+}
+
+void frmEditEvent::ShowNotes()
+{
+    frmEditSequence::ShowNotes();
+    m_commentNote->Say(ProjectLosses::OfComment(Changed()));
 }

@@ -7,8 +7,8 @@
 
 class QCheckBox;
 class QComboBox;
-class QLabel;
-class QLineEdit;
+class QuietLine;
+struct ReceiveSequence;
 
 /// The editor of receive sequences; works on the record at CurrentReceiveIndex. It also sets what
 /// happens on detection: the answer and the comment.
@@ -26,6 +26,10 @@ class frmEditEvent final : public frmEditSequence
     void ShowFields(int index) override;
     void StoreFields(int index) override;
     void DeleteCurrent() override;
+    QString NameNote() const override;
+    QString EmptyNote() const override;
+    QString DeletionNote(const DeletionEffects &effects) const override;
+    void ShowNotes() override;
 
   private:
     QWidget *MakeAnswerPage();
@@ -33,9 +37,11 @@ class frmEditEvent final : public frmEditSequence
     QWidget *MakeMessagePage();
     void MakeAction();
     void FillAnswers();
+    ReceiveSequence Stored(int index) const;
+    ReceiveSequence Changed() const;
 
     QComboBox *ComboAnswer;
     CodePageEdit *TxtComment;
-    QLabel *m_commentNote;
+    QuietLine *m_commentNote;
     QCheckBox *ChkInsertCminEM;
 };

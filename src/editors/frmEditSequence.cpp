@@ -4,10 +4,11 @@
 #include "frmEditSequence.h"
 
 #include "CodePageEdit.h"
+#include "DeletionEffects.h"
 #include "EditModeOptions.h"
-#include "FileCut.h"
 #include "MdSequenceEdition.h"
 #include "NamedButton.h"
+#include "QuietLine.h"
 #include "SQEditSequence.h"
 #include "UserPrompts.h"
 
@@ -34,9 +35,11 @@ frmEditSequence::frmEditSequence(const Names &names, const SequenceEditorParts &
       m_further(new QVBoxLayout),
       m_index(new QLabel(this)),
       m_name(new CodePageEdit(this)),
-      m_nameNote(new QLabel(this)),
+      m_nameNote(new QuietLine(*m_name, this)),
       m_sequence(new SQEditSequence(this)),
+      m_sequenceNote(new QuietLine(*m_sequence, this)),
       m_modes(new EditModeOptions(*m_sequence, this)),
+      cmdConvert(NamedButton("cmdConvert", "", this)),
       cmdBack(NamedButton("cmdBack", "&Back", this)),
       cmdForward(NamedButton("cmdForward", "&Forward", this)),
       cmdOK(NamedButton("cmdOK", "OK", this)),
@@ -56,12 +59,28 @@ void frmEditSequence::MakeFields(const Names &names)
     m_name->setObjectName(Text(names.name));
     m_name->setAccessibleName(QStringLiteral("Name"));
     m_nameNote->setObjectName(Text(names.name) + QStringLiteral("Note"));
-    m_nameNote->setWordWrap(true);
-    m_nameNote->hide();
     m_sequence->setObjectName(Text(names.sequence));
     m_sequence->setAccessibleName(QStringLiteral("Sequence"));
-    m_sequence->setMinimumSize(420, 120);
+    m_sequence->setMinimumSize(420, 80);
+    m_sequenceNote->setObjectName(Text(names.sequence) + QStringLiteral("Note"));
+    m_modes->PlaceBehind(*m_name);
+    setTabOrder(m_sequence, cmdConvert);
 
+    auto *page = new QVBoxLayout(this);
+    page->addWidget(MakeDefinition(names), 1);
+    page->addLayout(m_further);
+
+    connect(m_name, &QLineEdit::textChanged, this, &frmEditSequence::NoteChange);
+    connect(m_sequence, &SQEditSequence::Changed, this, &frmEditSequence::NoteChange);
+    connect(m_modes, &EditModeOptions::ModeChosen, this, [this](Representation mode) {
+        m_parts.mode = mode;
+        ShowNotes();
+    });
+    connect(cmdConvert, &QPushButton::clicked, this, &frmEditSequence::Convert);
+}
+
+QGroupBox *frmEditSequence::MakeDefinition(const Names &names)
+{
     auto *captionOfIndex = new QLabel(QStringLiteral("Index"));
     captionOfIndex->setObjectName(QStringLiteral("Label4"));
     auto *captionOfName = new QLabel(Text(names.nameCaption));
@@ -78,22 +97,14 @@ void frmEditSequence::MakeFields(const Names &names)
     column->addWidget(m_name);
     column->addWidget(m_nameNote);
     column->addWidget(new QLabel(QStringLiteral("2 - Sequence")));
-    column->addWidget(m_sequence, 1);
     column->addWidget(m_modes);
-
-    auto *page = new QVBoxLayout(this);
-    page->addWidget(frame, 1);
-    page->addLayout(m_further);
-
-    connect(m_name, &QLineEdit::textChanged, this, [this] {
-        const QString note = FileCut::OfName(m_name->Text());
-        m_nameNote->setText(note);
-        m_nameNote->setVisible(!note.isEmpty());
-        NoteChange();
-    });
-    connect(m_sequence, &SQEditSequence::Changed, this, &frmEditSequence::NoteChange);
-    connect(m_modes, &EditModeOptions::ModeChosen, this,
-            [this](Representation mode) { m_parts.mode = mode; });
+    column->addWidget(m_sequence, 1);
+    auto *note = new QHBoxLayout;
+    note->addStrut(cmdConvert->sizeHint().height());
+    note->addWidget(m_sequenceNote, 1, Qt::AlignTop);
+    note->addWidget(cmdConvert, 0, Qt::AlignTop);
+    column->addLayout(note);
+    return frame;
 }
 
 void frmEditSequence::MakeButtons()
@@ -128,6 +139,7 @@ void frmEditSequence::ShowRecord(int index)
 {
     m_index->setText(QString::number(index));
     ShowFields(index);
+    ShowNotes();
     cmdApply->setEnabled(false);
     UpdateButtons();
 }
@@ -167,6 +179,40 @@ EditorTextArray frmEditSequence::EditorTexts() const
 void frmEditSequence::NoteChange()
 {
     cmdApply->setEnabled(true);
+    ShowNotes();
+}
+
+void frmEditSequence::ShowNotes()
+{
+    m_nameNote->Say(NameNote());
+    const std::optional<SequenceText::Mistaken> items = Mistaken();
+    cmdConvert->setVisible(items.has_value());
+    // A new sequence has no bytes to begin with, and one without a name, too, will not be stored.
+    const bool empty = Sequence().isEmpty() && !Name().isEmpty() && CurrentIndex() < Count();
+    if (!items)
+        return m_sequenceNote->Say(empty ? EmptyNote() : QString());
+    const QString form = Text(RowOf(items->form).caption);
+    cmdConvert->setText(QStringLiteral("&Convert to ") + form);
+    m_sequenceNote->Say(
+        QStringLiteral("%1 characters; as %2 this would be %3 bytes")
+            .arg(QString::number(Sequence().size()), form, QString::number(items->bytes.size())));
+}
+
+/// What the characters read as, while they are taken for characters.
+std::optional<SequenceText::Mistaken> frmEditSequence::Mistaken() const
+{
+    return m_parts.mode == Representation::Ascii ? SequenceText::ItemsIn(Sequence()) : std::nullopt;
+}
+
+/// The characters become the bytes that they tell. Undoing that brings the characters back.
+void frmEditSequence::Convert()
+{
+    const std::optional<SequenceText::Mistaken> items = Mistaken();
+    if (!items)
+        return;
+    m_sequence->setFocus(); // the button goes
+    m_sequence->Replace(items->bytes);
+    m_modes->Choose(items->form);
 }
 
 /// Asks whether a change is to be kept before another record is shown.
@@ -182,7 +228,7 @@ void frmEditSequence::LeaveRecord()
          .defaultAnswer = PromptAnswer::Yes,
          .caption = windowTitle()});
     if (answer == PromptAnswer::Yes)
-        Apply();
+        ApplyAndLeave();
 }
 
 void frmEditSequence::Step(int by)
@@ -200,27 +246,43 @@ void frmEditSequence::Step(int by)
     ShowRecord(index);
 }
 
-/// A record without name and bytes does not come into the table.
-void frmEditSequence::Apply()
+/// A record without name and bytes does not come into the table. False if the user has emptied one
+/// that is there: it is as before.
+bool frmEditSequence::Apply()
 {
-    if (Name().isEmpty() && Sequence().isEmpty())
-        return;
     const int index = CurrentIndex();
+    if (Name().isEmpty() && Sequence().isEmpty())
+        return index >= Count();
     StoreFields(index);
     m_parts.RecordApplied(index);
+    return true;
 }
 
 void frmEditSequence::ApplyAndStay()
 {
-    Apply();
+    if (!Apply()) {
+        ShowRecord(CurrentIndex());
+        m_sequenceNote->Say(QStringLiteral("Not stored, as name and bytes were empty. This is the "
+                                           "stored sequence; Delete Sequence deletes it."));
+        return;
+    }
+    ShowNotes();
     cmdApply->setEnabled(false);
     UpdateButtons();
+}
+
+void frmEditSequence::ApplyAndLeave()
+{
+    if (!Apply())
+        m_parts.prompts.ShowMessage({.text = QStringLiteral("Not stored; use Delete Sequence"),
+                                     .icon = PromptIcon::Exclamation,
+                                     .caption = windowTitle()});
 }
 
 void frmEditSequence::accept()
 {
     if (cmdApply->isEnabled())
-        Apply();
+        ApplyAndLeave();
     QDialog::accept();
 }
 
@@ -236,7 +298,12 @@ void frmEditSequence::Delete()
     if (answer != PromptAnswer::Ok)
         return;
     const int index = CurrentIndex();
+    const DeletionEffects effects(m_parts.sequences);
     DeleteCurrent();
     m_parts.RecordDeleted(index);
     ShowRecord(index);
+    const QString note = DeletionNote(effects);
+    if (!note.isEmpty())
+        m_parts.prompts.ShowMessage(
+            {.text = note, .icon = PromptIcon::Information, .caption = windowTitle()});
 }

@@ -5,13 +5,19 @@
 
 #include "SendSequence.h"
 #include "SequenceEditorParts.h"
+#include "SequenceText.h"
 
 #include <QDialog>
 
+#include <optional>
+
 class CodePageEdit;
+class DeletionEffects;
 class EditModeOptions;
+class QGroupBox;
 class QLabel;
 class QPushButton;
+class QuietLine;
 class QVBoxLayout;
 class SQEditSequence;
 
@@ -49,6 +55,11 @@ class frmEditSequence : public QDialog
     /// Stores the fields into the current record; adds it if it is behind the last.
     virtual void StoreFields(int index) = 0;
     virtual void DeleteCurrent() = 0;
+    /// What the project file does not keep of the fields as they are; empty if it keeps all.
+    virtual QString NameNote() const = 0;
+    virtual QString EmptyNote() const = 0;
+    /// What a deletion has changed about other sequences; empty for nothing.
+    virtual QString DeletionNote(const DeletionEffects &effects) const = 0;
 
     const SequenceEditorParts &Parts() const { return m_parts; }
     void ShowNameAndSequence(const QByteArray &name, const QByteArray &sequence);
@@ -58,26 +69,34 @@ class frmEditSequence : public QDialog
     /// The place for further fields, above the buttons.
     QVBoxLayout *FurtherFields() const { return m_further; }
     void NoteChange();
+    /// Lets the quiet lines tell about the fields as they are.
+    virtual void ShowNotes();
 
   private:
     void MakeFields(const Names &names);
+    QGroupBox *MakeDefinition(const Names &names);
     void MakeButtons();
 
     void ShowRecord(int index);
     void UpdateButtons();
+    std::optional<SequenceText::Mistaken> Mistaken() const;
+    void Convert();
     void LeaveRecord();
     void Step(int by);
-    void Apply();
+    bool Apply();
     void ApplyAndStay();
+    void ApplyAndLeave();
     void Delete();
 
     SequenceEditorParts m_parts;
     QVBoxLayout *m_further;
     QLabel *m_index;
     CodePageEdit *m_name;
-    QLabel *m_nameNote;
+    QuietLine *m_nameNote;
     SQEditSequence *m_sequence;
+    QuietLine *m_sequenceNote;
     EditModeOptions *m_modes;
+    QPushButton *cmdConvert;
     QPushButton *cmdBack;
     QPushButton *cmdForward;
     QPushButton *cmdOK;

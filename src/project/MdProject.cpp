@@ -10,6 +10,7 @@
 #include "OpenFiles.h"
 #include "PathParts.h"
 #include "ProjectFile.h"
+#include "ProjectLosses.h"
 #include "ProjectState.h"
 #include "ProjectWindow.h"
 #include "RecentProjects.h"
@@ -118,6 +119,7 @@ bool MdProject::SaveProject()
     if (!Save(names))
         return false;
     Remember(names);
+    TellLosses();
     return true;
 }
 
@@ -131,6 +133,7 @@ bool MdProject::SaveProjectAs()
         return false;
     Remember(names);
     NameProject(names);
+    TellLosses();
     return true;
 }
 
@@ -224,6 +227,14 @@ bool MdProject::Save(const Names &names)
     else
         m_window->SetProjectModified(false);
     return !saved.Failed();
+}
+
+/// What was saved is in the file whole, but will not all be read again.
+void MdProject::TellLosses()
+{
+    const QString losses = ProjectLosses::OfProject(m_parts.sequences);
+    if (!losses.isEmpty())
+        m_parts.prompts.ShowMessage(ExclamationMessage(losses));
 }
 
 void MdProject::NameProject(const Names &names)

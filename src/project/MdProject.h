@@ -70,6 +70,7 @@ class MdProject
     void LoadItself(const QString &path);
     void Load(const Names &names, const QString &path);
     bool Save(const Names &names);
+    void TellLosses();
     void NameProject(const Names &names);
     void Remember(const Names &names);
     void TellOfUnstorable(const QString &project);

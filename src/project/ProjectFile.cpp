@@ -11,6 +11,7 @@
 #include "MdSequenceEdition.h"
 
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -41,6 +42,15 @@ Failure SaveFailure(const Result &file)
 Failure LineFailure(const QString &message, qsizetype line, const QString &cause)
 {
     return {QStringLiteral("Line %1: %2").arg(line).arg(cause), 0, message};
+}
+
+Failure TooLarge()
+{
+    constexpr qint64 MiB = 1024 * 1024;
+    return {QStringLiteral("A larger file could not be opened again"), 0,
+            QStringLiteral("The project is too large to be saved: a project file has at most %1 "
+                           "MiB. Nothing has been written.")
+                .arg(ClInputFile::MaxSize / MiB)};
 }
 
 /// The text without blanks at both ends.
@@ -199,22 +209,22 @@ class RecordReader
     qsizetype m_versionLine = 0;
 };
 
-void WriteLine(ClOutputFile &file, QByteArrayView text)
+void WriteLine(QByteArray &file, QByteArrayView text)
 {
-    file.WriteInFile(text);
-    file.NextLine();
+    file += text;
+    file += "\r\n";
 }
 
-void WriteSend(ClOutputFile &file, int index, const SendSequence &record)
+void WriteSend(QByteArray &file, int index, const SendSequence &record)
 {
     WriteLine(file, SendKeyword);
     WriteLine(file, QByteArray::number(index));
     WriteLine(file, record.Name);
     WriteLine(file, Common_Function::SeqToDecimalList(record.Sequence));
-    file.NextLine();
+    WriteLine(file, {});
 }
 
-void WriteReceive(ClOutputFile &file, int index, const ReceiveSequence &record)
+void WriteReceive(QByteArray &file, int index, const ReceiveSequence &record)
 {
     WriteLine(file, ReceiveKeyword);
     WriteLine(file, QByteArray::number(index));
@@ -222,10 +232,10 @@ void WriteReceive(ClOutputFile &file, int index, const ReceiveSequence &record)
     WriteLine(file, Common_Function::SeqToDecimalList(record.Sequence));
     WriteLine(file, QByteArray::number(record.Answer));
     WriteLine(file, QByteArray::number(record.Active));
-    file.WriteInFile(CommentKeyword);
-    file.WriteInFile(" ");
+    file += CommentKeyword;
+    file += ' ';
     WriteLine(file, record.Comment);
-    file.NextLine();
+    WriteLine(file, {});
 }
 
 } // namespace
@@ -238,18 +248,30 @@ QString PathOf(const QString &folder, const QString &name)
     return folder + name + QStringLiteral(".sqx");
 }
 
+/// Looks at the size after each record, for all records together may not fit into the memory.
+std::optional<QByteArray> Written(const MdSequenceEdition &sequences)
+{
+    QByteArray file;
+    WriteLine(file, VersionKeyword);
+    WriteLine(file, QByteArray::number(WrittenVersion));
+    WriteLine(file, {});
+    const auto fits = [&file] { return file.size() <= ClInputFile::MaxSize; };
+    for (int i = 0; i < sequences.SendCount() && fits(); ++i)
+        WriteSend(file, i, sequences.SendAt(i));
+    for (int i = 0; i < sequences.ReceiveCount() && fits(); ++i)
+        WriteReceive(file, i, sequences.ReceiveAt(i));
+    return fits() ? std::optional(std::move(file)) : std::nullopt;
+}
+
 Result SaveProject(const MdSequenceEdition &sequences, OpenFiles &files, const QString &path)
 {
+    const std::optional<QByteArray> content = Written(sequences);
+    if (!content)
+        return TooLarge();
     ClOutputFile file(files);
     if (const Result opened = file.OpenForReplacing(path); opened.Failed())
         return SaveFailure(opened);
-    WriteLine(file, VersionKeyword);
-    WriteLine(file, QByteArray::number(WrittenVersion));
-    file.NextLine();
-    for (int i = 0; i < sequences.SendCount(); ++i)
-        WriteSend(file, i, sequences.SendAt(i));
-    for (int i = 0; i < sequences.ReceiveCount(); ++i)
-        WriteReceive(file, i, sequences.ReceiveAt(i));
+    file.WriteInFile(*content);
     if (const Result saved = file.Commit(); saved.Failed())
         return SaveFailure(saved);
     return {};

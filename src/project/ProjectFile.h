@@ -5,6 +5,10 @@
 
 #include "Result.h"
 
+#include <QByteArray>
+
+#include <optional>
+
 class FieldReader;
 class MdSequenceEdition;
 class OpenFiles;
@@ -18,6 +22,9 @@ namespace ProjectFile
 /// The file of a project: folder (with trailing separator), name and extension. Without a name the
 /// folder is the whole path up to the extension.
 QString PathOf(const QString &folder, const QString &name);
+
+/// The content of a project's file; nothing if it would be larger than a file that can be read.
+std::optional<QByteArray> Written(const MdSequenceEdition &sequences);
 
 /// Replaces the file when the new one is whole and safely on the disk. With a failure the old file
 /// is what it was.

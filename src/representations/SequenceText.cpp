@@ -5,11 +5,11 @@
 
 #include "CodePage1252.h"
 
+#include <algorithm>
 #include <array>
 
 namespace
 {
-
 
 /// Reads one run of characters without separators: items side by side, each maybe marked.
 class TokenReader final
@@ -124,6 +124,40 @@ qsizetype TokenEnd(QStringView text, qsizetype at)
     return at;
 }
 
+/// As far as its length tells; an item that is longer has a mark.
+bool HasAllDigits(QStringView token, Representation form)
+{
+    const int width = SequenceText::ItemWidth(form);
+    return token.size() > width ||
+           (token.size() == width && std::all_of(token.begin(), token.end(), [form](QChar digit) {
+                return SequenceText::DigitValue(digit.unicode(), form) >= 0;
+            }));
+}
+
+/// Tokens, -1 if one has too few digits.
+qsizetype WholeItems(QStringView text, Representation form)
+{
+    qsizetype items = 0;
+    for (qsizetype at = 0; at < text.size();) {
+        const qsizetype end = TokenEnd(text, at);
+        if (end > at && !HasAllDigits(text.sliced(at, end - at), form))
+            return -1;
+        items += end > at ? 1 : 0;
+        at = end + 1;
+    }
+    return items;
+}
+
+/// How many items rule out that a text means its characters.
+qsizetype ConvincingItems(QByteArrayView ascii)
+{
+    const auto isControl = [](char byte) { return uchar(byte) < ' '; };
+    const auto isDigit = [](char byte) { return byte >= '0' && byte <= '9'; };
+    if (std::any_of(ascii.begin(), ascii.end(), isControl))
+        return 4;
+    return std::any_of(ascii.begin(), ascii.end(), isDigit) ? 2 : 3;
+}
+
 } // namespace
 
 namespace SequenceText
@@ -199,6 +233,21 @@ Parsed Parse(QStringView text, Representation form)
         at = end + 1;
     }
     return result;
+}
+
+std::optional<Mistaken> ItemsIn(QByteArrayView ascii)
+{
+    const QString text = CodePage1252::ToUnicode(ascii);
+    const qsizetype convincing = ConvincingItems(ascii);
+    for (const Representation form : AllRepresentations) {
+        const qsizetype items = form == Representation::Ascii ? 0 : WholeItems(text, form);
+        if (items < convincing)
+            continue;
+        const Parsed parsed = Parse(text, form);
+        if (parsed.refusal.isEmpty() && parsed.bytes.size() == items)
+            return Mistaken{form, parsed.bytes};
+    }
+    return std::nullopt;
 }
 
 } // namespace SequenceText

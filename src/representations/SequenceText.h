@@ -10,6 +10,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <optional>
+
 /// How a byte sequence is written by hand. In ASCII a byte is one character; in the other forms it
 /// is an item of two (HEX), three (Decimal) or eight (Binary) digits.
 namespace SequenceText
@@ -52,5 +54,17 @@ struct Parsed {
 ///    the zero that assemblers ask for; Decimal 13d; Binary 0b1101, 1101b;
 ///  - letters may be of either case.
 Parsed Parse(QStringView text, Representation form);
+
+/// Items of a form with digits that stand where each character is a byte.
+struct Mistaken {
+    Representation form;
+    QByteArray bytes; ///< what the items mean
+};
+
+/// What was probably meant by a sequence of ASCII characters: nothing unless all of it are items
+/// with separators between them, each with all its digits. Two such items are enough, but three if
+/// none has a digit 0 to 9 ("be ad" are words), and four if there are control characters, such as
+/// the CR behind a command with two numbers.
+std::optional<Mistaken> ItemsIn(QByteArrayView ascii);
 
 } // namespace SequenceText

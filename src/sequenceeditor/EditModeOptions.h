@@ -23,6 +23,8 @@ class EditModeOptions final : public QGroupBox
 
     /// Anything that is no representation is taken for ASCII.
     void Choose(Representation mode);
+    /// Tab leads from the field to the options, and from there to the editor.
+    void PlaceBehind(QWidget &field);
 
   Q_SIGNALS:
     void ModeChosen(Representation mode);

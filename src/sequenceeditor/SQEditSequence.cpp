@@ -255,6 +255,12 @@ void SQEditSequence::Redo()
         Do(&SequenceEditing::Redo);
 }
 
+void SQEditSequence::Replace(const QByteArray &sequence)
+{
+    Edit().Select(0, Editing().Length());
+    Announce(Edit().Insert(sequence));
+}
+
 void SQEditSequence::AddToCopy(QMimeData &copy) const
 {
     copy.setData(BytesFormat, Editing().SelectedBytes());

@@ -44,6 +44,8 @@ class SQEditSequence final : public SequenceView
 
     void Undo();
     void Redo();
+    /// Other bytes by the user's hand: one step to undo.
+    void Replace(const QByteArray &sequence);
 
     /// For assistive programs.
     void SelectBytes(qsizetype anchor, qsizetype caret);
