@@ -43,7 +43,7 @@ _serimonde() {
         *)
             if [[ $cur == -* ]]; then
                 COMPREPLY=($(compgen -W '--port --mode --settings --start --log --overwrite
-                    --quit-after --screenshot --demo --help --version' -- "$cur"))
+                    --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
             else
                 _filedir sqx
             fi

@@ -11,6 +11,7 @@
 #include "QtSettingsStore.h"
 #include "QtShell.h"
 #include "SystemClock.h"
+#include "SystemFiles.h"
 #include "SystemRegistry.h"
 #include "TerminationWatch.h"
 
@@ -35,6 +36,20 @@ QStringList Arguments(int argc, char *argv[])
     return arguments;
 }
 
+/// Whether the program may start.
+bool ResetSettings(FileSystem &files, const QString &path, UserPrompts &prompts,
+                   QTextStream &errors)
+{
+    const SetAside old = SetSettingsAside(files, path);
+    if (old.result.Failed()) {
+        prompts.ShowMessage(CriticalMessage(QStringLiteral("The settings could not be reset. ") +
+                                            old.result.Cause()));
+    } else if (!old.kept.isEmpty()) {
+        errors << "serimonde: the old settings are kept in " << old.kept << '\n' << Qt::flush;
+    }
+    return !old.result.Failed();
+}
+
 int RunProgram(const CommandLine &line, QTextStream &errors)
 {
     std::unique_ptr<UserPrompts> prompts;
@@ -43,10 +58,16 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     else
         prompts = std::make_unique<QtPrompts>(errors);
 
-    QtSettingsStore store;
-    if (const Result read = store.CheckReading(); read.Failed()) {
-        prompts->ShowMessage(
-            CriticalMessage(QStringLiteral("The settings could not be read. ") + read.Cause()));
+    SystemFiles files;
+    const QString settings = QtSettingsStore::UserPath();
+    if (line.resetSettings && !ResetSettings(files, settings, *prompts, errors))
+        return StartFailed;
+    QtSettingsStore store(files, settings);
+    if (store.State().Failed()) {
+        prompts->ShowMessage(CriticalMessage(
+            QStringLiteral("The settings could not be read. %1. Correct that, or start with "
+                           "--reset-settings, which sets the file aside.")
+                .arg(store.State().Cause())));
         return StartFailed;
     }
     const SystemClock clock;
@@ -70,6 +91,7 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
 
 int main(int argc, char *argv[])
 {
+    TerminationWatch::OutliveReaders();
     QTextStream output(stdout);
     QTextStream errors(stderr);
     const ParsedCommandLine parsed = ParseCommandLine(Arguments(argc, argv));

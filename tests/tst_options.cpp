@@ -496,8 +496,12 @@ void tst_options::ADeviceIsAssigned()
     desk.Press("cmdApply");
     const QMap<int, QString> assigned = bench.confirmed.value(0).devices;
     QCOMPARE(assigned.keys(), chosen ? QList{number} : QList<int>());
-    if (chosen)
-        bench.devices.Assign(number, assigned[number]);
+    bench.store.flushed = Failure{"no room"};
+    OptionsValues taken;
+    const OptionsSubjects subjects = {taken.comm, taken.stamp, taken.sequences, taken.log,
+                                      bench.devices};
+    QCOMPARE(ApplyTo(subjects, bench.confirmed.value(0)).Cause(), chosen ? "no room" : "");
+    QCOMPARE(bench.store.flushes, int(chosen)); // and not at the end of the program
     desk.Type("PicOp0PortANumber", QString::number(number));
     QCOMPARE(toolTip(), meaning);
     QCOMPARE(before != meaning, chosen);

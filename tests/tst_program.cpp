@@ -300,7 +300,10 @@ class tst_program : public QObject
         ProgramBench bench;
         bench.line.quitAfterSeconds = 0.05;
         bench.line.screenshot = folder.filePath("a.png");
+        bool hidden = false;
+        bench.store.whileFlushing = [&] { hidden = !bench.program->Window()->isVisible(); };
         QCOMPARE(bench.Run({{.goal = [] { return false; }}}), 0);
+        QVERIFY(hidden); // nobody looks at a window that waits for the disk
         const QImage picture(bench.line.screenshot);
         QVERIFY(picture.width() >= 200 && picture.height() > 100);
         for (const char *path : {"/no-such-folder/a.png", "/"}) {

@@ -425,16 +425,17 @@ class tst_project : public QObject
 
     void RecentProjectsLiveInTheUsersStore()
     {
-        QTemporaryDir folder;
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("Serimonde.conf");
+        SystemFiles files;
         {
-            QtSettingsStore store;
+            QtSettingsStore store(files, path);
             store.Write("Recently", "Other", "x");
             for (const char *project : {"/p/a, b", "/p/\xC3\xA4", "/p/c"})
                 RecentProjects::UpdateRecentProjects(store, project);
             QVERIFY(!store.Flush().Failed());
         }
-        const QtSettingsStore store;
+        const QtSettingsStore store(files, path);
         QCOMPARE(RecentProjects::ListForMenu(store),
                  QStringList({"/p/c", "/p/\xC3\xA4", "/p/a, b"}));
     }

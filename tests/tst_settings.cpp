@@ -170,6 +170,7 @@ class tst_settings : public QObject
         if (loaded.Failed()) {
             for (const QString &part : key.split(u'/') + QStringList(text))
                 QVERIFY2(loaded.Cause().contains('"' + part + '"'), qPrintable(loaded.Cause()));
+            QVERIFY(loaded.Cause().contains(" in the file memory.conf,"));
             return;
         }
         bench.Save();

@@ -6,6 +6,7 @@
 #include "FileName.h"
 #include "MdSequenceEdition.h"
 #include "ProjectFile.h"
+#include "QtSettingsStore.h"
 #include "SystemFiles.h"
 #include "support/Cases.h"
 #include "support/NamesIn.h"
@@ -14,12 +15,14 @@
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 
+#include <fcntl.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -57,22 +60,71 @@ void LimitFileSize(const QString &task, rlim_t bytes)
     ::setrlimit(RLIMIT_CORE, &limits[1]);
 }
 
-/// What this program does in a process of its own: loads or saves a project without an
-/// administrator's rights, or saves with a limit.
-int RunAsHelper(const QString &task, const QString &path, int limit)
+Result SaveTables(SystemFiles &system, const QString &path)
 {
-    const passwd *nobody = ::getpwnam("nobody");
-    if (limit >= 0)
-        LimitFileSize(task, rlim_t(limit));
-    else if (::geteuid() == 0 &&
-             (!nobody || ::setgid(nobody->pw_gid) != 0 || ::setuid(nobody->pw_uid) != 0))
-        return 1;
-    SystemFiles system;
     OpenFiles files(system);
     MdSequenceEdition tables;
     FillTables(tables);
-    const Result done = task == "--load" ? ProjectFile::LoadProject(tables, files, path)
-                                         : ProjectFile::SaveProject(tables, files, path);
+    return ProjectFile::SaveProject(tables, files, path);
+}
+
+Result SaveSettings(QtSettingsStore &store)
+{
+    for (int i = 0; i < 300; ++i)
+        store.Write("Section", QString::number(i), QString(40, u'x'));
+    return store.Flush();
+}
+
+/// Settings if that is what the file's name says, else a project.
+Result Save(SystemFiles &system, const QString &path)
+{
+    if (!path.endsWith(".conf"))
+        return SaveTables(system, path);
+    QtSettingsStore store(system, path);
+    return SaveSettings(store);
+}
+
+Result SaveWithALimit(const QString &task, const QString &path, rlim_t limit)
+{
+    SystemFiles system;
+    QtSettingsStore store(system, path); // reads first, to which the limit would apply, too
+    LimitFileSize(task, limit);
+    return path.endsWith(".conf") ? SaveSettings(store) : SaveTables(system, path);
+}
+
+Result SaveOften(const QString &path, int number)
+{
+    SystemFiles system;
+    QtSettingsStore store(system, path);
+    Result saved;
+    for (int i = 1; i <= 10 && !saved.Failed(); ++i) {
+        store.Write("Own", QString::number(number), QString::number(i));
+        saved = path.endsWith(".conf") ? store.Flush() : SaveTables(system, path);
+    }
+    return saved;
+}
+
+Result ActUnprivileged(const QString &task, const QString &path)
+{
+    const passwd *nobody = ::getpwnam("nobody");
+    if (::geteuid() == 0 &&
+        (!nobody || ::setgid(nobody->pw_gid) != 0 || ::setuid(nobody->pw_uid) != 0))
+        return Failure{"no rights to give up"};
+    SystemFiles system;
+    if (task == "--save")
+        return Save(system, path);
+    OpenFiles files(system);
+    MdSequenceEdition tables;
+    return ProjectFile::LoadProject(tables, files, path);
+}
+
+/// What this program does in a process of its own: loads or saves without an administrator's
+/// rights, saves with a limit, or again and again.
+int RunAsHelper(const QString &task, const QString &path, int number)
+{
+    const Result done = task == "--often" ? SaveOften(path, number)
+                        : number >= 0     ? SaveWithALimit(task, path, rlim_t(number))
+                                          : ActUnprivileged(task, path);
     if (done.Failed())
         std::puts(qPrintable(done.Message() + u'|' + done.Cause()));
     return 0;
@@ -107,7 +159,7 @@ class tst_systemfiles : public QObject
         Put(path, OldBytes);
         QCOMPARE(::chmod(qPrintable(path), 0640), 0);
         QVERIFY(QFile::link(path, PathOf("link.sqx")));
-        QVERIFY(!Save(PathOf("link.sqx")).Failed());
+        QCOMPARE(Save(system, PathOf("link.sqx")).Cause(), "");
         QCOMPARE(ModeOf(path), 0640);
         QVERIFY(QFileInfo(PathOf("link.sqx")).isSymLink());
         QVERIFY(BytesOf(path).size() > 64000);
@@ -121,9 +173,9 @@ class tst_systemfiles : public QObject
             {"below/new.sqx", "first"}, {PathOf("first").toUtf8(), "second"}, {"loop", "loop"}};
         for (const auto &[target, name] : links)
             QCOMPARE(::symlink(target, qPrintable(PathOf(name))), 0);
-        QVERIFY(!Save(PathOf("second")).Failed());
+        QCOMPARE(Save(system, PathOf("second")).Cause(), "");
         QVERIFY(BytesOf(PathOf("below/new.sqx")).size() > 64000);
-        QVERIFY(Save(PathOf("loop")).Failed());
+        QVERIFY(Save(system, PathOf("loop")).Failed());
         for (const auto &[target, name] : links)
             QVERIFY(QFileInfo(PathOf(name)).isSymLink());
         QCOMPARE(Names(), QStringList({"below", "first", "loop", "second"}));
@@ -153,7 +205,7 @@ class tst_systemfiles : public QObject
         const QString path = folder->path() + u'/' + name;
         QVERIFY(!output.OpenFile(path).Failed());
         output.CloseFile();
-        QVERIFY(!Save(path).Failed());
+        QCOMPARE(Save(system, path).Cause(), "");
         QCOMPARE(NamesIn(folder->path()), QByteArrayList{bytes});
         QVERIFY(system.Read(path, 1000000).bytes.size() > 64000);
         QCOMPARE(system.CanonicalPath(folder->path() + "/./" + name), path);
@@ -170,8 +222,8 @@ class tst_systemfiles : public QObject
             const QString path = folder->path() + u'/' + name;
             QVERIFY(!FileName::IsText(path) && !system.Exists(path));
             ClInputFile input(files);
-            QVERIFY(input.OpenFile(path).Failed() && output.OpenFile(path).Failed() &&
-                    Save(path).Failed());
+            QVERIFY(input.OpenFile(path).Failed() && output.OpenFile(path).Failed());
+            QVERIFY(Save(system, path).Failed());
         }
         QCOMPARE(Names(), QStringList("a"));
         QCOMPARE(BytesOf(PathOf("a")), OldBytes);
@@ -194,7 +246,7 @@ class tst_systemfiles : public QObject
     {
         const QString name = QString(251, u'x') + ".sqx"; // the longest name that there is
         const mode_t before = ::umask(027);
-        QVERIFY(!Save(folder->filePath(name)).Failed());
+        QCOMPARE(Save(system, folder->filePath(name)).Cause(), "");
         ::umask(before);
         QCOMPARE(ModeOf(folder->filePath(name)), 0640);
         QCOMPARE(Names(), QStringList(name));
@@ -264,21 +316,95 @@ class tst_systemfiles : public QObject
         }
     }
 
+    void KeepsTheOldFileOnAFullDiskAndWhenKilled_data()
+    {
+        const Cases<QString, QByteArray, bool> row("name", "oldBytes", "leavesItsName");
+        row("a project", "a.sqx", OldBytes, false);
+        row("the settings", "a.conf", "[Old]\nkey=" + QByteArray(2000, 'y') + '\n', true);
+    }
     void KeepsTheOldFileOnAFullDiskAndWhenKilled()
     {
-        const QString path = PathOf("a.sqx");
-        QVERIFY(!Save(path).Failed());
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, oldBytes);
+        QFETCH(const bool, leavesItsName);
+        const QString path = folder->filePath(name);
+        Put(path, oldBytes);
+        QCOMPARE(Save(system, path).Cause(), "");
         const qint64 need = BytesOf(path).size();
         for (const QString task : {"--full", "--killed"}) {
-            for (const qint64 room : {qint64(0), need / 2, need - 1, need}) {
-                Put(path, OldBytes);
+            for (const qint64 room : {qint64(0), qint64(4096), qint64(8192), need - 1, need}) {
+                Put(path, oldBytes);
                 const QString said = Helper({task, path, QString::number(room)});
                 QCOMPARE(said.isEmpty(), task == "--killed" || room == need);
                 QCOMPARE(said.isNull(), task == "--killed" && room < need);
-                QCOMPARE(BytesOf(path).size(), room < need ? OldBytes.size() : need);
-                QCOMPARE(Names(), QStringList("a.sqx"));
+                QCOMPARE(BytesOf(path).size(), room < need ? oldBytes.size() : need);
+                if (said.isNull() && leavesItsName)
+                    system.Tidy(path);
+                QCOMPARE(Names(), QStringList(name));
             }
         }
+    }
+
+    void MakesRoomForWhatWasLeftBehindAndForNothingElse()
+    {
+        for (const QString name : {"a.sqx", "a.conf"}) {
+            const QString path = folder->filePath(name);
+            const QString unfinished = folder->filePath('.' + name + ".saving");
+            Put(unfinished, "half");
+            QCOMPARE(Save(system, path).Cause(), "");
+            QCOMPARE(Names(), QStringList(name));
+            const QByteArray whole = BytesOf(path);
+            Put(path, "");
+            Put(unfinished, "half");
+            const int held = ::open(qPrintable(unfinished), O_RDWR | O_CLOEXEC);
+            QCOMPARE(::flock(held, LOCK_EX | LOCK_NB), 0);
+            system.Tidy(path);
+            const QString fault = Save(system, path).Cause();
+            QVERIFY2(fault.endsWith("Another program is saving it"), qPrintable(fault));
+            QCOMPARE(BytesOf(path) + BytesOf(unfinished), "half");
+            ::close(held);
+            system.Tidy(path);
+            QCOMPARE(Names(), QStringList(name));
+            QCOMPARE(Save(system, path).Cause(), "");
+            QCOMPARE(BytesOf(path), whole);
+            Put(path, "");
+            QVERIFY(QFile::link(path, unfinished)); // no program makes that
+            QVERIFY(Save(system, path).Cause().contains(unfinished + " is in the way"));
+            QCOMPARE(BytesOf(path), "");
+            QVERIFY(QFile::remove(unfinished) && QFile::remove(path));
+        }
+    }
+
+    void ManyProgramsSaveTheSameFile()
+    {
+        for (const QString name : {"a.conf", "a.sqx"}) {
+            const QString path = folder->filePath(name);
+            std::array<QProcess, 6> programs;
+            for (size_t i = 0; i < programs.size(); ++i)
+                programs[i].start(QCoreApplication::applicationFilePath(),
+                                  {"--often", path, QString::number(i)});
+            for (QProcess &program : programs) {
+                QVERIFY(program.waitForFinished());
+                QCOMPARE(program.readAllStandardOutput(), "");
+            }
+            QCOMPARE(Names(), QStringList(name));
+            QCOMPARE(Save(system, path).Cause(), "");
+            const QByteArray own = "[Own]\n0=10\n1=10\n2=10\n3=10\n4=10\n5=10\n";
+            QCOMPARE(BytesOf(path).startsWith(own), name == "a.conf");
+            QVERIFY(QFile::remove(path));
+        }
+    }
+
+    void WritesNewSettingsIntoANewFolderAndThroughALink()
+    {
+        const QString path = PathOf("new/folder/a.conf");
+        QCOMPARE(Save(system, path).Cause(), "");
+        const QByteArray whole = BytesOf(path);
+        Put(path, "");
+        QVERIFY(QFile::link(path, PathOf("link.conf")));
+        QCOMPARE(Save(system, PathOf("link.conf")).Cause(), "");
+        QCOMPARE(BytesOf(path), whole);
+        QVERIFY(QFileInfo(PathOf("link.conf")).isSymLink());
     }
 
     void init()
@@ -308,13 +434,6 @@ class tst_systemfiles : public QObject
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
 
-    Result Save(const QString &path)
-    {
-        MdSequenceEdition tables;
-        FillTables(tables);
-        return ProjectFile::SaveProject(tables, files, path);
-    }
-
     /// What the helper said; null if it was killed.
     static QString Helper(const QStringList &arguments)
     {
@@ -327,7 +446,7 @@ class tst_systemfiles : public QObject
     }
 
     std::unique_ptr<QTemporaryDir> folder;
-    SystemFiles system;
+    SystemFiles system{std::chrono::milliseconds(0)};
     OpenFiles files{system};
     ClOutputFile output{files};
 };

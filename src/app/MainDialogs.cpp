@@ -70,10 +70,14 @@ void MainDialogs::ShowOptions()
 void MainDialogs::StoreOptions(const OptionsValues &values)
 {
     const bool otherDisplay = m_parts.options.sequences.Display != values.sequences.Display;
-    ApplyTo(m_parts.options, values);
+    const Result applied = ApplyTo(m_parts.options, values);
     if (otherDisplay)
         m_parts.lists.Refresh();
     m_parts.window.UpdateStatusPanels();
+    if (applied.Failed()) {
+        m_parts.prompts.ShowMessage(
+            CriticalMessage(QStringLiteral("The devices could not be saved. ") + applied.Cause()));
+    }
 }
 
 void MainDialogs::ShowFind()

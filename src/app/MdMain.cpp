@@ -208,6 +208,7 @@ void MdMain::UnloadMainWindow()
 {
     if (!m_line.screenshot.isEmpty())
         WriteScreenshot(*m_window, m_line.screenshot, m_files, m_world.prompts);
+    m_window->hide(); // whatever the disk does now, nobody looks at a window that stands still
     m_project.ShowRecentProjects();
     const Result saved =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());

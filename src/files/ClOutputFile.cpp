@@ -18,15 +18,20 @@ constexpr int ZoneWidth = 14;
 
 Result ClOutputFile::OpenFile(const QString &path)
 {
-    return Open(path, false);
+    return Open(path, &FileSystem::Create, false);
 }
 
 Result ClOutputFile::OpenForReplacing(const QString &path)
 {
-    return Open(path, true);
+    return Open(path, &FileSystem::CreateBeside, true);
 }
 
-Result ClOutputFile::Open(const QString &path, bool replacing)
+Result ClOutputFile::OpenForUpdate(const QString &path)
+{
+    return Open(path, &FileSystem::CreateForUpdate, true);
+}
+
+Result ClOutputFile::Open(const QString &path, Make make, bool replacing)
 {
     CloseFile();
     m_state = {};
@@ -35,8 +40,7 @@ Result ClOutputFile::Open(const QString &path, bool replacing)
     m_held = m_files.Hold(path);
     if (m_held.isEmpty())
         return m_state = OpenFiles::InUse();
-    FileSystem &system = m_files.System();
-    auto created = replacing ? system.CreateBeside(path) : system.Create(path);
+    auto created = (m_files.System().*make)(path);
     m_device = std::move(created.device);
     m_replacing = replacing;
     m_state = created.result;

@@ -20,6 +20,9 @@ class ClOutputFile
     Result OpenFile(const QString &path);
     /// Writes beside the file. The old one stays as it is until Commit; without it nothing remains.
     Result OpenForReplacing(const QString &path);
+    /// The same for a file that is read meanwhile, changed and written back: until it is closed no
+    /// other program does that. Makes the folder if it is missing.
+    Result OpenForUpdate(const QString &path);
 
     bool IsOpen() const { return m_device != nullptr; }
 
@@ -38,15 +41,17 @@ class ClOutputFile
     /// is handed on at once. Stays after closing.
     const Result &State() const { return m_state; }
 
-    /// After OpenForReplacing: closes the file, which takes the place of the old one if every byte
-    /// is safely on the disk. With a failure the old file is whole and nothing else is left.
+    /// After the latter two: closes the file, which takes the place of the old one if every byte is
+    /// safely on the disk. With a failure one of the two is whole and nothing else is left.
     Result Commit();
 
     /// Hands on what is held back and closes. A failure shows in State only.
     void CloseFile();
 
   private:
-    Result Open(const QString &path, bool replacing);
+    using Make = FileSystem::Created (FileSystem::*)(const QString &path);
+
+    Result Open(const QString &path, Make make, bool replacing);
     bool KeepForLater(QByteArrayView text);
     Result WriteHeld();
     Result FinishReplacing();

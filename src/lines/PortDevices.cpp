@@ -28,6 +28,11 @@ void PortDevices::Assign(int comNumber, const QString &device)
         m_store.Write(Section(), Key(comNumber), device);
 }
 
+Result PortDevices::Save()
+{
+    return m_store.Flush();
+}
+
 PortDevices::Meaning PortDevices::MeaningOf(int comNumber) const
 {
     if (const QString assigned = m_thisRun.value(comNumber); !assigned.isEmpty())

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "Result.h"
+
 #include <QHash>
 #include <QString>
 
@@ -33,6 +35,8 @@ class PortDevices
     /// Puts the device into the user's own table; an empty one takes the entry back. Either way
     /// an assignment for this run ends.
     void Assign(int comNumber, const QString &device);
+    /// Puts what was assigned in its place in the store.
+    Result Save();
 
     Meaning MeaningOf(int comNumber) const;
     /// Device path or stable name; empty if the number has none.

@@ -25,9 +25,10 @@ OptionsValues SnapshotOf(const OptionsSubjects &subjects)
     return values;
 }
 
-void ApplyTo(const OptionsSubjects &subjects, const OptionsValues &values)
+Result ApplyTo(const OptionsSubjects &subjects, const OptionsValues &values)
 {
     Settings(subjects) = Settings(values);
     for (auto device = values.devices.cbegin(); device != values.devices.cend(); ++device)
         subjects.assigned.Assign(device.key(), *device);
+    return values.devices.isEmpty() ? Result() : subjects.assigned.Save();
 }

@@ -5,6 +5,7 @@
 
 #include "CommConfiguration.h"
 #include "LogSettings.h"
+#include "Result.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
 
@@ -34,6 +35,7 @@ struct OptionsSubjects {
 };
 
 /// The settings of the subjects as they are now, and the way back of what has become of them.
-/// Both walk the same list, so that none is shown and then lost.
+/// Both walk the same list, so that none is shown and then lost. Devices go into the store at once;
+/// the way back fails if they do not.
 OptionsValues SnapshotOf(const OptionsSubjects &subjects);
-void ApplyTo(const OptionsSubjects &subjects, const OptionsValues &values);
+Result ApplyTo(const OptionsSubjects &subjects, const OptionsValues &values);

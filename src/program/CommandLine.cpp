@@ -124,6 +124,8 @@ constexpr std::array OptionRows = {
               ApplyScreenshot},
     OptionRow{"demo", nullptr, "attach the simulated instrument and start",
               ApplyFlag<&CommandLine::demo>},
+    OptionRow{"reset-settings", nullptr, "start with defaults; the old settings are kept beside",
+              ApplyFlag<&CommandLine::resetSettings>},
     OptionRow{"help", nullptr, "show this text", ApplyHelp},
     OptionRow{"version", nullptr, "show the version", ApplyVersion},
 };

@@ -27,6 +27,7 @@ struct CommandLine {
     std::optional<double> quitAfterSeconds; ///< set: the run is unattended
     QString screenshot;                     ///< PNG file, empty for none
     QString project;                        ///< project file to open, empty for none
+    bool resetSettings = false;             ///< sets the user's settings aside
 
     bool Unattended() const { return quitAfterSeconds.has_value(); }
 };

@@ -280,6 +280,7 @@ Result SaveProject(const MdSequenceEdition &sequences, OpenFiles &files, const Q
 Result LoadProject(MdSequenceEdition &sequences, OpenFiles &files, const QString &path)
 {
     sequences.ClearProject();
+    files.System().Tidy(path);
     ClInputFile file(files);
     if (const Result opened = file.OpenFile(path); opened.Failed())
         return LoadFailure(opened);

@@ -189,12 +189,19 @@ constexpr std::array SettingRows = {
 
 /// A stored text that does not convert to the type of its setting. What it should be is a noun,
 /// such as "a whole number from -32768 to 32767".
-Failure BadSetting(const QString &section, const QString &key, const QString &text,
-                   const QString &wanted)
+struct BadText {
+    QString text;
+    QString wanted; ///< what it should be, such as "a whole number from -32768 to 32767"
+    QString place;  ///< the store's
+};
+
+Failure BadSetting(const QString &section, const QString &key, const BadText &bad)
 {
-    return {QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
-                           "not %4. Correct or delete it, then start again.")
-                .arg(section, key, text, wanted)};
+    return {
+        QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
+                       "not %4. Correct or delete it in the file %5, then start again; or start "
+                       "with --reset-settings, which sets the file aside.")
+            .arg(section, key, bad.text, bad.wanted, bad.place)};
 }
 
 template <size_t... Numbers> constexpr bool EveryLogFlagIsStored(std::index_sequence<Numbers...>)
@@ -228,7 +235,7 @@ Result LoadSettings(const SettingsStore &store, const StoredSettings &settings,
         if (!text || !field)
             continue;
         if (!ReadSetting(*text, *field))
-            return BadSetting(section, key, *text, WantedText(*field));
+            return BadSetting(section, key, {*text, WantedText(*field), store.Place()});
         if (const auto inForce = row.inForce ? row.inForce(settings) : std::nullopt)
             ReadSetting(*text, *inForce);
     }

@@ -3,11 +3,17 @@
 
 #include "QtSettingsStore.h"
 
-#include <QFileInfo>
-#include <QStringList>
+#include "ClOutputFile.h"
+
+#include <QStandardPaths>
+
+#include <utility>
 
 namespace
 {
+
+/// Far more than the program has to store.
+constexpr qint64 LargestFile = 16 * 1024 * 1024;
 
 QString FullKey(const QString &section, const QString &key)
 {
@@ -16,56 +22,111 @@ QString FullKey(const QString &section, const QString &key)
 
 } // namespace
 
-QtSettingsStore::QtSettingsStore()
-    : m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Serimonde"))
+/// The folder and the name that the toolkit itself would take.
+QString QtSettingsStore::UserPath()
 {
-    m_settings.setFallbacksEnabled(false);
-    m_settings.allKeys(); // reads all sections, so that status() tells of faults in any of them
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/Serimonde.conf");
+}
+
+QtSettingsStore::QtSettingsStore(FileSystem &fileSystem, QString path)
+    : m_path(std::move(path)), m_files(fileSystem)
+{
+    fileSystem.Tidy(m_path);
+    if (const Result read = ReadFile(); read.Failed())
+        m_state = Named(read);
 }
 
 std::optional<QString> QtSettingsStore::Read(const QString &section, const QString &key) const
 {
-    const QVariant value = m_settings.value(FullKey(section, key));
-    if (!value.isValid())
-        return std::nullopt;
-    // A text with a comma that somebody wrote into the file by hand is read as a list.
-    if (value.typeId() == QMetaType::QStringList)
-        return value.toStringList().join(QStringLiteral(", "));
-    return value.toString();
+    for (const IniText::Texts *texts : {&m_changed, &m_stored}) {
+        const auto found = texts->find(FullKey(section, key));
+        if (found != texts->end())
+            return *found;
+    }
+    return std::nullopt;
 }
 
 QList<SettingsStore::Entry> QtSettingsStore::ReadSection(const QString &section) const
 {
     const QString prefix = FullKey(section, QString());
+    const IniText::Texts texts = Merged();
     QList<Entry> entries;
-    for (const QString &fullKey : m_settings.allKeys()) {
-        if (!fullKey.startsWith(prefix))
-            continue;
-        const QString key = fullKey.sliced(prefix.size());
-        entries.append({key, Read(section, key).value_or(QString())});
+    for (auto text = texts.cbegin(); text != texts.cend(); ++text) {
+        if (text.key().startsWith(prefix))
+            entries.append({text.key().sliced(prefix.size()), *text});
     }
     return entries;
 }
 
+/// What is as it was read is no change: another program may have changed it meanwhile.
 void QtSettingsStore::Write(const QString &section, const QString &key, const QString &text)
 {
-    m_settings.setValue(FullKey(section, key), text);
+    const QString fullKey = FullKey(section, key);
+    const auto stored = m_stored.constFind(fullKey);
+    if (stored != m_stored.constEnd() && *stored == text)
+        m_changed.remove(fullKey);
+    else
+        m_changed[fullKey] = text;
 }
 
 Result QtSettingsStore::Flush()
 {
-    m_settings.sync();
-    if (m_settings.status() == QSettings::NoError)
+    if (m_changed.isEmpty())
         return {};
-    return Failure{QStringLiteral("%1 cannot be written").arg(m_settings.fileName())};
+    ClOutputFile file(m_files);
+    if (const Result opened = file.OpenForUpdate(m_path); opened.Failed())
+        return Named(opened);
+    if (const Result read = ReadFile(); read.Failed())
+        return Named(read, ". It is left as it is");
+    const IniText::Texts merged = Merged();
+    const QByteArray bytes = IniText::Write(merged);
+    file.WriteInFile(bytes);
+    if (const Result saved = file.Commit(); saved.Failed())
+        return Named(saved);
+    m_bytes = bytes;
+    m_stored = merged;
+    m_changed.clear();
+    return {};
 }
 
-Result QtSettingsStore::CheckReading() const
+/// A file that is missing holds nothing. With a failure all stays as it was last read.
+Result QtSettingsStore::ReadFile()
 {
-    if (m_settings.status() == QSettings::FormatError)
-        return Failure{QStringLiteral("%1 is not a settings file").arg(m_settings.fileName())};
-    const QFileInfo file(m_settings.fileName());
-    if (file.exists() && !file.isReadable())
-        return Failure{QStringLiteral("%1 may not be read").arg(m_settings.fileName())};
+    const FileSystem::Content file = m_files.System().Read(m_path, LargestFile);
+    if (file.result.Failed() && file.result.Number() != FileMissing)
+        return file.result;
+    if (file.bytes == m_bytes)
+        return {};
+    IniText::Content content = IniText::Read(file.bytes);
+    if (content.result.Failed())
+        return content.result;
+    m_bytes = file.bytes;
+    m_stored = std::move(content.texts);
     return {};
+}
+
+IniText::Texts QtSettingsStore::Merged() const
+{
+    IniText::Texts texts = m_stored;
+    texts.insert(m_changed);
+    return texts;
+}
+
+Failure QtSettingsStore::Named(const Result &result, const char *sequel) const
+{
+    return {m_path + QStringLiteral(": ") + result.Cause() + QLatin1StringView(sequel)};
+}
+
+SetAside SetSettingsAside(FileSystem &fileSystem, const QString &path)
+{
+    const QString target = fileSystem.CanonicalPath(path);
+    if (!fileSystem.Exists(target))
+        return {};
+    QString kept = target + QStringLiteral(".old");
+    for (int number = 2; fileSystem.Exists(kept); ++number)
+        kept = target + QStringLiteral(".old%1").arg(number);
+    if (const Result renamed = fileSystem.Rename(target, kept); renamed.Failed())
+        return {{}, Failure{QStringLiteral("%1: %2").arg(target, renamed.Cause())}};
+    return {kept, {}};
 }

@@ -4,8 +4,10 @@
 #include "SystemFiles.h"
 
 #include "FileName.h"
+#include "UnfinishedFilePosix.h"
 
-#include <QRandomGenerator>
+#include <QDir>
+#include <QFileInfo>
 
 #include <array>
 #include <cerrno>
@@ -22,58 +24,16 @@
 namespace
 {
 
-constexpr int NoDescriptor = -1;
-constexpr mode_t NewFileMode = 0666; ///< less what the user's mask takes away
-constexpr int MostLinks = 40;        ///< one behind the other; as many as the system follows
+using std::chrono::milliseconds;
 
-Failure SystemFailure()
-{
-    const bool inUse = errno == EBUSY || errno == ETXTBSY;
-    return {qt_error_string(errno), inUse ? FileAlreadyOpen : 0};
-}
+constexpr int MostLinks = 40; ///< one behind the other; as many as the system follows
 
 Failure NotAFile(mode_t mode)
 {
-    return {S_ISDIR(mode) ? QStringLiteral("It is a folder")
-                          : QStringLiteral("It is a device, not a file")};
-}
-
-/// A descriptor that is closed when it goes.
-class Descriptor
-{
-  public:
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(Descriptor &&other) noexcept : m_number(std::exchange(other.m_number, NoDescriptor))
-    {
-    }
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor()
-    {
-        if (IsOpen())
-            ::close(m_number);
-    }
-
-    bool IsOpen() const { return m_number != NoDescriptor; }
-    int Number() const { return m_number; }
-
-  private:
-    int m_number;
-};
-
-/// Never waits for the other end of a pipe, never makes a terminal the program's own.
-Descriptor Open(const QByteArray &name, int flags, mode_t mode = NewFileMode)
-{
-    int number = NoDescriptor;
-    do {
-        number = ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
-    } while (number < 0 && errno == EINTR);
-    return Descriptor(number);
+    if (S_ISDIR(mode))
+        return {QStringLiteral("It is a folder")};
+    return {S_ISFIFO(mode) ? QStringLiteral("It is a pipe, not a file")
+                           : QStringLiteral("It is a device, not a file")};
 }
 
 /// What stands at a place where a file is to be written, if anything does.
@@ -87,10 +47,12 @@ Target LookAt(const QByteArray &name)
 {
     Target target;
     target.exists = ::stat(name.constData(), &target.status) == 0;
-    const bool missing = !target.exists && errno == ENOENT && !name.isEmpty();
-    if (target.exists && !S_ISREG(target.status.st_mode))
+    if (!target.exists) {
+        if (errno != ENOENT || name.isEmpty())
+            target.writable = SystemFailure();
+    } else if (!S_ISREG(target.status.st_mode))
         target.writable = NotAFile(target.status.st_mode);
-    else if (!missing && ::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
+    else if (::faccessat(AT_FDCWD, name.constData(), W_OK, AT_EACCESS) != 0)
         target.writable = SystemFailure();
     return target;
 }
@@ -137,37 +99,50 @@ QByteArray Resolved(QByteArray name)
     return InRealFolder(name);
 }
 
-QByteArray NewNameBeside(const QByteArray &name)
-{
-    return FolderOf(name) + ".saving-" +
-           QByteArray::number(QRandomGenerator::global()->generate(), 36);
-}
+/// A file that is to take a target's place.
+struct Unfinished {
+    Descriptor file;
+    QByteArray name; ///< empty while it has none
+};
 
 /// A file without a name, so that nothing is left behind however the program ends. Not every file
-/// system can have one: there the file gets a name of its own, which is returned in temporary.
-Descriptor OpenBeside(const QByteArray &name, QByteArray &temporary)
+/// system can have one: there the file has its name from the beginning, as where it is to keep
+/// other programs away.
+Unfinished OpenBeside(const QByteArray &target, bool named, milliseconds patience, Result &result)
 {
-    Descriptor nameless = Open(FolderOf(name), O_WRONLY | O_TMPFILE);
-    if (nameless.IsOpen() || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL))
-        return nameless;
-    temporary = NewNameBeside(name);
-    return Open(temporary, O_WRONLY | O_CREAT | O_EXCL);
+    if (!named) {
+        Descriptor nameless(FolderOf(target), O_WRONLY | O_TMPFILE);
+        if (nameless.IsOpen())
+            return {std::move(nameless), {}};
+        if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) {
+            result = SystemFailure();
+            return {Descriptor(), {}};
+        }
+    }
+    const QByteArray name = UnfinishedFile::NameFor(target);
+    return {UnfinishedFile::Create(name, patience, result), name};
 }
 
-/// Best effort: the name is in the folder already, this only hastens it to the disk.
-void SyncFolder(const QByteArray &folder)
+/// What was written is safe; this makes the new name safe, too. Not every system can.
+Result SyncFolder(const QByteArray &folder)
 {
-    const Descriptor descriptor = Open(folder, O_RDONLY | O_DIRECTORY);
-    if (descriptor.IsOpen())
-        ::fsync(descriptor.Number());
+    const Descriptor descriptor(folder, O_RDONLY | O_DIRECTORY);
+    if (!descriptor.IsOpen() || ::fsync(descriptor.Number()) == 0 || errno == EINVAL ||
+        errno == EROFS || errno == ENOTSUP)
+        return {};
+    return Failure{QStringLiteral("It is in its place, but the disk may not hold that: ") +
+                   SystemFailure().cause};
 }
 
 class PosixOutput final : public OutputDevice
 {
   public:
     explicit PosixOutput(Descriptor file) : m_file(std::move(file)) {}
-    PosixOutput(Descriptor file, QByteArray target, QByteArray temporary)
-        : m_file(std::move(file)), m_target(std::move(target)), m_temporary(std::move(temporary))
+    PosixOutput(Unfinished unfinished, QByteArray target, milliseconds patience)
+        : m_file(std::move(unfinished.file)),
+          m_target(std::move(target)),
+          m_temporary(std::move(unfinished.name)),
+          m_patience(patience)
     {
     }
     ~PosixOutput() override
@@ -214,11 +189,12 @@ class PosixOutput final : public OutputDevice
     {
         if (Result named = GiveName(); named.Failed())
             return named;
+        if (Result closing = CheckClosing(); closing.Failed())
+            return closing;
         if (::rename(m_temporary.constData(), m_target.constData()) != 0)
             return SystemFailure();
         m_temporary.clear();
-        SyncFolder(FolderOf(m_target));
-        return {};
+        return SyncFolder(FolderOf(m_target));
     }
 
     /// The new file belongs to whom the old one belongs to. Where the system refuses that, as it
@@ -235,18 +211,27 @@ class PosixOutput final : public OutputDevice
     {
         if (!m_temporary.isEmpty())
             return {};
-        const QByteArray nameless = "/proc/self/fd/" + QByteArray::number(m_file.Number());
-        QByteArray name = NewNameBeside(m_target);
-        if (::linkat(AT_FDCWD, nameless.constData(), AT_FDCWD, name.constData(),
-                     AT_SYMLINK_FOLLOW) != 0)
-            return SystemFailure();
+        QByteArray name = UnfinishedFile::NameFor(m_target);
+        if (Result named = UnfinishedFile::Name(m_file, name, m_patience); named.Failed())
+            return named;
         m_temporary = std::move(name);
+        return {};
+    }
+
+    /// Some systems tell only then that they have failed. The file itself stays open: with it the
+    /// lock on its name would go.
+    Result CheckClosing() const
+    {
+        const int copy = ::fcntl(m_file.Number(), F_DUPFD_CLOEXEC, 0);
+        if (copy < 0 || ::close(copy) != 0)
+            return SystemFailure();
         return {};
     }
 
     Descriptor m_file;
     QByteArray m_target;
     QByteArray m_temporary; ///< name of the unfinished file, removed unless it takes its place
+    milliseconds m_patience{};
 };
 
 /// Everything up to the end of the file, but never more than limit bytes.
@@ -267,6 +252,21 @@ FileSystem::Content ReadAll(int descriptor, qint64 expected, qint64 limit)
     return {{}, Failure{QStringLiteral("The file has grown too large")}};
 }
 
+FileSystem::Created MakeBeside(const QByteArray &name, bool named, milliseconds patience)
+{
+    const Target target = LookAt(name);
+    if (target.writable.Failed())
+        return {nullptr, target.writable};
+    Result opened;
+    Unfinished unfinished = OpenBeside(name, named, patience, opened);
+    if (opened.Failed())
+        return {nullptr, opened};
+    auto device = std::make_unique<PosixOutput>(std::move(unfinished), name, patience);
+    if (target.exists)
+        device->TakeOwnerAndMode(target.status);
+    return {std::move(device), {}};
+}
+
 } // namespace
 
 FileSystem::Created SystemFiles::Create(const QString &path)
@@ -274,7 +274,7 @@ FileSystem::Created SystemFiles::Create(const QString &path)
     const QByteArray name = FileName::Encode(path);
     if (const Target target = LookAt(name); target.writable.Failed())
         return {nullptr, target.writable};
-    Descriptor file = Open(name, O_WRONLY | O_CREAT);
+    Descriptor file(name, O_WRONLY | O_CREAT);
     // What was looked at may have been exchanged since: only now is it certain what is open.
     struct stat status = {};
     if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0)
@@ -286,26 +286,38 @@ FileSystem::Created SystemFiles::Create(const QString &path)
     return {std::make_unique<PosixOutput>(std::move(file)), {}};
 }
 
+/// Through a link the file itself is replaced; the link stays.
 FileSystem::Created SystemFiles::CreateBeside(const QString &path)
 {
-    // Through a link the file itself is replaced; the link stays.
-    const QByteArray name = Resolved(FileName::Encode(path));
-    const Target target = LookAt(name);
-    if (target.writable.Failed())
-        return {nullptr, target.writable};
-    QByteArray temporary;
-    Descriptor file = OpenBeside(name, temporary);
-    if (!file.IsOpen())
-        return {nullptr, SystemFailure()};
-    auto device = std::make_unique<PosixOutput>(std::move(file), name, temporary);
-    if (target.exists)
-        device->TakeOwnerAndMode(target.status);
-    return {std::move(device), {}};
+    return MakeBeside(Resolved(FileName::Encode(path)), false, m_patience);
+}
+
+FileSystem::Created SystemFiles::CreateForUpdate(const QString &path)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    return MakeBeside(Resolved(FileName::Encode(path)), true, m_patience);
+}
+
+void SystemFiles::Tidy(const QString &path)
+{
+    const QByteArray target = Resolved(FileName::Encode(path));
+    UnfinishedFile::RemoveUnheld(UnfinishedFile::NameFor(target)).Ignore();
+}
+
+Result SystemFiles::Rename(const QString &from, const QString &to)
+{
+    const QByteArray old = FileName::Encode(from);
+    const QByteArray name = FileName::Encode(to);
+    bool done =
+        ::renameat2(AT_FDCWD, old.constData(), AT_FDCWD, name.constData(), RENAME_NOREPLACE) == 0;
+    if (!done && errno == EINVAL && !Exists(to)) // the file system does not know the flag
+        done = ::rename(old.constData(), name.constData()) == 0;
+    return done ? SyncFolder(FolderOf(name)) : SystemFailure();
 }
 
 FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
 {
-    const Descriptor file = Open(FileName::Encode(path), O_RDONLY);
+    const Descriptor file(FileName::Encode(path), O_RDONLY);
     struct stat status = {};
     if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0)
         return {{}, SystemFailure()};

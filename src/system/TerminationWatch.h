@@ -19,6 +19,9 @@ class TerminationWatch final : public QObject
     TerminationWatch();
     ~TerminationWatch() override;
 
+    /// From now on a reader that has gone makes a write fail, and does not end the program.
+    static void OutliveReaders();
+
   Q_SIGNALS:
     void Terminating();
 

@@ -50,6 +50,11 @@ TerminationWatch::TerminationWatch()
     Handle(NoteSignal);
 }
 
+void TerminationWatch::OutliveReaders()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 TerminationWatch::~TerminationWatch()
 {
     if (!m_notifier)

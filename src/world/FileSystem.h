@@ -11,7 +11,8 @@
 
 #include <memory>
 
-/// Failure number: somebody holds the file open.
+/// Failure numbers: there is no such file; somebody holds it open.
+constexpr int FileMissing = 53;
 constexpr int FileAlreadyOpen = 55;
 
 /// One file that is being written. Destroying it closes it.
@@ -33,7 +34,7 @@ class OutputDevice
     virtual Result Check() const { return {}; }
     /// Bytes in the file, negative if the system cannot tell.
     virtual qint64 Size() const = 0;
-    /// Only of a device made by CreateBeside: the file takes its target's place, at once and whole.
+    /// Only of a device made beside a target: the file takes the target's place, at once and whole.
     virtual Result TakePlace() = 0;
 };
 
@@ -58,6 +59,14 @@ class FileSystem
     /// A nameless file in the folder of path. It vanishes unless it takes the place of path, which
     /// stays untouched until then.
     virtual Created CreateBeside(const QString &path) = 0;
+    /// The same for a file that is read, changed and written back: while the device lives no other
+    /// program has one for this path. Waits a little for its turn, then fails as "in use". The
+    /// folder is made if it is missing.
+    virtual Created CreateForUpdate(const QString &path) = 0;
+    /// Takes away what a program that was killed may have left beside path, best effort.
+    virtual void Tidy(const QString &path) = 0;
+    /// Gives what stands at a path, file or not, another name; never one that is taken.
+    virtual Result Rename(const QString &from, const QString &to) = 0;
     /// The whole file; one of more than limit bytes is refused before anything is read.
     virtual Content Read(const QString &path, qint64 limit) = 0;
     /// Whether something stands there, be it a file or not.

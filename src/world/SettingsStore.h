@@ -28,6 +28,10 @@ class SettingsStore
 
     virtual void Write(const QString &section, const QString &key, const QString &text) = 0;
 
-    /// Puts what was written in its place.
+    /// Puts what was written in its place. The cause of a failure names the store; what was written
+    /// then waits for the next time.
     virtual Result Flush() = 0;
+
+    /// Where the store is, for messages: its file.
+    virtual QString Place() const = 0;
 };

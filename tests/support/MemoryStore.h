@@ -7,12 +7,16 @@
 
 #include <QMap>
 
+#include <functional>
+
 /// A settings store that forgets. Keys are written "Section/Key".
 class MemoryStore final : public SettingsStore
 {
   public:
     QMap<QString, QString> texts;
     int flushes = 0;
+    Result flushed; ///< how every flush goes
+    std::function<void()> whileFlushing = [] {};
 
     std::optional<QString> Read(const QString &section, const QString &key) const override
     {
@@ -36,6 +40,8 @@ class MemoryStore final : public SettingsStore
     Result Flush() override
     {
         ++flushes;
-        return {};
+        whileFlushing();
+        return flushed;
     }
+    QString Place() const override { return QStringLiteral("memory.conf"); }
 };

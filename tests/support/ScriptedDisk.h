@@ -17,6 +17,8 @@ class ScriptedDisk final : public FileSystem
     QMap<QString, QByteArray> files; ///< by path
     qint64 room = Plenty;            ///< bytes that can still be written
     QString refused;                 ///< path that cannot be made
+    bool failRead = false;
+    bool held = false; ///< another program updates the file
     bool failSync = false;
     bool failTakePlace = false;
     qint64 vanishing = 0; ///< bytes that are said to be written, but are missing in the file
@@ -27,7 +29,7 @@ class ScriptedDisk final : public FileSystem
     {
         files.clear();
         room = Plenty;
-        failSync = failTakePlace = false;
+        failRead = held = failSync = failTakePlace = false;
         vanishing = 0;
     }
 
@@ -43,9 +45,26 @@ class ScriptedDisk final : public FileSystem
         ++unfinished;
         return {std::make_unique<Device>(*this, path, true), {}};
     }
+    Created CreateForUpdate(const QString &path) override
+    {
+        if (held)
+            return {nullptr,
+                    Failure{QStringLiteral("Another program is saving it"), FileAlreadyOpen}};
+        return CreateBeside(path);
+    }
+    void Tidy(const QString &) override {}
+    Result Rename(const QString &from, const QString &to) override
+    {
+        if (from == refused)
+            return Failure{QStringLiteral("Read-only file system")};
+        files[to] = files.take(from);
+        return {};
+    }
     Content Read(const QString &path, qint64 limit) override
     {
-        if (!files.contains(path) || files[path].size() > limit)
+        if (!files.contains(path))
+            return {{}, Failure{QStringLiteral("cannot be read"), FileMissing}};
+        if (failRead || files[path].size() > limit)
             return {{}, Failure{QStringLiteral("cannot be read")}};
         return {files[path], {}};
     }

@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Cases.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <csignal>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// The program as it is started, in a home that is not as it should be.
+class tst_start : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void RefusesWhatIsNoFileAtOnce_data()
+    {
+        const Cases<QString, QStringList, QString> row("pipe", "arguments", "said");
+        row("settings", "Serimonde.conf", {},
+            "critical: The settings could not be read. %1: It is a pipe, not a file. Correct that, "
+            "or start with --reset-settings, which sets the file aside.");
+        row("a project", "a.sqx", {"a.sqx"}, "critical: Errow while loading the project");
+        row("a log", "log_asc.txt", {"--demo", "--log", "log.txt", "--overwrite"},
+            "critical: Error while writing the ASCII log file - It is a pipe, not a file");
+        row("a picture", "a.png", {"--screenshot", "a.png"},
+            "critical: The picture a.png could not be written: It is a pipe, not a file");
+    }
+    void RefusesWhatIsNoFileAtOnce()
+    {
+        QFETCH(const QString, pipe);
+        QFETCH(const QStringList, arguments);
+        QFETCH(const QString, said);
+        QCOMPARE(::mkfifo(qPrintable(home->filePath(pipe)), 0600), 0);
+        QCOMPARE(Run(arguments), 1);
+        QVERIFY2(errors.startsWith(QString(said).replace("%1", home->filePath(pipe))),
+                 qPrintable(errors));
+        QVERIFY(errors.contains("It is a pipe, not a file"));
+    }
+
+    void ASettingThatIsNoneIsNamedWithItsFileAndCanBeSetAside()
+    {
+        const QByteArray bad = "[Communication]\nCommSpeed=9,6\n";
+        Put("Serimonde.conf", bad);
+        QCOMPARE(Run({}), 1);
+        for (const QString part : {"\"CommSpeed\"", "\"9,6\"", "--reset-settings"})
+            QVERIFY2(errors.contains(part), qPrintable(errors));
+        QVERIFY(errors.contains(home->filePath("Serimonde.conf")));
+        QCOMPARE(Content("Serimonde.conf"), bad);
+        QCOMPARE(Run({"--reset-settings"}), 0);
+        QVERIFY(errors.contains(home->filePath("Serimonde.conf.old")));
+        QCOMPARE(Content("Serimonde.conf.old"), bad);
+        QVERIFY(Content("Serimonde.conf").contains("CommSpeed=5\n"));
+    }
+
+    /// Whoever read standard error has gone, and something is written to it.
+    void OutlivesTheReaderOfItsMessages()
+    {
+        program.setChildProcessModifier([] {
+            int ends[2] = {};
+            if (::pipe(&ends[0]) == 0 && ::dup2(ends[1], STDERR_FILENO) >= 0) {
+                ::close(ends[0]);
+                ::close(ends[1]);
+            }
+            std::signal(SIGPIPE, SIG_DFL);
+        });
+        QCOMPARE(Run({"--demo", "--log", "log.txt", "--screenshot", "missing/a.png"}), 1);
+        QVERIFY(QFile::exists(home->filePath("log_asc.txt")));
+        QVERIFY(Content("Serimonde.conf").contains("CommSpeed=5\n"));
+    }
+
+    void init()
+    {
+        home = std::make_unique<QTemporaryDir>();
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CONFIG_HOME", home->path());
+        program.setProcessEnvironment(environment);
+        program.setWorkingDirectory(home->path());
+    }
+
+  private:
+    /// The exit status of an unattended run; -1 if it had another end, or none.
+    int Run(const QStringList &arguments)
+    {
+        program.start(SERIMONDE_PROGRAM, arguments + QStringList{"--quit-after", "0.5"});
+        const bool ended = program.waitForFinished(20000);
+        if (!ended)
+            program.kill();
+        errors = QString::fromUtf8(program.readAllStandardError());
+        return ended && program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1;
+    }
+    void Put(const char *name, const QByteArray &bytes) const
+    {
+        QFile file(home->filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    }
+    QByteArray Content(const char *name) const
+    {
+        QFile file(home->filePath(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<QTemporaryDir> home;
+    QProcess program;
+    QString errors;
+};
+
+QTEST_GUILESS_MAIN(tst_start)
+#include "tst_start.moc"
