@@ -24,6 +24,7 @@ class MdSequenceEdition
     static QString FullTableText();
 
     MdSequenceEdition() : m_send(Capacity), m_receive(Capacity) {}
+    Q_DISABLE_COPY_MOVE(MdSequenceEdition)
 
     int SendCount() const { return m_sendCount; }
     int ReceiveCount() const { return m_receiveCount; }
