@@ -48,11 +48,11 @@ struct Loaded {
 
     bool IsSound() const
     {
-        static const QStringList Messages = {"", "Error while loading the project",
+        static const QStringList messages = {"", "Error while loading the project",
                                              "Unknown project file version",
                                              "Errow while loading the project"};
         const auto fits = [](int count) { return count >= 0 && count <= 1025; };
-        return Messages.contains(message) && fits(tables.SendCount()) &&
+        return messages.contains(message) && fits(tables.SendCount()) &&
                fits(tables.ReceiveCount());
     }
 };

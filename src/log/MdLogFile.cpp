@@ -203,9 +203,8 @@ void MdLogFile::TellOfFailedClose(const LogSession::Closing &closing)
                       QStringLiteral("\nNot all that was to be logged is in the file.");
     if (m_parts.portsOpen())
         details += QStringLiteral(" Communication goes on.");
-    m_parts.prompts.ShowNotice(
-        QStringLiteral("closing ") + closing.failed.first(),
-        CriticalMessage(QStringLiteral("Error while closing a log file - ") +
-                            closing.result.Cause(),
-                        details));
+    m_parts.prompts.ShowNotice(QStringLiteral("closing ") + closing.failed.first(),
+                               CriticalMessage(QStringLiteral("Error while closing a log file - ") +
+                                                   closing.result.Cause(),
+                                               details));
 }

@@ -41,8 +41,7 @@ SerialPort::~SerialPort()
     m_hub.Arrivals().Detach(this);
 }
 
-template <typename Value>
-Result SerialPort::Set(Value &property, const Value &value, bool inRange)
+template <typename Value> Result SerialPort::Set(Value &property, const Value &value, bool inRange)
 {
     if (m_open)
         return Failure{QStringLiteral("COM%1 is open").arg(m_commPort)};
@@ -120,9 +119,9 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
     const auto line = ParseLineSettings(m_settings);
     if (!line)
         return Failure{QStringLiteral("The settings %1 do not have the form of 9600,N,8,1 (baud "
-                                     "rate, parity, data bits, stop bits)")
-                          .arg(m_settings),
-                      RefusedLineSettings};
+                                      "rate, parity, data bits, stop bits)")
+                           .arg(m_settings),
+                       RefusedLineSettings};
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
