@@ -20,6 +20,7 @@
 #include <QSessionManager>
 #include <QTextStream>
 
+#include <cstdlib>
 #include <memory>
 
 namespace
@@ -84,7 +85,12 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     QObject::connect(
         qApp, &QGuiApplication::commitDataRequest, &program,
         [closeUnasked](QSessionManager &) { closeUnasked(); }, Qt::DirectConnection);
-    return program.Run();
+    const int status = program.Run();
+    if (program.DiskHangs()) {
+        errors.flush();
+        std::_Exit(status);
+    }
+    return status;
 }
 
 } // namespace

@@ -62,12 +62,22 @@ int MdMain::Run()
     ShowMainWindow();
     MainLoop(m_run, *m_communication).Run();
 
-    m_communication->ClosePorts();
-    m_communication->ShowWaitingReports();
+    EndCommunication();
     m_dialogs.reset();
     m_lists.reset();
     m_window.reset();
     return m_world.prompts.CriticalShown() ? 1 : 0;
+}
+
+/// No event loop runs any more, so what the threads have posted is handled here.
+void MdMain::EndCommunication()
+{
+    m_world.prompts.EndNotices();
+    m_communication->ClosePorts();
+    m_diskHangs = !m_log.Finish();
+    QCoreApplication::sendPostedEvents(m_communication.get());
+    QCoreApplication::sendPostedEvents(&m_log);
+    m_communication->ShowWaitingReports();
 }
 
 bool MdMain::LoadMainWindow()

@@ -67,6 +67,10 @@ class MdMain final : public QObject
     /// the start failed or a critical message was given.
     int Run();
 
+    /// After Run: a disk has not taken the rest of a log in time. The process must then end without
+    /// waiting for it.
+    bool DiskHangs() const { return m_diskHangs; }
+
     /// The system ends the program: open dialogs are rejected and the window closes unasked.
     void CloseUnasked();
 
@@ -85,6 +89,7 @@ class MdMain final : public QObject
 
   private:
     bool LoadMainWindow();
+    void EndCommunication();
     void ApplyCommandLine();
     void MakeWindow();
     void ConnectCommunication();
@@ -95,6 +100,7 @@ class MdMain final : public QObject
 
     World m_world;
     CommandLine m_line;
+    bool m_diskHangs = false;
     MdHelp m_help;
 
     // What the subjects own and the settings store keeps.

@@ -215,7 +215,7 @@ PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
 void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
 {
     NoteIcon(prompt.icon);
-    if (Ending()) {
+    if (NoticesEnded()) {
         m_console.ShowNotice(about, prompt);
         return;
     }

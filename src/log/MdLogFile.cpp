@@ -171,10 +171,10 @@ bool MdLogFile::Finish()
 {
     if (WaitUntilWritten())
         return true;
-    m_parts.prompts.ShowNotice(
-        m_names.folder, CriticalMessage(QStringLiteral("The disk of the log files does not answer; "
-                                                       "%1 bytes of traffic are not written")
-                                            .arg(m_writer.BytesWaiting())));
+    m_parts.prompts.ShowMessage(
+        CriticalMessage(QStringLiteral("The disk of the log files does not answer; "
+                                       "%1 bytes of traffic are not written")
+                            .arg(m_writer.BytesWaiting())));
     return false;
 }
 

@@ -54,6 +54,9 @@ class UserPrompts
     /// once as if the user had escaped from it.
     void EndUnasked() { m_ending = true; }
 
+    /// No event will be handled any more: notices are lines of text from now on.
+    void EndNotices() { m_noticesEnded = true; }
+
     /// Whether a message with the critical icon has been shown in this run.
     bool CriticalShown() const { return m_criticalShown; }
 
@@ -61,10 +64,12 @@ class UserPrompts
     void NoteIcon(PromptIcon icon) { m_criticalShown |= icon == PromptIcon::Critical; }
 
     bool Ending() const { return m_ending; }
+    bool NoticesEnded() const { return m_ending || m_noticesEnded; }
 
   private:
     bool m_criticalShown = false;
     bool m_ending = false;
+    bool m_noticesEnded = false;
 };
 
 /// What Escape and the frame's close button answer: No where there is no Cancel.
