@@ -456,6 +456,8 @@ void frmMain::EnableLogCommands(bool canStart, bool canStop)
 void frmMain::SetProjectModified(bool modified)
 {
     EnableCommand(Command::Save, modified);
+    if (!modified)
+        Q_EMIT ProjectSettled();
 }
 
 bool frmMain::ProjectModified() const
@@ -478,7 +480,7 @@ void frmMain::SetBusy(bool busy)
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     // No event is handled until the work is done, so the place where a dialog stood is painted now.
     // To repaint the window leaves out what lies on it; all of that is in the backing store.
-    if (isVisible() && backingStore())
+    if (isVisible() && backingStore() && !backingStore()->size().isEmpty())
         backingStore()->flush(rect());
 }
 

@@ -103,6 +103,8 @@ class frmMain final : public QWidget, public ProjectWindow
     void CommandChosen(Command command);
     /// A recent project, as it was given to ShowRecentProjects.
     void RecentProjectChosen(const QString &project);
+    /// There is nothing to save, whether or not there was.
+    void ProjectSettled();
 
   protected:
     void closeEvent(QCloseEvent *event) override;
