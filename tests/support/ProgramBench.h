@@ -42,7 +42,7 @@ class ProgramBench
         std::function<bool()> goal = [] { return true; };
     };
 
-    /// Runs the program through the steps, then closes its window. Returns the exit status.
+    /// Runs the program through the steps, then ends it unasked. Returns the exit status.
     int Run(QList<Step> steps, int millisecondsPerStep = 20000)
     {
         program = std::make_unique<MdMain>(
@@ -68,7 +68,7 @@ class ProgramBench
             acted = false;
             if (steps.isEmpty() && program->Window()) {
                 watch.stop();
-                program->Window()->CloseUnasked();
+                program->CloseUnasked();
             }
         });
         watch.start(1);
