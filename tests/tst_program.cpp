@@ -312,7 +312,7 @@ class tst_program : public QObject
         QFETCH(QStringList, left);
         MdSequenceEdition tables;
         tables.AddSend({"a,b", "c"});
-        const QByteArray text = UnsavedProject::Of(tables, {{}, "/f/", "name"}).ToText();
+        const QByteArray text = UnsavedProject::Of(tables, {{}, "/f/", "name", {}}).ToText();
         ProgramBench bench;
         bench.recovery.files = {{"a", text}, {"b", text}, {"damaged", "{"}};
         bench.recovery.held = {held};

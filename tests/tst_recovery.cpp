@@ -67,10 +67,11 @@ class tst_recovery : public QObject
             tables.AddSend({text, text});
             tables.AddReceive({text, text, {}, {}, -1, text, 1, 7});
         }
-        tables.EditSend(1024) = {"behind", "the count"}; // what an answer may refer to
-        tables.EditReceive(1024) = {"behind", "the count"};
+        // Behind the counts stands what a file may have put there and an answer may refer to.
+        tables.ChangeSend(1024, [](SendSequence &record) { record = {"far", "behind"}; });
+        tables.ChangeReceive(1024, [](ReceiveSequence &record) { record = {"far", "behind"}; });
         const QString name = QStringLiteral("Gr\u00fc\u00dfe ") + QChar(0xDCE9);
-        const auto text = UnsavedProject::Of(tables, {{}, "/f/", name}).ToText();
+        const auto text = UnsavedProject::Of(tables, {{}, "/f/", name, {}}).ToText();
 
         const auto read = UnsavedProject::FromText(text);
         QVERIFY(read && read->folder == "/f/" && read->name == name);
@@ -132,7 +133,7 @@ class tst_recovery : public QObject
         const QString elsewhere = folder->filePath("elsewhere");
         QVERIFY(QDir().mkpath(elsewhere) && QFile::link(elsewhere, folder->filePath("link")));
         SystemRecoveryFolder link(folder->filePath("link"));
-        QVERIFY(link.Keep("content").failure);
+        QVERIFY(link.Keep("content").result.Failed());
         QCOMPARE(QDir(elsewhere).count(), 2U); // itself and the one above
         QFile::link(kept->Path(), path + "/unsaved-link.json");
         ::mkfifo(qPrintable(path + "/unsaved-pipe.json"), 0600);

@@ -130,18 +130,20 @@ UnsavedProject UnsavedProject::Of(const MdSequenceEdition &sequences, const Proj
 
 void UnsavedProject::PutInto(MdSequenceEdition &sequences) const
 {
+    const MdSequenceEdition::Change change(sequences);
     sequences.ClearProject();
-    for (const auto &[index, record] : send) {
-        if (index < sendCount)
-            sequences.LoadSend(index, record);
+    for (const auto &each : send) {
+        if (each.first < sendCount)
+            sequences.LoadSend(each.first, each.second);
         else
-            sequences.EditSend(index) = record;
+            sequences.ChangeSend(each.first, [&](SendSequence &record) { record = each.second; });
     }
-    for (const auto &[index, record] : receive) {
-        if (index < receiveCount)
-            sequences.LoadReceive(index, record);
+    for (const auto &each : receive) {
+        if (each.first < receiveCount)
+            sequences.LoadReceive(each.first, each.second);
         else
-            sequences.EditReceive(index) = record;
+            sequences.ChangeReceive(each.first,
+                                    [&](ReceiveSequence &record) { record = each.second; });
     }
 }
 

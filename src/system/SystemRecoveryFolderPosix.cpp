@@ -99,7 +99,7 @@ QByteArray NewName()
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     return FileName::Encode(Prefix + now.toString(QStringLiteral("yyyyMMddhhmmsszzz-")) +
-                             QString::number(QRandomGenerator::global()->generate(), 36) + Suffix);
+                            QString::number(QRandomGenerator::global()->generate(), 36) + Suffix);
 }
 
 bool WriteAll(const Descriptor &file, QByteArrayView content)
