@@ -10,14 +10,15 @@
 #include "QtPrompts.h"
 #include "QtSettingsStore.h"
 #include "QtShell.h"
+#include "SessionWatch.h"
 #include "SystemClock.h"
 #include "SystemFiles.h"
+#include "SystemRecoveryFolder.h"
 #include "SystemRegistry.h"
 #include "TerminationWatch.h"
 
 #include <QApplication>
 #include <QRegularExpression>
-#include <QSessionManager>
 #include <QTextStream>
 
 #include <cstdlib>
@@ -74,7 +75,8 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     const SystemClock clock;
     QtShell shell;
     const std::unique_ptr<SystemRegistry> registry = MakeSystemRegistry();
-    MdMain program({store, *prompts, clock, shell, *registry}, line);
+    SystemRecoveryFolder recovery;
+    MdMain program({store, *prompts, clock, shell, *registry, recovery}, line);
 
     const auto closeUnasked = [&program, &prompts] {
         prompts->EndUnasked();
@@ -82,9 +84,16 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     };
     const TerminationWatch termination;
     QObject::connect(&termination, &TerminationWatch::Terminating, &program, closeUnasked);
-    QObject::connect(
-        qApp, &QGuiApplication::commitDataRequest, &program,
-        [closeUnasked](QSessionManager &) { closeUnasked(); }, Qt::DirectConnection);
+    const SessionWatch session;
+    QObject::connect(&session, &SessionWatch::Lost, &program, [&program, &prompts] {
+        prompts->EndUnasked();
+        program.Recovery().Keep();
+    });
+    QObject::connect(&session, &SessionWatch::SavingWanted, &program,
+                     [&program] { program.Recovery().Keep(); });
+    QObject::connect(&session, &SessionWatch::GoesOn, &program,
+                     [&program] { program.Recovery().GoOn(); });
+    QObject::connect(&session, &SessionWatch::Ending, &program, closeUnasked);
     const int status = program.Run();
     if (program.DiskHangs()) {
         errors.flush();

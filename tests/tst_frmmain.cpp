@@ -10,6 +10,8 @@
 #include "RunState.h"
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
+#include "ScrollPage.h"
+#include "SessionWatch.h"
 #include "WindowSettings.h"
 #include "frmMain.h"
 #include "support/Cases.h"
@@ -22,12 +24,15 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 namespace
 {
@@ -188,7 +193,7 @@ class tst_frmmain : public QObject
         auto *tabs = bench.Find<QTabBar>("tsTabStrip1");
         const char *captions[] = {" ASCII", " HEX", " Decimal", " Binary"};
         const char *boxes[] = {"txtASCII", "txtHexa", "txtDeci", "txtBin"};
-        for (const int tab : {3, 2, 1, 0}) {
+        for (const int tab : {3, 2, 2, 1, 0}) { // one of them is shown already
             bench.views.CaretPosition = 17;
             QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(tab).center());
             QCOMPARE(tabs->tabText(tab), captions[tab]);
@@ -260,12 +265,15 @@ class tst_frmmain : public QObject
         QCOMPARE(bench.window->ReceiveList().columnWidth(3), 61);
         bench.window->SendList().setColumnWidth(1, 123);
         bench.window->ReceiveList().setColumnWidth(2, 124);
-        bench.settings.window = {};
-        bench.window->StorePlace();
-        const WindowSettings &place = bench.settings.window;
-        QCOMPARE((QList<float>{place.MainLeft, place.MainTop, place.MainWidth, place.MainHeight,
-                               place.vSplitt, place.hSplitt}),
-                 (QList<float>{750, 600, 9000, 7500, 4500, 3000}));
+        for (const Qt::WindowState state : {Qt::WindowNoState, Qt::WindowMaximized}) {
+            bench.window->setWindowState(state);
+            bench.settings.window = {};
+            bench.window->StorePlace();
+            const WindowSettings &place = bench.settings.window;
+            QCOMPARE((QList<float>{place.MainLeft, place.MainTop, place.MainWidth, place.MainHeight,
+                                   place.vSplitt, place.hSplitt}),
+                     (QList<float>{750, 600, 9000, 7500, 4500, 3000}));
+        }
         QCOMPARE(bench.settings.lists.sendWidths, (std::array<qint32, 3>{40, 123, 300}));
         QCOMPARE(bench.settings.lists.receiveWidths, (std::array<qint32, 4>{41, 91, 124, 61}));
     }
@@ -278,7 +286,7 @@ class tst_frmmain : public QObject
             });
             const QRect screen = bench.window->screen()->availableGeometry();
             QVERIFY(screen.contains(bench.window->geometry().topLeft()));
-            QCOMPARE(bench.window->width(), screen.width() * 3 / 4);
+            QCOMPARE(bench.window->width(), qMax(screen.width() * 3 / 4, 800)); // 12,000 twips
             QVERIFY(bench.window->height() <= screen.height());
         }
     }
@@ -326,6 +334,17 @@ class tst_frmmain : public QObject
         QVERIFY(!bench.window->isVisible());
     }
 
+    void TheEndOfASessionIsTold()
+    {
+        const WindowBench bench;
+        const SessionWatch session;
+        const QSignalSpy ending(&session, &SessionWatch::Ending);
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &quit);
+        QCOMPARE(ending.size(), 1);
+        QVERIFY(bench.window->isVisible()); // it is closed by those who listen
+    }
+
     void ClosingEndsOtherForms()
     {
         WindowBench bench;
@@ -335,6 +354,27 @@ class tst_frmmain : public QObject
         QTimer::singleShot(0, bench.window.get(), [&] { bench.window->CloseUnasked(); });
         QCOMPARE(dialog.exec(), int(QDialog::Rejected));
         QVERIFY(!seenByUnload);
+    }
+
+    void APageOfADialogScrollsOnlyWhereTheScreenEnds()
+    {
+        auto *content = new QWidget;
+        auto *field = new QWidget;
+        auto *page = new ScrollPage(content);
+        auto *button = new QPushButton("OK");
+        QDialog dialog;
+        auto *column = new QVBoxLayout(&dialog);
+        column->addWidget(page);
+        column->addWidget(button);
+        (new QVBoxLayout(content))->addWidget(field); // later than the page was made
+        for (const int height : {20, 200, 2000}) {
+            field->setMinimumHeight(height);
+            dialog.show();
+            const int room = dialog.screen()->availableGeometry().height();
+            QTRY_COMPARE(page->verticalScrollBar()->maximum() > 0, height > room);
+            QTRY_VERIFY(dialog.frameGeometry().height() <= room);
+            QVERIFY(dialog.rect().contains(button->geometry()));
+        }
     }
 
     void ANoticeBlocksNothing()
@@ -369,9 +409,23 @@ class tst_frmmain : public QObject
             tell("one file", "4");
         }
         QTRY_COMPARE(boxes().keys(), QStringList({"3", "4"})); // it outlives what it stood over
+        QList<PromptAnswer> answers;
+        const auto ask = [&](const char *text) {
+            prompts.Ask({.text = text,
+                         .buttons = PromptButtons::YesNoCancel,
+                         .defaultAnswer = PromptAnswer::No},
+                        [&](PromptAnswer answer) { answers << answer; });
+        };
+        ask("one");
+        ask("two");
+        QVERIFY(!QApplication::activeModalWidget() && answers.isEmpty());
+        QTest::keyClick(boxes()["one"], Qt::Key_Return);
+        QCOMPARE(boxes().keys(), QStringList({"3", "4", "two"}));
         frmMain::UnloadForms(bench.window.get());
         QCOMPARE(boxes().keys(), QStringList());
+        QCOMPARE(answers, (QList{PromptAnswer::No, PromptAnswer::Cancel}));
         prompts.EndUnasked();
+        ask("three");
         for (const char *text : {"5", "5", "6"})
             tell("one file", text);
         QCOMPARE(boxes().keys(), QStringList());

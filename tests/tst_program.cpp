@@ -11,6 +11,7 @@
 #include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SystemPortName.h"
+#include "UnsavedProject.h"
 #include "support/Cases.h"
 #include "support/CommunicationBench.h"
 #include "support/NamesIn.h"
@@ -239,6 +240,98 @@ class tst_program : public QObject
             QCOMPARE(bench.store.texts["Settings/ProjectPath"], "/kept/");
             QCOMPARE(bench.store.flushes, 1);
         }
+    }
+
+    void UnsavedChangesAreKeptForAnEnd()
+    {
+        ProgramBench bench;
+        QList<int> files;
+        const auto recovery = [&]() -> ProjectRecovery & { return bench.program->Recovery(); };
+        const auto modify = [&](bool is) { bench.program->Window()->SetProjectModified(is); };
+        const QList<std::function<void()>> events = {[&] { recovery().Keep(); }, // there is nothing to save
+                                                     [&] { modify(true); },
+                                                     [&] { recovery().Keep(); },
+                                                     [&] { recovery().Keep(); },
+                                                     [&] { bench.program->Sequences().AddSend({"late", "late"}); },
+                                                     [&] { recovery().Keep(); },
+                                                     [&] { recovery().GoOn(); },
+                                                     [&] { recovery().Keep(); },
+                                                     [&] { modify(false); }, // saved
+                                                     [&] { modify(true); }};
+        bench.Run({{[&] {
+            for (const auto &event : events) {
+                event();
+                files << int(bench.recovery.files.size());
+            }
+        }}}); // and ends unasked
+        QCOMPARE(files, (QList{0, 0, 1, 1, 1, 1, 0, 1, 0, 0}));
+        QCOMPARE(bench.recovery.files.size(), 1);
+        QVERIFY(bench.recovery.files.first().contains("6c617465"));
+
+        // The same once more takes the place of what was left; what the user gives up is not kept.
+        const auto fillAgain = [&] {
+            bench.program->Sequences().AddSend({"late", "late"});
+            modify(true);
+        };
+        bench.Run({{fillAgain}});
+        QCOMPARE(bench.recovery.files.size(), 1);
+        bench.recovery.files.clear();
+        bench.prompts.answers = {PromptAnswer::No};
+        bench.Run({{[&] {
+            fillAgain();
+            recovery().Keep();
+            bench.program->Execute(Command::Exit);
+        }}});
+        QCOMPARE(bench.recovery.files.size(), 0);
+
+        bench.recovery.fault = "full";
+        bench.Run({{fillAgain}});
+        QVERIFY(bench.prompts.notices.last().text.contains("full"));
+    }
+
+    void TheNextStartOffersWhatWasLeft_data()
+    {
+        using Answers = QList<PromptAnswer>;
+        const Cases<Answers, QString, bool, int, bool, QStringList> row(
+            "answers", "held", "unattended", "asked", "restored", "left");
+        row("not answered", {}, "", false, 1, false, {"a", "b", "damaged"});
+        row("yes", {PromptAnswer::Yes}, "", false, 1, true, {"a", "b", "damaged"});
+        row("no, the other one", {PromptAnswer::No, PromptAnswer::Yes}, "", false, 2, true,
+            {"b", "damaged"});
+        row("neither", {PromptAnswer::No, PromptAnswer::No}, "", false, 2, false, {"damaged"});
+        row("not now", {PromptAnswer::Cancel}, "", false, 1, false, {"a", "b", "damaged"});
+        row("another program has one", {PromptAnswer::No}, "a", false, 1, false, {"a", "damaged"});
+        row("nobody is there", {PromptAnswer::Yes}, "", true, 0, false, {"a", "b", "damaged"});
+    }
+
+    void TheNextStartOffersWhatWasLeft()
+    {
+        QFETCH(QString, held);
+        QFETCH(bool, unattended);
+        QFETCH(bool, restored);
+        QFETCH(QStringList, left);
+        MdSequenceEdition tables;
+        tables.AddSend({"a,b", "c"});
+        const QByteArray text = UnsavedProject::Of(tables, {{}, "/f/", "name", {}}).ToText();
+        ProgramBench bench;
+        bench.recovery.files = {{"a", text}, {"b", text}, {"damaged", "{"}};
+        bench.recovery.held = {held};
+        QFETCH(QList<PromptAnswer>, answers);
+        bench.prompts.laterAnswers = answers;
+        if (unattended)
+            bench.line.quitAfterSeconds = 100;
+        bench.Run({{}, {[&] {
+                       QTEST(int(bench.prompts.questions.size()), "asked");
+                       QTEST(bench.recovery.files.keys(), "left");
+                       frmMain &window = *bench.program->Window();
+                       QCOMPARE(window.ProjectModified(), restored);
+                       QCOMPARE(window.windowTitle(), restored ? "Serimonde - name" : "Serimonde");
+                       QCOMPARE(bench.program->Sequences().SendAt(0).Name, restored ? "a,b" : "");
+                       bench.program->Recovery().GoOn();
+                       QTEST(bench.recovery.files.keys(), "left");
+                       window.SetProjectModified(false);
+                       QCOMPARE(bench.recovery.files.size() + (restored ? 1 : 0), left.size());
+                   }}});
     }
 
     void TheLogHasItsButtonsAndItsEnd()

@@ -256,7 +256,7 @@ class TestSerialPort : public QObject
         World world;
         Station station(world, 1);
         const QByteArray question = RandomBytes(100 * Kibi);
-        const QByteArray answer = RandomBytes(500 * Kibi);
+        const QByteArray answer = RandomBytes(200 * Kibi);
         QVERIFY(station.pty.Write(question));
         QVERIFY(!station.port.Output(answer).Failed());
         auto peer = std::async(std::launch::async, [&] { return station.pty.Read(answer.size()); });

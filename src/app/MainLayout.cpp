@@ -38,7 +38,7 @@ Horizontal VSizeControls(int x, int innerWidth)
     Horizontal sums{};
     sums.splitter = splitter;
     sums.lists = {ListsLeft, std::max(0, splitter - ListsLeft)};
-    sums.tabs = {splitter + 100, std::max(0, innerWidth - splitter - 300)};
+    sums.tabs = {splitter + 100, std::max(0, innerWidth - splitter - BesideTabs)};
     sums.title = Inset(sums.tabs, 20);
     sums.views = Inset(sums.tabs, 80);
     return sums;

@@ -17,6 +17,8 @@ constexpr int VerticalDragLimit = 500;
 /// The same for the horizontal splitter, whose layout has the same bounds.
 constexpr int HorizontalDragLimit = 2000;
 constexpr int SplitterThickness = 100;
+/// The tabs are by so much narrower than what the splitter leaves them.
+constexpr int BesideTabs = 300;
 
 /// A stretch along one axis.
 struct Span {

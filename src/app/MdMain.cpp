@@ -37,6 +37,7 @@ MdMain::MdMain(const World &world, const CommandLine &line)
                              world.clock, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
+      m_recovery({m_projectState, m_sequences, m_project, world.recovery, world.prompts, m_run}),
       m_find(m_sequences, m_views, world.prompts),
       m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, world.prompts,
                world.clock, m_printOutput, [this](bool busy) { m_window->SetBusy(busy); }})
@@ -137,13 +138,19 @@ void MdMain::MakeWindow()
                         m_world.prompts,
                         m_world.shell,
                         m_world.registry});
-    m_window->AskSaveChanges = [this] { return m_project.AskSaveChanges(); };
+    m_window->AskSaveChanges = [this] {
+        const bool mayClose = m_project.AskSaveChanges();
+        if (mayClose)
+            m_recovery.Drop();
+        return mayClose;
+    };
     m_window->Unload = [this] { UnloadMainWindow(); };
     m_window->RefreshSequenceLists = [this] { m_lists->Refresh(); };
     m_lists->EditSend = [this] { m_dialogs->EditSendSequence(); };
     m_lists->EditReceive = [this] { m_dialogs->EditReceiveSequence(); };
     connect(m_lists.get(), &SequenceLists::ProjectChanged, m_window.get(),
             [this] { m_window->SetProjectModified(true); });
+    connect(m_window.get(), &frmMain::ProjectSettled, this, [this] { m_recovery.Drop(); });
     connect(m_window.get(), &frmMain::CommandChosen, this, &MdMain::Execute);
     connect(m_window.get(), &frmMain::RecentProjectChosen, this,
             [this](const QString &entry) { m_project.OpenRecentProject(entry); });
@@ -196,6 +203,8 @@ void MdMain::ShowMainWindow()
     m_window->show();
     if (!m_line.project.isEmpty())
         QTimer::singleShot(0, m_window.get(), [this] { m_project.OpenFile(m_line.project); });
+    if (!m_line.Unattended())
+        QTimer::singleShot(0, m_window.get(), [this] { m_recovery.Offer(); });
     if (m_line.start || m_demo)
         QTimer::singleShot(0, m_communication.get(), &MdCommunication::OpenPorts);
     if (m_line.quitAfterSeconds) {
@@ -207,6 +216,7 @@ void MdMain::ShowMainWindow()
 void MdMain::CloseUnasked()
 {
     if (m_window) {
+        m_recovery.Keep();
         m_window->CloseUnasked();
         return;
     }

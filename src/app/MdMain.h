@@ -17,6 +17,7 @@
 #include "MdSequenceEdition.h"
 #include "OpenFiles.h"
 #include "PortDevices.h"
+#include "ProjectRecovery.h"
 #include "ProjectState.h"
 #include "QtPrintOutput.h"
 #include "RunState.h"
@@ -58,6 +59,7 @@ class MdMain final : public QObject
         const Clock &clock;
         Shell &shell;
         SystemRegistry &registry;
+        RecoveryFolder &recovery;
     };
 
     MdMain(const World &world, const CommandLine &line);
@@ -71,7 +73,8 @@ class MdMain final : public QObject
     /// waiting for it.
     bool DiskHangs() const { return m_diskHangs; }
 
-    /// The system ends the program: open dialogs are rejected and the window closes unasked.
+    /// The system ends the program: open dialogs are rejected and the window closes unasked. What
+    /// has not been saved is kept for the next start.
     void CloseUnasked();
 
     /// Carries out a command of the main window.
@@ -79,6 +82,8 @@ class MdMain final : public QObject
 
     /// Its file is looked for in the program's own folder.
     MdHelp &Help() { return m_help; }
+    /// For an end that may come without a question.
+    ProjectRecovery &Recovery() { return m_recovery; }
     /// The window while the program runs, else null.
     frmMain *Window() const { return m_window.get(); }
     MdCommunication &Communication() { return *m_communication; }
@@ -126,6 +131,7 @@ class MdMain final : public QObject
     std::unique_ptr<SerialPorts> m_ports;
     std::unique_ptr<MdCommunication> m_communication;
     MdProject m_project;
+    ProjectRecovery m_recovery;
     MdFind m_find;
     QtPrintOutput m_printOutput{m_files};
     MdPrint m_print;

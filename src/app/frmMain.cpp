@@ -47,6 +47,9 @@ constexpr int TabEarsHeight = 400;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
 
+/// Width of the first window where the screen has as much, in twips.
+constexpr int LeastFirstWidth = 12000;
+
 constexpr std::array<const char *, 3> Titles = {"Send Sequences", "Communication",
                                                 "Receive Sequences"};
 
@@ -127,6 +130,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     RestorePlace();
 
     InitViews();
+    PlaceFirstSplitter();
     LayOut();
     ShowView(tsTabStrip1->currentIndex());
     ShowPortStatus(QStringLiteral("Communication port is closed"));
@@ -263,6 +267,11 @@ void frmMain::InitViews()
         m_boxes[size_t(r)]->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
     }
     connect(tsTabStrip1, &QTabBar::currentChanged, this, &frmMain::ShowView);
+    // A click on the tab that is shown already changes none.
+    connect(tsTabStrip1, &QTabBar::tabBarClicked, this, [this](int tab) {
+        if (tab == tsTabStrip1->currentIndex() && QApplication::mouseButtons() == Qt::LeftButton)
+            m_parts.views.CaretPosition = 0;
+    });
 }
 
 void frmMain::ShowView(int tab)
@@ -322,13 +331,15 @@ void frmMain::RestorePlace()
 {
     const QRect screen = QApplication::primaryScreen()->availableGeometry();
     const WindowSettings &place = m_parts.window;
-    const auto size = [](float stored, int ofScreen) {
-        return stored > 0 ? std::max(1, Pixels(WholeTwips(stored))) : ofScreen * 3 / 4;
+    const auto size = [](float stored, int least, int ofScreen) {
+        return stored > 0 ? std::max(1, Pixels(WholeTwips(stored)))
+                          : std::max(ofScreen * 3 / 4, std::min(least, ofScreen));
     };
     QRect all;
     for (const QScreen *each : QApplication::screens())
         all |= each->availableGeometry();
-    resize(QSize(size(place.MainWidth, screen.width()), size(place.MainHeight, screen.height()))
+    resize(QSize(size(place.MainWidth, Pixels(LeastFirstWidth), screen.width()),
+                 size(place.MainHeight, 0, screen.height()))
                .boundedTo(all.size()));
     move(Pixels(WholeTwips(place.MainLeft)), Pixels(WholeTwips(place.MainTop)));
 
@@ -344,7 +355,11 @@ void frmMain::RestorePlace()
 
 void frmMain::StorePlace()
 {
-    const QRect frame = isMaximized() || isFullScreen() ? normalGeometry() : QRect(pos(), size());
+    NoteFrame();
+    // The size without the frame, the place with it.
+    const QRect frame = isMaximized() || isFullScreen()
+                            ? normalGeometry().translated(-m_frameCorner)
+                            : QRect(pos(), size());
     WindowSettings &place = m_parts.window;
     place.MainLeft = float(Twips(frame.x()));
     place.MainTop = float(Twips(frame.y()));
@@ -356,8 +371,30 @@ void frmMain::StorePlace()
     EventList->StoreColumnWidths(m_parts.lists.receiveWidths);
 }
 
+/// While nothing is stored: on a small screen in the middle, but all tabs are to be seen.
+void frmMain::PlaceFirstSplitter()
+{
+    if (m_parts.window.MainWidth > 0 || width() >= Pixels(LeastFirstWidth))
+        return;
+    const int beside = Twips(width() - tsTabStrip1->sizeHint().width()) - MainLayout::BesideTabs;
+    m_vSplitt = std::min(Twips(width()) / 2, beside);
+}
+
+/// How wide the frame is while the window has its normal size; maximised it may have another.
+void frmMain::NoteFrame()
+{
+    if (!isMaximized() && !isFullScreen() && !isMinimized())
+        m_frameCorner = geometry().topLeft() - pos();
+}
+
+void frmMain::moveEvent(QMoveEvent *)
+{
+    NoteFrame();
+}
+
 void frmMain::resizeEvent(QResizeEvent *)
 {
+    NoteFrame();
     if (!isMinimized())
         LayOut();
 }
@@ -456,6 +493,8 @@ void frmMain::EnableLogCommands(bool canStart, bool canStop)
 void frmMain::SetProjectModified(bool modified)
 {
     EnableCommand(Command::Save, modified);
+    if (!modified)
+        Q_EMIT ProjectSettled();
 }
 
 bool frmMain::ProjectModified() const
@@ -478,7 +517,7 @@ void frmMain::SetBusy(bool busy)
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     // No event is handled until the work is done, so the place where a dialog stood is painted now.
     // To repaint the window leaves out what lies on it; all of that is in the backing store.
-    if (isVisible() && backingStore())
+    if (isVisible() && backingStore() && !backingStore()->size().isEmpty())
         backingStore()->flush(rect());
 }
 

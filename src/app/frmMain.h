@@ -103,9 +103,12 @@ class frmMain final : public QWidget, public ProjectWindow
     void CommandChosen(Command command);
     /// A recent project, as it was given to ShowRecentProjects.
     void RecentProjectChosen(const QString &project);
+    /// There is nothing to save, whether or not there was.
+    void ProjectSettled();
 
   protected:
     void closeEvent(QCloseEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
   private:
@@ -121,6 +124,8 @@ class frmMain final : public QWidget, public ProjectWindow
 
     QAction *MakeAction(Command command, const QString &text, const char *shortcut);
     void RestorePlace();
+    void PlaceFirstSplitter();
+    void NoteFrame();
     void InitViews();
     void ShowView(int tab);
     void EnableCommand(Command command, bool enabled);
@@ -133,8 +138,9 @@ class frmMain final : public QWidget, public ProjectWindow
     std::multimap<Command, QAction *> m_actions; ///< what the user can choose each command by
     bool m_unasked = false;                      ///< the system wants the window to go
     bool m_asking = false;                       ///< the question before a close stands
-    int m_vSplitt;                               ///< left edge of VimgSplitter, twips
-    int m_hSplitt;                               ///< top of HimgSplitter, twips
+    QPoint m_frameCorner; ///< from the frame's corner to the window's, pixels
+    int m_vSplitt;        ///< left edge of VimgSplitter, twips
+    int m_hSplitt;        ///< top of HimgSplitter, twips
 
     QMenuBar *m_menuBar;
     QWidget *m_inner; ///< everything below the menu bar

@@ -12,3 +12,10 @@ inline QPushButton *NamedButton(const char *name, const char *caption, QWidget *
     button->setObjectName(QString::fromLatin1(name));
     return button;
 }
+
+/// Lets the button become hardly wider than its caption where a row of buttons has little room.
+inline QPushButton *LetNarrow(QPushButton *button)
+{
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(button->text()) + 8);
+    return button;
+}

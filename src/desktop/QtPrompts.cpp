@@ -79,6 +79,9 @@ class NoticeBox final : public QMessageBox
     /// Belongs to the owner's window for the system, so that a modal owner does not block it.
     void ShowOver(const QWidget *owner)
     {
+        setWindowModality(Qt::NonModal);
+        setAttribute(Qt::WA_DeleteOnClose);
+        setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
         create();
         if (owner) {
             windowHandle()->setTransientParent(owner->window()->windowHandle());
@@ -197,6 +200,8 @@ QtPrompts::~QtPrompts()
 {
     for (const QPointer<QMessageBox> &notice : std::as_const(m_notices))
         delete notice;
+    for (const QPointer<QMessageBox> &question : std::as_const(m_questions))
+        delete question;
 }
 
 PromptAnswer QtPrompts::ShowMessage(const MessagePrompt &prompt)
@@ -225,9 +230,20 @@ void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
     auto *box = new NoticeBox;
     standing = box;
     Furnish(*box, prompt);
-    box->setWindowModality(Qt::NonModal);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed goes on
+    box->ShowOver(Owner());
+}
+
+void QtPrompts::Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered)
+{
+    if (Ending())
+        return;
+    auto *box = new NoticeBox;
+    m_questions << box;
+    Furnish(*box, prompt);
+    QObject::connect(box, &QMessageBox::finished, box,
+                     [answered = std::move(answered), buttons = prompt.buttons](int button) {
+                         answered(AnswerOf(button, buttons));
+                     });
     box->ShowOver(Owner());
 }
 

@@ -6,6 +6,7 @@
 #include "ConsolePrompts.h"
 
 #include <QHash>
+#include <QList>
 #include <QPointer>
 
 class QMessageBox;
@@ -21,6 +22,7 @@ class QtPrompts final : public UserPrompts
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     void ShowNotice(const QString &about, const MessagePrompt &prompt) override;
+    void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered) override;
     QString ChooseFile(const FileDialogRequest &request) override;
     std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
     std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
@@ -29,4 +31,5 @@ class QtPrompts final : public UserPrompts
     QString m_printer; ///< chosen last in this run; empty for the system's default
     ConsolePrompts m_console;
     QHash<QString, QPointer<QMessageBox>> m_notices; ///< by what they are about
+    QList<QPointer<QMessageBox>> m_questions;
 };

@@ -10,6 +10,7 @@
 #include "NamedButton.h"
 #include "QuietLine.h"
 #include "SQEditSequence.h"
+#include "ScrollPage.h"
 #include "UserPrompts.h"
 
 #include <QGroupBox>
@@ -66,9 +67,12 @@ void frmEditSequence::MakeFields(const Names &names)
     m_modes->PlaceBehind(*m_name);
     setTabOrder(m_sequence, cmdConvert);
 
-    auto *page = new QVBoxLayout(this);
+    auto *fields = new QWidget;
+    auto *page = new QVBoxLayout(fields);
+    page->setContentsMargins(0, 0, 0, 0);
     page->addWidget(MakeDefinition(names), 1);
     page->addLayout(m_further);
+    (new QVBoxLayout(this))->addWidget(new ScrollPage(fields), 1);
 
     connect(m_name, &QLineEdit::textChanged, this, &frmEditSequence::NoteChange);
     connect(m_sequence, &SQEditSequence::Changed, this, &frmEditSequence::NoteChange);
@@ -112,10 +116,10 @@ void frmEditSequence::MakeButtons()
     cmdOK->setDefault(true);
     auto *row = new QHBoxLayout;
     for (QPushButton *button : {cmdBack, cmdForward, cmdDelete})
-        row->addWidget(button);
+        row->addWidget(LetNarrow(button));
     row->addStretch();
     for (QPushButton *button : {cmdOK, CmdCancel, cmdApply})
-        row->addWidget(button);
+        row->addWidget(LetNarrow(button));
     setTabOrder(cmdForward, cmdDelete);
     setTabOrder(cmdDelete, cmdOK);
     static_cast<QVBoxLayout *>(layout())->addLayout(row);

@@ -10,6 +10,7 @@
 #include <QLineEdit>
 #include <QPromise>
 #include <QPushButton>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -52,7 +53,8 @@ frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder>
     MakeList();
     MakeField(port);
     MakeButtons();
-    resize(880, 360); // so that most stable names are seen whole
+    // So that most stable names are seen whole.
+    resize(QSize(880, 360).boundedTo(screen()->availableSize() - QSize(8, 40)));
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmDevices::ShowPorts);
     Look();
 }

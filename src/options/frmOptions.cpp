@@ -7,6 +7,7 @@
 #include "DisplayOptions.h"
 #include "LoggingOptions.h"
 #include "NamedButton.h"
+#include "ScrollPage.h"
 #include "SequenceOptions.h"
 #include "UserPrompts.h"
 
@@ -64,7 +65,7 @@ void frmOptions::MakePages()
     auto *column = new QVBoxLayout(this);
     column->setSpacing(0);
     column->addWidget(tbsOptions);
-    column->addWidget(m_frame);
+    column->addWidget(new ScrollPage(m_frame));
 }
 
 void frmOptions::MakeButtons()

@@ -16,6 +16,7 @@
 #include "RecentProjects.h"
 #include "RunState.h"
 #include "SettingsStore.h"
+#include "UnsavedProject.h"
 #include "UserPrompts.h"
 
 #include <utility>
@@ -108,6 +109,20 @@ void MdProject::LoadItself(const QString &path)
         ShowFailure(Failure{QStringLiteral("The name does not end in ") + Extension, 0,
                             QStringLiteral("Errow while loading the project")},
                     path);
+}
+
+void MdProject::Restore(const UnsavedProject &project)
+{
+    m_parts.communication.ClosePorts();
+    project.PutInto(m_parts.sequences);
+    NameProject({project.folder, project.name});
+    m_window->RefreshLists();
+    m_window->SetProjectModified(true);
+}
+
+bool MdProject::IsModified() const
+{
+    return m_window && m_window->ProjectModified();
 }
 
 bool MdProject::SaveProject()

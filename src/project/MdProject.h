@@ -16,6 +16,7 @@ class SettingsStore;
 class UserPrompts;
 struct ProjectState;
 struct RunState;
+struct UnsavedProject;
 
 /// What the project commands work with; all of it lives longer than MdProject.
 struct ProjectParts {
@@ -48,6 +49,12 @@ class MdProject
     void OpenRecentProject(const QString &entry);
     /// A project file that the command line names.
     void OpenFile(const QString &path);
+
+    /// Puts a project that was never saved as it is in the place of the current one, unasked.
+    void Restore(const UnsavedProject &project);
+
+    /// Whether there is something to save.
+    bool IsModified() const;
 
     /// True when the project was written.
     bool SaveProject();

@@ -8,6 +8,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 enum class PromptIcon { None, Information, Question, Exclamation, Critical };
@@ -40,6 +41,14 @@ class UserPrompts
     /// Tells something without waiting for the user, whose other windows stay in use. While the
     /// box of an earlier notice about the same still stands, this one opens none.
     virtual void ShowNotice(const QString &about, const MessagePrompt &prompt) = 0;
+
+    /// Asks without waiting for the user, whose other windows stay in use; answered is called when
+    /// he has chosen. Where nobody waits for a hand, nothing is asked and nothing called.
+    virtual void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered)
+    {
+        Q_UNUSED(prompt)
+        Q_UNUSED(answered)
+    }
 
     /// The chosen path, absolute; empty if the user cancelled.
     virtual QString ChooseFile(const FileDialogRequest &request) = 0;

@@ -7,6 +7,7 @@
 #include "MdMain.h"
 #include "frmMain.h"
 #include "support/FixedClock.h"
+#include "support/MemoryRecoveryFolder.h"
 #include "support/MemoryRegistry.h"
 #include "support/MemoryStore.h"
 #include "support/OptionsDesk.h"
@@ -31,6 +32,7 @@ class ProgramBench
     FixedClock clock;
     RecordingShell shell;
     MemoryRegistry registry;
+    MemoryRecoveryFolder recovery;
     CommandLine line;
     std::unique_ptr<MdMain> program;
     bool stuck = false; ///< a goal was not met in time
@@ -40,11 +42,11 @@ class ProgramBench
         std::function<bool()> goal = [] { return true; };
     };
 
-    /// Runs the program through the steps, then closes its window. Returns the exit status.
+    /// Runs the program through the steps, then ends it unasked. Returns the exit status.
     int Run(QList<Step> steps, int millisecondsPerStep = 20000)
     {
-        program =
-            std::make_unique<MdMain>(MdMain::World{store, prompts, clock, shell, registry}, line);
+        program = std::make_unique<MdMain>(
+            MdMain::World{store, prompts, clock, shell, registry, recovery}, line);
         QTimer watch;
         QElapsedTimer sinceAct;
         bool acted = false;
@@ -66,7 +68,7 @@ class ProgramBench
             acted = false;
             if (steps.isEmpty() && program->Window()) {
                 watch.stop();
-                program->Window()->CloseUnasked();
+                program->CloseUnasked();
             }
         });
         watch.start(1);

@@ -19,6 +19,8 @@ class ScriptedPrompts final : public UserPrompts
     QList<PromptAnswer> answers;                 ///< for the next boxes, first one first
     QList<FileDialogRequest> asked;              ///< file dialogs
     QList<MessagePrompt> notices;                ///< those that opened a box
+    QList<MessagePrompt> questions;              ///< that nobody waits for
+    QList<PromptAnswer> laterAnswers;            ///< for the next of them; empty: unanswered
     QStringList standing;                        ///< what boxes of notices are about, until closed
     QStringList chosen;                          ///< for the next file dialogs; empty: cancelled
     QList<PrintDialogRequest> printsAsked;       ///< print dialogs
@@ -43,6 +45,13 @@ class ScriptedPrompts final : public UserPrompts
             return;
         standing << about;
         notices << prompt;
+    }
+
+    void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered) override
+    {
+        questions << prompt;
+        if (!laterAnswers.isEmpty())
+            answered(laterAnswers.takeFirst());
     }
 
     QString ChooseFile(const FileDialogRequest &request) override
