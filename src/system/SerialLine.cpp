@@ -315,6 +315,7 @@ void SerialLine::Leave(const QString &cause)
 {
     const bool wasRead = std::exchange(m_reading, false);
     SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
+    m_lock.reset(); // the name may be another device's by now
     m_unsent.clear();
     m_tally.waiting = 0;
     if (m_listener && wasRead)
