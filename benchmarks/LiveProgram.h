@@ -99,6 +99,7 @@ class LiveProgram
     explicit LiveProgram(const QString &device, const QString &logName = {})
     {
         log.next = &logFile;
+        logFile.RoomAgain = [this] { communication.Resume(); };
         settings.log.files.fill(true);
         if (!logName.isEmpty())
             logFile.Arm(logName, false);

@@ -100,6 +100,7 @@ void Blast(benchmark::State &state, int mebibytes, bool logged)
         const double seconds = double(timer.nsecsElapsed()) * 1e-9;
         sender.join();
         program.communication.ClosePorts();
+        program.logFile.WaitUntilWritten();
         if (logged && !LogsAreWhole(logName, block, size / block.size()))
             state.SkipWithError("bytes are missing in a log");
         if (program.log.bytes != size || program.log.checksum != sent)

@@ -21,6 +21,7 @@ class LineLoop final : public LineThread
         /// More than one line could be read, or the pass before took longer than LongestPass: what
         /// is read now may have come in another order.
         bool orderUncertain = false;
+        bool otherLines = false; ///< whether there are any
     };
 
     /// What the loop waits for. All calls come on the loop's thread.

@@ -147,7 +147,7 @@ void LineLoop::Serve()
     constexpr int Readable = POLLIN | POLLHUP | POLLERR | POLLNVAL;
     const auto several = std::count_if(m_ready.begin(), m_ready.end(),
                                        [](int ready) { return (ready & Readable) != 0; });
-    const Wake wake = {several > 1 || m_late};
+    const Wake wake = {several > 1 || m_late, m_sources.size() > 1};
     for (size_t i = 0; i < m_ready.size(); ++i) {
         // Whatever is served may make others leave.
         if (m_sources[i] && (m_ready[i] & Readable) != 0)

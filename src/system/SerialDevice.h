@@ -80,8 +80,8 @@ QString LockFileOf(const QString &canonicalName, const QString &alias);
 QString MissingRights(const QString &canonicalName);
 
 /// Asks the line for the settings, with every byte as it is in both directions; only
-/// ReadLineSettings tells whether it took them. Damaged bytes and breaks are marked in what is
-/// read: see MarkedBytes.
+/// ReadLineSettings tells whether it took them. Damaged bytes come through as they are, and a break
+/// adds none.
 void ApplySettings(Handle handle, const LineSettings &settings);
 /// What the line does. A baud rate that differs by less than receivers notice counts as asked.
 std::optional<LineSettings> ReadLineSettings(Handle handle, qint32 askedBaud);
@@ -107,6 +107,7 @@ qsizetype Write(Handle handle, const char *bytes, qsizetype count);
 /// What the driver has counted since it was loaded.
 struct Counters {
     bool known = false; ///< not every driver counts
+    int damaged = 0;    ///< bytes
     int breaks = 0;
     int overruns = 0;
 };

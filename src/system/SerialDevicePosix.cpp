@@ -162,7 +162,8 @@ SerialDevice::Counters SerialDevice::ReadCounters(Handle handle)
     serial_icounter_struct counted = {};
     if (::ioctl(handle, TIOCGICOUNT, &counted) != 0)
         return {};
-    return {true, counted.brk, counted.overrun + counted.buf_overrun};
+    return {true, counted.frame + counted.parity, counted.brk,
+            counted.overrun + counted.buf_overrun};
 }
 
 std::optional<ModemLines> SerialDevice::ReadModemLines(Handle handle)

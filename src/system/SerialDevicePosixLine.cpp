@@ -65,9 +65,9 @@ void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
     if (::ioctl(handle, TCGETS2, &line) != 0)
         return;
 
-    line.c_iflag &=
-        ~tcflag_t(IGNBRK | BRKINT | IGNPAR | ISTRIP | INLCR | IGNCR | ICRNL | IXON | IXOFF | IXANY);
-    line.c_iflag |= INPCK | PARMRK;
+    line.c_iflag &= ~tcflag_t(BRKINT | IGNPAR | INPCK | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL |
+                              IXON | IXOFF | IXANY);
+    line.c_iflag |= IGNBRK;
     line.c_oflag &= ~tcflag_t(OPOST);
     line.c_lflag &= ~tcflag_t(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     line.c_cflag &= ~tcflag_t(CSIZE | CSTOPB | ParityMask | CRTSCTS | CBAUD | CBAUD << IBSHIFT);

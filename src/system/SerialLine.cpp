@@ -21,6 +21,9 @@ namespace
 constexpr auto MostTimeToSend = 1s;
 constexpr auto SendPollInterval = 2ms;
 
+/// One after the other, before other lines are looked at.
+constexpr int MostReads = 8;
+
 /// An end of reading takes over no more than this from a sender that never pauses.
 constexpr qint64 MostBytesAtEnd = 1024 * 1024;
 
@@ -98,7 +101,6 @@ void SerialLine::Forget()
           &m_tally.waiting, &m_tally.damaged, &m_tally.breaks, &m_tally.overruns})
         count->store(0);
     m_unsent.clear();
-    m_marks.Forget();
     m_paused = false;
     m_wasRead = false;
     m_counters = SerialDevice::ReadCounters(m_handle);
@@ -171,12 +173,17 @@ void SerialLine::EndReading()
 
 void SerialLine::Readable(const LineLoop::Wake &wake)
 {
-    if (!m_reading)
-        return;
-    if (m_listener && !m_listener->HasRoom())
-        m_paused = true;
-    else if (!ReadOnce(wake))
-        CheckDevice();
+    for (int reads = 0; m_reading && reads < MostReads; ++reads) {
+        m_paused = m_listener && !m_listener->HasRoom();
+        if (m_paused)
+            return;
+        // What a further read brings may have come behind something on another line.
+        if (!ReadOnce({wake.orderUncertain || (reads > 0 && wake.otherLines), wake.otherLines})) {
+            if (reads == 0)
+                CheckDevice();
+            return;
+        }
+    }
 }
 
 /// False if there was nothing to be read.
@@ -185,40 +192,12 @@ bool SerialLine::ReadOnce(const LineLoop::Wake &wake)
     const qsizetype count = SerialDevice::Read(m_handle, m_part.data(), m_part.size());
     if (count <= 0)
         return false;
-    Hear({QByteArrayView(m_part.data(), count), LineNow(), wake.orderUncertain});
+    const LineTime now = LineNow();
+    m_tally.receivedBytes += count;
+    m_tally.receivedChunks += 1;
+    if (m_listener)
+        m_listener->OnRead({QByteArrayView(m_part.data(), count), now, wake.orderUncertain});
     return true;
-}
-
-/// The bytes first: an answer must not wait for what is counted.
-void SerialLine::Hear(const LineRead &read)
-{
-    const bool marked = read.bytes.contains('\xFF') || m_marks.Holds();
-    const MarkedBytes::Read decoded =
-        marked ? m_marks.Decode(read.bytes, NewBreaks()) : MarkedBytes::Read();
-    const QByteArrayView bytes = marked ? QByteArrayView(decoded.bytes) : read.bytes;
-    m_tally.receivedBytes += bytes.size();
-    m_tally.receivedChunks += bytes.isEmpty() ? 0 : 1;
-    if (m_listener && !bytes.isEmpty())
-        m_listener->OnRead({bytes, read.time, read.orderUncertain});
-    m_tally.damaged += qint64(decoded.damaged.size());
-    m_tally.breaks += decoded.breaks;
-    if (!m_listener)
-        return;
-    for (size_t i = 0; i < decoded.damaged.size(); ++i)
-        m_listener->OnCondition(LineCondition::DamagedByte, read.time);
-    for (int i = 0; i < decoded.breaks; ++i)
-        m_listener->OnCondition(LineCondition::Break, read.time);
-}
-
-/// Breaks that the driver has counted since the last look; negative without a counter.
-int SerialLine::NewBreaks()
-{
-    const SerialDevice::Counters now = SerialDevice::ReadCounters(m_handle);
-    if (!now.known)
-        return -1;
-    const int newBreaks = now.breaks - m_counters.breaks;
-    m_counters.breaks = now.breaks;
-    return newBreaks;
 }
 
 Result SerialLine::Write(const QByteArray &bytes)
@@ -284,14 +263,25 @@ void SerialLine::Tick()
         return;
     const LineTime now = LineNow();
     LookAtModemLines(now);
-    const SerialDevice::Counters counters = SerialDevice::ReadCounters(m_handle);
-    for (int missed = m_counters.overruns; counters.known && missed < counters.overruns; ++missed) {
-        ++m_tally.overruns;
-        if (m_listener)
-            m_listener->OnCondition(LineCondition::Overrun, now);
-    }
-    if (counters.known)
-        m_counters.overruns = counters.overruns;
+    LookAtCounters(now);
+}
+
+void SerialLine::LookAtCounters(const LineTime &time)
+{
+    const SerialDevice::Counters now = SerialDevice::ReadCounters(m_handle);
+    if (!now.known)
+        return;
+    const auto tell = [&](LineCondition condition, int since, std::atomic<qint64> &tally) {
+        for (int i = 0; i < since; ++i) {
+            ++tally;
+            if (m_listener)
+                m_listener->OnCondition(condition, time);
+        }
+    };
+    tell(LineCondition::DamagedByte, now.damaged - m_counters.damaged, m_tally.damaged);
+    tell(LineCondition::Break, now.breaks - m_counters.breaks, m_tally.breaks);
+    tell(LineCondition::Overrun, now.overruns - m_counters.overruns, m_tally.overruns);
+    m_counters = now;
 }
 
 void SerialLine::LookAtModemLines(const LineTime &time)

@@ -5,7 +5,6 @@
 
 #include "LineLoop.h"
 #include "LineSettings.h"
-#include "MarkedBytes.h"
 #include "SerialDevice.h"
 
 #include <QByteArray>
@@ -69,8 +68,7 @@ class SerialLine final : public Line, private LineLoop::Source
     Result Configure(const LineRequest &request) const;
     QString OpenFailure(const LineRequest &request, int error) const;
     bool ReadOnce(const LineLoop::Wake &wake);
-    void Hear(const LineRead &read);
-    int NewBreaks();
+    void LookAtCounters(const LineTime &time);
     void LookAtModemLines(const LineTime &time);
     void Send();
     void CheckDevice();
@@ -95,10 +93,9 @@ class SerialLine final : public Line, private LineLoop::Source
     LineRequest m_request;
     std::atomic<bool> m_open = false; ///< from Open to Close, whether the device is there or not
     bool m_reading = false;
-    bool m_paused = false;  ///< the listener had no room
-    bool m_wasRead = false; ///< since it was opened
-    QByteArray m_unsent;    ///< what the system has not taken yet
-    MarkedBytes m_marks;
+    bool m_paused = false;             ///< the listener had no room
+    bool m_wasRead = false;            ///< since it was opened
+    QByteArray m_unsent;               ///< what the system has not taken yet
     SerialDevice::Counters m_counters; ///< as read last
     std::array<char, MostBytesOfARead> m_part;
     Tally m_tally;
