@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash disable=SC2034
 #
-# What ./run, ./test, ./bench, ./fuzz, ./package, scripts/check-package and .ci/run share. They
+# What ./run, ./test, ./bench, ./fuzz, ./package, the scripts check-* and .ci/run share. They
 # source this file; it sets $repo.
 
 repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
@@ -16,6 +16,7 @@ lint_packages=(clang-format clang-tidy shellcheck)
 clang_packages=(clang-14 libclang-rt-14-dev)
 package_packages=(dpkg-dev file)
 transfer_packages=(lrzsz socat)
+session_packages=(xvfb libsm-dev libice-dev)
 check_package_packages=(lintian appstream desktop-file-utils shared-mime-info man-db
                         bash-completion)
 

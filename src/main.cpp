@@ -4,8 +4,8 @@
 #include "CommandLine.h"
 #include "ConsolePrompts.h"
 #include "Display.h"
-#include "FileName.h"
 #include "MdMain.h"
+#include "ProgramArguments.h"
 #include "ProgramInfo.h"
 #include "QtPrompts.h"
 #include "QtSettingsStore.h"
@@ -29,14 +29,6 @@ namespace
 
 constexpr int StartFailed = 1;
 constexpr int WrongUsage = 2;
-
-QStringList Arguments(int argc, char *argv[])
-{
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments << FileName::Decode(argv[i]);
-    return arguments;
-}
 
 /// Whether the program may start.
 bool ResetSettings(FileSystem &files, const QString &path, UserPrompts &prompts,
@@ -109,7 +101,8 @@ int main(int argc, char *argv[])
     TerminationWatch::OutliveReaders();
     QTextStream output(stdout);
     QTextStream errors(stderr);
-    const ParsedCommandLine parsed = ParseCommandLine(Arguments(argc, argv));
+    const QStringList arguments = ProgramArguments(argc, argv);
+    const ParsedCommandLine parsed = ParseCommandLine(arguments);
     if (parsed.result.Failed()) {
         errors << "serimonde: " << parsed.result.Cause()
                << "\nserimonde --help shows the options.\n";
@@ -123,9 +116,8 @@ int main(int argc, char *argv[])
         output << "Serimonde " << ProgramInfo::Version() << '\n';
         return 0;
     }
-    const bool platformGiven = !Arguments(argc, argv)
-                                    .filter(QRegularExpression(QStringLiteral("^--?platform(=|$)")))
-                                    .isEmpty();
+    const bool platformGiven =
+        !arguments.filter(QRegularExpression(QStringLiteral("^--?platform(=|$)"))).isEmpty();
     if (const Result display = CheckDisplay(); !platformGiven && display.Failed()) {
         errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;

@@ -73,13 +73,31 @@ class tst_start : public QObject
         QVERIFY(Content("Serimonde.conf").contains("CommSpeed=5\n"));
     }
 
+    void ASignalKeepsWhatHasNotBeenSaved()
+    {
+        // What can be read of a damaged project has not been saved.
+        Put("a.sqx", "VERSION\n3\nSEND\n0\nfirst\n65\nSEND\nnone\n");
+        program.start(SERIMONDE_PROGRAM, {"a.sqx", "--quit-after", "100"});
+        program.setReadChannel(QProcess::StandardError);
+        QVERIFY(program.waitForReadyRead(20000)); // its message
+        program.terminate();
+        QVERIFY(program.waitForFinished(20000));
+        const QDir state(home->filePath("serimonde"));
+        QCOMPARE(state.entryList(QDir::Files).size(), 1);
+        QVERIFY(Content(qPrintable("serimonde/" + state[2])).contains("6669727374")); // "first"
+        QCOMPARE(Run({}), 0); // with nobody there it is left alone
+        QCOMPARE(state.entryList(QDir::Files).size(), 1);
+    }
+
     void init()
     {
         home = std::make_unique<QTemporaryDir>();
         auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("XDG_CONFIG_HOME", home->path());
+        for (const char *folder : {"XDG_CONFIG_HOME", "XDG_STATE_HOME"})
+            environment.insert(folder, home->path());
         program.setProcessEnvironment(environment);
         program.setWorkingDirectory(home->path());
+        program.setChildProcessModifier({});
     }
 
   private:
