@@ -17,7 +17,7 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
+#include <string_view>
 
 namespace
 {
@@ -204,17 +204,18 @@ Failure BadSetting(const QString &section, const QString &key, const BadText &ba
             .arg(section, key, bad.text, bad.wanted, bad.place)};
 }
 
-template <size_t... Numbers> constexpr bool EveryLogFlagIsStored(std::index_sequence<Numbers...>)
+/// Their keys are the captions of the representations.
+constexpr bool EveryLogFlagIsStored()
 {
-    const auto isStored = [](Locate field) {
-        return std::any_of(SettingRows.begin(), SettingRows.end(),
-                           [field](const SettingRow &row) { return row.field == field; });
-    };
-    return (isStored(LogFlag<Representation(Numbers)>) && ...);
+    return std::all_of(AllRepresentations.begin(), AllRepresentations.end(), [](Representation r) {
+        return std::any_of(SettingRows.begin(), SettingRows.end(), [r](const SettingRow &row) {
+            return std::string_view(row.section) == LogFile &&
+                   std::string_view(row.key) == RowOf(r).caption;
+        });
+    });
 }
 
-static_assert(EveryLogFlagIsStored(std::make_index_sequence<RepresentationCount>()),
-              "the log flag of a representation has no row");
+static_assert(EveryLogFlagIsStored(), "the log flag of a representation has no row");
 
 } // namespace
 
