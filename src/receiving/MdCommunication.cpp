@@ -96,6 +96,7 @@ void MdCommunication::OpenPorts()
                                      : QStringLiteral("Communication port is open"));
         Q_EMIT ToolbarStateChanged(ToolbarState::Open);
         m_feed.Clear();
+        m_told = {};
         m_parts.views.SetCommunicating(true);
     } else {
         Q_EMIT PortStatusChanged(
@@ -251,6 +252,8 @@ void MdCommunication::Transmit(const QByteArray &bytes, const QByteArray &name)
 
 void MdCommunication::OnGone(int channel, const QString &cause)
 {
+    if (!Running()) // it was stopped before this was heard
+        return;
     const QString text = QStringLiteral("The port COM%1 was disconnected. ");
     m_reports.Post(CriticalMessage(text.arg(PortNumber(Channel(channel))) + cause));
     ClosePorts();
