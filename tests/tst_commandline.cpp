@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CommandLine.h"
+#include "LongDelay.h"
 #include "support/Cases.h"
 
 class tst_commandline : public QObject
@@ -68,6 +69,17 @@ class tst_commandline : public QObject
         QFETCH(QString, named);
         const auto parsed = ParseCommandLine(QStringList{"serimonde"} + arguments);
         QVERIFY2(parsed.result.Cause().contains(named), qPrintable(parsed.result.Cause()));
+    }
+
+    void ALongDelayDoesNotEndAtOnce()
+    {
+        using namespace std::chrono_literals;
+        QStringList called;
+        QObject context;
+        const auto note = [&](const char *name) { return [&called, name] { called << name; }; };
+        CallAfter(std::chrono::milliseconds((1LL << 32) + 1), &context, note("in 49 days"));
+        CallAfter(30ms, &context, note("soon"));
+        QTRY_COMPARE(called, QStringList("soon"));
     }
 };
 

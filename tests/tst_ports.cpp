@@ -181,6 +181,22 @@ class tst_ports : public QObject
         bench.communication.OpenPorts();
         QVERIFY(bench.communication.Running());
     }
+
+    void ReportsPostedWhileOneStandsFollowIt()
+    {
+        ScriptedPrompts prompts;
+        ReportQueue reports(prompts);
+        QList<MessagePrompt> posted = {CriticalMessage("first")};
+        prompts.whileStanding = [&] {
+            while (posted.size() < 50) { // the list of those that wait is moved in memory
+                posted << CriticalMessage(QString::number(posted.size()));
+                reports.Post(posted.last());
+            }
+        };
+        reports.Post(posted.first());
+        reports.ShowWaiting();
+        QCOMPARE(prompts.shown, posted);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_ports)
