@@ -233,17 +233,16 @@ void QtPrompts::ShowNotice(const QString &about, const MessagePrompt &prompt)
     box->ShowOver(Owner());
 }
 
-void QtPrompts::Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered)
+void QtPrompts::Ask(const MessagePrompt &prompt, const Answered &answered)
 {
     if (Ending())
         return;
     auto *box = new NoticeBox;
     m_questions << box;
     Furnish(*box, prompt);
-    QObject::connect(box, &QMessageBox::finished, box,
-                     [answered = std::move(answered), buttons = prompt.buttons](int button) {
-                         answered(AnswerOf(button, buttons));
-                     });
+    QObject::connect(
+        box, &QMessageBox::finished, box,
+        [answered, buttons = prompt.buttons](int button) { answered(AnswerOf(button, buttons)); });
     box->ShowOver(Owner());
 }
 

@@ -22,7 +22,7 @@ class QtPrompts final : public UserPrompts
 
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     void ShowNotice(const QString &about, const MessagePrompt &prompt) override;
-    void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered) override;
+    void Ask(const MessagePrompt &prompt, const Answered &answered) override;
     QString ChooseFile(const FileDialogRequest &request) override;
     std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
     std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;

@@ -170,12 +170,12 @@ std::optional<UnsavedProject> UnsavedProject::FromText(const QByteArray &text)
         .name = FileName::Decode(reader.Bytes("name"_L1)),
         .sendCount = reader.Number("sendCount"_L1, 0, MdSequenceEdition::Capacity),
         .receiveCount = reader.Number("receiveCount"_L1, 0, MdSequenceEdition::Capacity)};
-    for (const QJsonValue &each : reader.Array("send"_L1)) {
+    for (const auto &each : reader.Array("send"_L1)) {
         ObjectReader record(each, right);
         project.send[ReadIndex(record)] = {.Name = record.Bytes("name"_L1),
                                            .Sequence = record.Bytes("sequence"_L1)};
     }
-    for (const QJsonValue &each : reader.Array("receive"_L1)) {
+    for (const auto &each : reader.Array("receive"_L1)) {
         ObjectReader record(each, right);
         project.receive[ReadIndex(record)] = {.Name = record.Bytes("name"_L1),
                                               .Sequence = record.Bytes("sequence"_L1),

@@ -44,7 +44,8 @@ class UserPrompts
 
     /// Asks without waiting for the user, whose other windows stay in use; answered is called when
     /// he has chosen. Where nobody waits for a hand, nothing is asked and nothing called.
-    virtual void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered)
+    using Answered = std::function<void(PromptAnswer)>;
+    virtual void Ask(const MessagePrompt &prompt, const Answered &answered)
     {
         Q_UNUSED(prompt)
         Q_UNUSED(answered)

@@ -47,7 +47,7 @@ class ScriptedPrompts final : public UserPrompts
         notices << prompt;
     }
 
-    void Ask(const MessagePrompt &prompt, std::function<void(PromptAnswer)> answered) override
+    void Ask(const MessagePrompt &prompt, const Answered &answered) override
     {
         questions << prompt;
         if (!laterAnswers.isEmpty())
