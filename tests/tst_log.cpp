@@ -370,7 +370,7 @@ class tst_log : public QObject
             QCOMPARE(bench.prompts.CriticalShown(), !may);
             if (!may) {
                 for (const char *part : {"/logs/run_dec.txt", "--overwrite"})
-                    QVERIFY(bench.prompts.shown.first().text.contains(part));
+                    QVERIFY(bench.prompts.notices.first().text.contains(part));
             }
         }
     }

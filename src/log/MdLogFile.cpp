@@ -61,7 +61,7 @@ void MdLogFile::StartLog()
         return;
     const std::optional<LogNames> names = AskForNames();
     // While the user was asked a port may have gone, or the program may be about to end.
-    if (names && CanStart() && Open(*names))
+    if (names && CanStart() && OpenOrTell(*names))
         m_parts.settings.Folder = names->folder;
     UpdateLogCommands();
 }
@@ -106,13 +106,24 @@ void MdLogFile::StartArmed(const ArmedStart &start)
 {
     const LogNames names = LogNames::Of(start.path);
     const QStringList existing = ExistingFiles(names);
+    std::optional<MessagePrompt> failure;
     if (existing.isEmpty() || start.mayOverwrite)
-        Open(names);
+        failure = Open(names);
     else
-        m_parts.prompts.ShowMessage(CriticalMessage(
+        failure = CriticalMessage(
             QStringLiteral("The log was not started, because it would overwrite %1. With "
                            "--overwrite it may.")
-                .arg(FileName::Shown(existing.join(QLatin1String(", "))))));
+                .arg(FileName::Shown(existing.join(QLatin1String(", ")))));
+    if (failure) // the lines are about to be read: nothing may stand in between
+        m_parts.prompts.ShowNotice(start.path, *failure);
+}
+
+bool MdLogFile::OpenOrTell(const LogNames &names)
+{
+    const std::optional<MessagePrompt> failure = Open(names);
+    if (failure)
+        m_parts.prompts.ShowMessage(*failure);
+    return !failure;
 }
 
 QStringList MdLogFile::ExistingFiles(const LogNames &names) const
@@ -127,7 +138,7 @@ QStringList MdLogFile::ExistingFiles(const LogNames &names) const
 }
 
 /// All files or none: those that a failed start has made are taken away again.
-bool MdLogFile::Open(const LogNames &names)
+std::optional<MessagePrompt> MdLogFile::Open(const LogNames &names)
 {
     const auto session = std::make_shared<LogSession>(
         m_parts.files, names,
@@ -146,10 +157,8 @@ bool MdLogFile::Open(const LogNames &names)
             session->Close();
             for (const QString &each : std::as_const(made))
                 m_parts.files.System().Remove(each);
-            m_parts.prompts.ShowMessage(
-                WritingFailed(form, opened, path,
-                              QStringLiteral("The log was not started. Communication goes on.")));
-            return false;
+            return WritingFailed(form, opened, path,
+                                 QStringLiteral("The log was not started. Communication goes on."));
         }
         if (isNew)
             made << path;
@@ -157,7 +166,7 @@ bool MdLogFile::Open(const LogNames &names)
     m_names = names;
     m_logState = StateLogging;
     m_writer.Begin(session);
-    return true;
+    return {};
 }
 
 void MdLogFile::StopLog()

@@ -7,13 +7,13 @@
 #include "LogSession.h"
 #include "LogSettings.h"
 #include "LogWriter.h"
+#include "UserPrompts.h"
 
 #include <QObject>
 
 #include <functional>
 #include <optional>
 
-class UserPrompts;
 struct RunState;
 
 /// What the log works with; all of it lives longer than MdLogFile.
@@ -79,7 +79,9 @@ class MdLogFile final : public QObject, public CommunicationLog
     std::optional<LogNames> AskForNames();
     void StartArmed(const ArmedStart &start);
     QStringList ExistingFiles(const LogNames &names) const;
-    bool Open(const LogNames &names);
+    bool OpenOrTell(const LogNames &names);
+    /// What to tell the user if that fails.
+    std::optional<MessagePrompt> Open(const LogNames &names);
     void TellOfFailedWrite(Representation form, const QString &path, const Result &result);
     void TellOfFailedClose(const LogSession::Closing &closing);
 
