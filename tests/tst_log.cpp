@@ -260,7 +260,7 @@ class tst_log : public QObject
     void LostTextLeavesAMark()
     {
         LogBench bench;
-        bench.logSettings = {true, false, false, false, 0, "/logs/"};
+        bench.logSettings = {{true}, 0, "/logs/"};
         bench.OpenAndStart();
         bench.disk.room = 0;
         for (int i = 0; i < 3000; ++i) // 1.5 MB, of which 1 MiB is held back

@@ -131,32 +131,31 @@ void LineJudge::TellSent(TrafficEvent sent, const Result &result)
     m_refused = result.Failed();
 }
 
-void LineJudge::Ear::OnCondition(LineCondition condition, const LineTime &time)
+TrafficEvent LineJudge::Ear::EventOf(TrafficEvent::Kind kind, const LineTime &time) const
 {
     TrafficEvent event;
-    event.kind = KindOf(condition);
+    event.kind = kind;
     event.channel = m_channel;
     event.direction = m_judge.DirectionOf(m_channel);
     event.time = time;
-    m_judge.m_stream.Append(std::move(event));
+    return event;
+}
+
+void LineJudge::Ear::OnCondition(LineCondition condition, const LineTime &time)
+{
+    m_judge.m_stream.Append(EventOf(KindOf(condition), time));
 }
 
 void LineJudge::Ear::OnModemLines(const ModemLines &lines, const LineTime &time)
 {
-    TrafficEvent event;
-    event.kind = TrafficEvent::Kind::ModemLines;
-    event.channel = m_channel;
-    event.time = time;
+    TrafficEvent event = EventOf(TrafficEvent::Kind::ModemLines, time);
     event.modem = lines;
     m_judge.m_stream.Append(std::move(event));
 }
 
 void LineJudge::Ear::OnGone(const QString &cause, const LineTime &time)
 {
-    TrafficEvent event;
-    event.kind = TrafficEvent::Kind::Gone;
-    event.channel = m_channel;
-    event.time = time;
+    TrafficEvent event = EventOf(TrafficEvent::Kind::Gone, time);
     event.cause = cause;
     m_judge.m_stream.Append(std::move(event));
     m_judge.m_reports.gone(m_channel, cause);

@@ -61,6 +61,8 @@ class LineJudge final
         bool HasRoom() const override { return m_judge.HasRoom(); }
 
       private:
+        TrafficEvent EventOf(TrafficEvent::Kind kind, const LineTime &time) const;
+
         LineJudge &m_judge;
         const int m_channel;
     };
