@@ -70,7 +70,8 @@ class tst_receivepath : public QObject
             std::array<RichTextModel, RepresentationCount> plain;
             const auto append = [&](const QByteArray &text, Representation r, int style) {
                 if (!text.isEmpty())
-                    plain[size_t(r)].AppendStyled(text, stalled.settings.display.styles[style]);
+                    plain[size_t(r)].AppendStyled(text,
+                                                  stalled.settings.display.styles[size_t(style)]);
             };
             for (int round = 0; round < 200000 / chunk; ++round) {
                 const qsizetype before = stalled.log.events.size();
