@@ -26,7 +26,7 @@ void CallAt(const QDeadlineTimer &due, QObject *context, const std::function<voi
 
 } // namespace
 
-void CallAfter(std::chrono::milliseconds delay, QObject *context, std::function<void()> call)
+void CallAfter(std::chrono::milliseconds delay, QObject *context, const std::function<void()> &call)
 {
     CallAt(QDeadlineTimer(delay), context, call);
 }

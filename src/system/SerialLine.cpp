@@ -58,7 +58,7 @@ Result SerialLine::Open(const LineRequest &request)
     m_lineBefore = SerialDevice::LineState(probe.Handle());
     m_handle = probe.Release();
     m_request = request;
-    if (const Result configured = Configure(request); configured.Failed()) {
+    if (Result configured = Configure(request); configured.Failed()) {
         SerialDevice::RestoreLineState(m_handle, m_lineBefore);
         SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
         return configured;

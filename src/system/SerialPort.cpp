@@ -125,7 +125,7 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    const Result opened = m_line.Open({m_commPort, device, alias, *line, m_rtsEnable});
+    Result opened = m_line.Open({m_commPort, device, alias, *line, m_rtsEnable});
     if (opened.Failed())
         return opened;
     m_hub.Claim(device, m_commPort);

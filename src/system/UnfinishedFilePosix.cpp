@@ -57,7 +57,7 @@ Result Claim(const QByteArray &name, std::chrono::milliseconds patience,
     for (bool last = false; !attempt(); last = deadline.hasExpired()) {
         if (errno != EEXIST)
             return SystemFailure();
-        const Result removed = UnfinishedFile::RemoveUnheld(name);
+        Result removed = UnfinishedFile::RemoveUnheld(name);
         if (removed.Failed() && removed.Number() != FileAlreadyOpen)
             return removed;
         if (last)
