@@ -9,6 +9,7 @@
 #include "SequenceSettings.h"
 #include "StampText.h"
 #include "StoredSettings.h"
+#include "ViewSettings.h"
 #include "WindowSettings.h"
 #include "support/Cases.h"
 #include "support/MemoryStore.h"
@@ -30,7 +31,8 @@ QMap<QString, QString> Defaults()
           "TextSetup UndrlnDir1=0 UndrlnDir2=0 UndrlnCmt=0", "SendReceive Display=0",
           "Communication CommType=0 CommPortA=1 CommPortB=2 CommSpeed=5 CommParity=2",
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
-          "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder="}) {
+          "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
+          "View ControlCharacters=True"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -49,13 +51,16 @@ struct SettingsBench {
         LogSettings log;
         SequenceSettings sequences;
         QString projectFolder;
+        ViewSettings view;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
-                             &settings.log,     &settings.sequences,   &settings.projectFolder};
+                             &settings.log,     &settings.sequences,   &settings.projectFolder,
+                             &settings.view};
     MdSequenceEdition tables;
+    QStringList notices;
 
-    auto Load() { return ProgramSettings::LoadSettings(store, places, tables); }
+    auto Load() { return ProgramSettings::LoadSettings(store, places, tables, notices); }
     void Save(bool minimised = false)
     {
         QVERIFY(!ProgramSettings::SaveSettings(store, places, minimised).Failed());
@@ -175,6 +180,21 @@ class tst_settings : public QObject
         }
         bench.Save();
         QCOMPARE(bench.store.texts[key], saved);
+        QVERIFY(bench.notices.isEmpty());
+    }
+
+    void ForgivesSomeDamage()
+    {
+        SettingsBench bench;
+        bench.store.texts = {{"View/ControlCharacters", "perhaps"}, {"Stamp/Date", "True"}};
+        bench.settings.view.ControlCharacters = false;
+        QVERIFY(!bench.Load().Failed());
+        QVERIFY(bench.settings.view.ControlCharacters);
+        QVERIFY(bench.settings.stamp.Date);
+        QCOMPARE(bench.notices,
+                 QStringList("The setting \"ControlCharacters\" in section \"View\" holds the text "
+                             "\"perhaps\", which is not True or False (file memory.conf). "
+                             "\"True\" is used instead."));
     }
 };
 

@@ -51,7 +51,8 @@ StoredSettings MdMain::Stored()
 {
     return {&m_comm.stored, &m_windowSettings,   &m_listSettings,
             &m_display,     &m_displayNext,      &m_stamp,
-            &m_logSettings, &m_sequenceSettings, &m_projectState.LastFolder};
+            &m_logSettings, &m_sequenceSettings, &m_projectState.LastFolder,
+            &m_viewSettings};
 }
 
 int MdMain::Run()
@@ -85,7 +86,9 @@ bool MdMain::LoadMainWindow()
 {
     if (!m_world.store.Read(QStringLiteral("Settings"), QStringLiteral("ProjectPath")))
         m_projectState.LastFolder = MdGetSpecialFolders();
-    const Result loaded = ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences);
+    QStringList notices;
+    const Result loaded =
+        ProgramSettings::LoadSettings(m_world.store, Stored(), m_sequences, notices);
     if (loaded.Failed()) {
         m_world.prompts.ShowMessage(CriticalMessage(loaded.Cause()));
         return false;
@@ -98,7 +101,16 @@ bool MdMain::LoadMainWindow()
     m_project.Attach(*m_window);
     m_project.ShowRecentProjects();
     m_log.UpdateLogCommands();
+    if (!notices.isEmpty())
+        TellOnceShown(notices.join(u'\n'));
     return true;
+}
+
+void MdMain::TellOnceShown(const QString &text)
+{
+    QTimer::singleShot(0, m_window.get(), [this, text] {
+        m_world.prompts.ShowNotice(QStringLiteral("settings"), ExclamationMessage(text));
+    });
 }
 
 /// What holds for this run alone.

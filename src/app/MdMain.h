@@ -25,6 +25,7 @@
 #include "StampText.h"
 #include "StoredSettings.h"
 #include "SystemFiles.h"
+#include "ViewSettings.h"
 #include "WindowSettings.h"
 
 #include <QObject>
@@ -95,6 +96,7 @@ class MdMain final : public QObject
   private:
     bool LoadMainWindow();
     void EndCommunication();
+    void TellOnceShown(const QString &text);
     void ApplyCommandLine();
     void MakeWindow();
     void ConnectCommunication();
@@ -117,6 +119,7 @@ class MdMain final : public QObject
     SequenceSettings m_sequenceSettings;
     WindowSettings m_windowSettings;
     ListSettings m_listSettings;
+    ViewSettings m_viewSettings;
     ProjectState m_projectState;
     RunState m_run;
 

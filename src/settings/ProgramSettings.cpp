@@ -13,6 +13,7 @@
 #include "SettingsStore.h"
 #include "StampText.h"
 #include "StoredSettings.h"
+#include "ViewSettings.h"
 #include "WindowSettings.h"
 
 #include <algorithm>
@@ -25,6 +26,9 @@ namespace
 /// The field of a subject that owns it; none if the program lacks the subject.
 using Locate = std::optional<SettingField> (*)(const StoredSettings &);
 
+/// What a stored text that does not convert leads to.
+enum class BadText { Refused, DefaultTaken };
+
 /// One setting. The rows are in the order of loading and saving.
 struct SettingRow {
     const char *section;
@@ -36,6 +40,7 @@ struct SettingRow {
     Locate inForce = nullptr;
     /// Not saved while the window is minimised.
     bool windowPlace = false;
+    BadText badText = BadText::Refused;
 };
 
 constexpr const char *Window = "Settings";
@@ -123,6 +128,14 @@ template <size_t Style, auto Member> constexpr SettingRow AttributeRow(const cha
     return StyleRow<Style, Member>(TextSetup, key, "0");
 }
 
+/// A setting without which the program does as well: one that is damaged keeps nobody from
+/// starting.
+constexpr SettingRow ForgivingRow(const char *section, const char *key, Locate field,
+                                  const char *missing)
+{
+    return {section, key, field, missing, FlagForm::Words, nullptr, false, BadText::DefaultTaken};
+}
+
 using namespace StyleIndex;
 
 constexpr std::array SettingRows = {
@@ -185,23 +198,31 @@ constexpr std::array SettingRows = {
     SettingRow{LogFile, "Binary", LogFlag<Representation::Binary>, "False"},
     SettingRow{LogFile, "Format", Field<&StoredSettings::log, &LogSettings::Format>, "0"},
     SettingRow{LogFile, "Folder", Field<&StoredSettings::log, &LogSettings::Folder>, ""},
+
+    ForgivingRow("View", "ControlCharacters",
+                 Field<&StoredSettings::view, &ViewSettings::ControlCharacters>, "True"),
 };
 
-/// A stored text that does not convert to the type of its setting. What it should be is a noun,
-/// such as "a whole number from -32768 to 32767".
-struct BadText {
-    QString text;
-    QString wanted; ///< what it should be, such as "a whole number from -32768 to 32767"
-    QString place;  ///< the store's
-};
-
-Failure BadSetting(const QString &section, const QString &key, const BadText &bad)
+/// What is wrong with a text that does not convert to the type of its setting; no full stop.
+QString Complaint(const SettingRow &row, const QString &text, const SettingField &field)
 {
-    return {
-        QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
-                       "not %4. Correct or delete it in the file %5, then start again; or start "
-                       "with --reset-settings, which sets the file aside.")
-            .arg(section, key, bad.text, bad.wanted, bad.place)};
+    return QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
+                          "not %4")
+        .arg(QString::fromLatin1(row.section), QString::fromLatin1(row.key), text,
+             WantedText(field));
+}
+
+QString Cures(const SettingsStore &store)
+{
+    return QStringLiteral(". Correct or delete it in the file %1, then start again; or start with "
+                          "--reset-settings, which sets the file aside.")
+        .arg(store.Place());
+}
+
+QString DefaultTaken(const SettingRow &row, const SettingsStore &store)
+{
+    return QStringLiteral(" (file %1). \"%2\" is used instead.")
+        .arg(store.Place(), QString::fromLatin1(row.missing));
 }
 
 /// Their keys are the captions of the representations.
@@ -223,20 +244,25 @@ namespace ProgramSettings
 {
 
 Result LoadSettings(const SettingsStore &store, const StoredSettings &settings,
-                    MdSequenceEdition &sequences)
+                    MdSequenceEdition &sequences, QStringList &notices)
 {
     sequences.ActivateAll();
     for (const SettingRow &row : SettingRows) {
-        const QString section = QString::fromLatin1(row.section);
-        const QString key = QString::fromLatin1(row.key);
-        std::optional<QString> text = store.Read(section, key);
+        const std::optional<SettingField> field = row.field(settings);
+        std::optional<QString> text =
+            store.Read(QString::fromLatin1(row.section), QString::fromLatin1(row.key));
         if (!text && row.missing)
             text = QString::fromLatin1(row.missing);
-        const std::optional<SettingField> field = row.field(settings);
         if (!text || !field)
             continue;
-        if (!ReadSetting(*text, *field))
-            return BadSetting(section, key, {*text, WantedText(*field), store.Place()});
+        if (!ReadSetting(*text, *field)) {
+            const QString complaint = Complaint(row, *text, *field);
+            if (row.badText == BadText::Refused)
+                return Failure{complaint + Cures(store)};
+            notices += complaint + DefaultTaken(row, store);
+            text = QString::fromLatin1(row.missing);
+            ReadSetting(*text, *field);
+        }
         if (const auto inForce = row.inForce ? row.inForce(settings) : std::nullopt)
             ReadSetting(*text, *inForce);
     }

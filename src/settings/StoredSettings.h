@@ -10,6 +10,7 @@ struct ListSettings;
 struct LogSettings;
 struct SequenceSettings;
 struct StampSettings;
+struct ViewSettings;
 struct WindowSettings;
 
 /// Where the stored settings live: with the subjects that own them. A program that lacks a subject
@@ -24,4 +25,5 @@ struct StoredSettings {
     LogSettings *log = nullptr;
     SequenceSettings *sequences = nullptr;
     QString *projectFolder = nullptr; ///< with trailing separator
+    ViewSettings *view = nullptr;
 };
