@@ -3,7 +3,7 @@
 
 #include "MemoryFile.h"
 
-#include "UnfinishedFilePosix.h"
+#include "DescriptorPosix.h"
 
 #include <atomic>
 

@@ -234,24 +234,6 @@ class PosixOutput final : public OutputDevice
     milliseconds m_patience{};
 };
 
-/// Everything up to the end of the file, but never more than limit bytes.
-FileSystem::Content ReadAll(int descriptor, qint64 expected, qint64 limit)
-{
-    FileSystem::Content content;
-    content.bytes.reserve(expected);
-    std::array<char, 65536> part;
-    while (content.bytes.size() <= limit) {
-        const auto count = ::read(descriptor, part.data(), part.size());
-        if (count == 0)
-            return content;
-        if (count > 0)
-            content.bytes.append(part.data(), count);
-        else if (errno != EINTR)
-            return {{}, SystemFailure()};
-    }
-    return {{}, Failure{QStringLiteral("The file has grown too large")}};
-}
-
 FileSystem::Created MakeBeside(const QByteArray &name, bool named, milliseconds patience)
 {
     const Target target = LookAt(name);
@@ -329,7 +311,7 @@ FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
                             .arg(status.st_size)
                             .arg(limit)}};
     }
-    return ReadAll(file.Number(), status.st_size, limit);
+    return ReadAll(file, limit);
 }
 
 void SystemFiles::Remove(const QString &path)

@@ -3,18 +3,16 @@
 
 #include "SystemRecoveryFolder.h"
 
+#include "DescriptorPosix.h"
 #include "FileName.h"
-#include "UnfinishedFilePosix.h"
 
 #include <QDir>
 #include <QRandomGenerator>
 
-#include <array>
 #include <cerrno>
 #include <utility>
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -54,21 +52,6 @@ Descriptor OpenIn(const Descriptor &folder, const QByteArray &name, int flags)
                                flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, FileMode));
 }
 
-/// Whether the name still is the file's. It is not once another program has removed it.
-bool IsNameOf(const Descriptor &folder, const QByteArray &name, const Descriptor &file)
-{
-    struct stat named = {};
-    struct stat opened = {};
-    return ::fstatat(folder.Number(), name.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-           ::fstat(file.Number(), &opened) == 0 && named.st_ino == opened.st_ino &&
-           named.st_dev == opened.st_dev;
-}
-
-bool Lock(const Descriptor &file)
-{
-    return ::flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
-}
-
 /// A regular file of the user's that is now held; not open if it cannot be had.
 Descriptor TakeIn(const Descriptor &folder, const QByteArray &name)
 {
@@ -76,7 +59,7 @@ Descriptor TakeIn(const Descriptor &folder, const QByteArray &name)
     struct stat status = {};
     const bool had = file.IsOpen() && ::fstat(file.Number(), &status) == 0 &&
                      S_ISREG(status.st_mode) && status.st_uid == ::geteuid() && Lock(file) &&
-                     IsNameOf(folder, name, file);
+                     IsNameOf(folder.Number(), name, file);
     return had ? std::move(file) : Descriptor();
 }
 
@@ -130,27 +113,12 @@ class HeldFile final : public RecoveryFolder::File
         return QDateTime::fromSecsSinceEpoch(status.st_mtime);
     }
 
-    FileSystem::Content Read() const override
-    {
-        FileSystem::Content content;
-        std::array<char, 65536> part;
-        while (content.bytes.size() <= LongestContent) {
-            const ssize_t count =
-                ::pread(m_file.Number(), part.data(), part.size(), content.bytes.size());
-            if (count == 0)
-                return content;
-            if (count > 0)
-                content.bytes.append(part.data(), count);
-            else if (errno != EINTR)
-                return {{}, SystemFailure()};
-        }
-        return {{}, Failure{QStringLiteral("The file is too large")}};
-    }
+    FileSystem::Content Read() const override { return ReadAll(m_file, LongestContent); }
 
     void Remove() override
     {
         const Descriptor folder = OpenFolder(m_folder);
-        if (folder.IsOpen() && IsNameOf(folder, m_name, m_file))
+        if (folder.IsOpen() && IsNameOf(folder.Number(), m_name, m_file))
             ::unlinkat(folder.Number(), m_name.constData(), 0);
     }
 

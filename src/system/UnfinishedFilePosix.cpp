@@ -13,7 +13,6 @@
 #include <thread>
 
 #include <limits.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -32,21 +31,6 @@ Failure InTheWay(const QByteArray &name)
     const Failure why = SystemFailure();
     return {QStringLiteral("%1 is in the way: %2")
                 .arg(FileName::Shown(FileName::Decode(name)), why.cause)};
-}
-
-/// Goes with the last descriptor, however the program ends.
-bool Lock(const Descriptor &file)
-{
-    return ::flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
-}
-
-/// Not if the file has been renamed, removed or replaced since it was opened.
-bool HasName(const Descriptor &file, const QByteArray &name)
-{
-    struct stat open = {};
-    struct stat named = {};
-    return ::fstat(file.Number(), &open) == 0 && ::lstat(name.constData(), &named) == 0 &&
-           open.st_dev == named.st_dev && open.st_ino == named.st_ino;
 }
 
 /// Repeats an attempt to get the name while it fails with EEXIST, at least once.
@@ -69,26 +53,6 @@ Result Claim(const QByteArray &name, std::chrono::milliseconds patience,
 }
 
 } // namespace
-
-Descriptor::Descriptor(const QByteArray &name, int flags, mode_t mode) : m_number(None)
-{
-    do {
-        m_number = ::open(name.constData(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, mode);
-    } while (m_number < 0 && errno == EINTR);
-}
-
-Descriptor::~Descriptor()
-{
-    if (IsOpen())
-        ::close(m_number);
-}
-
-Failure SystemFailure()
-{
-    const int error = errno;
-    const bool inUse = error == EBUSY || error == ETXTBSY;
-    return {qt_error_string(error), inUse ? FileAlreadyOpen : error == ENOENT ? FileMissing : 0};
-}
 
 namespace UnfinishedFile
 {
@@ -114,7 +78,7 @@ Descriptor Create(const QByteArray &name, std::chrono::milliseconds patience, Re
         // the system has no locks, the new name alone must do.
         const bool taken = !Lock(file) && errno == EWOULDBLOCK;
         errno = EEXIST;
-        return !taken && HasName(file, name);
+        return !taken && IsNameOf(AT_FDCWD, name, file);
     });
     return result.Failed() ? Descriptor() : std::move(file);
 }
@@ -141,7 +105,7 @@ Result RemoveUnheld(const QByteArray &name)
     }
     if (!Lock(left))
         return errno == EWOULDBLOCK ? Held() : InTheWay(name);
-    if (HasName(left, name) && ::unlink(name.constData()) != 0)
+    if (IsNameOf(AT_FDCWD, name, left) && ::unlink(name.constData()) != 0)
         return InTheWay(name);
     return {};
 }

@@ -3,46 +3,11 @@
 
 #pragma once
 
-#include "FileSystem.h"
+#include "DescriptorPosix.h"
 
 #include <QByteArray>
 
 #include <chrono>
-#include <utility>
-
-#include <fcntl.h>
-#include <sys/types.h>
-
-/// A descriptor that is closed when it goes.
-class Descriptor
-{
-  public:
-    static constexpr int None = -1;
-    static constexpr mode_t NewFileMode = 0666; ///< less what the user's mask takes away
-
-    explicit Descriptor(int number = None) : m_number(number) {}
-    /// Opens without waiting for the other end of a pipe and without making a terminal the
-    /// program's own; errno tells why it is not open.
-    Descriptor(const QByteArray &name, int flags, mode_t mode = NewFileMode);
-    Descriptor(Descriptor &&other) noexcept : m_number(std::exchange(other.m_number, None)) {}
-    Descriptor &operator=(Descriptor &&other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    Descriptor(const Descriptor &) = delete;
-    Descriptor &operator=(const Descriptor &) = delete;
-    ~Descriptor();
-
-    bool IsOpen() const { return m_number != None; }
-    int Number() const { return m_number; }
-
-  private:
-    int m_number;
-};
-
-/// What errno says.
-Failure SystemFailure();
 
 /// The one name beside a target under which a new version of it stands until it is finished. Who
 /// has the name holds a lock on the file; one that nobody holds was left behind by a program that
