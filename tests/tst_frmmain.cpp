@@ -146,6 +146,26 @@ class tst_frmmain : public QObject
         QVERIFY(!bench.Find<QAction>("mnuFileSave")->isEnabled());
     }
 
+    void AViewsMenuOffersTheCommandsBelowItsOwn()
+    {
+        WindowBench bench;
+        for (const bool open : {false, true}) {
+            using State = MdCommunication::ToolbarState;
+            bench.window->SetToolbarState(open ? State::Open : State::Closed);
+            const auto menu = bench.Find<RichTextBox>("txtASCII")->MakeContextMenu();
+            QStringList texts;
+            for (QAction *entry : menu->actions())
+                texts << (entry->isSeparator() ? "|" : entry->text()) +
+                             (entry->isEnabled() ? "" : "-");
+            QCOMPARE(texts.mid(4),
+                     (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
+                                  open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
+                                  open ? "C&lear-" : "C&lear"}));
+            menu->actions().last()->trigger();
+            QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
+        }
+    }
+
     void StatusPanels_data()
     {
         const Cases<int, bool, QString> row("mode", "covered", "ports");

@@ -49,7 +49,7 @@ constexpr MenuEntry Entry(const char *name, const char *caption, Command command
     return {name, caption, command, false, shortcut};
 }
 
-constexpr std::array<MenuEntry, 24> MenuEntries = {{
+constexpr std::array MenuEntries = {
     Menu("mnuFile", "&File"),
     Entry("mnuFileNew", "&New Project", Command::New, "Ctrl+N"),
     Entry("mnuFileOpen", "&Open Project...", Command::Open, "Ctrl+O"),
@@ -74,10 +74,18 @@ constexpr std::array<MenuEntry, 24> MenuEntries = {{
     Bar("mnuHelpBar0"),
     Bar("mnuHelpBar1"),
     Entry("mnuHelpAbout", "&About...", Command::About),
-}};
+};
 
 constexpr std::array KeyCommands = {
     KeyCommand{"keyFindNext", "Find Next", Command::FindNext, "F3"},
+};
+
+// The letters of Cut, Copy, Paste, Delete and Select All are taken.
+constexpr std::array ViewEntries = {
+    ViewEntry{"mnuViewStart", "&Start", Command::Start, false},
+    ViewEntry{"mnuViewStop", "St&op", Command::Stop, false},
+    ViewEntry{"mnuViewFind", "&Find...", Command::Find, false},
+    ViewEntry{"mnuViewClean", "C&lear", Command::Clean, false},
 };
 
 } // namespace
@@ -98,6 +106,11 @@ std::span<const MenuEntry> Menus()
 std::span<const KeyCommand> Keys()
 {
     return KeyCommands;
+}
+
+std::span<const ViewEntry> ViewMenu()
+{
+    return ViewEntries;
 }
 
 } // namespace MainCommands

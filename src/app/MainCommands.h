@@ -33,7 +33,7 @@ enum class Command {
     About
 };
 
-/// The tables of the toolbar and of the menus.
+/// The tables of the toolbar, of the menus and of the keys.
 namespace MainCommands
 {
 
@@ -69,5 +69,16 @@ struct KeyCommand {
 };
 
 std::span<const KeyCommand> Keys();
+
+/// One line of what the context menu of a view has below the view's own entries; a row without a
+/// caption is a separator. The key of a command is shown beside it.
+struct ViewEntry {
+    const char *name;
+    const char *caption;
+    Command command;
+    bool ticks; ///< shows a tick, by MainActions::SetTicked; choosing it turns the tick over
+};
+
+std::span<const ViewEntry> ViewMenu();
 
 } // namespace MainCommands

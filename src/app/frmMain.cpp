@@ -7,6 +7,7 @@
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
 #include "Icons.h"
+#include "MainActions.h"
 #include "MainLayout.h"
 #include "RichTextAccessible.h"
 #include "RichTextBox.h"
@@ -20,7 +21,6 @@
 #include "WindowSettings.h"
 
 #include <QAccessible>
-#include <QAction>
 #include <QApplication>
 #include <QBackingStore>
 #include <QCloseEvent>
@@ -32,7 +32,6 @@
 #include <QScreen>
 #include <QTabBar>
 #include <QToolBar>
-#include <QToolButton>
 
 #include <algorithm>
 #include <cmath>
@@ -101,6 +100,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     : m_parts(parts),
       m_vSplitt(WholeTwips(parts.window.vSplitt)),
       m_hSplitt(WholeTwips(parts.window.hSplitt)),
+      m_actions(new MainActions(*this)),
       m_menuBar(new QMenuBar(this)),
       m_inner(new QWidget(this)),
       tbToolBar(new QToolBar(m_inner)),
@@ -118,9 +118,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     SetCaption(parts.title);
     setWindowIcon(Icons::Named("serimonde"));
     setMinimumWidth(Pixels(MainLayout::MinimumWidth));
-    MakeMenus();
-    MakeToolbar();
-    MakeKeys();
+    MakeBars();
     MakeLists();
     MakeCover();
     MakeViews();
@@ -140,81 +138,20 @@ frmMain::frmMain(const MainWindowParts &parts)
     SetProjectModified(false);
 }
 
-QAction *frmMain::MakeAction(Command command, const QString &text, const char *shortcut)
-{
-    auto *action = new QAction(text, this);
-    if (shortcut)
-        action->setShortcut(QKeySequence(Text(shortcut)));
-    connect(action, &QAction::triggered, this, [this, command] { Q_EMIT CommandChosen(command); });
-    m_actions.emplace(command, action);
-    return action;
-}
-
-void frmMain::MakeMenus()
+void frmMain::MakeBars()
 {
     m_menuBar->setNativeMenuBar(false);
-    QMenu *menu = nullptr;
-    for (const MainCommands::MenuEntry &entry : MainCommands::Menus()) {
-        if (entry.opensMenu) {
-            menu = m_menuBar->addMenu(Text(entry.caption));
-            menu->setObjectName(Text(entry.name));
-            continue;
-        }
-        QAction *action = entry.caption
-                              ? MakeAction(entry.command, Text(entry.caption), entry.shortcut)
-                              : new QAction(this);
-        action->setSeparator(!entry.caption);
-        action->setObjectName(Text(entry.name));
-        menu->addAction(action);
-        if (entry.command == Command::OpenRecent)
-            mnuRecentProject << action;
-    }
-    mnuFileBar2 = findChild<QAction *>(QStringLiteral("mnuFileBar2"));
-    mnuFileBar2->setVisible(false);
-    for (QAction *recent : std::as_const(mnuRecentProject)) {
-        recent->setVisible(false);
-        connect(recent, &QAction::triggered, this,
-                [this, recent] { Q_EMIT RecentProjectChosen(recent->data().toString()); });
-    }
+    tbToolBar->setObjectName(QStringLiteral("tbToolBar"));
+    m_actions->FillMenus(*m_menuBar);
+    m_actions->FillToolbar(*tbToolBar);
+    m_actions->AddKeys();
+    connect(m_actions, &MainActions::Chosen, this, &frmMain::CommandChosen);
+    connect(m_actions, &MainActions::RecentProjectChosen, this, &frmMain::RecentProjectChosen);
 }
 
-/// The text is also kept beside the caption, in which "&" has to stand doubled.
 void frmMain::ShowRecentProjects(const QStringList &projects)
 {
-    for (qsizetype i = 0; i < std::min(projects.size(), mnuRecentProject.size()); ++i) {
-        mnuFileBar2->setVisible(true);
-        mnuRecentProject[i]->setText(QString(projects[i]).replace(u'&', QLatin1String("&&")));
-        mnuRecentProject[i]->setData(projects[i]);
-        mnuRecentProject[i]->setVisible(true);
-    }
-}
-
-void frmMain::MakeToolbar()
-{
-    tbToolBar->setObjectName(QStringLiteral("tbToolBar"));
-    tbToolBar->setIconSize({24, 24});
-    for (const MainCommands::ToolbarButton &button : MainCommands::Toolbar()) {
-        if (!button.key) {
-            tbToolBar->addSeparator();
-            continue;
-        }
-        QAction *action = MakeAction(button.command, Text(button.key), button.shortcut);
-        action->setIcon(Icons::Named(button.image));
-        action->setToolTip(Text(button.toolTip));
-        tbToolBar->addAction(action);
-        QWidget *widget = tbToolBar->widgetForAction(action);
-        widget->setFocusPolicy(Qt::TabFocus);
-        widget->setAccessibleName(Text(button.toolTip));
-    }
-}
-
-void frmMain::MakeKeys()
-{
-    for (const MainCommands::KeyCommand &key : MainCommands::Keys()) {
-        QAction *action = MakeAction(key.command, Text(key.caption), key.shortcut);
-        action->setObjectName(Text(key.name));
-        addAction(action);
-    }
+    m_actions->ShowRecentProjects(projects);
 }
 
 void frmMain::MakeLists()
@@ -248,12 +185,14 @@ void frmMain::MakeViews()
     tsTabStrip1->setDrawBase(false);
     tsTabStrip1->setExpanding(false);
     lblTitle[1]->raise();
+    const QList<QAction *> entries = m_actions->ViewEntries();
     for (const Representation r : AllRepresentations) {
         auto *box = new RichTextBox(m_parts.views.View(r), m_inner);
         box->setObjectName(Text(RowOf(r).viewName));
         box->setAccessibleName(QStringLiteral("Communication in ") + Text(RowOf(r).caption));
         connect(box, &RichTextBox::CaretReleased, this,
                 [this](qint64 position) { m_parts.views.CaretPosition = position; });
+        box->addActions(entries);
         m_boxes[size_t(r)] = box;
     }
 }
@@ -469,37 +408,31 @@ void frmMain::ShowPortStatus(const QString &text)
     sbStatusBar->ShowPortStatus(text);
 }
 
-void frmMain::EnableCommand(Command command, bool enabled)
-{
-    const auto [first, last] = m_actions.equal_range(command);
-    std::for_each(first, last, [enabled](const auto &entry) { entry.second->setEnabled(enabled); });
-}
-
 void frmMain::SetToolbarState(MdCommunication::ToolbarState state)
 {
     const bool closed = state == MdCommunication::ToolbarState::Closed;
     for (const Command command :
          {Command::Cut, Command::Copy, Command::Paste, Command::Start, Command::Clean})
-        EnableCommand(command, closed);
-    EnableCommand(Command::Stop, !closed);
+        m_actions->Enable(command, closed);
+    m_actions->Enable(Command::Stop, !closed);
 }
 
 void frmMain::EnableLogCommands(bool canStart, bool canStop)
 {
-    EnableCommand(Command::StartLog, canStart);
-    EnableCommand(Command::StopLog, canStop);
+    m_actions->Enable(Command::StartLog, canStart);
+    m_actions->Enable(Command::StopLog, canStop);
 }
 
 void frmMain::SetProjectModified(bool modified)
 {
-    EnableCommand(Command::Save, modified);
+    m_actions->Enable(Command::Save, modified);
     if (!modified)
         Q_EMIT ProjectSettled();
 }
 
 bool frmMain::ProjectModified() const
 {
-    return m_actions.find(Command::Save)->second->isEnabled();
+    return m_actions->Enabled(Command::Save);
 }
 
 void frmMain::SetCaption(const QString &caption)

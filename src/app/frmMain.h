@@ -13,10 +13,9 @@
 #include <QWidget>
 
 #include <functional>
-#include <map>
 
 class CommunicationViews;
-class QAction;
+class MainActions;
 class QFrame;
 class QLabel;
 class QMenuBar;
@@ -112,9 +111,7 @@ class frmMain final : public QWidget, public ProjectWindow
     void resizeEvent(QResizeEvent *event) override;
 
   private:
-    void MakeMenus();
-    void MakeToolbar();
-    void MakeKeys();
+    void MakeBars();
     void MakeLists();
     void MakeCover();
     void MakeViews();
@@ -122,26 +119,24 @@ class frmMain final : public QWidget, public ProjectWindow
     void MakeStatusBar();
     void SetTabOrder();
 
-    QAction *MakeAction(Command command, const QString &text, const char *shortcut);
     void RestorePlace();
     void PlaceFirstSplitter();
     void NoteFrame();
     void InitViews();
     void ShowView(int tab);
-    void EnableCommand(Command command, bool enabled);
     void LayOut();
     void PlaceBars();
 
     bool QueryUnload(UnloadMode mode);
 
     MainWindowParts m_parts;
-    std::multimap<Command, QAction *> m_actions; ///< what the user can choose each command by
-    bool m_unasked = false;                      ///< the system wants the window to go
-    bool m_asking = false;                       ///< the question before a close stands
-    QPoint m_frameCorner; ///< from the frame's corner to the window's, pixels
-    int m_vSplitt;        ///< left edge of VimgSplitter, twips
-    int m_hSplitt;        ///< top of HimgSplitter, twips
+    bool m_unasked = false; ///< the system wants the window to go
+    bool m_asking = false;  ///< the question before a close stands
+    QPoint m_frameCorner;   ///< from the frame's corner to the window's, pixels
+    int m_vSplitt;          ///< left edge of VimgSplitter, twips
+    int m_hSplitt;          ///< top of HimgSplitter, twips
 
+    MainActions *m_actions;
     QMenuBar *m_menuBar;
     QWidget *m_inner; ///< everything below the menu bar
     QToolBar *tbToolBar;
@@ -155,6 +150,4 @@ class frmMain final : public QWidget, public ProjectWindow
     std::array<RichTextBox *, RepresentationCount> m_boxes{};
     SplitterHandle *VimgSplitter;
     SplitterHandle *HimgSplitter;
-    QAction *mnuFileBar2 = nullptr; ///< above the recent projects
-    QList<QAction *> mnuRecentProject;
 };

@@ -399,5 +399,7 @@ std::unique_ptr<QMenu> TextControl::MakeContextMenu()
     add(tr("&Delete"), &TextControl::Delete, CanEdit() && HasSelection());
     menu->addSeparator();
     add(tr("Select &All"), &TextControl::SelectAll, !IsEmpty());
+    menu->addSeparator();
+    menu->addActions(actions());
     return menu;
 }

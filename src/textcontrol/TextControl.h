@@ -37,7 +37,8 @@ class TextControl : public QAbstractScrollArea
     void Paste();
     void Delete();
     void SelectAll();
-    /// What the menu offers, as far as it can do something now.
+    /// What the menu offers, as far as it can do something now; below it what was added to the
+    /// control by addAction.
     std::unique_ptr<QMenu> MakeContextMenu();
 
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
