@@ -6,43 +6,11 @@
 #include "LineClock.h"
 #include "SerialPortControl.h"
 
-#include <QDeadlineTimer>
-#include <QThread>
-
-#include <algorithm>
-#include <chrono>
 #include <utility>
-
-using namespace std::chrono_literals;
-
-namespace
-{
-
-constexpr auto MostTimeToSend = 1s;
-constexpr auto SendPollInterval = 2ms;
-
-/// One after the other, before other lines are looked at.
-constexpr int MostReads = 8;
-
-/// An end of reading takes over no more than this from a sender that never pauses.
-constexpr qint64 MostBytesAtEnd = 1024 * 1024;
-
-constexpr int BitsOf(const ModemLines &lines)
-{
-    return int(lines.CTS) | int(lines.DSR) << 1 | int(lines.DCD) << 2 | int(lines.RI) << 3;
-}
-
-constexpr ModemLines LinesOf(int bits)
-{
-    return {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
-}
-
-} // namespace
 
 SerialLine::~SerialLine()
 {
-    m_loop.Do([this] { m_reading = false; });
-    Close();
+    Abandon();
 }
 
 Result SerialLine::Open(const LineRequest &request)
@@ -64,11 +32,12 @@ Result SerialLine::Open(const LineRequest &request)
         return configured;
     }
     m_lock = std::move(lock);
-    Forget();
+    m_counters = SerialDevice::ReadCounters(m_handle);
+    m_tally.counted = m_counters.known;
+    m_tally.SetModem(SerialDevice::ReadModemLines(m_handle));
     m_tally.RTS = request.requestToSend;
     m_tally.DTR = true;
-    m_open = true;
-    m_loop.Do([this] { m_loop.Join(*this); });
+    Start(request.comNumber);
     return {};
 }
 
@@ -93,150 +62,38 @@ Result SerialLine::Configure(const LineRequest &request) const
     return {};
 }
 
-/// Counters begin anew with each opening.
-void SerialLine::Forget()
+qsizetype SerialLine::Receive(char *bytes, size_t most)
 {
-    for (std::atomic<qint64> *count :
-         {&m_tally.receivedBytes, &m_tally.receivedChunks, &m_tally.sentBytes, &m_tally.sentChunks,
-          &m_tally.waiting, &m_tally.damaged, &m_tally.breaks, &m_tally.overruns})
-        count->store(0);
-    m_unsent.clear();
-    m_paused = false;
-    m_wasRead = false;
-    m_counters = SerialDevice::ReadCounters(m_handle);
-    m_tally.counted = m_counters.known;
-    const auto lines = SerialDevice::ReadModemLines(m_handle);
-    m_tally.modem = lines ? BitsOf(*lines) : -1;
+    return SerialDevice::Read(m_handle, bytes, most);
 }
 
-qint64 SerialLine::Close()
+qsizetype SerialLine::Transmit(const char *bytes, qsizetype count)
 {
-    if (!m_open)
-        return 0;
-    const qint64 lost = WaitUntilSent();
-    m_loop.Do([this] {
-        m_loop.Leave(*this);
-        m_unsent.clear();
-        m_tally.waiting = 0;
-        if (m_handle == SerialDevice::NoHandle)
-            return;
-        SerialDevice::DiscardUnsent(m_handle); // else the system's own close waits for it
-        if (!m_wasRead)
-            SerialDevice::DiscardUnread(m_handle);
-        SerialDevice::RestoreLineState(m_handle, m_lineBefore);
-        SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
-    });
-    m_lock.reset();
-    m_open = false;
-    return lost;
+    return SerialDevice::Write(m_handle, bytes, count);
 }
 
-/// A short poll sees the bytes that wait here and those in the system alike; it also sees a device
-/// that goes away meanwhile.
-qint64 SerialLine::WaitUntilSent()
+Result SerialLine::Presence()
 {
-    const QDeadlineTimer deadline(MostTimeToSend);
-    qint64 unsent = 0;
-    for (;;) {
-        m_loop.Do([&] {
-            CheckDevice();
-            unsent = UnsentBytes();
-        });
-        if (unsent == 0 || deadline.hasExpired())
-            return unsent;
-        QThread::usleep(std::chrono::microseconds(SendPollInterval).count());
-    }
+    return SerialDevice::CheckPresence(m_handle, m_request.device);
 }
 
-/// None of a device that has gone: what it did not take is told with its going.
-qint64 SerialLine::UnsentBytes() const
+qint64 SerialLine::UnsentInSystem() const
 {
-    return m_handle == SerialDevice::NoHandle
-               ? 0
-               : m_unsent.size() + SerialDevice::UnsentBytes(m_handle);
+    return SerialDevice::UnsentBytes(m_handle);
 }
 
-void SerialLine::BeginReading()
+void SerialLine::PutInOrder(qint64)
 {
-    m_reading = m_open && m_handle != SerialDevice::NoHandle;
-    m_wasRead = m_wasRead || m_reading;
-    m_paused = false;
+    SerialDevice::DiscardUnsent(m_handle); // else the system's own close waits for it
+    if (!m_wasRead)
+        SerialDevice::DiscardUnread(m_handle);
+    SerialDevice::RestoreLineState(m_handle, m_lineBefore);
 }
 
-void SerialLine::EndReading()
+void SerialLine::Shut()
 {
-    const qint64 most = m_tally.receivedBytes + MostBytesAtEnd;
-    while (m_reading && m_tally.receivedBytes < most && ReadOnce({})) {
-    }
-    m_reading = false;
-}
-
-void SerialLine::Readable(const LineLoop::Wake &wake)
-{
-    for (int reads = 0; m_reading && reads < MostReads; ++reads) {
-        m_paused = m_listener && !m_listener->HasRoom();
-        if (m_paused)
-            return;
-        // What a further read brings may have come behind something on another line.
-        if (!ReadOnce({wake.orderUncertain || (reads > 0 && wake.otherLines), wake.otherLines})) {
-            if (reads == 0)
-                CheckDevice();
-            return;
-        }
-    }
-}
-
-/// False if there was nothing to be read.
-bool SerialLine::ReadOnce(const LineLoop::Wake &wake)
-{
-    const qsizetype count = SerialDevice::Read(m_handle, m_part.data(), m_part.size());
-    if (count <= 0)
-        return false;
-    const LineTime now = LineNow();
-    m_tally.receivedBytes += count;
-    m_tally.receivedChunks += 1;
-    if (m_listener)
-        m_listener->OnRead({QByteArrayView(m_part.data(), count), now, wake.orderUncertain});
-    return true;
-}
-
-Result SerialLine::Write(const QByteArray &bytes)
-{
-    if (!m_open)
-        return Failure{QStringLiteral("COM%1 is not open").arg(m_request.comNumber)};
-    const qint64 waiting = m_unsent.size();
-    if (waiting > 0 && waiting + bytes.size() > MostUnsentBytes)
-        return Failure{QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
-                           .arg(m_request.comNumber)
-                           .arg(waiting)};
-    m_tally.sentBytes += bytes.size();
-    m_tally.sentChunks += 1;
-    if (m_handle == SerialDevice::NoHandle)
-        return {}; // gone; its user is being told
-    m_unsent += bytes;
-    if (waiting == 0)
-        Send();
-    return {};
-}
-
-void SerialLine::Writable()
-{
-    Send();
-}
-
-void SerialLine::Send()
-{
-    const qsizetype taken = SerialDevice::Write(m_handle, m_unsent.constData(), m_unsent.size());
-    if (taken > 0)
-        m_unsent.remove(0, taken);
-    else if (taken < 0)
-        CheckDevice();
-    m_tally.waiting = m_unsent.size();
-}
-
-LineTime SerialLine::Now() const
-{
-    return LineNow();
+    SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
+    m_lock.reset(); // the name may be another device's by now
 }
 
 Result SerialLine::SetRTS(bool on)
@@ -258,7 +115,7 @@ Result SerialLine::SetDTR(bool on)
 /// Some devices leave without a word; counters and lines have to be asked for.
 void SerialLine::Tick()
 {
-    CheckDevice();
+    CheckPresence();
     if (m_handle == SerialDevice::NoHandle)
         return;
     const LineTime now = LineNow();
@@ -287,47 +144,6 @@ void SerialLine::LookAtCounters(const LineTime &time)
 void SerialLine::LookAtModemLines(const LineTime &time)
 {
     const auto lines = SerialDevice::ReadModemLines(m_handle);
-    const int bits = lines ? BitsOf(*lines) : -1;
-    if (m_tally.modem.exchange(bits) != bits && lines && m_listener)
+    if (m_tally.SetModem(lines) && lines && m_listener)
         m_listener->OnModemLines(*lines, time);
-}
-
-void SerialLine::CheckDevice()
-{
-    if (m_handle == SerialDevice::NoHandle)
-        return;
-    const Result present = SerialDevice::CheckPresence(m_handle, m_request.device);
-    if (present.Failed())
-        Leave(present.Cause());
-}
-
-void SerialLine::Leave(const QString &cause)
-{
-    const bool wasRead = std::exchange(m_reading, false);
-    SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
-    m_lock.reset(); // the name may be another device's by now
-    m_unsent.clear();
-    m_tally.waiting = 0;
-    if (m_listener && wasRead)
-        m_listener->OnGone(cause, LineNow());
-}
-
-LineCounts SerialLine::Counts() const
-{
-    LineCounts counts;
-    counts.receivedBytes = m_tally.receivedBytes;
-    counts.receivedChunks = m_tally.receivedChunks;
-    counts.sentBytes = m_tally.sentBytes;
-    counts.sentChunks = m_tally.sentChunks;
-    counts.waiting = m_tally.waiting;
-    counts.RTS = m_tally.RTS;
-    counts.DTR = m_tally.DTR;
-    if (m_tally.counted) {
-        counts.damaged = m_tally.damaged;
-        counts.breaks = m_tally.breaks;
-        counts.overruns = m_tally.overruns;
-    }
-    if (const int modem = m_tally.modem; modem >= 0)
-        counts.modem = LinesOf(modem);
-    return counts;
 }

@@ -1,0 +1,222 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "DescriptorLine.h"
+
+#include "LineClock.h"
+
+#include <QDeadlineTimer>
+#include <QThread>
+
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace
+{
+
+constexpr auto MostTimeToSend = 1s;
+constexpr auto SendPollInterval = 2ms;
+
+/// One after the other, before other lines are looked at.
+constexpr int MostReads = 8;
+
+/// An end of reading takes over no more than this from a sender that never pauses.
+constexpr qint64 MostBytesAtEnd = 1024 * 1024;
+
+constexpr int BitsOf(const ModemLines &lines)
+{
+    return int(lines.CTS) | int(lines.DSR) << 1 | int(lines.DCD) << 2 | int(lines.RI) << 3;
+}
+
+constexpr ModemLines LinesOf(int bits)
+{
+    return {(bits & 1) != 0, (bits & 2) != 0, (bits & 4) != 0, (bits & 8) != 0};
+}
+
+} // namespace
+
+bool DescriptorLine::Tally::SetModem(const std::optional<ModemLines> &lines)
+{
+    const int bits = lines ? BitsOf(*lines) : -1;
+    return modem.exchange(bits) != bits;
+}
+
+/// Counters begin anew with each opening.
+void DescriptorLine::Start(int comNumber)
+{
+    for (std::atomic<qint64> *count :
+         {&m_tally.receivedBytes, &m_tally.receivedChunks, &m_tally.sentBytes, &m_tally.sentChunks,
+          &m_tally.waiting, &m_tally.damaged, &m_tally.breaks, &m_tally.overruns})
+        count->store(0);
+    m_comNumber = comNumber;
+    m_unsent.clear();
+    m_paused = false;
+    m_wasRead = false;
+    m_open = true;
+    m_loop.Do([this] { m_loop.Join(*this); });
+}
+
+void DescriptorLine::Abandon()
+{
+    m_loop.Do([this] { m_reading = false; });
+    Close();
+}
+
+qint64 DescriptorLine::Close()
+{
+    if (!m_open)
+        return 0;
+    const qint64 lost = WaitUntilSent();
+    m_loop.Do([&] {
+        m_loop.Leave(*this);
+        m_unsent.clear();
+        m_tally.waiting = 0;
+        if (m_handle == NoHandle)
+            return;
+        PutInOrder(lost);
+        Shut();
+    });
+    m_open = false;
+    return lost;
+}
+
+/// A short poll sees the bytes that wait here and those in the system alike; it also sees a device
+/// that goes away meanwhile.
+qint64 DescriptorLine::WaitUntilSent()
+{
+    const QDeadlineTimer deadline(MostTimeToSend);
+    qint64 unsent = 0;
+    for (;;) {
+        m_loop.Do([&] {
+            CheckPresence();
+            // None of a device that has gone: what it did not take is told with its going.
+            unsent = m_handle == NoHandle ? 0 : m_unsent.size() + UnsentInSystem();
+        });
+        if (unsent == 0 || deadline.hasExpired())
+            return unsent;
+        QThread::usleep(std::chrono::microseconds(SendPollInterval).count());
+    }
+}
+
+void DescriptorLine::BeginReading()
+{
+    m_reading = m_open && m_handle != NoHandle;
+    m_wasRead = m_wasRead || m_reading;
+    m_paused = false;
+}
+
+void DescriptorLine::EndReading()
+{
+    const qint64 most = m_tally.receivedBytes + MostBytesAtEnd;
+    while (m_reading && m_tally.receivedBytes < most && ReadOnce(false)) {
+    }
+    m_reading = false;
+}
+
+void DescriptorLine::Readable(const LineLoop::Wake &wake)
+{
+    for (int reads = 0; m_reading && reads < MostReads; ++reads) {
+        m_paused = m_listener && !m_listener->HasRoom();
+        if (m_paused)
+            return;
+        // What a further read brings may have come behind something on another line.
+        if (!ReadOnce(wake.orderUncertain || (reads > 0 && wake.otherLines))) {
+            if (reads == 0)
+                CheckPresence();
+            return;
+        }
+    }
+}
+
+/// False if there was nothing to be read.
+bool DescriptorLine::ReadOnce(bool orderUncertain)
+{
+    const qsizetype count = Receive(m_part.data(), m_part.size());
+    if (count <= 0)
+        return false;
+    Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain});
+    return true;
+}
+
+void DescriptorLine::Deliver(const LineRead &read)
+{
+    m_tally.receivedBytes += read.bytes.size();
+    m_tally.receivedChunks += 1;
+    if (m_listener)
+        m_listener->OnRead(read);
+}
+
+Result DescriptorLine::Write(const QByteArray &bytes)
+{
+    if (!m_open)
+        return Failure{QStringLiteral("COM%1 is not open").arg(m_comNumber)};
+    const qint64 waiting = m_unsent.size();
+    if (waiting > 0 && waiting + bytes.size() > MostUnsentBytes)
+        return Failure{QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
+                           .arg(m_comNumber)
+                           .arg(waiting)};
+    m_tally.sentBytes += bytes.size();
+    m_tally.sentChunks += 1;
+    if (m_handle == NoHandle)
+        return {}; // gone; its user is being told
+    m_unsent += bytes;
+    if (waiting == 0)
+        Send();
+    return {};
+}
+
+void DescriptorLine::Send()
+{
+    const qsizetype taken = Transmit(m_unsent.constData(), m_unsent.size());
+    if (taken > 0)
+        m_unsent.remove(0, taken);
+    else if (taken < 0)
+        CheckPresence();
+    m_tally.waiting = m_unsent.size();
+}
+
+LineTime DescriptorLine::Now() const
+{
+    return LineNow();
+}
+
+void DescriptorLine::CheckPresence()
+{
+    if (m_handle == NoHandle)
+        return;
+    const Result present = Presence();
+    if (present.Failed())
+        Leave(present.Cause());
+}
+
+void DescriptorLine::Leave(const QString &cause)
+{
+    const bool wasRead = std::exchange(m_reading, false);
+    Shut();
+    m_unsent.clear();
+    m_tally.waiting = 0;
+    if (m_listener && wasRead)
+        m_listener->OnGone(cause, LineNow());
+}
+
+LineCounts DescriptorLine::Counts() const
+{
+    LineCounts counts;
+    counts.receivedBytes = m_tally.receivedBytes;
+    counts.receivedChunks = m_tally.receivedChunks;
+    counts.sentBytes = m_tally.sentBytes;
+    counts.sentChunks = m_tally.sentChunks;
+    counts.waiting = m_tally.waiting;
+    counts.RTS = m_tally.RTS;
+    counts.DTR = m_tally.DTR;
+    if (m_tally.counted) {
+        counts.damaged = m_tally.damaged;
+        counts.breaks = m_tally.breaks;
+        counts.overruns = m_tally.overruns;
+    }
+    if (const int modem = m_tally.modem; modem >= 0)
+        counts.modem = LinesOf(modem);
+    return counts;
+}
