@@ -4,6 +4,7 @@
 #include "RichTextBox.h"
 #include "SQEditSequence.h"
 #include "SQSendSequenceList.h"
+#include "SequenceText.h"
 #include "frmFind.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
@@ -11,6 +12,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
@@ -19,9 +21,16 @@
 namespace
 {
 
-MessagePrompt Finished(const char *text)
+/// The box that ends a search; below its text stands whether there is a hit above.
+MessagePrompt Finished(const char *text, bool above, const char *view = "ASCII")
 {
-    return {text, PromptIcon::Exclamation, PromptButtons::Ok, PromptAnswer::Ok, "Find Senquence"};
+    const QString note = above ? QString("No more from here to the end of the %1 view; the next "
+                                         "search begins at its top.")
+                               : QString("Not found anywhere in the %1 view.");
+    return {.text = text,
+            .icon = PromptIcon::Exclamation,
+            .caption = "Find Senquence",
+            .note = note.arg(view)};
 }
 
 /// Two send sequences and a receive sequence, the views, and the dialog on them.
@@ -104,13 +113,15 @@ class tst_find : public QObject
         bench.find.FindDefinedSequence = sequence;
         bench.Open();
         QFETCH(QList<qint64>, hits);
+        const char *const name = std::array{"ASCII", "HEX", "Decimal", "Binary"}[size_t(view)];
         for (const qint64 hit : hits) {
             bench.prompts.shown.clear();
             QCOMPARE(bench.Press("cmdFindDefinedSequence"), hit);
             QCOMPARE(bench.views.CaretPosition, hit + 1);
             if (hit < 0)
                 QCOMPARE(bench.prompts.shown,
-                         QList{Finished("Finished searching for user defined sequence")});
+                         QList{Finished("Finished searching for user defined sequence",
+                                        hits.first() >= 0, name)});
         }
     }
 
@@ -129,7 +140,8 @@ class tst_find : public QObject
         QCOMPARE(bench.Press("cmdFindSendSequence"), 0);
         sends->setCurrentIndex(2);
         QCOMPARE(bench.Press("cmdFindSendSequence"), -1);
-        QCOMPARE(bench.prompts.shown, QList{Finished("Finished searching for send sequence")});
+        QCOMPARE(bench.prompts.shown,
+                 QList{Finished("Finished searching for send sequence", false)});
         sends->setCurrentIndex(0);
         QVERIFY(!bench.Control("cmdFindSendSequence")->isEnabled());
 
@@ -137,7 +149,8 @@ class tst_find : public QObject
         bench.Control<QComboBox>("ComboReceive")->setCurrentIndex(1);
         QCOMPARE(bench.Press("cmdFindReceiveSequence"), 3);
         bench.Press("cmdFindReceiveSequence");
-        QCOMPARE(bench.prompts.shown.last(), Finished("Finished searching for receive sequence"));
+        QCOMPARE(bench.prompts.shown.last(),
+                 Finished("Finished searching for receive sequence", true));
 
         bench.Control<QTabBar>("tbsFind")->setCurrentIndex(2);
         QTest::keyClicks(bench.Control<SQEditSequence>("AXEditFind"), "?");
@@ -194,13 +207,43 @@ class tst_find : public QObject
 
         bench.tables.CurrentSendIndex = 1;
         bench.tables.DeleteSendSequence();
+        bench.views.DisplayedRepresentation = Representation::Hex;
         bench.Open();
         QCOMPARE(bench.Control<QTabBar>("tbsFind")->currentIndex(), 2);
         QCOMPARE(bench.Control<QComboBox>("ComboSend")->currentText(), QStringLiteral("---"));
         QCOMPARE(bench.Control<QComboBox>("ComboReceive")->currentText(), QStringLiteral("ask"));
-        QCOMPARE(bench.Control<SQEditSequence>("AXEditFind")->EditMode(), 1);
-        QCOMPARE(bench.Control<SQEditSequence>("AXEditFind")->Sequence(), QByteArray("\r"));
+        auto *field = bench.Control<SQEditSequence>("AXEditFind");
+        QCOMPARE(field->EditMode(), 2); // that of the view, whatever was chosen before
+        QCOMPARE(field->Sequence(), QByteArray("\r"));
         QVERIFY(bench.Control("cmdFindDefinedSequence")->isEnabled());
+        QTest::keyClicks(field, "4142");
+        QCOMPARE(field->Sequence(), QByteArray("AB")); // what was there is replaced
+    }
+
+    void TheKeyThatSearchesIsNamedWhereEnterTypes()
+    {
+        FindBench bench;
+        bench.find.FindTab = FindKind::Defined;
+        for (const Representation view : AllRepresentations) {
+            bench.views.DisplayedRepresentation = view;
+            bench.View().AppendStyled(SequenceText::Of("A", view), {});
+            bench.find.FindDefinedSequence = "A";
+            bench.Open();
+            QVERIFY(QTest::qWaitForWindowActive(bench.dialog.get()));
+            auto *field = bench.Control<SQEditSequence>("AXEditFind");
+            const bool named = bench.Control<QLabel>("lblKeyNote")->isVisible();
+            QCOMPARE(named, view == Representation::Ascii);
+            QCOMPARE(field->accessibleDescription().startsWith("Alt+N searches"), named);
+            const auto hitsBy = [&](QKeyCombination key) {
+                const int before = bench.hitsShown;
+                bench.views.CaretPosition = 0;
+                QTest::keyClick(field, key.key(), key.keyboardModifiers());
+                return bench.hitsShown - before;
+            };
+            QCOMPARE(hitsBy(Qt::ALT | Qt::Key_N), 1);
+            QCOMPARE(hitsBy(Qt::Key_Return), named ? 0 : 1);
+            QCOMPARE(field->Sequence(), named ? "\r" : "A");
+        }
     }
 
     void TheNextSearchStaysWithTheText()
@@ -270,7 +313,8 @@ class tst_find : public QObject
                    {inView(Qt::Key_F3), formIsOpen},
                    {inForm(Qt::Key_Escape), formIsGone}});
         QVERIFY(!bench.stuck);
-        QCOMPARE(bench.prompts.shown, QList{Finished("Finished searching for send sequence")});
+        QCOMPARE(bench.prompts.shown,
+                 QList{Finished("Finished searching for send sequence", true)});
     }
 
     void TheDialogLeavesTheHit_data()

@@ -15,6 +15,7 @@
 #include <QHelpEngine>
 #include <QHelpIndexWidget>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPrintDialog>
 #include <QProcess>
 #include <QRegularExpression>
@@ -49,7 +50,7 @@ class SmallHelp
 
     SmallHelp()
     {
-        for (const char *page : {"index", "window", "sequences", "logging", "printing"})
+        for (const char *page : {"index", "window", "sequences", "logging", "printing", "messages"})
             Write(m_folder.filePath(page) + ".html", QByteArray("<title>") + page +
                                                          "</title><p><a href=\"window.html#end\">" +
                                                          QByteArray(1000, 'x') + "</a></p>");
@@ -96,7 +97,8 @@ class tst_help : public QObject
     void TheCommandsOpenTheirPanes();
     void TheKeyOpensThePageOfItsForm_data();
     void TheKeyOpensThePageOfItsForm();
-    void TheKeyWorksWhereAFileIsChosen();
+    void TheKeyWorksInThePrompts_data();
+    void TheKeyWorksInThePrompts();
     void TheWindowCanBeUsedBesideModalDialogs();
     void TheIndexIsSearched();
     void LinksLeadOutside_data();
@@ -184,7 +186,8 @@ void tst_help::TheKeyOpensThePageOfItsForm_data()
 {
     const Cases<QString, QString, QString> row("form", "owner", "page");
     row("a form of the table", "frmEditAction", "", "sequences.html");
-    row("a message over it", "qt_msgbox", "frmEditAction", "sequences.html");
+    row("a message over it", "QMessageBox", "frmEditAction", "messages.html");
+    row("a message over a dialog of the toolkit", "QMessageBox", "QPrintDialog", "messages.html");
     row("the nearest form decides", "frmEditAction", "frmMain", "sequences.html");
     row("an unknown form", "frmUnknown", "", "index.html");
     row("a form whose page is missing", "frmAbout", "frmMain", "index.html");
@@ -198,10 +201,16 @@ void tst_help::TheKeyOpensThePageOfItsForm()
     QFETCH(QString, page);
     const SmallHelp small;
     const HelpBench bench(small.path);
-    QWidget window;
-    window.setObjectName(owner);
-    const std::unique_ptr<QDialog> dialog(form == "QPrintDialog" ? new QPrintDialog(&window)
-                                                                 : new QDialog(&window));
+    const auto make = [](const QString &name, QWidget *parent) -> std::unique_ptr<QDialog> {
+        if (name == "QPrintDialog")
+            return std::make_unique<QPrintDialog>(parent);
+        if (name == "QMessageBox")
+            return std::make_unique<QMessageBox>(parent);
+        return std::make_unique<QDialog>(parent);
+    };
+    const std::unique_ptr<QDialog> window = make(owner, nullptr);
+    window->setObjectName(owner);
+    const std::unique_ptr<QDialog> dialog = make(form, window.get());
     dialog->setObjectName(form);
     QLineEdit field(dialog.get());
     dialog->show();
@@ -212,19 +221,50 @@ void tst_help::TheKeyOpensThePageOfItsForm()
     QCOMPARE(bench.Page(), "qthelp://small.help/doc/" + page);
 }
 
-void tst_help::TheKeyWorksWhereAFileIsChosen()
+void tst_help::TheKeyWorksInThePrompts_data()
 {
+    const Cases<std::function<void(QtPrompts &)>, QString> row("prompt", "page");
+    row(
+        "a file is chosen",
+        [](QtPrompts &prompts) {
+            prompts.ChooseFile({.dialog = "dlgLogFile", .title = "", .filter = "", .folder = "."});
+        },
+        "logging.html");
+    row(
+        "a printer is chosen", [](QtPrompts &prompts) { prompts.ChoosePrinter({}); },
+        "printing.html");
+    row(
+        "a message", [](QtPrompts &prompts) { prompts.ShowMessage(CriticalMessage("")); },
+        "messages.html");
+    row(
+        "a notice", [](QtPrompts &prompts) { prompts.ShowNotice("", CriticalMessage("")); },
+        "messages.html");
+    row(
+        "a question that waits",
+        [](QtPrompts &prompts) { prompts.Ask(InformationMessage(""), [](PromptAnswer) {}); },
+        "messages.html");
+}
+
+void tst_help::TheKeyWorksInThePrompts()
+{
+    QFETCH(std::function<void(QtPrompts &)>, prompt);
+    QFETCH(QString, page);
     const SmallHelp small;
     const HelpBench bench(small.path);
     QTextStream errors(stderr);
     QtPrompts prompts(errors);
     QTimer::singleShot(0, qApp, [] {
-        QWidget *dialog = QApplication::activeModalWidget();
-        QTest::keyClick(dialog, Qt::Key_F1);
-        dialog->close();
+        for (QWidget *form : QApplication::topLevelWidgets()) {
+            if (!qobject_cast<QDialog *>(form) || !form->isVisible())
+                continue;
+            QTest::keyClick(form->focusWidget() ? form->focusWidget() : form, Qt::Key_F1);
+            form->close();
+            return;
+        }
     });
-    prompts.ChooseFile({.dialog = "dlgLogFile", .title = "", .filter = "", .folder = "."});
-    QCOMPARE(bench.Page(), QString("qthelp://small.help/doc/logging.html"));
+    prompt(prompts);
+    QTRY_VERIFY(bench.help.Window() && bench.help.Window()->isVisible());
+    QCOMPARE(bench.Page(), "qthelp://small.help/doc/" + page);
 }
 
 void tst_help::TheWindowCanBeUsedBesideModalDialogs()

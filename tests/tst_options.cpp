@@ -8,6 +8,7 @@
 #include "frmOptions.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
+#include "support/PtyPair.h"
 #include "support/ScriptedFinder.h"
 
 #include <QColorDialog>
@@ -137,6 +138,10 @@ class tst_options : public QObject
     void TheChooserHasTheColour();
     void TheTabKeyFollowsThePage();
     void OKEndsWhatTheCommandLineHadPut();
+    void WhatHasNoEffectSaysSo_data();
+    void WhatHasNoEffectSaysSo();
+    void CommunicationIsStartedAgain_data();
+    void CommunicationIsStartedAgain();
     void ADeviceIsAssigned_data();
     void ADeviceIsAssigned();
 };
@@ -442,6 +447,78 @@ void tst_options::OKEndsWhatTheCommandLineHadPut()
     QVERIFY2(note.contains("Monitoring (Receive Only), 921600,E,7,2"), qPrintable(note));
     QCOMPARE(settings, (QStringList{"921600,E,7,2", "9600,N,8,1"}));
     QVERIFY(bench.program->Comm().Mode() == CommMode::SendReceive);
+}
+
+void tst_options::WhatHasNoEffectSaysSo_data()
+{
+    const Cases<QString, QStringList, bool> row("control", "clicks", "idle");
+    const QString lineBreak = "PicOp1CheckStampReturnToLine";
+    row("a line break without a stamp", lineBreak, {}, true);
+    row("with a date", lineBreak, {"PicOp1CheckDateStamp"}, false);
+    row("with a time", lineBreak, {"PicOp1CheckTimeStamp"}, false);
+    row("and without again", lineBreak, {"PicOp1CheckDateStamp", "PicOp1CheckDateStamp"}, true);
+    row("formatted logs", "LogFileOption_0", {"LogFileOption_0"}, true);
+    row("plain logs", "LogFileOption_1", {}, false);
+}
+
+void tst_options::WhatHasNoEffectSaysSo()
+{
+    QFETCH(QString, control);
+    QFETCH(QStringList, clicks);
+    QFETCH(bool, idle);
+    OptionsBench bench;
+    const OptionsDesk desk = bench.Open();
+    for (const QString &click : clicks)
+        desk.Press(qPrintable(click));
+    const QWidget *widget = desk.Find(control);
+    QCOMPARE(!widget->toolTip().isEmpty(), idle);
+    QCOMPARE(widget->accessibleDescription(), widget->toolTip());
+    const QPalette dialog = bench.form->palette();
+    const QPalette::ColorGroup look = idle ? QPalette::Disabled : QPalette::Active;
+    QCOMPARE(widget->palette().color(QPalette::Active, QPalette::WindowText),
+             dialog.color(look, QPalette::WindowText));
+    QVERIFY(widget->isEnabled()); // its value can be changed
+}
+
+void tst_options::CommunicationIsStartedAgain_data()
+{
+    const Cases<bool, bool, QString, QList<bool>> row("running", "tick", "leave", "told and runs");
+    row("not before it ran", false, false, "cmdOK", {false, false});
+    row("only if it is wanted", true, false, "cmdOK", {true, false});
+    row("by OK", true, true, "cmdOK", {true, true});
+    row("by Cancel too", true, true, "cmdCancel", {true, true});
+    row("by the frame", true, true, "", {true, true});
+    row("not when the program ends", true, true, "end", {true, false});
+}
+
+void tst_options::CommunicationIsStartedAgain()
+{
+    QFETCH(bool, running);
+    QFETCH(bool, tick);
+    QFETCH(QString, leave);
+    const PtyPair port;
+    ProgramBench bench;
+    bench.AssignPort(1, port.DeviceName());
+    bench.line.start = running;
+    QList<bool> toldAndRuns;
+    const auto inOptions = [&](const OptionsDesk &desk) {
+        const auto *told = desk.Find<QLabel>("lblStopped");
+        toldAndRuns = {told->isVisible()};
+        QCOMPARE(desk.Find("chkStartAgain")->isVisible(), told->isVisible());
+        if (tick)
+            QTest::keyClick(desk.Find("chkStartAgain"), Qt::Key_Space);
+        if (leave == "end")
+            bench.program->CloseUnasked();
+        else if (!leave.isEmpty())
+            desk.Press(qPrintable(leave));
+    };
+    const auto open = [&] {
+        bench.InOptions(inOptions);
+        toldAndRuns << bench.Running();
+    };
+    bench.Run({{[] {}, [&] { return bench.Running() == running; }}, {open, AtOnce}});
+    QTEST(toldAndRuns, "told and runs");
+    QVERIFY(bench.prompts.shown.isEmpty());
 }
 
 void tst_options::ADeviceIsAssigned_data()

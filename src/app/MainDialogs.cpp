@@ -7,6 +7,7 @@
 #include "MdFind.h"
 #include "PortFinder.h"
 #include "ProgramInfo.h"
+#include "RunState.h"
 #include "SequenceLists.h"
 #include "SystemInformation.h"
 #include "frmAbout.h"
@@ -54,17 +55,22 @@ void MainDialogs::EditReceiveSequence()
 
 void MainDialogs::ShowOptions()
 {
+    const bool wasRunning = m_parts.communication.Running();
+    bool startAgain = false;
     m_parts.communication.ClosePorts();
     if (!m_parts.communication.Running()) {
         frmOptions options(
             {SnapshotOf(m_parts.options), m_parts.displayNext, m_parts.prompts,
              m_parts.options.assigned, m_parts.finder,
              [this](const OptionsValues &confirmed) { StoreOptions(confirmed); },
-             [this](const DisplaySettings &display) { m_parts.displayNext = display; }},
+             [this](const DisplaySettings &display) { m_parts.displayNext = display; }, wasRunning},
             &m_parts.window);
         options.exec();
+        startAgain = options.StartAgain() && !m_parts.run.QuitRequested;
     }
     m_parts.window.UpdateStatusPanels();
+    if (startAgain)
+        m_parts.communication.OpenPorts();
 }
 
 void MainDialogs::StoreOptions(const OptionsValues &values)

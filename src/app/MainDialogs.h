@@ -19,6 +19,7 @@ class SystemRegistry;
 class UserPrompts;
 class frmMain;
 struct DisplaySettings;
+struct RunState;
 
 /// What the dialogs work with; all of it lives longer than MainDialogs.
 struct MainDialogParts {
@@ -33,6 +34,7 @@ struct MainDialogParts {
     UserPrompts &prompts;
     Shell &shell;
     SystemRegistry &registry;
+    const RunState &run;
 };
 
 /// The modal dialogs of the main window: makes each of what it works with, shows it, and takes
@@ -45,7 +47,8 @@ class MainDialogs
     /// The record at CurrentSendIndex or CurrentReceiveIndex.
     void EditSendSequence();
     void EditReceiveSequence();
-    /// Stops communication first; stays away if that fails.
+    /// Stops communication first, and starts it again if the user wants it; stays away if it cannot
+    /// be stopped.
     void ShowOptions();
     void ShowFind();
     /// Goes on with what the find dialog was left with, or shows it.

@@ -149,7 +149,8 @@ void MdMain::MakeWindow()
                         m_finder,
                         m_world.prompts,
                         m_world.shell,
-                        m_world.registry});
+                        m_world.registry,
+                        m_run});
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)

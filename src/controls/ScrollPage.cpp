@@ -16,7 +16,7 @@ constexpr QSize Surroundings = {40, 125};
 
 } // namespace
 
-ScrollPage::ScrollPage(QWidget *content)
+ScrollPage::ScrollPage(QWidget *content, const QWidget *line) : m_line(line)
 {
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
@@ -44,7 +44,9 @@ QSize ScrollPage::minimumSizeHint() const
 /// A page that is cut below needs room for its scroll bar as well.
 QSize ScrollPage::Bounded(QSize wanted) const
 {
-    const QSize room = screen()->availableSize() - Surroundings;
+    QSize room = screen()->availableSize() - Surroundings;
+    if (m_line && !m_line->isHidden())
+        room.rheight() -= m_line->sizeHint().height();
     if (wanted.height() > room.height())
         wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
     return wanted.boundedTo(room);

@@ -12,7 +12,8 @@ class ScrollPage final : public QScrollArea
     Q_OBJECT
 
   public:
-    explicit ScrollPage(QWidget *content);
+    /// The dialog may have a further line of text; it lives as long as the page.
+    explicit ScrollPage(QWidget *content, const QWidget *line = nullptr);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -22,4 +23,6 @@ class ScrollPage final : public QScrollArea
 
   private:
     QSize Bounded(QSize wanted) const;
+
+    const QWidget *m_line;
 };

@@ -110,6 +110,7 @@ void Furnish(QMessageBox &box, const MessagePrompt &prompt)
     box.setIcon(IconOf(prompt.icon));
     box.setWindowTitle(prompt.caption);
     box.setText(prompt.text);
+    box.setInformativeText(prompt.note);
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setDetailedText(prompt.details); // with a button, if there are any

@@ -6,6 +6,7 @@
 #include "CodePage1252.h"
 #include "CodePageEdit.h"
 #include "DeletionEffects.h"
+#include "IdleLook.h"
 #include "MdSequenceEdition.h"
 #include "ProjectLosses.h"
 #include "QuietLine.h"
@@ -93,6 +94,9 @@ QWidget *frmEditEvent::MakeCommentPage()
     m_commentNote->setObjectName(QStringLiteral("TxtCommentNote"));
     ChkInsertCminEM->setObjectName(QStringLiteral("ChkInsertCminEM"));
     ChkInsertCminEM->setText(QStringLiteral("Additonally insert the comment into the log file"));
+    LookIdle(*ChkInsertCminEM,
+             QStringLiteral("A log that is written always holds the comments; this box only shows "
+                            "what the project file says."));
 
     auto *page = new QWidget;
     auto *column = new QVBoxLayout(page);

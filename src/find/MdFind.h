@@ -35,7 +35,11 @@ class MdFind
     qint16 FindSendIndex = 0;    ///< 0 none, n the send sequence n - 1
     qint16 FindReceiveIndex = 0; ///< likewise
     QByteArray FindDefinedSequence;
-    Representation FindEditMode = Representation::Ascii; ///< of the defined sequence
+    /// Of the defined sequence; the dialog opens with that of the view.
+    Representation FindEditMode = Representation::Ascii;
+
+    /// The view that is searched.
+    Representation ShownView() const;
 
     /// The sequence of an entry of one of the two lists, 0 being the entry for none; nothing if
     /// the project has no such sequence.
@@ -47,7 +51,8 @@ class MdFind
 
     /// Looks for the next occurrence. A hit is selected in the shown view, and the next search
     /// begins one character behind its start. Without one the user is told that the search is
-    /// finished, and the next begins at the top. Returns whether there was a hit.
+    /// finished, and whether there is a hit above, and the next begins at the top. Returns whether
+    /// there was a hit.
     bool FindNext(FindKind kind, QByteArrayView sequence);
 
   private:

@@ -65,7 +65,8 @@ frmFind::frmFind(const FindParts &parts, QWidget *parent)
       m_body(new QFrame(this)),
       ComboSend(new QComboBox(this)),
       ComboReceive(new QComboBox(this)),
-      AXEditFind(new SQEditSequence(this))
+      AXEditFind(new SQEditSequence(this)),
+      m_keyNote(new QLabel(QStringLiteral("Alt+N searches; Enter types CR"), this))
 {
     setObjectName(QStringLiteral("frmFind"));
     setWindowTitle(MdFind::Caption());
@@ -90,7 +91,8 @@ void frmFind::MakeTabs()
         tbsFind->setTabToolTip(tbsFind->addTab(Text(page.tab)), Text(page.toolTip));
 }
 
-QVBoxLayout *frmFind::MakePanel(FindKind kind, QWidget *field)
+/// What stands beside, if anything, is at the end of the caption's row.
+QVBoxLayout *frmFind::MakePanel(FindKind kind, QWidget *field, QWidget *beside)
 {
     const Page &page = Pages[size_t(kind)];
     auto *panel = new QWidget(this);
@@ -104,7 +106,12 @@ QVBoxLayout *frmFind::MakePanel(FindKind kind, QWidget *field)
 
     auto *column = new QVBoxLayout(panel);
     column->setContentsMargins(0, 0, 0, 0);
-    column->addWidget(caption);
+    auto *row = new QHBoxLayout;
+    row->addWidget(caption);
+    row->addStretch();
+    if (beside)
+        row->addWidget(beside);
+    column->addLayout(row);
     return column;
 }
 
@@ -126,14 +133,25 @@ void frmFind::MakeDefinedPanel()
 {
     AXEditFind->setMinimumSize(400, 110);
     auto *modes = new EditModeOptions(*AXEditFind);
-    QVBoxLayout *column = MakePanel(FindKind::Defined, AXEditFind);
+    m_keyNote->setObjectName(QStringLiteral("lblKeyNote"));
+    QSizePolicy policy = m_keyNote->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_keyNote->setSizePolicy(policy);
+    QVBoxLayout *column = MakePanel(FindKind::Defined, AXEditFind, m_keyNote);
     column->addWidget(AXEditFind, 1);
     column->addWidget(modes);
     MakeButtons(FindKind::Defined);
     connect(AXEditFind, &SQEditSequence::Changed, this, &frmFind::EnableDefined);
-    connect(modes, &EditModeOptions::ModeChosen, this,
-            [this](Representation mode) { m_parts.find.FindEditMode = mode; });
-    modes->Choose(m_parts.find.FindEditMode);
+    connect(modes, &EditModeOptions::ModeChosen, this, &frmFind::ChooseMode);
+    modes->Choose(m_parts.find.ShownView());
+}
+
+void frmFind::ChooseMode(Representation mode)
+{
+    m_parts.find.FindEditMode = mode;
+    const bool ascii = mode == Representation::Ascii;
+    m_keyNote->setVisible(ascii);
+    AXEditFind->setAccessibleDescription(ascii ? m_keyNote->text() : QString());
 }
 
 void frmFind::MakeButtons(FindKind kind)
@@ -176,6 +194,7 @@ void frmFind::Restore()
     Choose(*ComboSend, find.FindSendIndex);
     Choose(*ComboReceive, find.FindReceiveIndex);
     AXEditFind->SetSequence(find.FindDefinedSequence);
+    AXEditFind->SelectBytes(0, find.FindDefinedSequence.size()); // typing replaces them
     EnableDefined();
 
     tbsFind->setCurrentIndex(int(find.FindTab));

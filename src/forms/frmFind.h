@@ -14,6 +14,7 @@
 class MdSequenceEdition;
 class QComboBox;
 class QFrame;
+class QLabel;
 class QPushButton;
 class QTabBar;
 class QVBoxLayout;
@@ -27,8 +28,9 @@ struct FindParts {
     std::function<DialogPlace::Sight()> ShowHit;
 };
 
-/// The find dialog. It opens as it was left: every way out is Cancel and stores what is chosen.
-/// The panels of the tabs that are not chosen stand out of sight and are disabled.
+/// The find dialog. It opens as it was left, the defined sequence in the form of the shown view and
+/// selected: every way out is Cancel and stores what is chosen. The panels of the tabs that are not
+/// chosen stand out of sight and are disabled.
 class frmFind final : public QDialog
 {
     Q_OBJECT
@@ -43,7 +45,7 @@ class frmFind final : public QDialog
 
   private:
     void MakeTabs();
-    QVBoxLayout *MakePanel(FindKind kind, QWidget *field);
+    QVBoxLayout *MakePanel(FindKind kind, QWidget *field, QWidget *beside = nullptr);
     void MakeComboPanel(FindKind kind, QComboBox *combo);
     void MakeDefinedPanel();
     void MakeButtons(FindKind kind);
@@ -53,6 +55,7 @@ class frmFind final : public QDialog
     void ChooseTab(int tab);
     void PlacePanels();
     void EnableDefined();
+    void ChooseMode(Representation mode);
     QByteArray SequenceOf(FindKind kind) const;
     void FindNext(FindKind kind);
     void StandBeside(const DialogPlace::Sight &sight);
@@ -65,6 +68,7 @@ class frmFind final : public QDialog
     QComboBox *ComboSend;
     QComboBox *ComboReceive;
     SQEditSequence *AXEditFind;
+    QLabel *m_keyNote; ///< how to search from the field, where Enter does not
     std::array<QWidget *, FindKindCount> picOptions{};
     std::array<QWidget *, FindKindCount> m_fields{}; ///< first of each panel
     std::array<QPushButton *, FindKindCount> m_findButtons{};

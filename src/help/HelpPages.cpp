@@ -14,7 +14,7 @@ namespace HelpPages
 namespace
 {
 
-constexpr std::array<Row, 10> Rows = {{
+constexpr std::array<Row, 11> Rows = {{
     {"frmMain", "window.html"},
     {"frmEditAction", "sequences.html"},
     {"frmEditEvent", "receive-sequences.html"},
@@ -25,6 +25,7 @@ constexpr std::array<Row, 10> Rows = {{
     {"dlgProjectFile", "projects.html"},
     {"dlgLogFile", "logging.html"},
     {"QAbstractPrintDialog", "printing.html"},
+    {"QMessageBox", "messages.html"},
 }};
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "DisplayOptions.h"
 
 #include "ColourBox.h"
+#include "IdleLook.h"
 #include "UserPrompts.h"
 
 #include <QCheckBox>
@@ -143,15 +144,27 @@ void DisplayOptions::MakeStamps(QVBoxLayout *column)
     for (size_t i = 0; i < StampRows.size(); ++i) {
         m_stamps[i] = new QCheckBox(Text(StampRows[i].caption));
         m_stamps[i]->setObjectName(Text(StampRows[i].name));
+        connect(m_stamps[i], &QCheckBox::toggled, this, &DisplayOptions::ShowWhatStampsDo);
         rows->addWidget(m_stamps[i]);
     }
     column->addWidget(frame);
+}
+
+/// A line break comes with a stamp only.
+void DisplayOptions::ShowWhatStampsDo()
+{
+    const auto [date, time, lineBreak] = m_stamps;
+    const bool stamped = date->isChecked() || time->isChecked();
+    LookIdle(*lineBreak, stamped ? QString()
+                                 : QStringLiteral("Without a date or time stamp no line break is "
+                                                  "inserted."));
 }
 
 void DisplayOptions::Show(const OptionsValues &values)
 {
     for (size_t i = 0; i < StampRows.size(); ++i)
         m_stamps[i]->setChecked(values.stamp.*StampRows[i].flag);
+    ShowWhatStampsDo();
 }
 
 void DisplayOptions::Store(OptionsValues &values) const

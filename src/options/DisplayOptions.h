@@ -34,9 +34,10 @@ class DisplayOptions final : public OptionsPage
     void MakeStyle(QGridLayout *grid, int style);
     ColourBox *MakeColour(const char *name, const char *caption, qint32 &colour);
     void MakeStamps(QVBoxLayout *column);
+    void ShowWhatStampsDo();
 
     DisplaySettings m_display;
     UserPrompts &m_prompts;
     std::function<void(const DisplaySettings &)> m_displayChosen;
-    std::array<QCheckBox *, 3> m_stamps{};
+    std::array<QCheckBox *, 3> m_stamps{}; ///< date, time, line break
 };

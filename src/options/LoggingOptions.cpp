@@ -3,6 +3,7 @@
 
 #include "LoggingOptions.h"
 
+#include "IdleLook.h"
 #include "OptionButtons.h"
 
 #include <QCheckBox>
@@ -59,6 +60,9 @@ void LoggingOptions::MakeFormats(QVBoxLayout *column)
         rows->addWidget(option);
         LogFileOption[i] = option;
     }
+    LookIdle(*LogFileOption[0],
+             QStringLiteral("Log files are always plain text (.txt); this choice "
+                            "is kept, but changes nothing."));
     column->addWidget(frame);
 }
 

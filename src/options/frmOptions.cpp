@@ -12,7 +12,9 @@
 #include "UserPrompts.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QStackedWidget>
@@ -33,6 +35,7 @@ frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
       m_values(parts.values),
       tbsOptions(new QTabBar),
       m_frame(new QStackedWidget),
+      chkStartAgain(new QCheckBox(QStringLiteral("&Start again"))),
       cmdCancel(NamedButton("cmdCancel", "Cancel"))
 {
     setObjectName(QStringLiteral("frmOptions"));
@@ -42,6 +45,17 @@ frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
     ShowValues();
     connect(qApp, &QApplication::focusChanged, &m_focusWatch,
             [this](QWidget *, QWidget *now) { NoteFocus(now); });
+}
+
+QLabel *frmOptions::MakeStoppedLine()
+{
+    auto *line = new QLabel(QStringLiteral("Communication was stopped by opening the options."));
+    line->setObjectName(QStringLiteral("lblStopped"));
+    line->setContentsMargins(0, 0, 0, 6);
+    line->setVisible(m_parts.communicationStopped);
+    if (m_parts.communicationStopped)
+        setAccessibleDescription(line->text());
+    return line;
 }
 
 void frmOptions::MakePages()
@@ -64,8 +78,10 @@ void frmOptions::MakePages()
     connect(tbsOptions, &QTabBar::currentChanged, m_frame, &QStackedWidget::setCurrentIndex);
     auto *column = new QVBoxLayout(this);
     column->setSpacing(0);
+    QLabel *stopped = MakeStoppedLine();
+    column->addWidget(stopped);
     column->addWidget(tbsOptions);
-    column->addWidget(new ScrollPage(m_frame));
+    column->addWidget(new ScrollPage(m_frame, stopped));
 }
 
 void frmOptions::MakeButtons()
@@ -73,9 +89,14 @@ void frmOptions::MakeButtons()
     QPushButton *cmdOK = NamedButton("cmdOK", "OK");
     QPushButton *cmdApply = NamedButton("cmdApply", "Apply");
     cmdOK->setDefault(true);
+    chkStartAgain->setObjectName(QStringLiteral("chkStartAgain"));
+    chkStartAgain->setToolTip(
+        QStringLiteral("Start communication when this dialog closes, by Cancel as well as by OK"));
+    chkStartAgain->setVisible(m_parts.communicationStopped);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, 8, 0, 0);
     row->setSpacing(6);
+    row->addWidget(chkStartAgain);
     row->addStretch();
     for (QPushButton *button : {cmdOK, cmdCancel, cmdApply})
         row->addWidget(button);
@@ -155,6 +176,11 @@ bool frmOptions::Confirm()
     m_parts.ValuesConfirmed(m_values);
     m_values.devices.clear();
     return true;
+}
+
+bool frmOptions::StartAgain() const
+{
+    return chkStartAgain->isChecked();
 }
 
 void frmOptions::accept()

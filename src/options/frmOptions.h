@@ -14,6 +14,8 @@
 
 class PortDevices;
 class PortFinder;
+class QCheckBox;
+class QLabel;
 class QPushButton;
 class QStackedWidget;
 class QTabBar;
@@ -30,6 +32,7 @@ struct OptionsParts {
     std::function<void(const OptionsValues &)> ValuesConfirmed;
     /// A colour or attribute was chosen; Cancel does not take it back.
     std::function<void(const DisplaySettings &)> DisplayChosen;
+    bool communicationStopped = false; ///< for the dialog's sake; it says so, and offers to start
 };
 
 /// The options dialog: four pages on a tab strip.
@@ -43,7 +46,11 @@ class frmOptions final : public QDialog
     /// "OK"; the dialog stays open if a page refuses.
     void accept() override;
 
+    /// Whether communication is to be started again, however the dialog was left.
+    bool StartAgain() const;
+
   private:
+    QLabel *MakeStoppedLine();
     void MakePages();
     void MakeButtons();
     void ShowValues();
@@ -59,6 +66,7 @@ class frmOptions final : public QDialog
     QTabBar *tbsOptions;
     QStackedWidget *m_frame;
     std::array<OptionsPage *, 4> picOptions{};
+    QCheckBox *chkStartAgain;
     QPushButton *cmdCancel;
     bool m_telling = false; ///< the user is being told of a fault
     QObject m_focusWatch;   ///< ends before the controls go, which moves the focus

@@ -22,12 +22,14 @@ QString KindOf(const MessagePrompt &prompt)
     }
 }
 
-/// The details stand behind the text, in brackets.
+/// Note and details stand behind the text, each in brackets.
 QString OneLine(const MessagePrompt &prompt)
 {
     QString line = prompt.text;
-    if (!prompt.details.isEmpty())
-        line += QStringLiteral(" (%1)").arg(prompt.details.split(u'\n').join(QLatin1String("; ")));
+    for (const QString &further : {prompt.note, prompt.details}) {
+        if (!further.isEmpty())
+            line += QStringLiteral(" (%1)").arg(further.split(u'\n').join(QLatin1String("; ")));
+    }
     return line.replace(u'\r', u' ').replace(u'\n', u' ');
 }
 

@@ -25,6 +25,8 @@ struct MessagePrompt {
     /// What stands behind a text that names no cause, as lines: the thing first, then what is wrong
     /// with it. Shown when the user asks for it; empty for none.
     QString details{};
+    /// A line of its own below the text, which it leaves as it is; empty for none.
+    QString note{};
 
     bool operator==(const MessagePrompt &) const = default;
 };
