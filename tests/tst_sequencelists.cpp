@@ -10,6 +10,7 @@
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -22,6 +23,9 @@ enum Column { MarkColumn, NameColumn, SequenceColumn, AnswerColumn };
 const QList<SequenceListRow> ThreeRows = {{"one", "01 | 02", "first", "a comment", true},
                                           {"two", "A | \x81", "", "", false},
                                           {"three", "", "", "", true}};
+
+using Widths = std::array<qint32, 3>;
+constexpr Widths Preset = {50, 100, 150};
 
 /// A list with three rows, and everything that it asks for, as "Send 0", "Edit 1" and so on.
 template <typename List> class ListBench
@@ -59,6 +63,12 @@ template <typename List> class ListBench
     }
     /// What was asked for since the last look.
     QString Asked() { return std::exchange(asked, {}).join(", "); }
+    Widths Stored() const
+    {
+        Widths widths{};
+        list.StoreColumnWidths(widths);
+        return widths;
+    }
     QPoint Place(int row, int column) const
     {
         return list.visualRect(list.model()->index(row, column)).center();
@@ -139,7 +149,7 @@ class tst_sequencelists : public QObject
         QCOMPARE(names(), "new,three,four,New...");
         bench.list.Clear();
         QCOMPARE(names(), "New...");
-        bench.DoubleClick(0, NameColumn);
+        bench.Click(0, NameColumn);
         QCOMPARE(bench.Asked(), "Empty 0");
     }
 
@@ -165,11 +175,19 @@ class tst_sequencelists : public QObject
         SendBench bench;
         bench.Click(1, MarkColumn);
         bench.Click(1, NameColumn);
-        bench.Click(3, MarkColumn); // the empty row has no button
         QCOMPARE(bench.Asked(), "Send 1");
+        bench.Click(3, MarkColumn); // the empty row has no button, it is one
+        bench.Click(3, SequenceColumn);
+        QCOMPARE(bench.Asked(), "Empty 3, Empty 3");
         bench.DoubleClick(2, SequenceColumn);
-        bench.DoubleClick(3, NameColumn);
-        QCOMPARE(bench.Asked(), "Edit 2, Empty 3");
+        QCOMPARE(bench.Asked(), "Edit 2");
+        const QPoint empty = bench.Place(3, NameColumn);
+        QMouseEvent again(QEvent::MouseButtonDblClick, empty,
+                          bench.list.viewport()->mapToGlobal(empty), Qt::LeftButton, Qt::LeftButton,
+                          {});
+        QCoreApplication::sendEvent(bench.list.viewport(), &again);
+        QTest::mouseRelease(bench.list.viewport(), Qt::LeftButton, {}, empty);
+        QCOMPARE(bench.Asked(), ""); // the first click of the two has done it
         QTest::mouseDClick(bench.list.viewport(), Qt::LeftButton, {}, {100, 290}); // below all rows
         QTest::mouseClick(bench.list.viewport(), Qt::RightButton, {}, bench.Place(0, MarkColumn));
         QCOMPARE(bench.Asked(), "Empty 3");
@@ -180,6 +198,8 @@ class tst_sequencelists : public QObject
         QTest::mousePress(viewport, Qt::LeftButton, {}, bench.Place(1, MarkColumn));
         QTest::mouseMove(viewport, bench.Place(2, MarkColumn));
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, bench.Place(2, MarkColumn));
+        QTest::mousePress(viewport, Qt::LeftButton, {}, empty);
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, {100, 290});
         QCOMPARE(bench.Asked(), "");
     }
 
@@ -237,7 +257,7 @@ class tst_sequencelists : public QObject
                 all += bench.Text(row, MarkColumn, Qt::CheckStateRole) + ' ';
             return all;
         };
-        for (const int row : {0, 1, 3})
+        for (const int row : {0, 1})
             bench.Click(row, MarkColumn);
         QCOMPARE(bench.Asked(), "Active 0 off, Active 1 on");
         QCOMPARE(ticks(), "2 0 2  "); // the empty row has no box
@@ -301,7 +321,7 @@ class tst_sequencelists : public QObject
         const QString bare = bench.Text(1, NameColumn, Qt::ToolTipRole);
         QVERIFY(!bare.contains("Answer") && !bare.contains("Comment"));
         QVERIFY(bench.Text(0, MarkColumn, Qt::ToolTipRole).contains("Space"));
-        QVERIFY(bench.Text(3, MarkColumn, Qt::ToolTipRole).contains("new sequence"));
+        QVERIFY(bench.Text(3, MarkColumn, Qt::ToolTipRole).contains("Click to add"));
     }
 
     void ALongSequenceIsWrappedInItsToolTip()
@@ -328,10 +348,34 @@ class tst_sequencelists : public QObject
     void WidthsAreBounded()
     {
         SendBench bench;
-        bench.list.SetColumnWidths(std::array<qint32, 3>{50, -7, 2000000000});
-        std::array<qint32, 3> widths{};
-        bench.list.StoreColumnWidths(widths);
-        QCOMPARE(widths, (std::array<qint32, 3>{50, 24, 8192}));
+        bench.list.SetColumnWidths(Widths{50, -7, 2000000000}, Preset);
+        QCOMPARE(bench.Stored(), (Widths{50, 24, 8192}));
+    }
+
+    void SequencesTakeTheFreeWidthUntilTheyAreDragged()
+    {
+        SendBench bench;
+        const auto room = [&] {
+            return bench.list.viewport()->width() - bench.list.header()->length();
+        };
+        bench.list.SetColumnWidths(Widths{50, 100, 150}, Preset);
+        QCOMPARE(room(), 0);
+        bench.list.resize(600, 300);
+        bench.list.setColumnWidth(NameColumn, 120);
+        QCOMPARE(room(), 0);
+        QCOMPARE(bench.Stored(), (Widths{50, 120, 150}));
+        bench.list.resize(200, 300);
+        QVERIFY(room() < 0); // the rest is scrolled to
+        bench.list.resize(600, 300);
+
+        bench.list.setColumnWidth(SequenceColumn, 170);
+        bench.list.resize(700, 300);
+        QCOMPARE(bench.Stored(), (Widths{50, 120, 170}));
+        bench.list.SetColumnWidths(bench.Stored(), Preset);
+        QCOMPARE(bench.list.columnWidth(SequenceColumn), 170);
+        Q_EMIT bench.list.header()->sectionHandleDoubleClicked(SequenceColumn);
+        QCOMPARE(room(), 0);
+        QCOMPARE(bench.Stored(), (Widths{50, 120, 150}));
     }
 
     void TheReaderHearsWhatIsSeen()

@@ -162,10 +162,10 @@ void frmMain::MakeLists()
     }
     ActionList->setObjectName(QStringLiteral("ActionList"));
     ActionList->setAccessibleName(QStringLiteral("Send Sequences"));
-    ActionList->SetColumnWidths(m_parts.lists.sendWidths);
+    ActionList->SetColumnWidths(m_parts.lists.sendWidths, ListSettings().sendWidths);
     EventList->setObjectName(QStringLiteral("EventList"));
     EventList->setAccessibleName(QStringLiteral("Receive Sequences"));
-    EventList->SetColumnWidths(m_parts.lists.receiveWidths);
+    EventList->SetColumnWidths(m_parts.lists.receiveWidths, ListSettings().receiveWidths);
 }
 
 void frmMain::MakeCover()

@@ -35,7 +35,8 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
     : QTreeView(parent),
       m_model(new SequenceListModel(mark, this)),
       m_delegate(new SequenceListDelegate(*m_model, this)),
-      m_hold(*viewport())
+      m_hold(*viewport()),
+      m_sequences(new FreeColumn(*this, SequenceListModel::SequenceColumn))
 {
     m_model->SetSequenceFont(FixedPitchFont::ViewFont());
     setModel(m_model);
@@ -53,7 +54,7 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(SmallestColumn);
-    connect(&m_hold, &MouseHold::Lost, this, [this] { HoldMark(-1); });
+    connect(&m_hold, &MouseHold::Lost, this, [this] { Hold(-1); });
 }
 
 void SequenceList::SetWidth(int column, int width)
@@ -78,14 +79,14 @@ void SequenceList::focusInEvent(QFocusEvent *event)
         setCurrentIndex(m_model->index(qMax(0, currentIndex().row()), 0));
 }
 
-int SequenceList::MarkAt(const QPoint &place) const
+int SequenceList::TargetAt(const QPoint &place) const
 {
     const QModelIndex index = indexAt(place);
-    const bool onMark = index.isValid() && index.column() == SequenceListModel::MarkColumn;
-    return onMark && IsRow(index.row()) ? index.row() : -1;
+    const bool acts = index.column() == SequenceListModel::MarkColumn || index.row() == Count();
+    return index.isValid() && acts ? index.row() : -1;
 }
 
-void SequenceList::HoldMark(int row)
+void SequenceList::Hold(int row)
 {
     m_heldRow = row;
     m_delegate->SetPressedRow(row);
@@ -97,7 +98,7 @@ void SequenceList::mousePressEvent(QMouseEvent *event)
     QTreeView::mousePressEvent(event);
     if (event->button() != Qt::LeftButton)
         return;
-    HoldMark(MarkAt(event->position().toPoint()));
+    Hold(TargetAt(event->position().toPoint()));
     m_hold.Begin();
 }
 
@@ -108,7 +109,7 @@ void SequenceList::mouseMoveEvent(QMouseEvent *event)
         QTreeView::mouseMoveEvent(event);
         return;
     }
-    const bool inside = MarkAt(event->position().toPoint()) == m_heldRow;
+    const bool inside = TargetAt(event->position().toPoint()) == m_heldRow;
     m_delegate->SetPressedRow(inside ? m_heldRow : -1);
     viewport()->update();
 }
@@ -117,23 +118,28 @@ void SequenceList::mouseReleaseEvent(QMouseEvent *event)
 {
     const int held = m_heldRow;
     m_hold.End();
-    HoldMark(-1);
+    Hold(-1);
     QTreeView::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton && IsRow(held) &&
-        MarkAt(event->position().toPoint()) == held)
+    if (event->button() != Qt::LeftButton || held < 0 ||
+        TargetAt(event->position().toPoint()) != held)
+        return;
+    if (IsRow(held))
         UseMark(held);
+    else
+        EditRow(held);
 }
 
-/// Two quick clicks on a mark are two clicks.
+/// Two quick clicks on a mark are two clicks; on the empty row the first one has done it.
 void SequenceList::mouseDoubleClickEvent(QMouseEvent *event)
 {
     if (event->button() != Qt::LeftButton)
         return;
     const QPoint place = event->position().toPoint();
     const QModelIndex index = indexAt(place);
-    if (MarkAt(place) >= 0)
+    const int target = TargetAt(place);
+    if (IsRow(target))
         mousePressEvent(event);
-    else
+    else if (target < 0)
         EditRow(index.isValid() ? index.row() : Count()); // the room below belongs to the empty row
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "FreeColumn.h"
 #include "MouseHold.h"
 #include "SequenceListModel.h"
 
@@ -32,16 +33,21 @@ class SequenceList : public QTreeView
     const SequenceListRow &RowAt(int index) const { return m_model->RowAt(index); }
 
     /// In logical pixels, an array with a place for each column. What no window could have is
-    /// bounded.
-    template <typename Widths> void SetColumnWidths(const Widths &widths)
+    /// bounded. While the width of the sequences is the preset one, they take the free width.
+    template <typename Widths> void SetColumnWidths(const Widths &widths, const Widths &presets)
     {
+        constexpr auto Sequence = size_t(SequenceListModel::SequenceColumn);
         for (int column = 0; column < int(widths.size()); ++column)
             SetWidth(column, widths[size_t(column)]);
+        m_sequences->SetPreset(presets[Sequence]);
+        m_sequences->SetFree(widths[Sequence] == presets[Sequence]);
     }
+    /// Sequences that take the free width are stored with the preset one.
     template <typename Widths> void StoreColumnWidths(Widths &widths) const
     {
         for (int column = 0; column < int(widths.size()); ++column)
             widths[size_t(column)] = columnWidth(column);
+        widths[size_t(SequenceListModel::SequenceColumn)] = m_sequences->StoredWidth();
     }
 
   Q_SIGNALS:
@@ -73,9 +79,10 @@ class SequenceList : public QTreeView
   private:
     void SetWidth(int column, int width);
     bool IsRow(int index) const { return index >= 0 && index < Count(); }
-    /// The row whose mark stands at this place of the viewport, -1 for none.
-    int MarkAt(const QPoint &place) const;
-    void HoldMark(int row);
+    /// The row on which a click acts at this place of the viewport, -1 for none: that of a mark,
+    /// and the empty row all over.
+    int TargetAt(const QPoint &place) const;
+    void Hold(int row);
     void EditRow(int index);
     void CopySequence(int index) const;
     void FillMenu(QMenu &menu, int index);
@@ -83,5 +90,6 @@ class SequenceList : public QTreeView
     SequenceListModel *m_model;
     SequenceListDelegate *m_delegate;
     MouseHold m_hold;
-    int m_heldRow = -1; ///< its mark was pressed and not yet let go
+    FreeColumn *m_sequences;
+    int m_heldRow = -1; ///< a target that was pressed and not yet let go
 };

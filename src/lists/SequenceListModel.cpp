@@ -6,9 +6,6 @@
 #include "ByteLook.h"
 #include "SequenceToolTip.h"
 
-#include <QGuiApplication>
-#include <QPalette>
-
 #include <array>
 
 namespace
@@ -98,8 +95,6 @@ QVariant SequenceListModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return IsInvitation(index) ? QStringLiteral("New...")
                                    : CellText(index.row(), index.column());
-    case Qt::ForegroundRole:
-        return IsInvitation(index) ? QGuiApplication::palette().placeholderText() : QVariant();
     case Qt::ToolTipRole:
         return ToolTipText(index.row(), index.column());
     case Qt::AccessibleTextRole:
@@ -154,7 +149,7 @@ QString SequenceListModel::SpokenText(int row, int column) const
 QString SequenceListModel::ToolTipText(int row, int column) const
 {
     if (!Holds(row))
-        return QStringLiteral("Double-click or press Enter to define a new sequence");
+        return QStringLiteral("Click to add");
     if (column != MarkColumn)
         return SequenceToolTip::Text(RowAt(row), m_sequenceFont.family());
     return m_mark == SequenceMark::SendButton

@@ -17,7 +17,8 @@ struct WindowSettings {
     float hSplitt = 6000;
 };
 
-/// Widths of the columns of the two sequence lists, in logical pixels.
+/// Widths of the columns of the two sequence lists, in logical pixels. A sequence column with the
+/// width that stands here takes what the other columns leave free.
 struct ListSettings {
     std::array<qint32, 3> sendWidths = {48, 140, 192};        ///< button, name, sequence
     std::array<qint32, 4> receiveWidths = {48, 140, 112, 80}; ///< box, name, sequence, answer
