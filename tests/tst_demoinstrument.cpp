@@ -40,7 +40,7 @@ class Listener
     QByteArray m_heard;
 };
 
-const QByteArray Reading = "T=21.4 C\r\n";
+const QByteArray Beginning = "SIMULATED INSTRUMENT\r\nT=21.4 C\r\n";
 
 } // namespace
 
@@ -53,7 +53,7 @@ class tst_demoinstrument : public QObject
     {
         const DemoInstrument instrument(CommMode::SendReceive);
         Listener listener(instrument);
-        QTRY_COMPARE(listener.Heard().left(Reading.size()), Reading);
+        QTRY_COMPARE(listener.Heard().left(Beginning.size()), Beginning);
         // 0x53 ^ 0x01 ^ 0x00 ^ 0xD9 is 0x8B: after one reading it measures 21.7 degrees.
         QTRY_VERIFY(listener.Heard().contains(QByteArray::fromHex("02530100D98B03")));
         QTRY_VERIFY(listener.Heard().count("T=2") >= 2);
@@ -74,10 +74,10 @@ class tst_demoinstrument : public QObject
         for (const auto &[request, answer] : talks) {
             const DemoInstrument instrument(CommMode::SendReceive);
             Listener listener(instrument);
-            QTRY_VERIFY(listener.Heard().startsWith(Reading)); // now it listens
+            QTRY_VERIFY(listener.Heard().startsWith(Beginning)); // now it listens
             for (const QByteArray &piece : request)
                 QVERIFY(listener.Say(piece));
-            QTRY_VERIFY(listener.Heard().mid(Reading.size()).contains(answer));
+            QTRY_VERIFY(listener.Heard().mid(Beginning.size()).contains(answer));
         }
     }
 
@@ -90,6 +90,13 @@ class tst_demoinstrument : public QObject
             QVERIFY(listener.Say("*IDN?\r\n"));
             QTRY_VERIFY(listener.Heard().contains("SIMULATED INSTRUMENT 1.0\r\n"));
         }
+        // Whoever comes in the very moment that another goes may pass for the same.
+        const auto greeted = [&] {
+            Listener listener(instrument);
+            return QTest::qWaitFor(
+                [&] { return listener.Heard().startsWith("SIMULATED INSTRUMENT\r\n"); }, 1000);
+        };
+        QVERIFY(QTest::qWaitFor(greeted));
     }
 
     void TwoInstrumentsTalkToEachOtherAlone()
@@ -101,6 +108,7 @@ class tst_demoinstrument : public QObject
         QVERIFY(controller.Say("*IDN?\r\n")); // of a third
         QTRY_VERIFY(meter.Heard().contains("SIMULATED INSTRUMENT 1.0\r\n"));
         QTRY_VERIFY(meter.Heard().contains("READY?\r\n"));
+        QCOMPARE(meter.Heard().count("SIMULATED INSTRUMENTS\r\n"), 1);
         QTRY_VERIFY(controller.Heard().endsWith("YES\r\n"));
     }
 };

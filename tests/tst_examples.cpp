@@ -127,7 +127,7 @@ class tst_examples : public QObject
         FillSendTable(tables);
         FillDemoProject(tables);
         QCOMPARE(tables.SendCount(), 4);
-        QCOMPARE(tables.ReceiveCount(), 4);
+        QCOMPARE(tables.ReceiveCount(), 6);
         const char *const requests[] = {"*IDN?\r\n", "MEAS?\r\n", "STAT?\r\n", "YES\r\n"};
         const char *const heard[] = {"READY?\r\n", "OK\r\n", "SIMULATED INSTRUMENT 1.0\r\n", "T="};
         for (int i = 0; i < 4; ++i) {
@@ -142,6 +142,13 @@ class tst_examples : public QObject
         QCOMPARE(tables.AnswerOf(tables.ReceiveAt(0)), &tables.SendAt(3));
         QCOMPARE(tables.AnswerOf(tables.ReceiveAt(1)), nullptr);
         QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading).startsWith(heard[3]));
+        // Both greetings are commented, and the comment names what is there to be clicked.
+        using DemoProtocol::Text;
+        for (const auto &[greeting, i] : {std::pair(Text::Greeting, 4), {Text::GreetingOfTwo, 5}}) {
+            QCOMPARE(tables.ReceiveAt(i).Sequence, DemoProtocol::BytesOf(greeting));
+            QVERIFY(tables.ReceiveAt(i).IsWatched());
+        }
+        QVERIFY(tables.ReceiveAt(4).Comment.contains('"' + tables.SendAt(0).Name + '"'));
     }
 
   private:

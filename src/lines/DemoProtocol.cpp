@@ -20,6 +20,8 @@ struct FixedText {
 };
 
 constexpr FixedText FixedTexts[] = {
+    {Text::Greeting, "SIMULATED INSTRUMENT\r\n"},
+    {Text::GreetingOfTwo, "SIMULATED INSTRUMENTS\r\n"},
     {Text::IdentificationRequest, "*IDN?\r\n"},
     {Text::Identification, "SIMULATED INSTRUMENT 1.0\r\n"},
     {Text::MeasurementRequest, "MEAS?\r\n"},
@@ -43,21 +45,23 @@ constexpr Exchange Exchanges[] = {
 };
 
 constexpr Utterance InstrumentAlone[] = {
-    {100, 1000, 0, Text::Reading},
-    {700, 3000, 0, Text::StatusFrame},
-    {1500, 5000, 0, Text::Question},
+    {100, Once, 0, Text::Greeting},
+    {500, 1000, 0, Text::Reading},
+    {1100, 3000, 0, Text::StatusFrame},
+    {1900, 5000, 0, Text::Question},
 };
 
 constexpr Utterance ControllerAndMeter[] = {
-    {100, 1000, 0, Text::MeasurementRequest},
-    {160, 1000, 1, Text::Reading},
-    {400, 6000, 0, Text::IdentificationRequest},
-    {460, 6000, 1, Text::Identification},
-    {600, 3000, 0, Text::StatusRequest},
-    {660, 3000, 1, Text::StatusFrame},
-    {1800, 5000, 1, Text::Question},
-    {1860, 5000, 0, Text::Yes},
-    {1920, 5000, 1, Text::Acknowledgement},
+    {100, Once, 1, Text::GreetingOfTwo}, // of both
+    {500, 1000, 0, Text::MeasurementRequest},
+    {560, 1000, 1, Text::Reading},
+    {800, 6000, 0, Text::IdentificationRequest},
+    {860, 6000, 1, Text::Identification},
+    {1000, 3000, 0, Text::StatusRequest},
+    {1060, 3000, 1, Text::StatusFrame},
+    {2200, 5000, 1, Text::Question},
+    {2260, 5000, 0, Text::Yes},
+    {2320, 5000, 1, Text::Acknowledgement},
 };
 
 int TenthsOfDegree(int number)

@@ -16,6 +16,8 @@ namespace DemoProtocol
 {
 
 enum class Text {
+    Greeting,      ///< of the instrument that the program talks to
+    GreetingOfTwo, ///< while the program listens to two
     IdentificationRequest,
     Identification,
     MeasurementRequest,
@@ -35,10 +37,13 @@ QByteArray BytesOf(Text text, int number = 0);
 /// What an instrument answers to a received line, given without its line end.
 Text AnswerTo(QByteArrayView line);
 
-/// Something that is said unasked, again and again.
+/// The period of what is said once each time the line is opened.
+constexpr int Once = 0;
+
+/// Something that is said unasked.
 struct Utterance {
     int first;   ///< milliseconds after the line was opened
-    int period;  ///< milliseconds from one to the next
+    int period;  ///< milliseconds from one to the next, or Once
     int channel; ///< 0 or 1; when the program listens to two instruments, 0 is the controller
     Text text;
 };

@@ -11,6 +11,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <limits>
 #include <poll.h>
 #include <pty.h>
 #include <termios.h>
@@ -44,6 +45,14 @@ bool SomebodyListens(int master)
 {
     pollfd state{master, 0, 0};
     return poll(&state, 1, 0) >= 0 && (state.revents & (POLLHUP | POLLERR)) == 0;
+}
+
+/// After a standstill what was missed is not made up for.
+qint64 NextAfter(qint64 now, qint64 due, int period)
+{
+    if (period == DemoProtocol::Once)
+        return std::numeric_limits<qint64>::max();
+    return due + ((now - due) / period + 1) * period;
 }
 
 /// Throws away what waits to be read, so that a later listener gets no answers to it.
@@ -169,9 +178,7 @@ void DemoInstrument::SayWhatIsDue()
         const Text text = utterances[i].text;
         Say(m_lines[size_t(utterances[i].channel)], DemoProtocol::BytesOf(text, m_readings));
         m_readings += text == Text::Reading ? 1 : 0;
-        // After a standstill what was missed is not made up for.
-        const qint64 missed = (now - m_due[i]) / utterances[i].period;
-        m_due[i] += (missed + 1) * utterances[i].period;
+        m_due[i] = NextAfter(now, m_due[i], utterances[i].period);
     }
 }
 
