@@ -230,7 +230,9 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
         meanings[each] = MeaningOf(each);
     frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString())}, m_finder,
                        window());
-    if (devices.exec() != QDialog::Accepted || !devices.IsChosen())
+    const bool accepted = devices.exec() == QDialog::Accepted;
+    box.Edit()->setFocus(); // on the button, Enter would open the devices again
+    if (!accepted || !devices.IsChosen())
         return;
     m_assigned[number] = devices.Device();
     m_portA->UpdateMeaning();
