@@ -123,6 +123,23 @@ class tst_frmmain : public QObject
         QCOMPARE(bench.Entries("mnuFile"), entries + " | 1 2 3 4 | E&xit");
     }
 
+    void DigitsChooseRecentProjectsWhileTheMenuIsOpen()
+    {
+        const WindowBench bench;
+        bench.window->ShowRecentProjects({"/a/R&D", "/b/two"});
+        const QSignalSpy chosen(bench.window.get(), &frmMain::RecentProjectChosen);
+        auto *menu = bench.Find<QMenu>("mnuFile");
+        for (const Qt::Key key : {Qt::Key_3, Qt::Key_2, Qt::Key_1}) { // there are but two
+            menu->popup({0, 0});
+            QTest::keyClick(menu, key);
+            QCOMPARE(menu->isVisible(), key == Qt::Key_3);
+        }
+        QCOMPARE(chosen.size(), 2);
+        QCOMPARE(chosen[0].first().toString(), "/b/two");
+        QTest::keyClick(bench.window.get(), Qt::Key_1);
+        QCOMPARE(chosen.size(), 2);
+    }
+
     void ToolbarStates()
     {
         const WindowBench bench;
@@ -201,9 +218,17 @@ class tst_frmmain : public QObject
              {"sbStatusBar_1", "sbStatusBar_2", "sbStatusBar_3", "sbStatusBar_4", "sbStatusBar_5",
               "sbStatusBar_6", "lblClickChangeComm", "imgClickOptions"}) {
             const bool opens = target != QLatin1String("sbStatusBar_1");
+            QCOMPARE(bench.Find(target)->cursor().shape() == Qt::PointingHandCursor, opens);
             bench.commands.clear();
             QTest::mouseClick(bench.Find(target), Qt::LeftButton);
             QCOMPARE(bench.commands, opens ? QList{Command::Options} : QList<Command>());
+        }
+        QDialog dialog(bench.window.get());
+        for (const bool open : {true, false}) { // under a modal dialog no click acts
+            dialog.setModal(true);
+            dialog.setVisible(open);
+            QCOMPARE(bench.Find("sbStatusBar_2")->cursor().shape() == Qt::PointingHandCursor,
+                     !open);
         }
     }
 
@@ -222,6 +247,37 @@ class tst_frmmain : public QObject
             QCOMPARE(bench.views.DisplayedRepresentation, Representation(tab));
             QCOMPARE(bench.views.CaretPosition, 0);
         }
+    }
+
+    void KeysChooseAViewAsItsTabDoes()
+    {
+        WindowBench bench;
+        auto *tabs = bench.Find<QTabBar>("tsTabStrip1");
+        bench.window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(bench.window.get()));
+        const struct {
+            Qt::Key key;
+            int view;
+        } strokes[] = {{Qt::Key_3, 2},        {Qt::Key_3, 2},      {Qt::Key_PageDown, 3},
+                       {Qt::Key_PageDown, 0}, {Qt::Key_PageUp, 3}, {Qt::Key_1, 0}};
+        for (const char *from : {"txtASCII", "ActionList", "EventList", "tsTabStrip1"}) {
+            bench.Find(from)->setFocus();
+            for (const auto &[key, view] : strokes) {
+                bench.views.CaretPosition = 17;
+                QTest::keyClick(bench.window->focusWidget(), key, Qt::ControlModifier);
+                QCOMPARE(tabs->currentIndex(), view);
+                QCOMPARE(bench.views.DisplayedRepresentation, Representation(view));
+                QCOMPARE(bench.views.CaretPosition, 0);
+                QVERIFY(bench.window->focusWidget()->isVisible());
+            }
+            QCOMPARE(bench.window->focusWidget(), bench.Find(from));
+        }
+        QDialog dialog(bench.window.get());
+        dialog.setModal(true);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(&dialog, Qt::Key_3, Qt::ControlModifier);
+        QCOMPARE(tabs->currentIndex(), 0);
     }
 
     void SplittersAreDraggedAndBounded()

@@ -4,6 +4,7 @@
 #include "MainActions.h"
 
 #include "Icons.h"
+#include "NumberedMenu.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -41,11 +42,12 @@ QAction *MainActions::MakeAction(Command command, const QString &text, const cha
 
 void MainActions::FillMenus(QMenuBar &bar)
 {
-    QMenu *menu = nullptr;
+    NumberedMenu *menu = nullptr;
     for (const MainCommands::MenuEntry &entry : MainCommands::Menus()) {
         if (entry.opensMenu) {
-            menu = bar.addMenu(Text(entry.caption));
+            menu = new NumberedMenu(Text(entry.caption), &bar);
             menu->setObjectName(Text(entry.name));
+            bar.addMenu(menu);
             continue;
         }
         QAction *action = entry.caption
@@ -53,8 +55,10 @@ void MainActions::FillMenus(QMenuBar &bar)
                               : new QAction(&m_window);
         action->setSeparator(!entry.caption);
         menu->addAction(Named(action, entry.name));
-        if (entry.command == Command::OpenRecent)
+        if (entry.command == Command::OpenRecent) {
+            menu->Number(action);
             m_recent << action;
+        }
     }
     m_recentBar = m_window.findChild<QAction *>(QStringLiteral("mnuFileBar2"));
     m_recentBar->setVisible(false);

@@ -6,6 +6,8 @@
 #include "ClickLabel.h"
 #include "CommConfiguration.h"
 
+#include <QEvent>
+
 namespace
 {
 
@@ -32,6 +34,23 @@ StatusPanels::StatusPanels(QWidget *parent) : QStatusBar(parent)
             connect(panel, &ClickLabel::Clicked, this, &StatusPanels::SettingsClicked);
         m_panels[i] = panel;
     }
+    ShowHands(true);
+    window()->installEventFilter(this);
+}
+
+/// The pointing hand over what a click acts on.
+void StatusPanels::ShowHands(bool clicksAct)
+{
+    for (size_t i = 1; i < m_panels.size(); ++i)
+        m_panels[i]->setCursor(clicksAct ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+/// Under a modal dialog no click acts.
+bool StatusPanels::eventFilter(QObject *window, QEvent *event)
+{
+    if (event->type() == QEvent::WindowBlocked || event->type() == QEvent::WindowUnblocked)
+        ShowHands(event->type() == QEvent::WindowUnblocked);
+    return QStatusBar::eventFilter(window, event);
 }
 
 void StatusPanels::ShowPortStatus(const QString &text)

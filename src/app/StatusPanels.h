@@ -27,6 +27,11 @@ class StatusPanels final : public QStatusBar
     /// A panel that shows settings was clicked.
     void SettingsClicked();
 
+  protected:
+    bool eventFilter(QObject *window, QEvent *event) override;
+
   private:
+    void ShowHands(bool clicksAct);
+
     std::array<ClickLabel *, 6> m_panels{};
 };

@@ -18,6 +18,7 @@
 #include "SplitterHandle.h"
 #include "StatusPanels.h"
 #include "Twips.h"
+#include "ViewTabs.h"
 #include "WindowSettings.h"
 
 #include <QAccessible>
@@ -30,7 +31,6 @@
 #include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
-#include <QTabBar>
 #include <QToolBar>
 
 #include <algorithm>
@@ -109,7 +109,7 @@ frmMain::frmMain(const MainWindowParts &parts)
       EventList(new SQReceiveSequenceList(m_inner)),
       picSendSequenceDeactivated(new SendListCover(m_inner)),
       m_tabBody(new QFrame(m_inner)),
-      tsTabStrip1(new QTabBar(m_inner)),
+      tsTabStrip1(new ViewTabs(m_inner)),
       VimgSplitter(new SplitterHandle(Qt::Horizontal, MainLayout::VerticalDragLimit, m_inner)),
       HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
 {
@@ -130,7 +130,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     InitViews();
     PlaceFirstSplitter();
     LayOut();
-    ShowView(tsTabStrip1->currentIndex());
+    ShowView(Representation(tsTabStrip1->currentIndex()));
     ShowPortStatus(QStringLiteral("Communication port is closed"));
     UpdateStatusPanels();
     SetToolbarState(MdCommunication::ToolbarState::Closed);
@@ -181,9 +181,7 @@ void frmMain::MakeViews()
     m_tabBody->lower();
     tsTabStrip1->setObjectName(QStringLiteral("tsTabStrip1"));
     tsTabStrip1->setAccessibleName(QStringLiteral("Representation"));
-    tsTabStrip1->setShape(QTabBar::RoundedSouth);
-    tsTabStrip1->setDrawBase(false);
-    tsTabStrip1->setExpanding(false);
+    tsTabStrip1->AddKeys(*this);
     lblTitle[1]->raise();
     const QList<QAction *> entries = m_actions->ViewEntries();
     for (const Representation r : AllRepresentations) {
@@ -197,29 +195,26 @@ void frmMain::MakeViews()
     }
 }
 
-/// Captions begin with a blank, so that they stand off the edge of their tab.
 void frmMain::InitViews()
 {
-    for (const Representation r : AllRepresentations) {
-        tsTabStrip1->addTab(u' ' + Text(RowOf(r).caption));
-        m_boxes[size_t(r)]->SetBackground(m_parts.display.DispBack);
-        m_boxes[size_t(r)]->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
+    tsTabStrip1->AddTabs();
+    for (RichTextBox *box : m_boxes) {
+        box->SetBackground(m_parts.display.DispBack);
+        box->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
     }
-    connect(tsTabStrip1, &QTabBar::currentChanged, this, &frmMain::ShowView);
-    // A click on the tab that is shown already changes none.
-    connect(tsTabStrip1, &QTabBar::tabBarClicked, this, [this](int tab) {
-        if (tab == tsTabStrip1->currentIndex() && QApplication::mouseButtons() == Qt::LeftButton)
-            m_parts.views.CaretPosition = 0;
-    });
+    connect(tsTabStrip1, &ViewTabs::Chosen, this, &frmMain::ShowView);
 }
 
-void frmMain::ShowView(int tab)
+/// Who reads in a view goes on reading in the one that takes its place.
+void frmMain::ShowView(Representation view)
 {
-    if (!IsRepresentation(tab))
-        return;
-    for (int i = 0; i < RepresentationCount; ++i)
-        m_boxes[size_t(i)]->setVisible(i == tab);
-    m_parts.views.DisplayedRepresentation = Representation(tab);
+    RichTextBox *shown = m_boxes[size_t(view)];
+    shown->show();
+    if (std::find(m_boxes.begin(), m_boxes.end(), focusWidget()) != m_boxes.end())
+        shown->setFocus();
+    for (RichTextBox *box : m_boxes)
+        box->setVisible(box == shown);
+    m_parts.views.DisplayedRepresentation = view;
     m_parts.views.CaretPosition = 0;
 }
 

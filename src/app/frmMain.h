@@ -19,7 +19,6 @@ class MainActions;
 class QFrame;
 class QLabel;
 class QMenuBar;
-class QTabBar;
 class QToolBar;
 class RichTextBox;
 class SQReceiveSequenceList;
@@ -27,6 +26,7 @@ class SQSendSequenceList;
 class SendListCover;
 class SplitterHandle;
 class StatusPanels;
+class ViewTabs;
 struct CommConfiguration;
 struct DisplaySettings;
 struct ListSettings;
@@ -123,7 +123,7 @@ class frmMain final : public QWidget, public ProjectWindow
     void PlaceFirstSplitter();
     void NoteFrame();
     void InitViews();
-    void ShowView(int tab);
+    void ShowView(Representation view);
     void LayOut();
     void PlaceBars();
 
@@ -146,7 +146,7 @@ class frmMain final : public QWidget, public ProjectWindow
     SQReceiveSequenceList *EventList;
     SendListCover *picSendSequenceDeactivated;
     QFrame *m_tabBody;
-    QTabBar *tsTabStrip1;
+    ViewTabs *tsTabStrip1;
     std::array<RichTextBox *, RepresentationCount> m_boxes{};
     SplitterHandle *VimgSplitter;
     SplitterHandle *HimgSplitter;
