@@ -94,6 +94,33 @@ class tst_receivepath : public QObject
         }
     }
 
+    void WhatIsDamagedIsToldInItsPlaceAndNotShown()
+    {
+        CommunicationBench bench;
+        bench.Watch("ask", "asked", "YES");
+        bench.Open(CommMode::SendReceive);
+        LineListener &ear = *bench.portA.line.listener;
+        ear.OnRead({"as", {}});
+        ear.OnCondition(LineCondition::DamagedByte, 1, {});
+        ear.OnModemLines({true, false, false, false}, {});
+        ear.OnCondition(LineCondition::Break, 2, {});
+        ear.OnRead({"k", {}});
+        ear.OnCondition(LineCondition::Overrun, 3, {});
+        QList<std::pair<TrafficEvent::Kind, qint64>> events;
+        for (const TrafficEvent &event : std::as_const(bench.log.events))
+            events.append({event.kind, event.count});
+        using Kind = TrafficEvent::Kind;
+        QCOMPARE(events, (QList<std::pair<Kind, qint64>>{{Kind::Received, 0},
+                                                         {Kind::Damaged, 1},
+                                                         {Kind::ModemLines, 0},
+                                                         {Kind::Break, 2},
+                                                         {Kind::Received, 0},
+                                                         {Kind::Sent, 0},
+                                                         {Kind::Overrun, 3}}));
+        QCOMPARE(bench.StagedAscii(), "1:ask|c: asked |0:YES");
+        QCOMPARE(bench.log.texts[size_t(Representation::Ascii)], "ask asked YES");
+    }
+
     void AFullLogHoldsTheLinesBackAndNothingElse()
     {
         CommunicationBench bench;

@@ -29,6 +29,7 @@ struct LineRead {
 
 /// What happened to the bytes of a line, or beside them.
 enum class LineCondition { DamagedByte, Break, Overrun };
+constexpr size_t LineConditionCount = 3;
 
 /// The lines by which the device tells of itself.
 struct ModemLines {
@@ -46,7 +47,7 @@ struct LineCounts {
     qint64 receivedChunks = 0; ///< reads
     qint64 sentBytes = 0;      ///< handed to the line, whether they have left or not
     qint64 sentChunks = 0;
-    qint64 waiting = 0; ///< bytes that have not left yet
+    qint64 waiting = 0; ///< bytes that have not left yet, as far as the system knows
     std::optional<qint64> damaged;
     std::optional<qint64> breaks;
     std::optional<qint64> overruns;
@@ -63,7 +64,9 @@ class LineListener
     virtual ~LineListener() = default;
 
     virtual void OnRead(const LineRead &read) = 0;
-    virtual void OnCondition(LineCondition, const LineTime &) {}
+    /// So many at once; right behind the byte if it is one that came damaged and the place is
+    /// known.
+    virtual void OnCondition(LineCondition, qint64 /*count*/, const LineTime &) {}
     virtual void OnModemLines(const ModemLines &, const LineTime &) {}
     /// The device has gone away. The line stays to be closed by its user; it takes what is written
     /// in silence until then.

@@ -141,9 +141,11 @@ TrafficEvent LineJudge::Ear::EventOf(TrafficEvent::Kind kind, const LineTime &ti
     return event;
 }
 
-void LineJudge::Ear::OnCondition(LineCondition condition, const LineTime &time)
+void LineJudge::Ear::OnCondition(LineCondition condition, qint64 count, const LineTime &time)
 {
-    m_judge.m_stream.Append(EventOf(KindOf(condition), time));
+    TrafficEvent event = EventOf(KindOf(condition), time);
+    event.count = count;
+    m_judge.m_stream.Append(std::move(event));
 }
 
 void LineJudge::Ear::OnModemLines(const ModemLines &lines, const LineTime &time)

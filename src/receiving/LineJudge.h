@@ -55,7 +55,7 @@ class LineJudge final
         Ear(LineJudge &judge, int channel) : m_judge(judge), m_channel(channel) {}
 
         void OnRead(const LineRead &read) override { m_judge.OnRead(m_channel, read); }
-        void OnCondition(LineCondition condition, const LineTime &time) override;
+        void OnCondition(LineCondition condition, qint64 count, const LineTime &time) override;
         void OnModemLines(const ModemLines &lines, const LineTime &time) override;
         void OnGone(const QString &cause, const LineTime &time) override;
         bool HasRoom() const override { return m_judge.HasRoom(); }

@@ -15,7 +15,7 @@ struct TrafficEvent {
         Received,
         Sent,    ///< handed to a line
         NotSent, ///< a line refused what the event before tells, or threw bytes away
-        Damaged, ///< a byte came damaged; it is among those received
+        Damaged, ///< a byte came damaged: the last one received, if the system marks them
         Break,
         Overrun, ///< the system lost bytes
         ModemLines,
@@ -42,7 +42,7 @@ struct TrafficEvent {
     QList<QByteArray> names;
     bool answer = false; ///< Sent: by itself, not by hand
     QString cause;       ///< NotSent and Gone: why
-    qint64 count = 0;    ///< NotSent: bytes
+    qint64 count = 0;    ///< NotSent: bytes; Damaged, Break, Overrun: how many at once
     ModemLines modem;    ///< ModemLines
 
     /// The views' trimming depends on it.

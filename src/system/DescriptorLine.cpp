@@ -43,13 +43,21 @@ bool DescriptorLine::Tally::SetModem(const std::optional<ModemLines> &lines)
     return modem.exchange(bits) != bits;
 }
 
+/// Where the driver does not count, marks may have told of some, but none tells nothing.
+std::optional<qint64> DescriptorLine::Tally::CountOf(LineCondition condition) const
+{
+    const qint64 count = conditions[size_t(condition)];
+    return counted || count > 0 ? std::optional(count) : std::nullopt;
+}
+
 /// Counters begin anew with each opening.
 void DescriptorLine::Start(int comNumber)
 {
-    for (std::atomic<qint64> *count :
-         {&m_tally.receivedBytes, &m_tally.receivedChunks, &m_tally.sentBytes, &m_tally.sentChunks,
-          &m_tally.waiting, &m_tally.damaged, &m_tally.breaks, &m_tally.overruns})
+    for (std::atomic<qint64> *count : {&m_tally.receivedBytes, &m_tally.receivedChunks,
+                                       &m_tally.sentBytes, &m_tally.sentChunks, &m_tally.waiting})
         count->store(0);
+    for (std::atomic<qint64> &count : m_tally.conditions)
+        count = 0;
     m_comNumber = comNumber;
     m_unsent.clear();
     m_paused = false;
@@ -136,14 +144,16 @@ bool DescriptorLine::ReadOnce(bool orderUncertain)
     const qsizetype count = Receive(m_part.data(), m_part.size());
     if (count <= 0)
         return false;
+    const qint64 before = m_tally.receivedBytes;
     Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain});
+    if (m_tally.receivedBytes > before)
+        m_tally.receivedChunks += 1;
     return true;
 }
 
 void DescriptorLine::Deliver(const LineRead &read)
 {
     m_tally.receivedBytes += read.bytes.size();
-    m_tally.receivedChunks += 1;
     if (m_listener)
         m_listener->OnRead(read);
 }
@@ -174,7 +184,12 @@ void DescriptorLine::Send()
         m_unsent.remove(0, taken);
     else if (taken < 0)
         CheckPresence();
-    m_tally.waiting = m_unsent.size();
+    CountWaiting();
+}
+
+void DescriptorLine::CountWaiting()
+{
+    m_tally.waiting = m_handle == NoHandle ? 0 : m_unsent.size() + UnsentInSystem();
 }
 
 LineTime DescriptorLine::Now() const
@@ -211,11 +226,9 @@ LineCounts DescriptorLine::Counts() const
     counts.waiting = m_tally.waiting;
     counts.RTS = m_tally.RTS;
     counts.DTR = m_tally.DTR;
-    if (m_tally.counted) {
-        counts.damaged = m_tally.damaged;
-        counts.breaks = m_tally.breaks;
-        counts.overruns = m_tally.overruns;
-    }
+    counts.damaged = m_tally.CountOf(LineCondition::DamagedByte);
+    counts.breaks = m_tally.CountOf(LineCondition::Break);
+    counts.overruns = m_tally.CountOf(LineCondition::Overrun);
     if (const int modem = m_tally.modem; modem >= 0)
         counts.modem = LinesOf(modem);
     return counts;

@@ -44,12 +44,14 @@ class DescriptorLine : public Line, protected LineLoop::Source
     /// What is counted; written by the lines' thread, read by any.
     struct Tally {
         std::atomic<qint64> receivedBytes = 0, receivedChunks = 0, sentBytes = 0, sentChunks = 0;
-        std::atomic<qint64> waiting = 0, damaged = 0, breaks = 0, overruns = 0;
+        std::atomic<qint64> waiting = 0;
+        std::array<std::atomic<qint64>, LineConditionCount> conditions{};
         std::atomic<int> modem = -1; ///< a bit for each line; negative: the driver has none
         std::atomic<bool> counted = false, RTS = false, DTR = false;
 
         /// Whether they differ from before.
         bool SetModem(const std::optional<ModemLines> &lines);
+        std::optional<qint64> CountOf(LineCondition condition) const;
     };
 
     /// The loop lives longer than the line.
@@ -63,6 +65,11 @@ class DescriptorLine : public Line, protected LineLoop::Source
     void Abandon();
     /// Looks whether the other side is still there, and tells if it is not.
     void CheckPresence();
+    /// Between BeginReading and EndReading, as long as the other side is there.
+    bool Reading() const { return m_reading; }
+    bool Paused() const { return m_paused; }
+    /// Counts what waits to be sent.
+    void CountWaiting();
 
     /// What one read has brought. A line that carries more than plain bytes decodes them here and
     /// delivers those that are left.

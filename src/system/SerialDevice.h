@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "Line.h"
+#include "LineDamage.h"
 #include "LineSettings.h"
 #include "Result.h"
 
@@ -79,10 +79,11 @@ QString LockFileOf(const QString &canonicalName, const QString &alias);
 /// Why this user may not open the device, and what to do.
 QString MissingRights(const QString &canonicalName);
 
-/// Asks the line for the settings, with every byte as it is in both directions; only
-/// ReadLineSettings tells whether it took them. Damaged bytes come through as they are, and a break
-/// adds none.
+/// Asks the line for the settings, with every byte as it is in both directions but for the marks of
+/// what came damaged; only ReadLineSettings tells whether it took them.
 void ApplySettings(Handle handle, const LineSettings &settings);
+/// Whether the system marks, in what is read, damaged bytes and breaks (see LineMarks).
+bool MarksDamage(Handle handle);
 /// What the line does. A baud rate that differs by less than receivers notice counts as asked.
 std::optional<LineSettings> ReadLineSettings(Handle handle, qint32 askedBaud);
 /// The whole state of a line, for RestoreLineState; empty if there is no serial line.
@@ -104,14 +105,7 @@ qsizetype Read(Handle handle, char *bytes, size_t most);
 /// device does not write.
 qsizetype Write(Handle handle, const char *bytes, qsizetype count);
 
-/// What the driver has counted since it was loaded.
-struct Counters {
-    bool known = false; ///< not every driver counts
-    int damaged = 0;    ///< bytes
-    int breaks = 0;
-    int overruns = 0;
-};
-Counters ReadCounters(Handle handle);
+DriverCounters ReadCounters(Handle handle);
 
 /// Empty where the device has no such lines.
 std::optional<ModemLines> ReadModemLines(Handle handle);
@@ -120,8 +114,9 @@ std::optional<ModemLines> ReadModemLines(Handle handle);
 enum class OwnLine { RTS, DTR };
 Result SwitchLine(Handle handle, OwnLine line, bool on);
 
-/// Bytes that the system still has to send.
+/// Bytes that the system still has to send, and those that it has received.
 int UnsentBytes(Handle handle);
+int UnreadBytes(Handle handle);
 void DiscardUnsent(Handle handle);
 void DiscardUnread(Handle handle);
 

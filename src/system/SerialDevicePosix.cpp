@@ -157,13 +157,15 @@ qsizetype SerialDevice::Write(Handle handle, const char *bytes, qsizetype count)
     return errno == EAGAIN || errno == EINTR ? 0 : -1;
 }
 
-SerialDevice::Counters SerialDevice::ReadCounters(Handle handle)
+DriverCounters SerialDevice::ReadCounters(Handle handle)
 {
     serial_icounter_struct counted = {};
     if (::ioctl(handle, TIOCGICOUNT, &counted) != 0)
         return {};
-    return {true, counted.frame + counted.parity, counted.brk,
-            counted.overrun + counted.buf_overrun};
+    return {true, quint32(counted.frame) + quint32(counted.parity), quint32(counted.brk),
+            quint32(counted.overrun) + quint32(counted.buf_overrun),
+            quint32(counted.cts) + quint32(counted.dsr) + quint32(counted.dcd) +
+                quint32(counted.rng)};
 }
 
 std::optional<ModemLines> SerialDevice::ReadModemLines(Handle handle)
@@ -187,6 +189,12 @@ int SerialDevice::UnsentBytes(Handle handle)
 {
     int unsent = 0;
     return ::ioctl(handle, TIOCOUTQ, &unsent) == 0 ? unsent : 0;
+}
+
+int SerialDevice::UnreadBytes(Handle handle)
+{
+    int unread = 0;
+    return ::ioctl(handle, FIONREAD, &unread) == 0 ? unread : 0;
 }
 
 void SerialDevice::DiscardUnsent(Handle handle)

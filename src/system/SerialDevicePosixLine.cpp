@@ -10,6 +10,8 @@
 // These define the line's full structure and must not meet <termios.h>, which has its own.
 #include <asm/termbits.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 
 namespace
 {
@@ -57,6 +59,25 @@ qint32 BaudOf(const termios2 &line, qint32 askedBaud)
     return difference <= askedBaud / BaudToleranceDivisor ? askedBaud : qint32(line.c_ospeed);
 }
 
+/// The device ends of pseudo-terminals, by the numbers that the system gives them for good.
+bool IsPseudoTerminal(SerialDevice::Handle handle)
+{
+    constexpr unsigned First = 136;
+    constexpr unsigned Last = 143;
+    struct stat status = {};
+    return ::fstat(handle, &status) == 0 && S_ISCHR(status.st_mode) &&
+           ::major(status.st_rdev) >= First && ::major(status.st_rdev) <= Last;
+}
+
+/// A pseudo-terminal has no wire, so nothing comes damaged over it, but while marks are asked for
+/// the system takes a third at a time: each byte might need the room of three. One that counts or
+/// has modem lines stands for a real line.
+bool MayComeDamaged(SerialDevice::Handle handle)
+{
+    return !IsPseudoTerminal(handle) || SerialDevice::ReadCounters(handle).known ||
+           SerialDevice::ReadModemLines(handle).has_value();
+}
+
 } // namespace
 
 void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
@@ -65,9 +86,9 @@ void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
     if (::ioctl(handle, TCGETS2, &line) != 0)
         return;
 
-    line.c_iflag &= ~tcflag_t(BRKINT | IGNPAR | INPCK | PARMRK | ISTRIP | INLCR | IGNCR | ICRNL |
-                              IXON | IXOFF | IXANY);
-    line.c_iflag |= IGNBRK;
+    line.c_iflag &= ~tcflag_t(IGNBRK | BRKINT | IGNPAR | INPCK | PARMRK | ISTRIP | INLCR | IGNCR |
+                              ICRNL | IXON | IXOFF | IXANY);
+    line.c_iflag |= MayComeDamaged(handle) ? INPCK | PARMRK : 0;
     line.c_oflag &= ~tcflag_t(OPOST);
     line.c_lflag &= ~tcflag_t(ECHO | ECHONL | ICANON | ISIG | IEXTEN);
     line.c_cflag &= ~tcflag_t(CSIZE | CSTOPB | ParityMask | CRTSCTS | CBAUD | CBAUD << IBSHIFT);
@@ -76,6 +97,12 @@ void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
     line.c_cc[VMIN] = 1;
     line.c_cc[VTIME] = 0;
     ::ioctl(handle, TCSETS2, &line);
+}
+
+bool SerialDevice::MarksDamage(Handle handle)
+{
+    termios2 line = {};
+    return ::ioctl(handle, TCGETS2, &line) == 0 && (line.c_iflag & PARMRK) != 0;
 }
 
 std::optional<LineSettings> SerialDevice::ReadLineSettings(Handle handle, qint32 askedBaud)

@@ -32,8 +32,6 @@ Result SerialLine::Open(const LineRequest &request)
         return configured;
     }
     m_lock = std::move(lock);
-    m_counters = SerialDevice::ReadCounters(m_handle);
-    m_tally.counted = m_counters.known;
     m_tally.SetModem(SerialDevice::ReadModemLines(m_handle));
     m_tally.RTS = request.requestToSend;
     m_tally.DTR = true;
@@ -41,10 +39,11 @@ Result SerialLine::Open(const LineRequest &request)
     return {};
 }
 
-Result SerialLine::Configure(const LineRequest &request) const
+Result SerialLine::Configure(const LineRequest &request)
 {
     // Whether this succeeds says little; a device may take a setting and do something else.
     SerialDevice::ApplySettings(m_handle, request.settings);
+    BeginMarks();
     const auto line = SerialDevice::ReadLineSettings(m_handle, request.settings.baud);
     if (!line)
         return SerialDevice::CheckPresence(m_handle, request.device);
@@ -60,6 +59,55 @@ Result SerialLine::Configure(const LineRequest &request) const
                            .arg(request.device, switched.Cause())};
     SerialDevice::SetLowLatency(m_handle);
     return {};
+}
+
+/// Right behind the settings, so that what comes in meanwhile is taken for what it is.
+void SerialLine::BeginMarks()
+{
+    const bool marked = SerialDevice::MarksDamage(m_handle);
+    m_marks.Begin(marked, SerialDevice::UnreadBytes(m_handle));
+    const DriverCounters counters = SerialDevice::ReadCounters(m_handle);
+    m_damage.Begin(marked, counters);
+    m_modemChanges = counters.modemChanges;
+    m_tally.counted = counters.known;
+}
+
+void SerialLine::EndReading()
+{
+    DescriptorLine::EndReading();
+    HearHeld();
+}
+
+void SerialLine::Arrived(const LineRead &read)
+{
+    m_marks.Feed(read.bytes);
+    while (const auto piece = m_marks.Next())
+        Hear(*piece, read);
+    if (m_handle == NoHandle)
+        HearHeld(); // the device went while it was answered
+    else if (m_tally.counted)
+        LookAtDriver(false);
+}
+
+/// A break has brought no byte.
+void SerialLine::Hear(const LineMarks::Piece &piece, LineRead read)
+{
+    using Mark = LineMarks::Mark;
+    const bool isBreak = piece.mark == Mark::DamagedZeroOrBreak &&
+                         m_damage.IsBreak(SerialDevice::ReadCounters(m_handle));
+    read.bytes = piece.bytes.chopped(isBreak ? 1 : 0);
+    if (!read.bytes.isEmpty())
+        Deliver(read);
+    if (piece.mark != Mark::None)
+        Tell(isBreak ? LineCondition::Break : LineCondition::DamagedByte, 1, read.time);
+}
+
+/// What looked like a mark and was none.
+void SerialLine::HearHeld()
+{
+    const QByteArray held = m_marks.TakeHeld();
+    if (!held.isEmpty())
+        Deliver({held, LineNow()});
 }
 
 qsizetype SerialLine::Receive(char *bytes, size_t most)
@@ -94,6 +142,7 @@ void SerialLine::Shut()
 {
     SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
     m_lock.reset(); // the name may be another device's by now
+    HearHeld();
 }
 
 Result SerialLine::SetRTS(bool on)
@@ -118,32 +167,44 @@ void SerialLine::Tick()
     CheckPresence();
     if (m_handle == SerialDevice::NoHandle)
         return;
-    const LineTime now = LineNow();
-    LookAtModemLines(now);
-    LookAtCounters(now);
+    CountWaiting();
+    LookAtDriver(true);
 }
 
-void SerialLine::LookAtCounters(const LineTime &time)
+/// Asking for the modem lines can take a millisecond, and not every driver counts how they change:
+/// it is done with each tick, and with a read if a change has been counted.
+void SerialLine::LookAtDriver(bool tick)
 {
-    const SerialDevice::Counters now = SerialDevice::ReadCounters(m_handle);
-    if (!now.known)
+    const DriverCounters now = SerialDevice::ReadCounters(m_handle);
+    const bool changed = std::exchange(m_modemChanges, now.modemChanges) != now.modemChanges;
+    if (tick || changed)
+        LookAtModemLines();
+    TellUntold(LineCondition::Overrun, now);
+    if (!tick)
         return;
-    const auto tell = [&](LineCondition condition, int since, std::atomic<qint64> &tally) {
-        for (int i = 0; i < since; ++i) {
-            ++tally;
-            if (m_listener)
-                m_listener->OnCondition(condition, time);
-        }
-    };
-    tell(LineCondition::DamagedByte, now.damaged - m_counters.damaged, m_tally.damaged);
-    tell(LineCondition::Break, now.breaks - m_counters.breaks, m_tally.breaks);
-    tell(LineCondition::Overrun, now.overruns - m_counters.overruns, m_tally.overruns);
-    m_counters = now;
+    TellUntold(LineCondition::DamagedByte, now);
+    TellUntold(LineCondition::Break, now);
+    if (Reading() && !Paused())
+        m_damage.Settle(now);
 }
 
-void SerialLine::LookAtModemLines(const LineTime &time)
+void SerialLine::TellUntold(LineCondition condition, const DriverCounters &now)
+{
+    if (const quint32 untold = m_damage.Untold(condition, now); untold > 0)
+        Tell(condition, untold, LineNow());
+}
+
+void SerialLine::Tell(LineCondition condition, quint32 count, const LineTime &time)
+{
+    m_damage.Told(condition, count);
+    m_tally.conditions[size_t(condition)] += count;
+    if (m_listener && Reading())
+        m_listener->OnCondition(condition, count, time);
+}
+
+void SerialLine::LookAtModemLines()
 {
     const auto lines = SerialDevice::ReadModemLines(m_handle);
-    if (m_tally.SetModem(lines) && lines && m_listener)
-        m_listener->OnModemLines(*lines, time);
+    if (m_tally.SetModem(lines) && lines && m_listener && Reading())
+        m_listener->OnModemLines(*lines, LineNow());
 }
