@@ -104,7 +104,7 @@ class tst_frmmain : public QObject
         QCOMPARE(bench.Entries("mnuFile"),
                  "&New Project &Open Project... | &Save Project Save Project &As... | "
                  "Print Project... Print Communication... | E&xit");
-        QCOMPARE(bench.Entries("mnuTools"), "&Options...");
+        QCOMPARE(bench.Entries("mnuTools"), "&Options... | &Line Status...");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
         for (const QAction *button : bench.Find("tbToolBar")->actions())
             QVERIFY(button->isSeparator() || !button->icon().pixmap(24).isNull());

@@ -68,6 +68,8 @@ constexpr std::array MenuEntries = {
     Entry("mnuFileClose", "E&xit", Command::Exit, "Ctrl+Q"),
     Menu("mnuTools", "&Tools"),
     Entry("mnuToolsOptions", "&Options...", Command::Options),
+    Bar("mnuToolsBar0"),
+    Entry("mnuToolsLineStatus", "&Line Status...", Command::LineStatus),
     Menu("mnuHelp", "&Help"),
     Entry("mnuHelpContents", "&Contents", Command::HelpContents),
     Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),

@@ -18,6 +18,7 @@ enum class Command {
     OpenRecent,
     Exit,
     Options,
+    LineStatus,
     Find,
     FindNext,
     Start,

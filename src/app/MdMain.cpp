@@ -5,6 +5,7 @@
 
 #include "Demo.h"
 #include "DemoInstrument.h"
+#include "LineStatusWindow.h"
 #include "LongDelay.h"
 #include "MainDialogs.h"
 #include "MainLoop.h"
@@ -151,6 +152,9 @@ void MdMain::MakeWindow()
                         m_world.shell,
                         m_world.registry,
                         m_run});
+    m_lineStatus = std::make_unique<LineStatusWindow>(
+        LineStatusWindowParts{m_comm, m_devices, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines,
+                              m_finder, m_world.prompts});
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)
@@ -191,6 +195,7 @@ void MdMain::WireCommands()
         {Command::PrintCommunication, [this] { m_print.PrintCommunication(); }},
         {Command::Exit, [this] { m_window->close(); }},
         {Command::Options, [this] { m_dialogs->ShowOptions(); }},
+        {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},

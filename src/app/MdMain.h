@@ -36,6 +36,7 @@
 
 class Clock;
 class DemoInstrument;
+class LineStatusWindow;
 class MainDialogs;
 class MdCommunication;
 class PortFinder;
@@ -142,4 +143,5 @@ class MdMain final : public QObject
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
     std::unique_ptr<MainDialogs> m_dialogs; ///< of the window
+    std::unique_ptr<LineStatusWindow> m_lineStatus;
 };

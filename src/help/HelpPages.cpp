@@ -14,19 +14,20 @@ namespace HelpPages
 namespace
 {
 
-constexpr std::array<Row, 11> Rows = {{
+constexpr auto Rows = std::to_array<Row>({
     {"frmMain", "window.html"},
     {"frmEditAction", "sequences.html"},
     {"frmEditEvent", "receive-sequences.html"},
     {"frmFind", "search.html"},
     {"frmOptions", "options.html"},
     {"frmDevices", "ports.html"},
+    {"frmLineStatus", "line-status.html"},
     {"frmAbout", "about.html"},
     {"dlgProjectFile", "projects.html"},
     {"dlgLogFile", "logging.html"},
     {"QAbstractPrintDialog", "printing.html"},
     {"QMessageBox", "messages.html"},
-}};
+});
 
 } // namespace
 
