@@ -88,6 +88,7 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewStop", "St&op", Command::Stop, false},
     ViewEntry{"mnuViewFind", "&Find...", Command::Find, false},
     ViewEntry{"mnuViewClean", "C&lear", Command::Clean, false},
+    ViewEntry{"mnuViewLineStatus", "Li&ne Status...", Command::LineStatus, false},
 };
 
 } // namespace
