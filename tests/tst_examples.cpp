@@ -144,7 +144,8 @@ class tst_examples : public QObject
         QVERIFY(DemoProtocol::BytesOf(DemoProtocol::Text::Reading).startsWith(heard[3]));
         // Both greetings are commented, and the comment names what is there to be clicked.
         using DemoProtocol::Text;
-        for (const auto &[greeting, i] : {std::pair(Text::Greeting, 4), {Text::GreetingOfTwo, 5}}) {
+        for (const auto &[greeting, i] :
+             {std::pair(Text::Greeting, 4), std::pair(Text::GreetingOfTwo, 5)}) {
             QCOMPARE(tables.ReceiveAt(i).Sequence, DemoProtocol::BytesOf(greeting));
             QVERIFY(tables.ReceiveAt(i).IsWatched());
         }
