@@ -118,7 +118,7 @@ void DescriptorLine::BeginReading()
 void DescriptorLine::EndReading()
 {
     const qint64 most = m_tally.receivedBytes + MostBytesAtEnd;
-    while (m_reading && m_tally.receivedBytes < most && ReadOnce(false)) {
+    while (m_reading && m_tally.receivedBytes < most && ReadOnce(m_loop.SeveralSources())) {
     }
     m_reading = false;
 }
@@ -130,7 +130,7 @@ void DescriptorLine::Readable(const LineLoop::Wake &wake)
         if (m_paused)
             return;
         // What a further read brings may have come behind something on another line.
-        if (!ReadOnce(wake.orderUncertain || (reads > 0 && wake.otherLines))) {
+        if (!ReadOnce(wake.orderUncertain || (reads > 0 && m_loop.SeveralSources()))) {
             if (reads == 0)
                 CheckPresence();
             return;
@@ -145,7 +145,7 @@ bool DescriptorLine::ReadOnce(bool orderUncertain)
     if (count <= 0)
         return false;
     const qint64 before = m_tally.receivedBytes;
-    Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain});
+    Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain || Remote()});
     if (m_tally.receivedBytes > before)
         m_tally.receivedChunks += 1;
     return true;
@@ -173,18 +173,24 @@ Result DescriptorLine::Write(const QByteArray &bytes)
         return {}; // gone; its user is being told
     m_unsent += bytes;
     if (waiting == 0)
-        Send();
+        Send(); // if it has gone, the loop finds out: bytes that came before may still be in hand
     return {};
 }
 
-void DescriptorLine::Send()
+void DescriptorLine::Writable()
+{
+    if (!Send())
+        CheckPresence();
+}
+
+/// False if the system will not take any more.
+bool DescriptorLine::Send()
 {
     const qsizetype taken = Transmit(m_unsent.constData(), m_unsent.size());
     if (taken > 0)
         m_unsent.remove(0, taken);
-    else if (taken < 0)
-        CheckPresence();
     CountWaiting();
+    return taken >= 0;
 }
 
 void DescriptorLine::CountWaiting()
@@ -208,7 +214,8 @@ void DescriptorLine::CheckPresence()
 
 void DescriptorLine::Leave(const QString &cause)
 {
-    const bool wasRead = std::exchange(m_reading, false);
+    const bool wasRead = m_reading;
+    EndReading(); // its last words
     Shut();
     m_unsent.clear();
     m_tally.waiting = 0;

@@ -103,10 +103,10 @@ class DescriptorLine : public Line, protected LineLoop::Source
     bool WantsToRead() const override { return m_reading && !m_paused; }
     bool WantsToWrite() const override { return !m_unsent.isEmpty(); }
     void Readable(const LineLoop::Wake &wake) override;
-    void Writable() override { Send(); }
+    void Writable() override;
 
     bool ReadOnce(bool orderUncertain);
-    void Send();
+    bool Send();
     void Leave(const QString &cause);
     qint64 WaitUntilSent();
 

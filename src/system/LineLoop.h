@@ -18,10 +18,9 @@ class LineLoop final : public LineThread
   public:
     /// How a pass of the loop began.
     struct Wake {
-        /// More than one line could be read, or the pass before took longer than LongestPass: what
-        /// is read now may have come in another order.
+        /// More than one line could be read, the pass before took longer than LongestPass, or one
+        /// of the lines is remote: what is read now may have come in another order.
         bool orderUncertain = false;
-        bool otherLines = false; ///< whether there are any
     };
 
     /// What the loop waits for. All calls come on the loop's thread.
@@ -34,6 +33,8 @@ class LineLoop final : public LineThread
         virtual int Descriptor() const = 0;
         virtual bool WantsToRead() const = 0;
         virtual bool WantsToWrite() const = 0;
+        /// What it brings has been on its way for a time that nobody knows.
+        virtual bool Remote() const { return false; }
         virtual void Readable(const Wake &wake) = 0;
         virtual void Writable() = 0;
         /// Comes every TickMilliseconds or so.
@@ -52,11 +53,14 @@ class LineLoop final : public LineThread
     /// On the loop's thread. A source that leaves is not called any more.
     void Join(Source &source);
     void Leave(Source &source);
+    /// Else nothing can have come in another order.
+    bool SeveralSources() const { return m_sources.size() > 1; }
 
     void Do(const std::function<void()> &work) override;
     void Post(std::function<void()> work) override;
 
-    /// What the system granted the thread, in words.
+    /// What the system granted the thread, in words: "real time", "nice -10" or another number of
+    /// that kind, or "normal".
     const QString &Priority() const { return m_priority; }
 
   private:

@@ -19,16 +19,30 @@ namespace
 
 constexpr qint64 NanosecondsOfAMillisecond = 1'000'000;
 
+/// Takes all that the administrator has granted of a limit, and returns it.
+rlim_t GrantedLimit(__rlimit_resource resource)
+{
+    rlimit limit = {};
+    if (::getrlimit(resource, &limit) != 0)
+        return 0;
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(resource, &limit);
+    return limit.rlim_max;
+}
+
 /// Ordinary users get these only where the administrator grants them; nothing depends on them.
 QString RaisePriority()
 {
+    GrantedLimit(RLIMIT_RTPRIO);
     sched_param realTime = {};
     realTime.sched_priority = ::sched_get_priority_min(SCHED_RR);
     if (::pthread_setschedparam(::pthread_self(), SCHED_RR, &realTime) == 0)
         return QStringLiteral("real time");
     constexpr int Wanted = -10;
-    if (::setpriority(PRIO_PROCESS, id_t(::gettid()), Wanted) == 0)
-        return QStringLiteral("nice %1").arg(Wanted);
+    const int granted = 20 - int(std::clamp<rlim_t>(GrantedLimit(RLIMIT_NICE), 20, 40));
+    for (const int nice : {Wanted, granted})
+        if (nice < 0 && ::setpriority(PRIO_PROCESS, id_t(::gettid()), nice) == 0)
+            return QStringLiteral("nice %1").arg(nice);
     return QStringLiteral("normal");
 }
 
@@ -125,8 +139,14 @@ void LineLoop::Wait(int milliseconds)
     m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass;
     ::poll(waited.data(), nfds_t(waited.size()), milliseconds);
     m_passBegan = MonotonicNow();
-    for (size_t i = 0; i < m_ready.size(); ++i)
-        m_ready[i] = waited[i].revents;
+    for (int look = 0; look < 2; ++look) {
+        for (size_t i = 0; i < m_ready.size(); ++i)
+            m_ready[i] |= waited[i].revents;
+        // The system looks at one line after the other, and may be held up in between: a line that
+        // it looked at too early may have spoken before the one that ended the waiting.
+        if (look == 0 && SeveralSources())
+            ::poll(waited.data(), nfds_t(waited.size()), 0);
+    }
     eventfd_t count = 0;
     ::eventfd_read(m_wakeup, &count);
 }
@@ -147,7 +167,10 @@ void LineLoop::Serve()
     constexpr int Readable = POLLIN | POLLHUP | POLLERR | POLLNVAL;
     const auto several = std::count_if(m_ready.begin(), m_ready.end(),
                                        [](int ready) { return (ready & Readable) != 0; });
-    const Wake wake = {several > 1 || m_late, m_sources.size() > 1};
+    const bool remote = std::any_of(m_sources.begin(), m_sources.end(), [](const Source *source) {
+        return source && source->Remote();
+    });
+    const Wake wake = {several > 1 || m_late || remote};
     for (size_t i = 0; i < m_ready.size(); ++i) {
         // Whatever is served may make others leave.
         if (m_sources[i] && (m_ready[i] & Readable) != 0)

@@ -83,9 +83,7 @@ void SerialLine::Arrived(const LineRead &read)
     m_marks.Feed(read.bytes);
     while (const auto piece = m_marks.Next())
         Hear(*piece, read);
-    if (m_handle == NoHandle)
-        HearHeld(); // the device went while it was answered
-    else if (m_tally.counted)
+    if (m_tally.counted)
         LookAtDriver(false);
 }
 
@@ -107,7 +105,7 @@ void SerialLine::HearHeld()
 {
     const QByteArray held = m_marks.TakeHeld();
     if (!held.isEmpty())
-        Deliver({held, LineNow()});
+        Deliver({held, LineNow(), m_loop.SeveralSources()});
 }
 
 qsizetype SerialLine::Receive(char *bytes, size_t most)
