@@ -159,11 +159,14 @@ class tst_ports : public QObject
     {
         CommunicationBench bench;
         bench.portA.thrownAway = 17;
-        bench.Open(CommMode::SendReceive);
+        bench.portA.line.failWrite = Failure{"COM1 takes no data"};
+        bench.communication.Transmit("hi");
+        QTRY_COMPARE(bench.prompts.notices.size(), 1);
         bench.communication.ClosePorts();
-        QCOMPARE(bench.prompts.notices,
-                 QList{ExclamationMessage("COM1 was closed while 17 bytes were still waiting to be "
-                                          "sent")});
+        QCOMPARE(bench.prompts.notices.size(), 2);
+        QCOMPARE(bench.prompts.notices.last(),
+                 ExclamationMessage("COM1 was closed while 17 bytes were still waiting to be "
+                                    "sent"));
         QCOMPARE(bench.log.events.last().count, 17);
     }
 

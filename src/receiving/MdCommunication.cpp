@@ -224,7 +224,7 @@ bool MdCommunication::ClosePort(SerialPortControl &port)
     return !port.SetPortOpen(false).Failed();
 }
 
-/// What a stop throws away.
+/// What a stop throws away, whatever was told before.
 void MdCommunication::TellThrownAway(Channel channel)
 {
     const qint64 count = PortOf(channel).ThrownAway();
@@ -238,7 +238,8 @@ void MdCommunication::TellThrownAway(Channel channel)
     lost.cause = QStringLiteral("COM%1 was closed while %2 bytes were still waiting to be sent")
                      .arg(PortNumber(channel))
                      .arg(count);
-    TellNotSent(int(channel), lost.cause);
+    m_parts.prompts.ShowNotice(QStringLiteral("COM%1 closed").arg(PortNumber(channel)),
+                               ExclamationMessage(lost.cause));
     m_stream.Append(std::move(lost));
 }
 
