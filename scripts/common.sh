@@ -17,6 +17,7 @@ clang_packages=(clang-14 libclang-rt-14-dev)
 package_packages=(dpkg-dev file)
 transfer_packages=(lrzsz socat)
 session_packages=(xvfb libsm-dev libice-dev)
+measure_packages=(xvfb openbox xdotool)
 check_package_packages=(lintian appstream desktop-file-utils shared-mime-info man-db
                         bash-completion)
 
