@@ -10,6 +10,7 @@
 
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
 
@@ -38,7 +39,8 @@ struct Desk {
                            }},
                           finder,
                           [](const QString &name) { return QString(name).replace("link", "tty"); },
-                          prompts}};
+                          prompts,
+                          "real time"}};
 
     QString Texts(const QStringList &fields) const
     {
@@ -92,6 +94,7 @@ class tst_linestatus : public QObject
                                       "/dev/serial/by-id/usb-adapter|9600,N,8,1");
         QCOMPARE(desk.Find<QGroupBox>("grpLine_0")->title(), "COM7");
         QVERIFY(!desk.Find<QGroupBox>("grpLine_1")->isVisible());
+        QCOMPARE(desk.Find<QLabel>("lblPriority")->text(), "Priority: real time");
         QCOMPARE(desk.Find<Lamp>("lmp_0RI")->text() + desk.Find<Lamp>("lmp_0DSR")->text(),
                  "RI onDSR off");
         QVERIFY(desk.Find<QCheckBox>("chk_0RTS")->isChecked());

@@ -19,8 +19,9 @@ void LineStatusWindow::Show(QWidget &owner)
         const LineStatusSource source = {
             [this] { return Lines(); },
             [this](int channel, OwnLine line, bool on) { return Switch(channel, line, on); }};
-        m_window = new frmLineStatus(
-            {source, m_parts.finder, SerialDevice::CanonicalName, m_parts.prompts}, &owner);
+        m_window = new frmLineStatus({source, m_parts.finder, SerialDevice::CanonicalName,
+                                      m_parts.prompts, m_parts.lines.Priority()},
+                                     &owner);
     }
     m_window->show();
     m_window->raise();

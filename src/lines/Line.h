@@ -86,6 +86,10 @@ class LineThread
     virtual void Do(const std::function<void()> &work) = 0;
     /// The same without waiting.
     virtual void Post(std::function<void()> work) = 0;
+
+    /// How much before other threads the system serves it, in words: "real time", "nice -10" or
+    /// another number of that kind, or "normal". May be called from any thread.
+    virtual QString Priority() const = 0;
 };
 
 /// One line as the lines' thread knows it; all calls but Counts belong to that thread.

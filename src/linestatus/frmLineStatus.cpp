@@ -9,6 +9,7 @@
 #include "UserPrompts.h"
 
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPromise>
 #include <QVBoxLayout>
 
@@ -32,9 +33,17 @@ frmLineStatus::frmLineStatus(LineStatusParts parts, QWidget *parent)
     }
     QPushButton *cmdClose = NamedButton("cmdClose", "Close");
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
+    auto *lblPriority = new QLabel(QStringLiteral("Priority: ") + m_parts.priority);
+    lblPriority->setObjectName(QStringLiteral("lblPriority"));
+    lblPriority->setToolTip(
+        QStringLiteral("How much before other programs the system serves the ports"));
+    auto *foot = new QHBoxLayout;
+    foot->addWidget(lblPriority);
+    foot->addStretch();
+    foot->addWidget(cmdClose);
     auto *column = new QVBoxLayout(this);
     column->addWidget(new ScrollPage(ports));
-    column->addWidget(cmdClose, 0, Qt::AlignRight);
+    column->addLayout(foot);
 
     m_clock.start();
     m_timer.setInterval(RefreshMilliseconds);

@@ -23,6 +23,7 @@ struct LineStatusParts {
     std::shared_ptr<const PortFinder> finder;
     QString (*canonicalName)(const QString &name);
     UserPrompts &prompts;
+    QString priority; ///< of the thread that serves the lines
 };
 
 /// The window "Line Status": what the ports of the mode in force are, how their lines stand and

@@ -59,9 +59,7 @@ class LineLoop final : public LineThread
     void Do(const std::function<void()> &work) override;
     void Post(std::function<void()> work) override;
 
-    /// What the system granted the thread, in words: "real time", "nice -10" or another number of
-    /// that kind, or "normal".
-    const QString &Priority() const { return m_priority; }
+    QString Priority() const override { return m_priority; }
 
   private:
     void Run();

@@ -15,6 +15,7 @@ class ScriptedLines final : public LineThread
   public:
     void Do(const std::function<void()> &work) override { work(); }
     void Post(std::function<void()> work) override { work(); }
+    QString Priority() const override { return QStringLiteral("normal"); }
 };
 
 /// A line without a device: what arrives before reading begins waits.
