@@ -105,6 +105,9 @@ class tst_linemarks : public QObject
         QCOMPARE(damage.Untold(LineCondition::DamagedByte, now), 5u);
         QCOMPARE(damage.Untold(LineCondition::DamagedByte, Start), 0u); // the driver began anew
         QVERIFY(damage.IsBreak({}));
+        damage.Begin(true, {}); // that the driver answers later means nothing
+        QCOMPARE(damage.Untold(LineCondition::Overrun, now), 0u);
+        QVERIFY(damage.IsBreak(Start));
     }
 };
 

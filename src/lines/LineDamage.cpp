@@ -31,12 +31,13 @@ quint32 LineDamage::Since(LineCondition condition, const DriverCounters &now) co
 
 bool LineDamage::IsBreak(const DriverCounters &now) const
 {
-    return !now.known || Since(LineCondition::Break, now) > m_told[size_t(LineCondition::Break)];
+    return !now.known || !Counted() ||
+           Since(LineCondition::Break, now) > m_told[size_t(LineCondition::Break)];
 }
 
 quint32 LineDamage::Untold(LineCondition condition, const DriverCounters &now) const
 {
-    if (!now.known)
+    if (!now.known || !Counted())
         return 0;
     const bool later = m_marked && condition != LineCondition::Overrun;
     const quint32 counted = Since(condition, later ? m_settled : now);

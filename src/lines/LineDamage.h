@@ -26,6 +26,9 @@ class LineDamage
     /// At the opening of a line.
     void Begin(bool marked, const DriverCounters &now);
 
+    /// Whether the driver counts.
+    bool Counted() const { return m_base.known; }
+
     /// Whether the mark that stands for a damaged 0 or a break is the latter: if the driver has
     /// counted one that was not told, or does not count.
     bool IsBreak(const DriverCounters &now) const;

@@ -32,6 +32,7 @@ Result SerialLine::Open(const LineRequest &request)
         return configured;
     }
     m_lock = std::move(lock);
+    m_tally.counted = m_damage.Counted();
     m_tally.SetModem(SerialDevice::ReadModemLines(m_handle));
     m_tally.RTS = request.requestToSend;
     m_tally.DTR = true;
@@ -69,7 +70,6 @@ void SerialLine::BeginMarks()
     const DriverCounters counters = SerialDevice::ReadCounters(m_handle);
     m_damage.Begin(marked, counters);
     m_modemChanges = counters.modemChanges;
-    m_tally.counted = counters.known;
 }
 
 void SerialLine::EndReading()
