@@ -56,7 +56,7 @@ struct FieldRow {
     const char *spoken = nullptr; ///< in place of a caption that two fields share
 };
 
-const std::array FieldRows = {
+constexpr std::array FieldRows = {
     FieldRow{"txtState", "State", Place::Both,
              [](const Shown &shown) { return Text(StateTexts[size_t(shown.line.state)]); }},
     FieldRow{"txtDevice", "Device", Place::Both,
