@@ -128,9 +128,12 @@ qint64 SerialLine::UnsentInSystem() const
     return SerialDevice::UnsentBytes(m_handle);
 }
 
-void SerialLine::PutInOrder(qint64)
+/// What is told as thrown away would hold up the system's own close. Else all has been handed over,
+/// but the other side of a pseudo-terminal may not have been given it yet, and would lose it.
+void SerialLine::PutInOrder(qint64 lost)
 {
-    SerialDevice::DiscardUnsent(m_handle); // else the system's own close waits for it
+    if (lost > 0)
+        SerialDevice::DiscardUnsent(m_handle);
     if (!m_wasRead)
         SerialDevice::DiscardUnread(m_handle);
     SerialDevice::RestoreLineState(m_handle, m_lineBefore);
