@@ -173,7 +173,7 @@ void tst_pagelayout::StartingSetsThePageUp()
     bench.printer.printText("of the first job", -3, 7);
     QCOMPARE(bench.output.drawn.first(), QStringLiteral("1: 0,7 of"));
 
-    QVERIFY(!bench.printer.setup("cancelled"));
+    QVERIFY(!bench.printer.setup({.document = "cancelled"}));
     bench.printer.orientation = PageOrientation::Landscape;
     bench.printer.startPrint();
     QCOMPARE(bench.output.ends, QStringList{"finished"});
@@ -181,7 +181,7 @@ void tst_pagelayout::StartingSetsThePageUp()
     QCOMPARE(bench.Cursor(), QStringLiteral("0,0"));
 
     bench.prompts.printer = {.colour = PrintColour::Monochrome, .copies = 3};
-    QVERIFY(bench.printer.setup("paper"));
+    QVERIFY(bench.printer.setup({.document = "paper"}));
     QCOMPARE(bench.prompts.printsAsked.last().document, QStringLiteral("paper"));
     QCOMPARE(bench.prompts.printsAsked.last().flags, 12);
     bench.printer.startPrint();

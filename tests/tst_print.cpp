@@ -6,6 +6,7 @@
 #include "MdPrint.h"
 #include "MdSequenceEdition.h"
 #include "OpenFiles.h"
+#include "PrintSettings.h"
 #include "ProjectState.h"
 #include "QtPrintOutput.h"
 #include "QtPrompts.h"
@@ -50,6 +51,7 @@ class PrintBench
     ProjectState project;
     DisplaySettings display;
     SequenceSettings form;
+    PrintSettings settings;
     MdSequenceEdition tables;
     CommunicationViews views;
     ScriptedPrompts prompts;
@@ -58,7 +60,7 @@ class PrintBench
     MdPrint print;
 
     explicit PrintBench(PrintOutput &output)
-        : print({project, display, form, tables, views, prompts, clock, output,
+        : print({project, display, form, tables, views, settings, prompts, clock, output,
                  [this](bool busy) { pointer += busy ? "on " : "off "; }})
     {
         form.Display = qint16(Representation::Hex);

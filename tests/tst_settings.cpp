@@ -5,6 +5,7 @@
 #include "DisplaySettings.h"
 #include "LogSettings.h"
 #include "MdSequenceEdition.h"
+#include "PrintSettings.h"
 #include "ProgramSettings.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
@@ -32,7 +33,7 @@ QMap<QString, QString> Defaults()
           "Communication CommType=0 CommPortA=1 CommPortB=2 CommSpeed=5 CommParity=2",
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
-          "View ControlCharacters=True"}) {
+          "View ControlCharacters=True", "Print MarginText=False"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -52,11 +53,12 @@ struct SettingsBench {
         SequenceSettings sequences;
         QString projectFolder;
         ViewSettings view;
+        PrintSettings print;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
                              &settings.log,     &settings.sequences,   &settings.projectFolder,
-                             &settings.view};
+                             &settings.view,    &settings.print};
     MdSequenceEdition tables;
     QStringList notices;
 

@@ -40,8 +40,9 @@ MdMain::MdMain(const World &world, const CommandLine &line)
                  m_run}),
       m_recovery({m_projectState, m_sequences, m_project, world.recovery, world.prompts, m_run}),
       m_find(m_sequences, m_views, world.prompts),
-      m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, world.prompts,
-               world.clock, m_printOutput, [this](bool busy) { m_window->SetBusy(busy); }})
+      m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, m_printSettings,
+               world.prompts, world.clock, m_printOutput,
+               [this](bool busy) { m_window->SetBusy(busy); }})
 {
 }
 
@@ -50,10 +51,10 @@ MdMain::~MdMain() = default;
 /// The place of every setting that is stored.
 StoredSettings MdMain::Stored()
 {
-    return {&m_comm.stored, &m_windowSettings,   &m_listSettings,
-            &m_display,     &m_displayNext,      &m_stamp,
-            &m_logSettings, &m_sequenceSettings, &m_projectState.LastFolder,
-            &m_viewSettings};
+    return {&m_comm.stored,  &m_windowSettings,   &m_listSettings,
+            &m_display,      &m_displayNext,      &m_stamp,
+            &m_logSettings,  &m_sequenceSettings, &m_projectState.LastFolder,
+            &m_viewSettings, &m_printSettings};
 }
 
 int MdMain::Run()
@@ -77,7 +78,7 @@ void MdMain::EndCommunication()
 {
     m_world.prompts.EndNotices();
     m_communication->ClosePorts();
-    m_diskHangs = !m_log.Finish();
+    m_diskHangs = !m_log.Finish() || m_print.Hangs();
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
     m_communication->ShowWaitingReports();

@@ -17,6 +17,7 @@
 #include "MdSequenceEdition.h"
 #include "OpenFiles.h"
 #include "PortDevices.h"
+#include "PrintSettings.h"
 #include "ProjectRecovery.h"
 #include "ProjectState.h"
 #include "QtPrintOutput.h"
@@ -71,8 +72,8 @@ class MdMain final : public QObject
     /// the start failed or a critical message was given.
     int Run();
 
-    /// After Run: a disk has not taken the rest of a log in time. The process must then end without
-    /// waiting for it.
+    /// After Run: a disk or printer has not taken the rest of a log or a printout in time. The
+    /// process must then end without waiting for it.
     bool DiskHangs() const { return m_diskHangs; }
 
     /// The system ends the program: open dialogs are rejected and the window closes unasked. What
@@ -121,6 +122,7 @@ class MdMain final : public QObject
     WindowSettings m_windowSettings;
     ListSettings m_listSettings;
     ViewSettings m_viewSettings;
+    PrintSettings m_printSettings;
     ProjectState m_projectState;
     RunState m_run;
 

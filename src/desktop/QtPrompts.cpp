@@ -6,6 +6,8 @@
 #include "BgrColour.h"
 #include "FileName.h"
 #include "PrintPaper.h"
+#include "PrinterDialog.h"
+#include "WorkBox.h"
 
 #include <QApplication>
 #include <QColorDialog>
@@ -13,8 +15,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
-#include <QPageLayout>
-#include <QPrintDialog>
 #include <QPrinter>
 #include <QWindow>
 
@@ -95,7 +95,8 @@ class NoticeBox final : public QMessageBox
 QWidget *Owner()
 {
     for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
-        if (window && !dynamic_cast<NoticeBox *>(window))
+        if (window && !dynamic_cast<NoticeBox *>(window) &&
+            !window->testAttribute(Qt::WA_DontShowOnScreen))
             return window;
     }
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -150,49 +151,6 @@ QString FaultOf(const QFileInfo &chosen, const FileDialogRequest &request)
             .arg(FileName::Shown(chosen.fileName()));
     }
     return {};
-}
-
-/// A selection is offered only where there is one. Ranges of pages never are.
-QAbstractPrintDialog::PrintDialogOptions OptionsOf(const PrintDialogRequest &request)
-{
-    QAbstractPrintDialog::PrintDialogOptions options =
-        QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintShowPageSize;
-    options.setFlag(QAbstractPrintDialog::PrintSelection, request.SelectionChosen());
-    return options;
-}
-
-/// The toolkit's own dialog shows some choices whether they are offered or not, and a choice that
-/// has no effect would deceive. A dialog of the system has none of these.
-void HideWhatIsNotOffered(const QPrintDialog &dialog)
-{
-    const auto *range = dialog.findChild<QWidget *>(QStringLiteral("gbPrintRange"));
-    const auto *output = dialog.findChild<QWidget *>(QStringLiteral("copiesTab"));
-    if (!range || !output)
-        return;
-    for (const char *name :
-         {"printRange", "from", "label_3", "to", "pagesRadioButton", "pagesLineEdit"}) {
-        if (auto *choice = range->findChild<QWidget *>(QLatin1String(name)))
-            choice->hide();
-    }
-    if (auto *reverse = output->findChild<QWidget *>(QStringLiteral("reverse")))
-        reverse->hide();
-}
-
-/// Takes the copies over from the printer, which would else make as many of each of them.
-PrinterChoice ChoiceOf(const PrintDialogRequest &request, const QPrintDialog &dialog,
-                       const std::shared_ptr<QPrinter> &printer)
-{
-    PrinterChoice choice = {.document = request.document, .printer = printer};
-    if (printer->outputFormat() == QPrinter::PdfFormat)
-        choice.pdfPath = QFileInfo(printer->outputFileName()).absoluteFilePath();
-    if (printer->pageLayout().orientation() == QPageLayout::Landscape)
-        choice.orientation = PageOrientation::Landscape;
-    if (printer->colorMode() == QPrinter::GrayScale)
-        choice.colour = PrintColour::Monochrome;
-    choice.copies = std::max(1, printer->copyCount());
-    printer->setCopyCount(1);
-    choice.selectionOnly = dialog.printRange() == QAbstractPrintDialog::Selection;
-    return choice;
 }
 
 } // namespace
@@ -281,15 +239,17 @@ std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &
         printer->setPrinterName(m_printer);
     printer->setDocName(request.document);
     printer->setPageMargins(PrintPaper::UsualMargins(), QPageLayout::Point);
-    QPrintDialog dialog(printer.get(), Owner());
-    dialog.setOptions(OptionsOf(request));
-    if (request.SelectionChosen())
-        dialog.setPrintRange(QAbstractPrintDialog::Selection);
-    HideWhatIsNotOffered(dialog);
+    PrinterDialog dialog(request, printer, Owner());
     if (dialog.exec() != QDialog::Accepted || Ending())
         return {};
     m_printer = printer->printerName();
-    return ChoiceOf(request, dialog, printer);
+    return dialog.Choice();
+}
+
+bool QtPrompts::DoWork(const QString &what, const Work &work)
+{
+    WorkBox box(what, Owner());
+    return box.Do(work);
 }
 
 std::optional<qint32> QtPrompts::ChooseColour(qint32 initial, const QString &title)

@@ -25,6 +25,7 @@ class QtPrompts final : public UserPrompts
     void Ask(const MessagePrompt &prompt, const Answered &answered) override;
     QString ChooseFile(const FileDialogRequest &request) override;
     std::optional<PrinterChoice> ChoosePrinter(const PrintDialogRequest &request) override;
+    bool DoWork(const QString &what, const Work &work) override;
     std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:

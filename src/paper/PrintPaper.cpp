@@ -10,6 +10,8 @@
 #include <QPdfWriter>
 #include <QPrinter>
 
+#include <utility>
+
 class PrintPaper::Sheets
 {
   public:
@@ -18,6 +20,8 @@ class PrintPaper::Sheets
     Q_DISABLE_COPY_MOVE(Sheets)
 
     virtual QPagedPaintDevice &Device() = 0;
+    /// Whether what is painted stays in the program's hands until Release.
+    virtual bool CanBeTakenBack() const = 0;
     /// To be called before the painter begins.
     virtual Result Open() = 0;
     /// Fails if what was painted so far is lost.
@@ -88,6 +92,7 @@ class PdfSheets final : public PrintPaper::Sheets
     }
 
     QPagedPaintDevice &Device() override { return m_writer; }
+    bool CanBeTakenBack() const override { return true; }
     Result Open() override { return m_file.Open(); }
     Result State() const override { return m_file.State(); }
     Result Release() override { return m_file.Commit(); }
@@ -104,6 +109,7 @@ class PrinterSheets final : public PrintPaper::Sheets
     explicit PrinterSheets(std::shared_ptr<QPrinter> printer) : m_printer(std::move(printer)) {}
 
     QPagedPaintDevice &Device() override { return *m_printer; }
+    bool CanBeTakenBack() const override { return false; }
     Result Open() override { return m_printer->isValid() ? Result() : NotAccepted(); }
     Result State() const override
     {
@@ -176,6 +182,22 @@ QPaintDevice &PrintPaper::Device() const
 
 Result PrintPaper::NextPage()
 {
+    if (m_sheets->CanBeTakenBack())
+        return BeginPage();
+    m_pages.emplace_back();
+    return m_pages.size() == 1 ? m_sheets->Open() : Result();
+}
+
+void PrintPaper::Draw(Drawing drawing)
+{
+    if (m_sheets->CanBeTakenBack())
+        drawing(m_painter);
+    else
+        m_pages.back().push_back(std::move(drawing));
+}
+
+Result PrintPaper::BeginPage()
+{
     if (!m_painter.isActive())
         return BeginJob();
     if (Result soFar = m_sheets->State(); soFar.Failed())
@@ -193,8 +215,23 @@ Result PrintPaper::BeginJob()
     return NotAccepted();
 }
 
+Result PrintPaper::DrawPages()
+{
+    for (const Page &page : std::exchange(m_pages, {})) {
+        if (Result begun = BeginPage(); begun.Failed())
+            return begun;
+        for (const Drawing &draw : page)
+            draw(m_painter);
+    }
+    return {};
+}
+
 Result PrintPaper::Finish()
 {
+    if (Result drawn = DrawPages(); drawn.Failed()) {
+        Discard();
+        return drawn;
+    }
     const bool ended = !m_painter.isActive() || m_painter.end();
     Result finished = ended ? m_sheets->Release() : NotAccepted();
     if (finished.Failed())
@@ -204,6 +241,7 @@ Result PrintPaper::Finish()
 
 void PrintPaper::Discard()
 {
+    m_pages.clear();
     if (!m_painter.isActive())
         return;
     m_sheets->Abort();

@@ -9,11 +9,16 @@
 #include <QMarginsF>
 #include <QPainter>
 
+#include <functional>
+#include <memory>
+#include <vector>
+
 class OpenFiles;
 
-/// The pages of one print job on the printer or in the PDF file that was chosen, and the painter
-/// that draws on them, in dots from the corner of the printable area. A file takes its place only
-/// when all of it is safely on the disk. A job that is not finished is thrown away.
+/// The pages of one print job on the printer or in the PDF file that was chosen, in dots from the
+/// corner of the printable area. A file takes its place only when all of it is safely on the disk;
+/// a printer, which prints what it was given even if its job is aborted, is given nothing before
+/// the job is finished. One that is not is thrown away.
 class PrintPaper final
 {
   public:
@@ -35,12 +40,13 @@ class PrintPaper final
     /// What fonts are to be measured for.
     QPaintDevice &Device() const;
 
-    /// Active once NextPage has begun a page.
-    QPainter &Painter() { return m_painter; }
-
     /// Begins the job with its first page, or the next page. A job that cannot begin is thrown away
     /// at once.
     Result NextPage();
+    /// Draws on the page that was begun last, at once or in Finish: what the drawing refers to must
+    /// live until then.
+    using Drawing = std::function<void(QPainter &painter)>;
+    void Draw(Drawing drawing);
     /// Ends the job and releases it. If that fails it is thrown away.
     Result Finish();
     void Discard();
@@ -49,8 +55,13 @@ class PrintPaper final
     class Sheets;
 
   private:
+    using Page = std::vector<Drawing>;
+
+    Result BeginPage();
     Result BeginJob();
+    Result DrawPages();
 
     std::unique_ptr<Sheets> m_sheets; ///< outlives the painter
     QPainter m_painter;
+    std::vector<Page> m_pages; ///< that wait to be drawn
 };

@@ -15,7 +15,8 @@ class QtPrintOutput final : public PrintOutput
     explicit QtPrintOutput(OpenFiles &files) : m_files(files) {}
 
     std::unique_ptr<PrinterDevice> MakePrinter(const PrinterChoice &choice) override;
-    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override;
+    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice,
+                     WorkProgress &progress) override;
 
   private:
     OpenFiles &m_files;

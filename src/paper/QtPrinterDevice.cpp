@@ -115,10 +115,12 @@ void QtPrinterDevice::DrawRun()
 {
     if (m_run.text.isEmpty())
         return;
-    QPainter &painter = m_pages->paper.Painter();
-    painter.setFont(m_run.face->font);
-    painter.setPen(Qt::black);
-    painter.drawText(Dots(m_run.at) + QPointF(0, m_run.face->metrics.ascent()), m_run.text);
+    const QPointF at = Dots(m_run.at) + QPointF(0, m_run.face->metrics.ascent());
+    m_pages->paper.Draw([at, face = m_run.face, text = m_run.text](QPainter &painter) {
+        painter.setFont(face->font);
+        painter.setPen(Qt::black);
+        painter.drawText(at, text);
+    });
     m_run = {};
 }
 
@@ -126,8 +128,12 @@ Result QtPrinterDevice::DrawLine(TwipPoint from, TwipPoint to)
 {
     DrawRun();
     constexpr qreal Thickness = 10; // half a point
-    m_pages->paper.Painter().setPen(QPen(Qt::black, Thickness * m_pages->dotsPerTwip));
-    m_pages->paper.Painter().drawLine(Dots(from), Dots(to));
+    const QPen pen(Qt::black, Thickness * m_pages->dotsPerTwip);
+    const QLineF line(Dots(from), Dots(to));
+    m_pages->paper.Draw([pen, line](QPainter &painter) {
+        painter.setPen(pen);
+        painter.drawLine(line);
+    });
     return {};
 }
 
@@ -139,7 +145,7 @@ Result QtPrinterDevice::DrawPicture(const PrinterPicture &picture, const TwipRec
         return Failure{QStringLiteral("The picture cannot be read")};
     if (Colour() == PrintColour::Monochrome)
         image.convertTo(QImage::Format_Grayscale8);
-    const QSizeF size = QSizeF(place.width, place.height) * m_pages->dotsPerTwip;
-    m_pages->paper.Painter().drawImage(QRectF(Dots(place.at), size), image);
+    const QRectF room(Dots(place.at), QSizeF(place.width, place.height) * m_pages->dotsPerTwip);
+    m_pages->paper.Draw([room, image](QPainter &painter) { painter.drawImage(room, image); });
     return {};
 }

@@ -75,7 +75,7 @@ void ClMyPrinter::printText(const QString &text, float x, float y)
     PrinterDevice &device = Device();
     device.SetPosition(m_cursor);
     bool firstOnLine = true;
-    for (QStringView rest = text; !rest.isEmpty();) {
+    for (QStringView rest = text; !rest.isEmpty() && StillWanted();) {
         const QString word = TakeWord(rest).toString();
         if (device.Position().x + device.TextWidth(word) > availableWidth()) {
             device.Print({}, LineEnd::NextLine);
@@ -157,9 +157,9 @@ bool ClMyPrinter::checkForNewPage()
     return true;
 }
 
-bool ClMyPrinter::setup(const QString &document)
+bool ClMyPrinter::setup(const PrintDialogRequest &request)
 {
-    const auto choice = m_prompts.ChoosePrinter({.document = document});
+    const auto choice = m_prompts.ChoosePrinter(request);
     if (!choice)
         return false;
     m_choice = *choice;

@@ -8,6 +8,8 @@
 #include <QList>
 #include <QStringList>
 
+#include <functional>
+
 class UserPrompts;
 
 /// A table of texts; every row has as many cells as the first.
@@ -47,6 +49,9 @@ class ClMyPrinter final
     bool fontBold() { return Device().FontBold(); }
     void SetFontBold(bool bold) { Device().SetFontBold(bold); }
 
+    /// Asked between words; if not, a long text ends early. Its run is then to be aborted.
+    std::function<bool()> StillWanted = [] { return true; };
+
     void abortPrint();
     void endPrint();
     void startPrint();
@@ -64,8 +69,8 @@ class ClMyPrinter final
     /// Begins a new page, and returns true, if the cursor is not above the bottom margin.
     bool checkForNewPage();
 
-    /// Lets the user choose the printer for a document; false if he cancels.
-    bool setup(const QString &document);
+    /// Lets the user choose the printer; false if he cancels.
+    bool setup(const PrintDialogRequest &request);
     /// How many times the user wants it.
     int Copies() const { return m_choice.copies; }
 

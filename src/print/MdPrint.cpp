@@ -3,16 +3,21 @@
 
 #include "MdPrint.h"
 
-#include "ByteLook.h"
 #include "Clock.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
 #include "FileName.h"
+#include "MdGetSpecialFolders.h"
 #include "MdSequenceEdition.h"
+#include "PrintSettings.h"
+#include "ProjectPrintout.h"
 #include "ProjectState.h"
-#include "SequenceRows.h"
 #include "SequenceSettings.h"
 #include "UserPrompts.h"
+
+#include <QScopedValueRollback>
+
+#include <memory>
 
 namespace
 {
@@ -32,10 +37,16 @@ class Hourglass
     const std::function<void(bool)> &m_setBusy;
 };
 
-/// What a representation without a meaning acts as; the lists have a rule of their own.
-qint16 PrintedForm(qint16 display)
+std::shared_ptr<const RichTextModel> CopyOf(const RichTextModel &model, qint64 from, qint64 to)
 {
-    return qint16(RepresentationOf(display, Representation::Decimal));
+    auto copy = std::make_shared<RichTextModel>();
+    while (from < to) {
+        const RichTextModel::StyleRun &run = model.RunAt(from);
+        const qint64 end = qMin(run.end, to);
+        copy->Extend(model.Bytes().sliced(from - model.Begin(), end - from), run.style);
+        from = end;
+    }
+    return copy;
 }
 
 } // namespace
@@ -43,154 +54,107 @@ qint16 PrintedForm(qint16 display)
 void MdPrint::PrintCommunication()
 {
     const Representation shown = m_parts.views.DisplayedRepresentation;
-    if (!IsRepresentation(int(shown)))
+    if (!IsRepresentation(int(shown)) || m_printing)
         return;
-    const RichTextModel &model = m_parts.views.View(shown);
-    PrintDialogRequest request = {.document = Titled(QStringLiteral("Communication")),
-                                  .flags = PrintFlags::ReturnDevice | PrintFlags::NoPageNumbers};
-    if (model.HasSelection())
+    const QString name = QString::fromLatin1(RowOf(shown).caption);
+    PrintDialogRequest request = {
+        .document = Titled(QStringLiteral("Communication")),
+        .flags = PrintFlags::ReturnDevice | PrintFlags::NoPageNumbers,
+        .pdfPath = PdfPath(QStringLiteral("communication ") + name),
+        .marginText = m_parts.settings.MarginText,
+    };
+    if (m_parts.views.View(shown).HasSelection())
         request.flags |= PrintFlags::Selection;
     const auto choice = m_parts.prompts.ChoosePrinter(request);
     if (!choice)
         return;
 
-    ViewPrintout printout = {model, model.Begin(), model.End(), m_parts.display.DispBack};
-    if (choice->selectionOnly && model.HasSelection()) {
-        printout.from = model.SelectionStart();
-        printout.to = model.SelectionEnd();
-    }
-    Result printed;
-    {
-        // No event is handled meanwhile, so the view keeps still; the ports keep what arrives.
-        const Hourglass hourglass(m_parts.setBusy);
-        printed = m_parts.output.PrintView(printout, *choice);
-    }
+    m_parts.settings.MarginText = choice->marginText;
+    const Result printed =
+        Print(request.document,
+              [&output = m_parts.output, printout = CopyOfView(*choice), choice = *choice](
+                  WorkProgress &progress) { return output.PrintView(printout, choice, progress); });
     // Whoever wanted paper sees that none comes; a missing file would pass for one that is there.
     if (printed.Failed() && !choice->pdfPath.isEmpty())
         ShowFailure(printed);
 }
 
+/// Of what is to be printed; the view goes on meanwhile.
+ViewPrintout MdPrint::CopyOfView(const PrinterChoice &choice) const
+{
+    const Representation shown = m_parts.views.DisplayedRepresentation;
+    const RichTextModel &view = m_parts.views.View(shown);
+    const bool selection = choice.selectionOnly && view.HasSelection();
+    ViewPrintout printout = {
+        .text = CopyOf(view, selection ? view.SelectionStart() : view.Begin(),
+                       selection ? view.SelectionEnd() : view.End()),
+        .background = m_parts.display.DispBack,
+    };
+    if (choice.marginText)
+        printout.margin = {QString::fromLatin1(RowOf(shown).caption), Today()};
+    return printout;
+}
+
 void MdPrint::PrintProject()
 {
+    if (m_printing)
+        return;
     if (m_parts.sequences.SendCount() < 1 && m_parts.sequences.ReceiveCount() < 1) {
         m_parts.prompts.ShowMessage(CriticalMessage(QStringLiteral("Nothing to print")));
         return;
     }
-    const QString &name = m_parts.project.ProjectFileName;
+    const ProjectState &project = m_parts.project;
+    const QString &name = project.ProjectFileName;
     const QString document =
         Titled(name.isEmpty() ? QStringLiteral("Project") : FileName::Shown(name));
-    if (!Printer().setup(document))
+    if (!Printer().setup({.document = document, .pdfPath = PdfPath({})}))
         return;
-    if (const Result printed = PrintCopies(); printed.Failed())
-        ShowFailure(printed);
-}
 
-/// All copies in one job; one that fails is thrown away.
-Result MdPrint::PrintCopies()
-{
-    const Hourglass hourglass(m_parts.setBusy);
-    ClMyPrinter &printer = Printer();
-    printer.startPrint();
-    for (int copy = 1; copy <= printer.Copies() && !printer.State().Failed(); ++copy) {
-        if (copy > 1)
-            printer.beginNewPage();
-        PrintCopy();
-    }
-    if (!printer.State().Failed())
-        printer.endPrint();
-    Result printed = printer.State();
-    if (printed.Failed())
-        printer.abortPrint();
-    return printed;
-}
-
-void MdPrint::PrintCopy()
-{
-    PrintHeader();
-    PrintSendSequences();
-    PrintEmptyLines(2);
-    PrintReceiveSequences();
-}
-
-void MdPrint::PrintHeader()
-{
-    const ProjectState &project = m_parts.project;
     // A folder may be chosen already while there is no project in it.
     const QString path = project.IsNamed()
                              ? FileName::Shown(project.ProjectDirectory + project.ProjectFileName)
                              : QString();
-    const QString today = m_parts.clock.ShortDate(m_parts.clock.Now().date());
-    Printer().SetFontBold(true);
-    Printer().printText(Titled(today));
-    Printer().printText(ByteLook::WithShapes(path));
-    Printer().SetFontBold(false);
-    PrintEmptyLines(2);
+    const ProjectPrintout printout({Titled(Today()), path}, m_parts.sequences,
+                                   m_parts.form.Display);
+    const Result printed =
+        Print(document, [&printer = Printer(), printout](WorkProgress &progress) {
+            return printout.PrintOn(printer, progress);
+        });
+    if (printed.Failed())
+        ShowFailure(printed);
 }
 
-void MdPrint::PrintSendSequences()
+/// What prints is copied into the thread, and so must be all that it prints.
+Result MdPrint::Print(const QString &document, const Printing &print)
 {
-    PrintHeading(QStringLiteral("Send Sequences"));
-    for (int i = 0; i < m_parts.sequences.SendCount() && !Printer().State().Failed(); ++i) {
-        const SendSequence &record = m_parts.sequences.SendAt(i);
-        PrintNameAndSequence(i, record.Name, record.Sequence);
-        PrintEmptyLines(1);
-    }
-}
-
-void MdPrint::PrintReceiveSequences()
-{
-    PrintHeading(QStringLiteral("Receive Sequences"));
-    for (int i = 0; i < m_parts.sequences.ReceiveCount() && !Printer().State().Failed(); ++i) {
-        const ReceiveSequence &record = m_parts.sequences.ReceiveAt(i);
-        PrintNameAndSequence(i, record.Name, record.Sequence);
-        PrintReceiveSequence(record);
-        PrintEmptyLines(1);
-    }
-}
-
-/// What follows the name and the sequence.
-void MdPrint::PrintReceiveSequence(const ReceiveSequence &record)
-{
-    Printer().printText(record.Active != 0 ? QStringLiteral("Receive sequence is active")
-                                           : QStringLiteral("Receive sequence is inactive"));
-    if (record.Answer > 0) {
-        const SendSequence *answer = m_parts.sequences.AnswerOf(record);
-        Printer().printText(QStringLiteral("Respond with the following send sequence: ") +
-                            (answer ? ByteLook::ToShapes(answer->Name) : QString()));
-    }
-    if (!record.Comment.isEmpty()) {
-        Printer().printText(QStringLiteral("After receiving the sequence, insert comment: ") +
-                            ByteLook::ToShapes(record.Comment));
-    }
-}
-
-void MdPrint::PrintHeading(const QString &text)
-{
-    Printer().SetFontBold(true);
-    Printer().printText(text);
-    Printer().SetFontBold(false);
-    Printer().printVertLine(0);
-    PrintEmptyLines(1);
-}
-
-void MdPrint::PrintNameAndSequence(int index, QByteArrayView name, QByteArrayView sequence)
-{
-    Printer().SetFontBold(true);
-    Printer().printText(QString::number(index) + QLatin1String(" - ") + ByteLook::ToShapes(name));
-    Printer().SetFontBold(false);
-    Printer().printText(
-        ByteLook::ToShapes(SequenceRows::ListText(PrintedForm(m_parts.form.Display), sequence)));
-}
-
-void MdPrint::PrintEmptyLines(int count)
-{
-    for (int i = 0; i < count; ++i)
-        Printer().printText({});
+    const QScopedValueRollback<bool> printing(m_printing, true);
+    const Hourglass hourglass(m_parts.setBusy);
+    const auto printed = std::make_shared<Result>();
+    m_hangs = !m_parts.prompts.DoWork(
+        QStringLiteral("Printing ") + document,
+        [print, printed](WorkProgress &progress) { *printed = print(progress); });
+    return m_hangs ? Result() : *printed;
 }
 
 QString MdPrint::Titled(const QString &text) const
 {
     return m_parts.project.ProgramTitle + QLatin1String(" - ") + text;
+}
+
+QString MdPrint::Today() const
+{
+    return m_parts.clock.ShortDate(m_parts.clock.Now().date());
+}
+
+QString MdPrint::PdfPath(const QString &kind) const
+{
+    const ProjectState &project = m_parts.project;
+    const bool beside =
+        project.IsNamed() && FileName::IsText(project.ProjectDirectory + project.ProjectFileName);
+    const QString folder = beside ? project.ProjectDirectory : project.LastFolder;
+    const QString first = beside ? project.ProjectFileName : QStringLiteral("Project");
+    return (folder.isEmpty() ? MdGetSpecialFolders() : folder) + first +
+           (kind.isEmpty() ? kind : u' ' + kind) + QLatin1String(".pdf");
 }
 
 void MdPrint::ShowFailure(const Result &printed)

@@ -5,17 +5,15 @@
 
 #include "ClMyPrinter.h"
 
-#include <QByteArrayView>
-
 #include <functional>
 #include <optional>
 
 class Clock;
 class CommunicationViews;
 class MdSequenceEdition;
-struct ReceiveSequence;
-struct SendSequence;
+class WorkProgress;
 struct DisplaySettings;
+struct PrintSettings;
 struct ProjectState;
 struct SequenceSettings;
 
@@ -26,6 +24,7 @@ struct PrintParts {
     const SequenceSettings &form;
     const MdSequenceEdition &sequences;
     CommunicationViews &views;
+    PrintSettings &settings;
     UserPrompts &prompts;
     const Clock &clock;
     PrintOutput &output;
@@ -33,7 +32,7 @@ struct PrintParts {
     std::function<void(bool)> setBusy;
 };
 
-/// The two print commands.
+/// The two print commands. Both print a copy, on a thread of its own.
 class MdPrint final
 {
   public:
@@ -44,22 +43,25 @@ class MdPrint final
     /// Both sequence tables, as text.
     void PrintProject();
 
+    /// The program ends, and a printout has not ended in time. It uses this object and what it
+    /// works with until the process is gone.
+    bool Hangs() const { return m_hangs; }
+
   private:
-    Result PrintCopies();
-    void PrintCopy();
-    void PrintHeader();
-    void PrintSendSequences();
-    void PrintReceiveSequences();
-    void PrintReceiveSequence(const ReceiveSequence &record);
-    void PrintHeading(const QString &text);
-    void PrintNameAndSequence(int index, QByteArrayView name, QByteArrayView sequence);
-    void PrintEmptyLines(int count);
+    ViewPrintout CopyOfView(const PrinterChoice &choice) const;
+    using Printing = std::function<Result(WorkProgress &progress)>;
+    Result Print(const QString &document, const Printing &print);
     /// Behind the program title.
     QString Titled(const QString &text) const;
+    QString Today() const;
+    /// The file that is proposed for a PDF, beside the project if it has a place.
+    QString PdfPath(const QString &kind) const;
     void ShowFailure(const Result &printed);
 
     ClMyPrinter &Printer();
 
     PrintParts m_parts;
     std::optional<ClMyPrinter> m_printer; ///< made on first use and kept
+    bool m_printing = false;
+    bool m_hangs = false;
 };

@@ -7,6 +7,7 @@
 #include "DisplaySettings.h"
 #include "LogSettings.h"
 #include "MdSequenceEdition.h"
+#include "PrintSettings.h"
 #include "Representation.h"
 #include "SequenceSettings.h"
 #include "SettingText.h"
@@ -201,6 +202,8 @@ constexpr std::array SettingRows = {
 
     ForgivingRow("View", "ControlCharacters",
                  Field<&StoredSettings::view, &ViewSettings::ControlCharacters>, "True"),
+    ForgivingRow("Print", "MarginText", Field<&StoredSettings::print, &PrintSettings::MarginText>,
+                 "False"),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

@@ -8,6 +8,7 @@ struct CommSettings;
 struct DisplaySettings;
 struct ListSettings;
 struct LogSettings;
+struct PrintSettings;
 struct SequenceSettings;
 struct StampSettings;
 struct ViewSettings;
@@ -26,4 +27,5 @@ struct StoredSettings {
     SequenceSettings *sequences = nullptr;
     QString *projectFolder = nullptr; ///< with trailing separator
     ViewSettings *view = nullptr;
+    PrintSettings *print = nullptr;
 };

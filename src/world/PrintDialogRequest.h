@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QPrinter;
 
@@ -23,8 +24,10 @@ constexpr int ReturnDevice = 0x100;  ///< the caller paints on the printer itsel
 
 /// One dialog that lets the user choose a printer.
 struct PrintDialogRequest {
-    QString document; ///< what the job is called, and at first the PDF file
+    QString document; ///< what the job is called
     int flags = PrintFlags::NoSelection | PrintFlags::NoPageNumbers;
+    QString pdfPath{};                   ///< the PDF file that is proposed; empty: the toolkit's
+    std::optional<bool> marginText = {}; ///< offers the check box, so at first
 
     bool SelectionChosen() const { return flags & PrintFlags::Selection; }
 };
@@ -38,5 +41,6 @@ struct PrinterChoice {
     PrintColour colour = PrintColour::Colour;
     int copies = 1;
     bool selectionOnly = false;
+    bool marginText = false;             ///< the margin says what the page shows
     std::shared_ptr<QPrinter> printer{}; ///< as it was set up; null: the system's default
 };

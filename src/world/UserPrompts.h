@@ -5,6 +5,7 @@
 
 #include "FileDialogRequest.h"
 #include "PrintDialogRequest.h"
+#include "WorkProgress.h"
 
 #include <QString>
 
@@ -61,6 +62,19 @@ class UserPrompts
 
     /// The chosen colour, starting from a given one, both 0x00BBGGRR; none if the user cancelled.
     virtual std::optional<qint32> ChooseColour(qint32 initial, const QString &title) = 0;
+
+    /// Does work that may take long on a thread of its own, and returns when it is done; it uses
+    /// nothing that others change meanwhile. Windows are painted but take no commands, and after a
+    /// while the user sees what is done, how far it is, and may cancel. False if the program ends
+    /// and the work does not: it then goes on until the process is gone.
+    using Work = std::function<void(WorkProgress &progress)>;
+    virtual bool DoWork(const QString &what, const Work &work)
+    {
+        Q_UNUSED(what)
+        WorkProgress progress;
+        work(progress);
+        return true;
+    }
 
     /// The system ends the program: from now on nothing waits for a hand, every prompt returns at
     /// once as if the user had escaped from it.

@@ -30,13 +30,11 @@ class RecordingOutput final : public PrintOutput
         choices << choice;
         return std::make_unique<Device>(*this);
     }
-    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice) override
+    Result PrintView(const ViewPrintout &printout, const PrinterChoice &choice,
+                     WorkProgress &) override
     {
         choices << choice;
-        viewsPrinted << printout.model.Bytes()
-                            .sliced(printout.from - printout.model.Begin(),
-                                    printout.to - printout.from)
-                            .toByteArray();
+        viewsPrinted << printout.text->Bytes().toByteArray();
         return {};
     }
 

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "WorkBox.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QThread>
+#include <QVBoxLayout>
+
+WorkBox::WorkBox(const QString &what, QWidget *owner)
+    : QDialog(owner),
+      m_progress(std::make_shared<WorkProgress>()),
+      lblWhat(new QLabel(what, this)),
+      pbDone(new QProgressBar(this))
+{
+    auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
+    cmdCancel = buttons->button(QDialogButtonBox::Cancel);
+    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    lblWhat->setObjectName(QStringLiteral("lblWhat"));
+    lblWhat->setTextFormat(Qt::PlainText);
+    pbDone->setObjectName(QStringLiteral("pbDone"));
+    pbDone->setAccessibleName(what);
+    auto *column = new QVBoxLayout(this);
+    column->addWidget(lblWhat);
+    column->addWidget(pbDone);
+    column->addWidget(buttons);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    setWindowTitle(QStringLiteral("Serimonde"));
+    setWindowModality(Qt::ApplicationModal);
+
+    constexpr int RefreshEach = 50; // milliseconds
+    m_refresh.setInterval(RefreshEach);
+    connect(&m_refresh, &QTimer::timeout, this, &WorkBox::Refresh);
+    connect(buttons, &QDialogButtonBox::rejected, this, &WorkBox::reject);
+}
+
+bool WorkBox::Do(const UserPrompts::Work &work)
+{
+    QThread *thread = QThread::create([work, progress = m_progress] { work(*progress); });
+    connect(thread, &QThread::finished, &m_loop, &QEventLoop::quit);
+    ShowUnseen();
+    m_since.start();
+    m_refresh.start();
+    thread->start();
+    m_loop.exec();
+    m_refresh.stop();
+    hide();
+    const bool ended = thread->isFinished();
+    if (ended)
+        delete thread;
+    return ended;
+}
+
+/// A modal dialog without a window on the screen: commands are blocked, and nothing flashes up.
+void WorkBox::ShowUnseen()
+{
+    setAttribute(Qt::WA_DontShowOnScreen);
+    show();
+}
+
+void WorkBox::BringToSight()
+{
+    hide();
+    setAttribute(Qt::WA_DontShowOnScreen, false);
+    show();
+}
+
+void WorkBox::Refresh()
+{
+    pbDone->setMaximum(m_progress->Steps());
+    pbDone->setValue(m_progress->Done());
+    cmdCancel->setEnabled(m_progress->CanBeCancelled());
+    // A message that stands meanwhile would be blocked by a box that comes up later.
+    if (testAttribute(Qt::WA_DontShowOnScreen) && isVisible() &&
+        std::chrono::milliseconds(m_since.elapsed()) >= Unseen &&
+        QApplication::activeModalWidget() == this)
+        BringToSight();
+}
+
+void WorkBox::reject()
+{
+    m_progress->Cancel();
+    Refresh();
+}
+
+void WorkBox::closeEvent(QCloseEvent *event)
+{
+    reject();
+    if (event->spontaneous()) {
+        event->ignore();
+        return;
+    }
+    QTimer::singleShot(MostTimeToEnd, &m_loop, &QEventLoop::quit);
+}
