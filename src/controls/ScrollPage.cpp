@@ -47,6 +47,7 @@ QSize ScrollPage::Bounded(QSize wanted) const
     QSize room = screen()->availableSize() - Surroundings;
     if (m_line && !m_line->isHidden())
         room.rheight() -= m_line->sizeHint().height();
+    wanted += QSize(1, 1); // at a broken scale the window may come out that much smaller
     if (wanted.height() > room.height())
         wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
     return wanted.boundedTo(room);

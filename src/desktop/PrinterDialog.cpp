@@ -3,6 +3,8 @@
 
 #include "PrinterDialog.h"
 
+#include "ScrollPage.h"
+
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QFileInfo>
@@ -68,23 +70,39 @@ void PrinterDialog::HideWhatIsNotOffered()
 /// The printer itself is not told the file: it would become one that writes files.
 void PrinterDialog::ProposePdf()
 {
+    constexpr int Letters = 40; // of a path that are to be seen
     auto *file = findChild<QLineEdit *>(FileField);
-    if (file && !m_request.pdfPath.isEmpty())
-        file->setText(m_request.pdfPath);
+    if (!file || m_request.pdfPath.isEmpty())
+        return;
+    file->setText(m_request.pdfPath);
+    file->setMinimumWidth(Letters * file->fontMetrics().averageCharWidth());
 }
 
-/// Above the buttons and the collapsed part, which stand last.
+/// All but the buttons scrolls where the screen is too small for the part that is collapsed first.
 void PrinterDialog::Arrange()
 {
     auto *column = qobject_cast<QBoxLayout *>(layout());
     if (!column)
         return;
-    auto *range = findChild<QWidget *>(RangeGroup);
-    int place = std::min(1, column->count());
-    if (range && m_request.SelectionChosen())
-        column->insertWidget(place++, range);
+    QWidgetList page;
+    for (int i = 0; i + 1 < column->count(); ++i)
+        page << column->itemAt(i)->widget();
+    if (page.isEmpty() || page.contains(nullptr))
+        return;
     if (CheckMarginText)
-        column->insertWidget(place, CheckMarginText);
+        page.insert(1, CheckMarginText);
+    auto *range = findChild<QWidget *>(RangeGroup);
+    if (range && m_request.SelectionChosen())
+        page.insert(1, range);
+
+    auto *content = new QWidget(this);
+    auto *inner = new QVBoxLayout(content);
+    inner->setContentsMargins({});
+    for (QWidget *each : page) {
+        column->removeWidget(each);
+        inner->addWidget(each);
+    }
+    column->insertWidget(0, new ScrollPage(content));
 }
 
 PrinterChoice PrinterDialog::Choice() const
