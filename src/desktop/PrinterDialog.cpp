@@ -103,6 +103,22 @@ void PrinterDialog::Arrange()
         inner->addWidget(each);
     }
     column->insertWidget(0, new ScrollPage(content));
+    OrderTabs(page);
+}
+
+/// From above to below, as the page is read.
+void PrinterDialog::OrderTabs(const QWidgetList &page)
+{
+    QWidget *last = nullptr;
+    for (QWidget *each : page) {
+        for (QWidget *part : QWidgetList{each} + each->findChildren<QWidget *>()) {
+            if (!(part->focusPolicy() & Qt::TabFocus))
+                continue;
+            if (last)
+                setTabOrder(last, part);
+            last = part;
+        }
+    }
 }
 
 PrinterChoice PrinterDialog::Choice() const

@@ -28,6 +28,7 @@ class PrinterDialog final : public QPrintDialog
     void HideWhatIsNotOffered();
     void ProposePdf();
     void Arrange();
+    static void OrderTabs(const QWidgetList &page);
 
     PrintDialogRequest m_request;
     std::shared_ptr<QPrinter> m_printer;

@@ -25,6 +25,8 @@ WorkBox::WorkBox(const QString &what, QWidget *owner)
     lblWhat->setTextFormat(Qt::PlainText);
     pbDone->setObjectName(QStringLiteral("pbDone"));
     pbDone->setAccessibleName(what);
+    constexpr int Letters = 40;
+    pbDone->setMinimumWidth(Letters * pbDone->fontMetrics().averageCharWidth());
     auto *column = new QVBoxLayout(this);
     column->addWidget(lblWhat);
     column->addWidget(pbDone);
@@ -72,9 +74,10 @@ void WorkBox::BringToSight()
 
 void WorkBox::Refresh()
 {
-    pbDone->setMaximum(m_progress->Steps());
-    pbDone->setValue(m_progress->Done());
     cmdCancel->setEnabled(m_progress->CanBeCancelled());
+    // How long it takes to hand over what was made, or to end, nobody knows.
+    pbDone->setMaximum(m_progress->CanBeCancelled() ? m_progress->Steps() : 0);
+    pbDone->setValue(m_progress->Done());
     // A message that stands meanwhile would be blocked by a box that comes up later.
     if (testAttribute(Qt::WA_DontShowOnScreen) && isVisible() &&
         std::chrono::milliseconds(m_since.elapsed()) >= Unseen &&
