@@ -20,6 +20,7 @@
 #include "support/ScriptedPrompts.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QGroupBox>
@@ -29,8 +30,10 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProcess>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSemaphore>
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -137,7 +140,7 @@ QHash<QRgb, int> DotsOf(const QImage &picture)
 }
 
 /// What the real dialog returns after acting in it; a dialog then still open is cancelled.
-std::optional<PrinterChoice> ChooseInDialog(QtPrompts &prompts, int flags,
+std::optional<PrinterChoice> ChooseInDialog(QtPrompts &prompts, const PrintDialogRequest &request,
                                             const std::function<void(QPrintDialog &)> &act)
 {
     QTimer::singleShot(0, qApp, [act] {
@@ -147,14 +150,14 @@ std::optional<PrinterChoice> ChooseInDialog(QtPrompts &prompts, int flags,
         if (modal && modal->isVisible())
             modal->reject();
     });
-    return prompts.ChoosePrinter({.document = "x", .flags = flags});
+    return prompts.ChoosePrinter(request);
 }
 
-void ChoosePdf(const QPrintDialog &dialog, const QString &path)
+/// The file that is proposed.
+void ChoosePdf(const QPrintDialog &dialog)
 {
     auto *printers = dialog.findChild<QComboBox *>("printers");
     printers->setCurrentIndex(printers->count() - 1);
-    dialog.findChild<QLineEdit *>("filename")->setText(path);
 }
 
 void PressOk(const QPrintDialog &dialog)
@@ -178,9 +181,14 @@ class tst_print : public QObject
     void AFailureThrowsTheProjectAway();
     void TheShownViewIsPrinted_data();
     void TheShownViewIsPrinted();
+    void PdfsAreProposedBesideTheProject_data();
+    void PdfsAreProposedBesideTheProject();
+    void ALongTextIsCancelled();
     void TheDialogTellsWhatWasChosen();
     void TheDialogOffersOnlyWhatHasAnEffect();
     void TheEndAnswersWhetherToOverwrite();
+    void WorkHasItsBox_data();
+    void WorkHasItsBox();
     void TheWindowPrints();
     void PdfOfAProject();
     void PdfOfAView();
@@ -203,6 +211,12 @@ void tst_print::AProjectIsPrintedLineByLine_data()
         bench.AddReceive({.Name = "Off", .Sequence = "B", .Active = 0});
         // Its answer is outside the table.
         bench.AddReceive({.Name = "Odd", .Sequence = "B", .Answer = 2000, .Active = 7});
+        // The printout is of the project as it was.
+        bench.prompts.beforeWork = [&bench] {
+            bench.tables.ClearProject();
+            bench.project = {};
+            bench.form.Display = 0;
+        };
     };
     add("full", fill, "Serimonde - modem",
         "1/0 *Serimonde - 5.11.26\n1/1 */home/m\u25A1e/modem\n1/4 *Send Sequences\n"
@@ -285,29 +299,40 @@ void tst_print::NothingIsPrintedWithoutAPrinter()
 
 void tst_print::AFailureThrowsTheProjectAway_data()
 {
-    const Cases<int, bool, QStringList> add("drawings", "failFinish", "ends");
-    add("at once", 0, false, {"discarded"});
-    add("in the second copy", 20, false, {"discarded"});
-    add("at the end", -1, true, {"finished", "discarded"});
+    const Cases<int, bool, bool, QStringList> add("drawings", "failFinish", "cancels", "ends");
+    add("at once", 0, false, false, {"discarded"});
+    add("in the second copy", 20, false, false, {"discarded"});
+    add("at the end", -1, true, false, {"finished", "discarded"});
+    add("cancelled at once", 0, false, true, {"discarded"});
+    add("cancelled in the second copy", 20, false, true, {"discarded"});
+    add("cancelled, and the disk full", 20, true, true, {"discarded"});
 }
 
 void tst_print::AFailureThrowsTheProjectAway()
 {
     QFETCH(int, drawings);
     QFETCH(bool, failFinish);
+    QFETCH(bool, cancels);
     RecordingOutput output = LargePaper();
-    output.drawingsUntilFailure = drawings;
+    output.drawingsUntilFailure = cancels && !failFinish ? -1 : drawings;
     output.failFinish = failFinish;
     PrintBench bench(output);
+    output.beforeDrawing = [&] {
+        if (cancels && output.drawn.size() == drawings)
+            bench.prompts.atWork->Cancel();
+    };
     bench.AddSend("Ping", "A");
     bench.prompts.printer->copies = 3;
     bench.print.PrintProject();
     QTEST(output.ends, "ends");
-    QVERIFY(drawings < 0 || output.drawn.size() == drawings + 1);
-    QCOMPARE(output.pages, drawings < 0 ? 3 : 1 + drawings / 13); // a copy draws 13 times
-    QCOMPARE(bench.prompts.shown, QList{PrintingFailed(failFinish ? "full" : "broken")});
-    QCOMPARE(bench.pointer, QStringLiteral("on off box "));
+    QVERIFY(drawings < 0 || cancels || output.drawn.size() == drawings + 1);
+    QVERIFY(!cancels || output.drawn.size() <= drawings + 13); // a copy draws 13 times
+    QCOMPARE(output.pages, drawings < 0 ? 3 : 1 + drawings / 13);
+    const MessagePrompt told = PrintingFailed(failFinish ? "full" : "broken");
+    QCOMPARE(bench.prompts.shown, cancels ? QList<MessagePrompt>() : QList{told});
+    QCOMPARE(bench.pointer, cancels ? "on off " : "on off box ");
 
+    cancels = false;
     output.drawingsUntilFailure = -1; // the next job starts clean
     output.failFinish = false;
     bench.print.PrintProject();
@@ -339,10 +364,109 @@ void tst_print::TheShownViewIsPrinted()
         bench.View(Representation(shown)).Select(7, 5);
     bench.views.DisplayedRepresentation = Representation(shown);
     bench.prompts.printer->selectionOnly = chooses;
+    output.beforeDrawing = [&] { bench.View(Representation(shown)).SetText("later", {}); };
     bench.print.PrintCommunication();
     QTEST(output.viewsPrinted, "printed");
+    QVERIFY(output.margins.isEmpty());
     QCOMPARE(flags ? bench.prompts.printsAsked.first().flags : 0, flags);
     QCOMPARE(bench.pointer, flags ? QStringLiteral("on off ") : QString());
+}
+
+void tst_print::PdfsAreProposedBesideTheProject_data()
+{
+    const Cases<QString, QString, QStringList> add("folder", "name", "paths");
+    add("saved", "/home/me/", "rev2.1",
+        {"/home/me/rev2.1.pdf", "/home/me/rev2.1 communication HEX.pdf"});
+    const QStringList unsaved = {"/last/Project.pdf", "/last/Project communication HEX.pdf"};
+    add("unsaved", "/home/me/", {}, unsaved);
+    add("of a name that is no text", "/home/me/", QString("caf") + QChar(0xDCE9), unsaved);
+}
+
+void tst_print::PdfsAreProposedBesideTheProject()
+{
+    RecordingOutput output;
+    PrintBench bench(output);
+    bench.AddSend("Ping", "A");
+    bench.views.DisplayedRepresentation = Representation::Hex;
+    bench.project.LastFolder = "/last/";
+    QFETCH(QString, folder);
+    bench.project.ProjectDirectory = folder;
+    QFETCH(QString, name);
+    bench.project.ProjectFileName = name;
+    bench.print.PrintProject();
+    bench.print.PrintCommunication();
+    QStringList proposed;
+    for (const PrintDialogRequest &request : bench.prompts.printsAsked)
+        proposed << request.pdfPath;
+    QTEST(proposed, "paths");
+}
+
+/// A sequence may be as long as a file.
+void tst_print::ALongTextIsCancelled()
+{
+    RecordingOutput output = LargePaper();
+    PrintBench bench(output);
+    output.beforeDrawing = [&] { bench.prompts.atWork->Cancel(); };
+    bench.AddSend("Ping", QByteArray(100000, 'A'));
+    bench.print.PrintProject();
+    QVERIFY(output.drawn.size() < 10);
+}
+
+void tst_print::WorkHasItsBox_data()
+{
+    const Cases<std::function<void(QDialog &)>, bool> add("act", "wanted");
+    add(
+        "which shows how far it is",
+        [](QDialog &box) { QTRY_COMPARE(box.findChild<QProgressBar *>()->value(), 7); }, true);
+    add(
+        "and can be cancelled",
+        [](QDialog &box) { box.findChild<QPushButton *>("cmdCancel")->click(); }, false);
+    add(
+        "by Escape too", [](QDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); }, false);
+    add(
+        "which the end of the program cancels", [](QDialog &) { frmMain::UnloadForms(nullptr); },
+        false);
+}
+
+/// Where there is no box to be seen yet, commands are blocked already.
+void tst_print::WorkHasItsBox()
+{
+    QFETCH(std::function<void(QDialog &)>, act);
+    QWidget window;
+    window.show();
+    QPushButton command(&window);
+    int commands = 0;
+    connect(&command, &QPushButton::clicked, &window, [&] { ++commands; });
+    command.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QTextStream errors(stderr);
+    QtPrompts prompts(errors);
+    QSemaphore acted;
+    bool seenAtOnce = true;
+    QTimer::singleShot(0, qApp, [&] {
+        auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        seenAtOnce = box && !box->testAttribute(Qt::WA_DontShowOnScreen);
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, command.geometry().center());
+        [&] {
+            QVERIFY(box);
+            QTRY_VERIFY(!box->testAttribute(Qt::WA_DontShowOnScreen));
+            act(*box);
+        }();
+        acted.release();
+    });
+    bool wanted = false;
+    const bool done = prompts.DoWork("x", [&](WorkProgress &progress) {
+        progress.Begin(10);
+        for (int i = 0; i < 7; ++i)
+            progress.Step();
+        acted.acquire();
+        wanted = progress.Settle();
+    });
+    QVERIFY(done && !seenAtOnce);
+    QTEST(wanted, "wanted");
+    QCOMPARE(commands, 0);
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, command.geometry().center());
+    QCOMPARE(commands, 1);
 }
 
 void tst_print::TheDialogTellsWhatWasChosen()
@@ -350,8 +474,14 @@ void tst_print::TheDialogTellsWhatWasChosen()
     const QTemporaryDir folder;
     QTextStream errors(stderr);
     QtPrompts prompts(errors);
-    const auto choice = ChooseInDialog(prompts, 265, [&](QPrintDialog &dialog) {
-        ChoosePdf(dialog, folder.filePath("x.pdf"));
+    const PrintDialogRequest request = {
+        .document = "x", .flags = 265, .pdfPath = folder.filePath("x.pdf"), .marginText = true};
+    const auto choice = ChooseInDialog(prompts, request, [&](QPrintDialog &dialog) {
+        auto *margin = dialog.findChild<QCheckBox *>("CheckMarginText");
+        QVERIFY(margin->isChecked() && margin->isVisible());
+        QVERIFY(dialog.findChild<QRadioButton *>("printSelection")->isVisible());
+        QVERIFY(dialog.findChild<QRadioButton *>("printSelection")->isChecked());
+        ChoosePdf(dialog);
         dialog.findChild<QSpinBox *>("copies")->setValue(3);
         dialog.findChild<QRadioButton *>("grayscale")->setChecked(true);
         dialog.printer()->setPageOrientation(QPageLayout::Landscape);
@@ -364,6 +494,7 @@ void tst_print::TheDialogTellsWhatWasChosen()
     QCOMPARE(choice->colour, PrintColour::Monochrome);
     QCOMPARE(choice->orientation, PageOrientation::Landscape);
     QVERIFY(choice->selectionOnly);
+    QVERIFY(choice->marginText);
 }
 
 /// The toolkit's dialog is searched by what it shows: the names by which it is told to hide choices
@@ -376,14 +507,16 @@ void tst_print::TheDialogOffersOnlyWhatHasAnEffect()
                                               {265, "1, Copies:, Print all, Selection"}};
     for (const auto &[flags, expected] : offers) {
         QStringList offered;
-        QVERIFY(!ChooseInDialog(prompts, flags, [&](const QPrintDialog &dialog) {
-            for (const auto *group : dialog.findChildren<QGroupBox *>())
-                if (group->title() == "Print range" || group->title() == "Output Settings")
-                    for (const auto *choice : group->findChildren<QWidget *>())
-                        if (const QString text = choice->property("text").toString();
-                            !choice->isHidden() && choice->parentWidget() == group)
-                            offered << (text.isEmpty() ? choice->metaObject()->className() : text);
-        }));
+        QVERIFY(!ChooseInDialog(
+            prompts, {.document = "x", .flags = flags}, [&](const QPrintDialog &dialog) {
+                for (const auto *group : dialog.findChildren<QGroupBox *>())
+                    if (group->title() == "Print range" || group->title() == "Output Settings")
+                        for (const auto *choice : group->findChildren<QWidget *>())
+                            if (const QString text = choice->property("text").toString();
+                                !choice->isHidden() && choice->parentWidget() == group)
+                                offered
+                                    << (text.isEmpty() ? choice->metaObject()->className() : text);
+            }));
         for (const char *other : {"QLabel", "Page Set:", "QComboBox"}) // a picture; disabled anyway
             offered.removeAll(other);
         offered.sort();
@@ -401,8 +534,8 @@ void tst_print::TheEndAnswersWhetherToOverwrite()
     QTextStream errors(&console);
     QtPrompts prompts(errors);
     QString question;
-    QVERIFY(!ChooseInDialog(prompts, 264, [&](QPrintDialog &dialog) {
-        ChoosePdf(dialog, file.fileName());
+    QVERIFY(!ChooseInDialog(prompts, {.pdfPath = file.fileName()}, [&](QPrintDialog &dialog) {
+        ChoosePdf(dialog);
         QTimer::singleShot(0, &dialog, [&] {
             if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget()))
                 question = box->text();
@@ -487,6 +620,12 @@ void tst_print::PdfOfAView()
     QCOMPARE(print({.orientation = PageOrientation::Landscape}).first(500), all);
     QVERIFY(PagesOf(path) > pages);
     QCOMPARE(print({.selectionOnly = true}), (QStringList{"line 1001"}));
+    const QStringList margined = print({.marginText = true});
+    const QRegularExpression margin("^ *ASCII +5\\.11\\.26 +Page (\\d+) of (\\d+)$");
+    QCOMPARE(margined.filter(margin).size(), pages);
+    QCOMPARE(margined.size(), portrait.size() + pages);
+    QCOMPARE(margin.match(margined.filter(margin).last()).captured(1), QString::number(pages));
+    QVERIFY(bench.settings.MarginText);
     QCOMPARE(bench.prompts.shown, QList<MessagePrompt>{});
 }
 
@@ -513,26 +652,32 @@ void tst_print::StylesShowOnPaper()
 
 void tst_print::PaperGoesThroughThePrinter_data()
 {
-    const Cases<QString, bool, int, bool> add("place", "project", "pages", "told");
-    add("a project", "paper.pdf", true, 2, false);
-    add("a view", "paper.pdf", false, 2, false);
-    add("a project on a printer that is out of order", "missing/paper.pdf", true, 0, true);
-    add("a view on a printer that is out of order", "missing/paper.pdf", false, 0, false);
+    const Cases<QString, bool, bool, int, bool> add("place", "project", "cancels", "pages", "told");
+    add("a project", "paper.pdf", true, false, 2, false);
+    add("a view", "paper.pdf", false, false, 2, false);
+    add("a project that is cancelled", "paper.pdf", true, true, 0, false);
+    add("a view that is cancelled", "paper.pdf", false, true, 0, false);
+    add("a project on a printer that is out of order", "missing/paper.pdf", true, false, 0, true);
+    add("a view on a printer that is out of order", "missing/paper.pdf", false, false, 0, false);
 }
 
-/// The toolkit's printer without a system behind it writes a file by itself.
+/// The toolkit's printer without a system behind it writes a file by itself. What it was given it
+/// writes even if the job is aborted.
 void tst_print::PaperGoesThroughThePrinter()
 {
     QFETCH(QString, place);
     QFETCH(bool, project);
+    QFETCH(bool, cancels);
     SystemBench on;
     PrintBench &bench = on.bench;
     bench.AddSend("Ping", "A");
     bench.View().AppendStyled("text", {});
+    bench.prompts.beforeWork = [&] { QVERIFY(!cancels || bench.prompts.atWork->Cancel()); };
     bench.prompts.printer = {.copies = 2, .printer = std::make_shared<QPrinter>()};
     bench.prompts.printer->printer->setOutputFileName(on.Path(place));
     project ? bench.print.PrintProject() : bench.print.PrintCommunication();
     QTEST(PagesOf(on.Path(place)), "pages");
+    QCOMPARE(QFile::exists(on.Path(place)), PagesOf(on.Path(place)) > 0);
     QTEST(bench.prompts.shown.contains(PrintingFailed("The printer does not accept the page")),
           "told");
 }

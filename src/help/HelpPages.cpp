@@ -27,6 +27,7 @@ constexpr auto Rows = std::to_array<Row>({
     {"dlgLogFile", "logging.html"},
     {"QAbstractPrintDialog", "printing.html"},
     {"QMessageBox", "messages.html"},
+    {"WorkBox", "printing.html"},
 });
 
 } // namespace

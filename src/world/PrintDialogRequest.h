@@ -24,7 +24,7 @@ constexpr int ReturnDevice = 0x100;  ///< the caller paints on the printer itsel
 
 /// One dialog that lets the user choose a printer.
 struct PrintDialogRequest {
-    QString document; ///< what the job is called
+    QString document{}; ///< what the job is called
     int flags = PrintFlags::NoSelection | PrintFlags::NoPageNumbers;
     QString pdfPath{};                   ///< the PDF file that is proposed; empty: the toolkit's
     std::optional<bool> marginText = {}; ///< offers the check box, so at first

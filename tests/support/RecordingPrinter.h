@@ -8,6 +8,8 @@
 
 #include <QStringList>
 
+#include <functional>
+
 /// The printout of a test: what was drawn where, and how the job ended. A letter is 100 twips wide
 /// and a line 200 high, bold or not; bold text is marked with "*".
 class RecordingOutput final : public PrintOutput
@@ -24,6 +26,8 @@ class RecordingOutput final : public PrintOutput
     QList<PrinterChoice> choices;
     QString setUp;               ///< orientation and colour, as numbers
     QByteArrayList viewsPrinted; ///< what was to be printed of views
+    QStringList margins;         ///< what their margins were to say
+    std::function<void()> beforeDrawing = [] {};
 
     std::unique_ptr<PrinterDevice> MakePrinter(const PrinterChoice &choice) override
     {
@@ -34,6 +38,9 @@ class RecordingOutput final : public PrintOutput
                      WorkProgress &) override
     {
         choices << choice;
+        beforeDrawing();
+        if (printout.margin)
+            margins << printout.margin->view + u' ' + printout.margin->date;
         viewsPrinted << printout.text->Bytes().toByteArray();
         return {};
     }
@@ -103,6 +110,7 @@ class RecordingOutput final : public PrintOutput
       private:
         Result Record(TwipPoint at, const QString &what)
         {
+            m_output.beforeDrawing();
             m_output.drawn << QStringLiteral("%1: %2,%3 ").arg(m_output.pages).arg(at.x).arg(at.y) +
                                   what;
             return m_output.drawingsUntilFailure-- == 0 ? Failure{QStringLiteral("broken")}

@@ -26,6 +26,8 @@ class ScriptedPrompts final : public UserPrompts
     QList<PrintDialogRequest> printsAsked;       ///< print dialogs
     std::optional<PrinterChoice> printer;        ///< what they are answered; empty: cancelled
     std::function<void()> whileStanding = [] {}; ///< what happens while a box is open
+    WorkProgress *atWork = nullptr;              ///< of the work under way, if there is any
+    std::function<void()> beforeWork = [] {};
 
     QList<std::pair<QString, qint32>> coloursAsked; ///< titles and first colours of dialogs
     QList<qint32> colours;                          ///< for the next ones; empty: cancelled
@@ -65,6 +67,16 @@ class ScriptedPrompts final : public UserPrompts
     {
         printsAsked << request;
         return printer;
+    }
+
+    bool DoWork(const QString &, const Work &work) override
+    {
+        WorkProgress progress;
+        atWork = &progress;
+        beforeWork();
+        work(progress);
+        atWork = nullptr;
+        return true;
     }
 
     std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override
