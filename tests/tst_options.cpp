@@ -193,7 +193,7 @@ void tst_options::EveryControlIsKeptOrNot()
     bench.Run({{[&] { bench.InOptions(compareAll); }, AtOnce}});
     QCOMPARE(bench.store.texts, expected);
     QCOMPARE(inForce.DispBack, 0x102030);
-    QVERIFY(inForce.styles[2] == (TextStyle{2, true, true, true}));
+    QVERIFY(inForce.styles[2] == (TextStyle{2, true, true, true, true}));
 }
 
 void tst_options::PortNumbersAreRead_data()

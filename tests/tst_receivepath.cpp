@@ -165,6 +165,9 @@ class tst_receivepath : public QObject
             const QByteArray expected = ViewText(row.representation, {"A\0", 2}) + " nil ";
             QCOMPARE(bench.Staged(row.representation), expected);
             QCOMPARE(bench.log.texts[size_t(row.representation)], expected);
+            const RichTextModel &box = bench.views.StagingBox(row.representation);
+            QCOMPARE(box.StandsForZero(box.Begin() + 1),
+                     row.representation == Representation::Ascii);
         }
     }
 

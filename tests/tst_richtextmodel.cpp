@@ -78,6 +78,34 @@ class tst_RichTextModel : public QObject
         QCOMPARE(changed.count(), 2);
     }
 
+    void ZerosStayWithTheirCharacters()
+    {
+        RichTextModel source, view;
+        const auto told = [&view] {
+            QByteArray text = view.Bytes().toByteArray();
+            for (qsizetype i = 0; i < text.size(); ++i)
+                text[i] = view.StandsForZero(view.Begin() + i) ? '0' : text[i];
+            return text;
+        };
+        view.AppendStyled("x", Plain);
+        for (int i = 0; i < 2; ++i) {
+            source.Extend("a\x81\x81", Plain);
+            source.NoteZeros({"a\0\x81", 3});
+            view.MoveViewContent(source);
+        }
+        QCOMPARE(told(), "xa0\x81"
+                         "a0\x81");
+        view.Replace(view.Begin() + 1, view.Begin() + 2, "yy", Plain);
+        QCOMPARE(told(), "xyy0\x81"
+                         "a0\x81");
+        view.Replace(view.Begin() + 3, view.Begin() + 5, {}, Plain);
+        QCOMPARE(told(), "xyya0\x81");
+        view.KeepLast(2);
+        QCOMPARE(told(), "0\x81");
+        view.SetText("\x81", Plain);
+        QCOMPARE(told(), "\x81");
+    }
+
     void SelectionStaysOnItsCharacters()
     {
         RichTextModel model;

@@ -89,6 +89,8 @@ void ViewFeed::StageInto(CommunicationViews &views, const DisplaySettings &displ
             text.resize(0);
             TrafficText::AppendBytes(text, r, event);
             box.Extend(text, display.styles[size_t(event.direction)]);
+            if (r == Representation::Ascii)
+                box.NoteZeros(event.bytes);
             box.Extend(event.comment, comments);
         }
         box.KeepLast(before + staged[size_t(r)]);

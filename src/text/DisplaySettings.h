@@ -11,8 +11,8 @@
 struct DisplaySettings {
     qint32 DispBack = 0xFFFFFF; ///< background, 0x00BBGGRR
     /// By StyleIndex: blue, red and green.
-    std::array<TextStyle, StyleIndex::Count> styles = {TextStyle{0xFF0000}, TextStyle{0x0000FF},
-                                                       TextStyle{0x008000}};
+    std::array<TextStyle, StyleIndex::Count> styles = {
+        TextStyle{0xFF0000}, TextStyle{0x0000FF}, TextStyle{.colour = 0x008000, .aside = true}};
 
     bool operator==(const DisplaySettings &) const = default;
 };

@@ -6,6 +6,7 @@
 #include "CodePage1252.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -50,6 +51,18 @@ const RichTextModel::StyleRun &RichTextModel::RunAt(qint64 position) const
                              [](qint64 wanted, const StyleRun &run) { return wanted < run.end; });
 }
 
+void RichTextModel::NoteZeros(QByteArrayView bytes)
+{
+    const qint64 from = End() - bytes.size();
+    for (qsizetype at = bytes.indexOf('\0'); at >= 0; at = bytes.indexOf('\0', at + 1))
+        m_zeros.push_back(from + at);
+}
+
+bool RichTextModel::StandsForZero(qint64 position) const
+{
+    return std::binary_search(m_zeros.begin(), m_zeros.end(), position);
+}
+
 void RichTextModel::AppendStyled(QByteArrayView text, const TextStyle &style)
 {
     if (!text.isEmpty()) {
@@ -91,6 +104,8 @@ void RichTextModel::MoveViewContent(RichTextModel &source)
     m_text.append(source.m_text);
     for (const StyleRun &run : source.m_runs)
         AppendRun(run.end + shift, run.style);
+    std::transform(source.m_zeros.begin(), source.m_zeros.end(), std::back_inserter(m_zeros),
+                   [shift](qint64 zero) { return zero + shift; });
     Trim();
     source.CutFront(source.Length());
     Q_EMIT source.Changed();
@@ -132,6 +147,7 @@ void RichTextModel::Replace(qint64 from, qint64 to, QByteArrayView text, const T
     }
 
     m_text.replace(from - m_begin, to - from, text);
+    MoveZeros(from, to, behind);
     m_caret = m_anchor = behind;
     ++m_editRevision;
     if (behind > from)
@@ -195,12 +211,21 @@ void RichTextModel::AppendRun(qint64 end, const TextStyle &style)
         m_runs.push_back({end, style});
 }
 
+/// What stood in [from, to) has gone, what stood at to stands behind now.
+void RichTextModel::MoveZeros(qint64 from, qint64 to, qint64 behind)
+{
+    const auto first = std::lower_bound(m_zeros.begin(), m_zeros.end(), from);
+    const auto kept = m_zeros.erase(first, std::lower_bound(first, m_zeros.end(), to));
+    std::for_each(kept, m_zeros.end(), [&](qint64 &zero) { zero += behind - to; });
+}
+
 void RichTextModel::CutFront(qsizetype count)
 {
     m_begin += count;
     m_text.remove(0, count);
     while (!m_runs.empty() && m_runs.front().end <= m_begin)
         m_runs.pop_front();
+    m_zeros.erase(m_zeros.begin(), std::lower_bound(m_zeros.begin(), m_zeros.end(), m_begin));
     m_caret = qMax(m_caret, m_begin);
     m_anchor = qMax(m_anchor, m_begin);
 }

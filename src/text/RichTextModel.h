@@ -47,6 +47,11 @@ class RichTextModel final : public QObject
     const StyleRun &RunAt(qint64 position) const;
     const std::deque<StyleRun> &Runs() const { return m_runs; }
 
+    /// Notes for the last characters, as many as there are bytes, which of them stand for a byte 0:
+    /// the text has no character for it. Nothing but a painter asks.
+    void NoteZeros(QByteArrayView bytes);
+    bool StandsForZero(qint64 position) const;
+
     /// Grows with every change that is not an append or a cut from the front; a layout that was
     /// made for another revision is void.
     quint64 EditRevision() const { return m_editRevision; }
@@ -99,11 +104,13 @@ class RichTextModel final : public QObject
 
   private:
     void AppendRun(qint64 end, const TextStyle &style);
+    void MoveZeros(qint64 from, qint64 to, qint64 behind);
     void CutFront(qsizetype count);
     void Trim();
 
     QByteArray m_text;
     std::deque<StyleRun> m_runs;
+    std::deque<qint64> m_zeros; ///< positions, ascending
     qint64 m_begin = 0;
     qint64 m_caret = 0;
     qint64 m_anchor = 0;

@@ -11,6 +11,7 @@ struct TextStyle {
     bool bold = false;
     bool italic = false;
     bool underline = false;
+    bool aside = false; ///< no traffic: written beside it by the program or the user
 
     bool operator==(const TextStyle &) const = default;
 };
