@@ -177,7 +177,8 @@ class tst_frmmain : public QObject
             QCOMPARE(texts.mid(4),
                      (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
-                                  open ? "C&lear-" : "C&lear", "Li&ne Status..."}));
+                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
+                                  "Cont&rol Characters"}));
             bench.Find<QAction>("mnuViewClean")->trigger();
             QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
         }

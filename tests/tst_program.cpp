@@ -5,6 +5,7 @@
 #include "LineLoop.h"
 #include "MainLoop.h"
 #include "Representation.h"
+#include "RichTextBox.h"
 #include "RunState.h"
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
@@ -385,6 +386,21 @@ class tst_program : public QObject
         QCOMPARE(bench.store.texts["Communication/CommStopBits"], "0");
         QCOMPARE(bench.store.texts["Communication/CommPortA"], "9");
         QVERIFY(!bench.store.texts.contains("Ports/COM9"));
+    }
+
+    void TheTickForControlCharactersIsKept()
+    {
+        ProgramBench bench;
+        QList<bool> shown;
+        bench.Run({{.act = [&] {
+            const auto *tick = bench.program->Window()->findChild<QAction *>("mnuViewControls");
+            const auto *view = bench.program->Window()->findChild<RichTextBox *>("txtASCII");
+            shown << view->ShowsControls() << tick->isChecked();
+            bench.program->Execute(Command::ControlCharacters);
+            shown << view->ShowsControls() << tick->isChecked();
+        }}});
+        QCOMPARE(shown, QList({true, true, false, false}));
+        QCOMPARE(bench.store.texts["View/ControlCharacters"], "False");
     }
 
     void AnUnattendedRunLeavesItsPicture()

@@ -6,6 +6,7 @@
 #include "RichTextAccessible.h"
 #include "RichTextBox.h"
 #include "RichTextModel.h"
+#include "support/Cases.h"
 #include "support/MouseLosses.h"
 
 #include <QAccessible>
@@ -98,6 +99,24 @@ QByteArray Lines(int from, int to)
     for (int i = from; i < to; ++i)
         lines += QByteArray::number(i).rightJustified(7, '0') + "\r\n";
     return lines;
+}
+
+/// The pixels that are filled with it.
+QRect Pixels(const QRectF &rect)
+{
+    return {QPoint(qRound(rect.left()), qRound(rect.top())),
+            QPoint(qRound(rect.right()) - 1, qRound(rect.bottom()) - 1)};
+}
+
+/// Which of a row's cells look different in two pictures: "=" or "*" for each.
+QByteArray Changes(const QImage &before, const QImage &after, const QRectF &first, int cells)
+{
+    QByteArray changes;
+    for (int i = 0; i < cells; ++i) {
+        const QRect cell = Pixels(first.translated(i * first.width(), 0));
+        changes += before.copy(cell) == after.copy(cell) ? '=' : '*';
+    }
+    return changes;
 }
 
 /// How many pixels of the box have the colour exactly.
@@ -350,7 +369,7 @@ class tst_RichTextBox : public QObject
     {
         Desk desk;
         desk.box.clearFocus(); // no caret
-        desk.box.SetBackground(0x00102030);
+        desk.box.SetColours({.DispBack = 0x00102030});
         desk.model.AppendStyled("\x08\x08 \x7F AB", {0x000000FF, false, false, false});
         desk.model.AppendStyled("\r\n  __", {0x00FF0000, true, false, true});
         const auto cell = [&desk](qint64 at) { return desk.box.CharacterRect(at).toAlignedRect(); };
@@ -364,6 +383,111 @@ class tst_RichTextBox : public QObject
         desk.model.Select(2, 3);
         const QColor selection = desk.box.palette().color(QPalette::Inactive, QPalette::Highlight);
         QVERIFY(Count(desk.box, cell(2), selection.rgb()) >= 50);
+    }
+
+    void ControlCharactersArePaintedOnly_data()
+    {
+        const Cases<QByteArray, QByteArray, bool, QByteArray> row("text", "bytes", "aside",
+                                                                  "changes");
+        row("pictures for boxes",
+            "A\x01"
+            "B\x7F",
+            "", false, "=*=*");
+        row("CR LF behind its line", "AB\r\nC", "", false, "==**==");
+        row("CR alone", "AB\rC", "", false, "==*===");
+        row("an empty line", "\n", "", false, "*===");
+        row("TAB in its room", "A\tB", "", false, "=*=========");
+        row("no traffic", "A\tB\r\n", "", true, "=========");
+        row("a byte 0, and a byte that looks like it", "\x81\x81", {"\0\x81", 2}, false, "*==");
+    }
+
+    void ControlCharactersArePaintedOnly()
+    {
+        QFETCH(QByteArray, text);
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, aside);
+        QFETCH(QByteArray, changes);
+        Desk desk;
+        desk.box.clearFocus();
+        desk.model.AppendStyled(text, {.aside = aside});
+        desk.model.NoteZeros(bytes);
+        const QRectF first = desk.box.CharacterRect(0);
+        const QImage boxes = desk.page.grab().toImage();
+        desk.box.SetShowsControls(true);
+        QCOMPARE(Changes(boxes, desk.page.grab().toImage(), first, int(changes.size())), changes);
+        QCOMPARE(desk.Text(), text);
+        QCOMPARE(desk.box.PositionAt(QPointF(400, first.center().y())),
+                 desk.box.Layout().RowTextEnd(0)); // a click on what stands behind the line
+        desk.box.SetShowsControls(false);
+        QCOMPARE(desk.page.grab().toImage(), boxes);
+    }
+
+    void LineBreaksOfAFullLineStandInTheMargin()
+    {
+        Desk desk("x\r\n");
+        desk.box.clearFocus();
+        const int columns = desk.box.Layout().Columns();
+        desk.model.SetText(QByteArray(columns, 'x') + "\r\ny", Plain);
+        const QRectF first = desk.box.CharacterRect(desk.model.Begin());
+        const QImage boxes = desk.page.grab().toImage();
+        desk.box.SetShowsControls(true);
+        const QImage pictures = desk.page.grab().toImage();
+        QCOMPARE(Changes(boxes, pictures, first, columns), QByteArray(columns, '='));
+        QVERIFY(boxes != pictures);
+        QCOMPARE(desk.box.Layout().RowCount(), 2);
+    }
+
+    void ASelectedLineBreakIsThePictureOfIt()
+    {
+        Desk desk("AB\r\n");
+        desk.box.clearFocus();
+        desk.box.SetShowsControls(true);
+        const QImage before = desk.page.grab().toImage();
+        desk.model.Select(3, 4); // as a search for LF does
+        QCOMPARE(Changes(before, desk.page.grab().toImage(), desk.box.CharacterRect(0), 5),
+                 "===*=");
+        QVERIFY(desk.box.SelectionRect().contains(Pixels(desk.box.CharacterRect(3))));
+    }
+
+    void DefaultColoursFollowADarkPalette()
+    {
+        QCOMPARE(qRound(ViewColours::Contrast(Qt::black, Qt::white) * 100), 2100);
+        QCOMPARE(qRound(ViewColours::Contrast(QColor(0x76, 0x76, 0x76), Qt::white) * 100), 454);
+        DisplaySettings stored;
+        for (const QRgb base : {0xFF000000, 0xFF1E1E1E, 0xFF31363B, 0xFF4D4D4D, 0xFF707070}) {
+            QPalette dark;
+            dark.setColor(QPalette::Base, QColor(base));
+            const ViewColours colours(stored, dark);
+            QCOMPARE(colours.Ground().rgb(), base);
+            for (const TextStyle &style : stored.styles) {
+                const QColor text = colours.TextOf(style.colour);
+                QVERIFY(ViewColours::Contrast(text, QColor(base)) >= 4.5);
+                const int most = std::max({text.red(), text.green(), text.blue()});
+                QCOMPARE(style.colour, text.blue() == most    ? 0xFF0000
+                                       : text.green() == most ? 0x008000
+                                                              : 0x0000FF);
+            }
+        }
+        Desk desk;
+        desk.box.clearFocus();
+        desk.model.AppendStyled("  ", {0x0000FF, false, false, true});
+        desk.box.SetColours(stored);
+        const auto red = [&] { return Count(desk.box, desk.page.rect(), qRgb(255, 0, 0)); };
+        const auto white = [&] { return Count(desk.box, desk.page.rect(), qRgb(255, 255, 255)); };
+        QVERIFY(red() > 0 && white() > 0);
+        const QPalette light = QApplication::palette();
+        QPalette dark = light;
+        dark.setColor(QPalette::Base, Qt::black);
+        QApplication::setPalette(dark);
+        QTRY_VERIFY(red() == 0 && white() == 0);
+        QApplication::setPalette(light);
+        QTRY_VERIFY(red() > 0 && white() > 0);
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(white(), 0);
+        stored.styles[StyleIndex::Comment].colour = 0x008001; // the user has chosen
+        desk.box.SetColours(stored);
+        QVERIFY(red() > 0 && white() > 0);
+        QApplication::setPalette(light);
     }
 
     void PicturesOfControlCharactersFitAColumn()

@@ -310,6 +310,31 @@ class tst_sequencelists : public QObject
         QCOMPARE(metrics.horizontalAdvance(QChar(0x25A1)), metrics.horizontalAdvance(u'i'));
     }
 
+    void ControlCharactersArePicturesInPlaceOfTheirBoxes()
+    {
+        SendBench bench;
+        const auto show = [&](const QByteArray &bytes) {
+            bench.list.ModifyRow(0, {"n", "A | \x81 | \x81", "", {}, true, bytes});
+            QCOMPARE(bench.Text(0, SequenceColumn), QStringLiteral("A | \u25A1 | \u25A1"));
+        };
+        const auto grab = [&] { return bench.list.viewport()->grab().toImage(); };
+        show({});
+        const QImage boxes = grab();
+        show("A\x81\x81");
+        QCOMPARE(grab(), boxes);
+        show("A\r\x81");
+        const QImage picture = grab();
+        QRect changed;
+        for (int y = 0; y < boxes.height(); ++y)
+            for (int x = 0; x < boxes.width(); ++x)
+                changed |= boxes.pixel(x, y) != picture.pixel(x, y) ? QRect(x, y, 1, 1) : QRect();
+        const QFont font = bench.Data(0, SequenceColumn, Qt::FontRole).value<QFont>();
+        QVERIFY(changed.width() >= 3 &&
+                changed.width() <= std::ceil(QFontMetricsF(font).horizontalAdvance(u'A')));
+        show("A\n\x81");
+        QVERIFY(grab() != picture);
+    }
+
     void ToolTipsTellEverything()
     {
         ReceiveBench bench;

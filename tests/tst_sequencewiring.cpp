@@ -81,6 +81,7 @@ class tst_sequencewiring : public QObject
             QCOMPARE(bench.Rows(bench.sendList).first(), ask);
             QCOMPARE(bench.Rows(bench.receiveList).size(), 2);
             QCOMPARE(bench.Rows(bench.receiveList).first(), question);
+            QCOMPARE(bench.sendList.RowAt(0).bytes, ask.contains("i |") ? "Hi\r" : "");
         }
         QCOMPARE(bench.receiveList.RowAt(0).comment, "[asked]");
     }

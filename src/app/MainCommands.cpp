@@ -89,6 +89,8 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewFind", "&Find...", Command::Find, false},
     ViewEntry{"mnuViewClean", "C&lear", Command::Clean, false},
     ViewEntry{"mnuViewLineStatus", "Li&ne Status...", Command::LineStatus, false},
+    ViewEntry{"mnuViewBar0", nullptr, {}, false},
+    ViewEntry{"mnuViewControls", "Cont&rol Characters", Command::ControlCharacters, true},
 };
 
 } // namespace

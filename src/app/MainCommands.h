@@ -24,6 +24,7 @@ enum class Command {
     Start,
     Stop,
     Clean,
+    ControlCharacters, ///< turns over whether the views show them
     StartLog,
     StopLog,
     Cut,

@@ -137,6 +137,7 @@ void MdMain::MakeWindow()
     m_window = std::make_unique<frmMain>(MainWindowParts{m_comm, m_display, m_windowSettings,
                                                          m_listSettings, m_views, m_run,
                                                          m_projectState.ProgramTitle});
+    m_window->ShowControlCharacters(m_viewSettings.ControlCharacters);
     m_lists = std::make_unique<SequenceLists>(
         SequenceListParts{m_sequenceSettings, m_sequences, *m_communication, m_world.prompts,
                           m_window->SendList(), m_window->ReceiveList()});
@@ -202,6 +203,11 @@ void MdMain::WireCommands()
         {Command::Start, [this] { m_communication->OpenPorts(); }},
         {Command::Stop, [this] { m_communication->ClosePorts(); }},
         {Command::Clean, [this] { m_views.ClearViews(); }},
+        {Command::ControlCharacters,
+         [this] {
+             m_viewSettings.ControlCharacters = !m_viewSettings.ControlCharacters;
+             m_window->ShowControlCharacters(m_viewSettings.ControlCharacters);
+         }},
         {Command::StartLog, [this] { m_log.StartLog(); }},
         {Command::StopLog, [this] { m_log.StopLog(); }},
         {Command::HelpContents, [this] { m_help.ShowContents(); }},

@@ -199,7 +199,7 @@ void frmMain::InitViews()
 {
     tsTabStrip1->AddTabs();
     for (RichTextBox *box : m_boxes) {
-        box->SetBackground(m_parts.display.DispBack);
+        box->SetColours(m_parts.display);
         box->SetTypingStyle(m_parts.display.styles[StyleIndex::Comment]);
     }
     connect(tsTabStrip1, &ViewTabs::Chosen, this, &frmMain::ShowView);
@@ -416,6 +416,13 @@ void frmMain::EnableLogCommands(bool canStart, bool canStop)
 {
     m_actions->Enable(Command::StartLog, canStart);
     m_actions->Enable(Command::StopLog, canStop);
+}
+
+void frmMain::ShowControlCharacters(bool show)
+{
+    for (RichTextBox *box : m_boxes)
+        box->SetShowsControls(show);
+    m_actions->SetTicked(Command::ControlCharacters, show);
 }
 
 void frmMain::SetProjectModified(bool modified)

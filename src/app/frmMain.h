@@ -75,6 +75,8 @@ class frmMain final : public QWidget, public ProjectWindow
     void ShowPortStatus(const QString &text);
     void SetToolbarState(MdCommunication::ToolbarState state);
     void EnableLogCommands(bool canStart, bool canStop);
+    /// In the views, as pictures or as boxes, and as the tick in their menu.
+    void ShowControlCharacters(bool show);
 
     /// Whether the project has been modified is whether "Save" is enabled.
     void SetProjectModified(bool modified) override;

@@ -23,14 +23,13 @@ ByteFace::ByteFace(const QFont &font, qreal devicePixelRatio, Controls controls)
 
 quint32 ByteFace::LookOf(uchar byte, Controls controls) const
 {
-    const bool laysOut = byte == '\t' || byte == '\r' || byte == '\n';
     switch (ByteLook::KindOf(byte)) {
     case ByteLook::Kind::Blank:
         return Nothing;
     case ByteLook::Kind::Control:
-        if (controls == Controls::Boxes)
-            return laysOut ? Nothing : Box;
-        return Picture;
+        if (controls != Controls::Pictures && ByteLook::LaysOut(byte))
+            return Nothing;
+        return controls == Controls::LaidOutBoxes ? Box : Picture;
     case ByteLook::Kind::Empty:
         return Box;
     case ByteLook::Kind::Character:

@@ -14,9 +14,9 @@ class ByteFace final
   public:
     /// What shows a byte if it is no glyph of the font.
     enum Mark : quint32 { Nothing = 0xFFFFFFFF, Box = 0xFFFFFFFE, Picture = 0xFFFFFFFD };
-    /// Control characters are boxes where the text is laid out by them; those that do that, CR, LF
-    /// and TAB, are then nothing.
-    enum class Controls { Boxes, Pictures };
+    /// How control characters look. In a text that is laid out by CR, LF and TAB these are nothing
+    /// by themselves.
+    enum class Controls { LaidOutBoxes, LaidOutPictures, Pictures };
 
     ByteFace() = default;
     /// The ratio is that of the device's pixels to the units that are painted in.

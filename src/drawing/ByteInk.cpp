@@ -3,8 +3,6 @@
 
 #include "ByteInk.h"
 
-#include "ControlPictures.h"
-
 #include <QGlyphRun>
 #include <QPainter>
 
@@ -19,23 +17,29 @@ void ByteInk::Draw(QPainter &painter, const ByteFace &face, const QColor &colour
         run.setRawData(m_glyphs.data(), m_positions.data(), int(m_glyphs.size()));
         painter.drawGlyphRun({}, run);
     }
-    for (const Sign &sign : m_signs) {
-        if (sign.box)
-            DrawBox(painter, sign);
-        else
-            ControlPictures::Draw(painter, sign.cell, sign.byte, face.Dot());
-    }
+    for (const Box &box : m_boxes)
+        DrawBox(painter, box);
+    m_pictures.Draw(painter, face.Dot());
     m_glyphs.clear();
     m_positions.clear();
-    m_signs.clear();
+    m_boxes.clear();
+}
+
+/// What is drawn by hand.
+void ByteInk::AddSign(const ByteFace &face, uchar byte, const QRectF &cell, qreal baseline)
+{
+    if (face[byte] == ByteFace::Box)
+        m_boxes.push_back({cell, baseline});
+    else
+        AddPicture(face, byte, cell);
 }
 
 /// From the baseline to the height of a small letter.
-void ByteInk::DrawBox(QPainter &painter, const Sign &sign)
+void ByteInk::DrawBox(QPainter &painter, const Box &box)
 {
-    const qreal left = std::floor(sign.cell.left()) + 1.5;
-    const qreal width = std::floor(sign.cell.width()) - 2;
-    const qreal top = sign.cell.top() + std::ceil(sign.baseline * 0.3) + 0.5;
-    const qreal bottom = sign.cell.top() + sign.baseline - 0.5;
+    const qreal left = std::floor(box.cell.left()) + 1.5;
+    const qreal width = std::floor(box.cell.width()) - 2;
+    const qreal top = box.cell.top() + std::ceil(box.baseline * 0.3) + 0.5;
+    const qreal bottom = box.cell.top() + box.baseline - 0.5;
     painter.drawRect(QRectF(left, top, qMax(width, 1.0), bottom - top));
 }

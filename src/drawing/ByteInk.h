@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ByteFace.h"
+#include "ControlPictures.h"
 
 #include <QPointF>
 #include <QRectF>
@@ -26,25 +27,30 @@ class ByteInk final
             m_glyphs.push_back(look);
             m_positions.emplace_back(cell.left(), cell.top() + baseline);
         } else if (look != ByteFace::Nothing) {
-            m_signs.push_back({cell, baseline, look == ByteFace::Box, byte});
+            AddSign(face, byte, cell, baseline);
         }
+    }
+
+    /// The picture of a control character, whatever the face has for it.
+    void AddPicture(const ByteFace &face, uchar byte, const QRectF &cell)
+    {
+        m_pictures.Add(cell, byte, face.Dot());
     }
 
     /// Draws all that was added, and forgets it.
     void Draw(QPainter &painter, const ByteFace &face, const QColor &colour);
 
   private:
-    /// What is drawn by hand.
-    struct Sign {
+    struct Box {
         QRectF cell;
         qreal baseline;
-        bool box;
-        uchar byte;
     };
 
-    static void DrawBox(QPainter &painter, const Sign &sign);
+    void AddSign(const ByteFace &face, uchar byte, const QRectF &cell, qreal baseline);
+    static void DrawBox(QPainter &painter, const Box &box);
 
     std::vector<quint32> m_glyphs;
     std::vector<QPointF> m_positions;
-    std::vector<Sign> m_signs;
+    std::vector<Box> m_boxes;
+    ControlPictures::Strokes m_pictures;
 };

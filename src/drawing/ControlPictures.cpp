@@ -6,6 +6,7 @@
 #include "ByteLook.h"
 
 #include <QPainter>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -43,36 +44,51 @@ struct Script {
 constexpr Script Large = {&Letter::large, 4, 7, {5, 0}};
 constexpr Script Small = {&Letter::small, 3, 5, {3, 6}};
 
-void DrawLetter(QPainter &painter, const QPointF &at, char name, const Script &script, qreal dot)
+constexpr int Dots(char digit)
+{
+    return digit <= '9' ? digit - '0' : digit - 'A' + 10;
+}
+
+/// The dots of a column that touch each other are one stroke.
+void AddLetter(std::vector<QRect> &strokes, QPoint at, char name, const Script &script)
 {
     const auto *letter = std::find_if(std::begin(Letters), std::end(Letters),
                                       [name](const Letter &entry) { return entry.name == name; });
     if (letter == std::end(Letters))
         return;
-    for (int row = 0; row < script.height; ++row) {
-        const char digit = (letter->*script.rows)[row];
-        const int dots = digit <= '9' ? digit - '0' : digit - 'A' + 10;
-        for (int column = 0; column < script.width; ++column) {
-            if ((dots >> (script.width - 1 - column)) & 1)
-                painter.fillRect(QRectF(at.x() + column * dot, at.y() + row * dot, dot, dot),
-                                 painter.pen().color());
+    for (int column = 0; column < script.width; ++column) {
+        int top = 0;
+        for (int row = 0; row <= script.height; ++row) {
+            if (row < script.height &&
+                (Dots((letter->*script.rows)[row]) >> (script.width - 1 - column)) & 1)
+                continue;
+            if (row > top)
+                strokes.emplace_back(at.x() + column, at.y() + top, 1, row - top);
+            top = row + 1;
         }
     }
 }
 
-void DrawLetters(QPainter &painter, const QRectF &cell, QByteArrayView letters,
-                 const Script &script, qreal dot)
+/// Centred in the cell, but not to the left of it.
+void AddLetters(std::vector<QRect> &strokes, const QRectF &cell, QByteArrayView letters,
+                const Script &script)
 {
-    const auto steps = qreal(letters.size() - 1);
-    const qreal width = (script.width + steps * script.step.x()) * dot;
-    const qreal height = (script.height + steps * script.step.y()) * dot;
-    const qreal left = cell.left() + (cell.width() - width) / 2;
-    QPointF at(std::round(left / dot) * dot,
-               cell.top() + std::floor((cell.height() - height) / 2 / dot) * dot);
+    const auto steps = int(letters.size() - 1);
+    const QSize size(script.width + steps * script.step.x(),
+                     script.height + steps * script.step.y());
+    QPoint at(qMax(qRound(cell.left() + (cell.width() - size.width()) / 2), qCeil(cell.left())),
+              qRound(cell.top()) + qFloor((cell.height() - size.height()) / 2));
     for (const char letter : letters) {
-        DrawLetter(painter, at, letter, script, dot);
-        at += QPointF(script.step) * dot;
+        AddLetter(strokes, at, letter, script);
+        at += script.step;
     }
+}
+
+void Fill(QPainter &painter, std::vector<QRect> &rects, const QColor &colour)
+{
+    painter.setBrush(colour);
+    painter.drawRects(rects.data(), int(rects.size()));
+    rects.clear();
 }
 
 } // namespace
@@ -86,16 +102,40 @@ qreal DotFor(qreal advance, qreal devicePixelRatio)
     return qMax(std::floor(advance * ratio / (Large.step.x() + 2)), 1.0) / ratio;
 }
 
-void Draw(QPainter &painter, const QRectF &cell, uchar byte, qreal dot)
+void Strokes::Add(const QRectF &place, uchar byte, qreal dot)
 {
-    QColor ground = painter.pen().color();
-    ground.setAlphaF(0.13F);
-    painter.fillRect(cell.adjusted(1, 1, -1, -1), ground);
+    const QRectF cell(place.topLeft() / dot, place.size() / dot);
+    const int least = Small.width + Small.step.x();
+    const int top = qRound(cell.top() + 1 / dot);
+    const int bottom = qRound(cell.bottom() - 1 / dot);
+    const int left = qRound(cell.left());
+    if (cell.width() < least) {
+        m_letters.emplace_back(left, top, qMax(int(cell.width() / 2), 1), bottom - top);
+        return;
+    }
+    const qreal aside = qMin((cell.width() - least) / 2, 1 / dot);
+    m_grounds.emplace_back(QPoint(qRound(cell.left() + aside), top),
+                           QPoint(qRound(cell.right() - aside) - 1, bottom - 1));
     const QByteArrayView name = ByteLook::NameOf(byte);
-    if (qreal(name.size()) * Large.step.x() * dot <= cell.width())
-        DrawLetters(painter, cell, name, Large, dot);
+    if (qreal(name.size()) * Large.step.x() <= cell.width())
+        AddLetters(m_letters, cell, name, Large);
     else
-        DrawLetters(painter, cell, ByteLook::BriefNameOf(byte), Small, dot);
+        AddLetters(m_letters, cell, ByteLook::BriefNameOf(byte), Small);
+}
+
+void Strokes::Draw(QPainter &painter, qreal dot)
+{
+    if (m_letters.empty())
+        return;
+    const QColor colour = painter.pen().color();
+    QColor ground = colour;
+    ground.setAlphaF(0.13F * colour.alphaF());
+    painter.save();
+    painter.scale(dot, dot);
+    painter.setPen(Qt::NoPen);
+    Fill(painter, m_grounds, ground);
+    Fill(painter, m_letters, colour);
+    painter.restore();
 }
 
 } // namespace ControlPictures

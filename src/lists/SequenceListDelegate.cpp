@@ -3,9 +3,14 @@
 
 #include "SequenceListDelegate.h"
 
+#include "ByteLook.h"
+#include "ControlPictures.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOptionButton>
+
+#include <algorithm>
 
 namespace
 {
@@ -44,6 +49,24 @@ QColor OutlineTone(const QPalette &palette)
             between(base.blue(), text.blue())};
 }
 
+/// From one item of a sequence as ASCII to the next: the item and what separates it.
+constexpr qsizetype ItemPitch = 4;
+
+bool IsControl(char byte)
+{
+    return ByteLook::KindOf(uchar(byte)) == ByteLook::Kind::Control;
+}
+
+QColor TextColour(const QStyleOptionViewItem &cell)
+{
+    const bool active = cell.state & QStyle::State_Active;
+    const auto group = !(cell.state & QStyle::State_Enabled) ? QPalette::Disabled
+                       : active                              ? QPalette::Active
+                                                             : QPalette::Inactive;
+    return cell.palette.color(group, cell.state & QStyle::State_Selected ? QPalette::HighlightedText
+                                                                         : QPalette::Text);
+}
+
 /// A triangle that points to where the bytes go.
 void PaintArrow(QPainter &painter, const QRect &button, const QColor &colour)
 {
@@ -68,6 +91,14 @@ SequenceListDelegate::SequenceListDelegate(const SequenceListModel &model, QObje
 void SequenceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                  const QModelIndex &index) const
 {
+    const QByteArray &bytes = m_model.RowAt(index.row()).bytes;
+    if (index.column() == SequenceListModel::SequenceColumn &&
+        std::any_of(bytes.begin(), bytes.end(), IsControl)) {
+        QStyleOptionViewItem cell = option;
+        initStyleOption(&cell, index);
+        PaintSequence(*painter, cell, bytes);
+        return;
+    }
     if (index.column() != SequenceListModel::MarkColumn) {
         QStyledItemDelegate::paint(painter, option, index);
         return;
@@ -79,6 +110,41 @@ void SequenceListDelegate::paint(QPainter *painter, const QStyleOptionViewItem &
         PaintSendButton(*painter, option, index.row());
     else
         PaintActiveBox(*painter, option, index.row());
+}
+
+/// The text is the usual one, with room in place of the boxes, and the pictures stand in there.
+void SequenceListDelegate::PaintSequence(QPainter &painter, const QStyleOptionViewItem &given,
+                                         const QByteArray &bytes) const
+{
+    const QStyle *style = StyleOf(given);
+    QStyleOptionViewItem cell = given;
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, &cell, cell.widget) + 1;
+    const QRect room = style->subElementRect(QStyle::SE_ItemViewItemText, &cell, cell.widget)
+                           .adjusted(margin, 0, -margin, 0);
+    for (qsizetype i = 0; i < bytes.size() && i * ItemPitch < cell.text.size(); ++i) {
+        if (IsControl(bytes[i]))
+            cell.text[i * ItemPitch] = QChar::Nbsp;
+    }
+    const QString whole = cell.text;
+    cell.text = cell.fontMetrics.elidedText(whole, cell.textElideMode, room.width());
+    style->drawControl(QStyle::CE_ItemViewItem, &cell, &painter, cell.widget);
+
+    const QFontMetricsF metrics(cell.font);
+    const qreal advance = metrics.horizontalAdvance(u'0');
+    const qreal dot = ControlPictures::DotFor(advance, painter.device()->devicePixelRatioF());
+    const qsizetype shown = cell.text == whole ? whole.size() : cell.text.size() - 1;
+    ControlPictures::Strokes pictures;
+    for (qsizetype i = 0; i < bytes.size() && i * ItemPitch < shown; ++i) {
+        const qreal left = room.left() + metrics.horizontalAdvance(whole, int(i * ItemPitch));
+        if (IsControl(bytes[i]))
+            pictures.Add({left, qreal(room.top()), advance, qreal(room.height())}, uchar(bytes[i]),
+                         dot);
+    }
+    painter.save();
+    painter.setClipRect(room, Qt::IntersectClip);
+    painter.setPen(TextColour(cell));
+    pictures.Draw(painter, dot);
+    painter.restore();
 }
 
 void SequenceListDelegate::PaintSendButton(QPainter &painter, const QStyleOptionViewItem &cell,

@@ -7,8 +7,8 @@
 
 #include <QStyledItemDelegate>
 
-/// Paints the cells of a sequence list: the send button or the check box of the first column, and
-/// all others as usual. It never changes anything.
+/// Paints the cells of a sequence list: the send button or the check box of the first column,
+/// control characters of a sequence as pictures, and all else as usual. It never changes anything.
 class SequenceListDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -26,6 +26,8 @@ class SequenceListDelegate final : public QStyledItemDelegate
                      const QModelIndex &index) override;
 
   private:
+    void PaintSequence(QPainter &painter, const QStyleOptionViewItem &cell,
+                       const QByteArray &bytes) const;
     void PaintSendButton(QPainter &painter, const QStyleOptionViewItem &cell, int row) const;
     void PaintActiveBox(QPainter &painter, const QStyleOptionViewItem &cell, int row) const;
 

@@ -20,6 +20,12 @@ enum class Kind {
 
 Kind KindOf(uchar byte);
 
+/// Whether it breaks lines or moves on to the next stop where a text is laid out.
+constexpr bool LaysOut(uchar byte)
+{
+    return byte == '\t' || byte == '\r' || byte == '\n';
+}
+
 /// The character whose glyph shows a byte: a soft hyphen, which has no width of its own, is a
 /// hyphen; a control character or an empty code is an empty box.
 QChar ShapeOf(uchar byte);

@@ -3,7 +3,7 @@
 
 #include "RichTextPainter.h"
 
-#include "BgrColour.h"
+#include "Common_Function.h"
 #include "RichTextLayout.h"
 #include "RichTextModel.h"
 
@@ -20,10 +20,29 @@ size_t FaceOf(const TextStyle &style)
     return (style.bold ? 1U : 0U) + (style.italic ? 2U : 0U);
 }
 
+bool IsSelected(const RichTextModel &model, qint64 position, const RichTextPainter::Part &part)
+{
+    return part.selectionBack.isValid() && position >= model.SelectionStart() &&
+           position < model.SelectionEnd();
+}
+
+QColor ColourOf(const TextStyle &style, bool selected, const RichTextPainter::Part &part)
+{
+    const QColor colour = selected ? part.selectionText : part.colours.TextOf(style.colour);
+    return part.grey ? RichTextPainter::ToGrey(colour) : colour;
+}
+
+QColor PaleOf(QColor colour)
+{
+    colour.setAlphaF(0.6F);
+    return colour;
+}
+
 } // namespace
 
 RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio,
                                  ByteFace::Controls controls)
+    : m_pictures(controls != ByteFace::Controls::LaidOutBoxes)
 {
     qreal ascent = 0;
     qreal descent = 0;
@@ -54,11 +73,13 @@ void RichTextPainter::Paint(QPainter &painter, const RichTextLayout &layout, con
         PaintSelection(painter, layout, part);
 
     const qsizetype end = qMin(part.firstRow + part.rowCount, layout.RowCount());
-    Inks inks;
+    RowInks inks;
     painter.save();
     for (qsizetype row = part.firstRow; row < end; ++row) {
         CollectRow(inks, layout, row, part);
-        for (Ink &ink : inks)
+        for (Ink &ink : inks.text)
+            DrawInk(painter, ink);
+        for (Ink &ink : inks.pale)
             DrawInk(painter, ink);
         painter.translate(0, m_rowHeight);
     }
@@ -76,14 +97,40 @@ void RichTextPainter::PaintSelection(QPainter &painter, const RichTextLayout &la
     for (qsizetype row = first; row < end; ++row) {
         const int left = from <= layout.RowStart(row) ? 0 : layout.ColumnOf(row, from);
         int right = qMin(layout.ColumnOf(row, to), layout.Columns());
-        // A selected line break shows as one more column, so that an empty line can be seen.
-        if (to > layout.RowTextEnd(row) && layout.RowTextEnd(row) < layout.RowEnd(row))
+        const qint64 textEnd = layout.RowTextEnd(row);
+        const qreal top = qreal(row - part.firstRow) * m_rowHeight;
+        // A selected line break shows, so that an empty line can be seen: as its pictures, or as
+        // one more column.
+        if (ShowsBreak(layout, row)) {
+            for (qint64 at = qMax(from, textEnd); at < qMin(to, layout.RowEnd(row)); ++at)
+                painter.fillRect(BreakRect(layout, at, part.width).translated(0, top),
+                                 part.selectionBack);
+        } else if (to > textEnd && textEnd < layout.RowEnd(row)) {
             ++right;
+        }
         if (right > left)
-            painter.fillRect(QRectF(left * Advance(), qreal(row - part.firstRow) * m_rowHeight,
-                                    (right - left) * Advance(), m_rowHeight),
+            painter.fillRect(QRectF(left * Advance(), top, (right - left) * Advance(), m_rowHeight),
                              part.selectionBack);
     }
+}
+
+/// What the program or the user has broken is no traffic.
+bool RichTextPainter::ShowsBreak(const RichTextLayout &layout, qsizetype row) const
+{
+    const qint64 textEnd = layout.RowTextEnd(row);
+    return m_pictures && textEnd < layout.RowEnd(row) && !layout.Model().RunAt(textEnd).style.aside;
+}
+
+QRectF RichTextPainter::BreakRect(const RichTextLayout &layout, qint64 position, qreal width) const
+{
+    const qsizetype row = layout.RowOf(position);
+    const qint64 textEnd = layout.RowTextEnd(row);
+    if (position < textEnd || !ShowsBreak(layout, row))
+        return {};
+    const qreal left = qMin(layout.ColumnOf(row, textEnd), layout.Columns()) * Advance();
+    const qreal room = qMax(width - left, 0.0) / qreal(layout.RowEnd(row) - textEnd);
+    const qreal pitch = qMin(room, Advance());
+    return {left + qreal(position - textEnd) * pitch, 0, pitch, m_rowHeight};
 }
 
 RichTextPainter::Ink &RichTextPainter::InkFor(Inks &inks, size_t face, const QColor &colour)
@@ -96,42 +143,58 @@ RichTextPainter::Ink &RichTextPainter::InkFor(Inks &inks, size_t face, const QCo
 
 /// Sorts what a row shows by face and colour, so that each takes one drawing call. A call never
 /// spans rows: not every paint engine honours the height of each single glyph.
-void RichTextPainter::CollectRow(Inks &inks, const RichTextLayout &layout, qsizetype row,
+void RichTextPainter::CollectRow(RowInks &inks, const RichTextLayout &layout, qsizetype row,
                                  const Part &part) const
 {
     const RichTextModel &model = layout.Model();
-    const bool showsSelection = part.selectionBack.isValid();
-    const qint64 selectionStart = showsSelection ? model.SelectionStart() : 0;
-    const qint64 selectionEnd = showsSelection ? model.SelectionEnd() : 0;
     const qint64 end = layout.RowTextEnd(row);
     int column = 0;
     for (qint64 at = layout.RowStart(row); at < end && column < layout.Columns();) {
         const RichTextModel::StyleRun &run = model.RunAt(at);
         qint64 to = qMin(run.end, end);
-        const bool selected = at >= selectionStart && at < selectionEnd;
+        const bool selected = IsSelected(model, at, part);
         if (selected)
-            to = qMin(to, selectionEnd);
-        else if (at < selectionStart)
-            to = qMin(to, selectionStart);
-        const QColor colour = selected ? part.selectionText : BgrColour::ToColour(run.style.colour);
+            to = qMin(to, model.SelectionEnd());
+        else if (at < model.SelectionStart())
+            to = qMin(to, model.SelectionStart());
         column = CollectSegment(inks, layout,
-                                {at, to, column, run.style, part.grey ? ToGrey(colour) : colour});
+                                {at, to, column, run.style, ColourOf(run.style, selected, part)});
         at = to;
+    }
+    if (ShowsBreak(layout, row))
+        CollectBreak(inks, layout, row, part);
+}
+
+/// CR and LF may be of two styles.
+void RichTextPainter::CollectBreak(RowInks &inks, const RichTextLayout &layout, qsizetype row,
+                                   const Part &part) const
+{
+    const RichTextModel &model = layout.Model();
+    for (qint64 at = layout.RowTextEnd(row); at < layout.RowEnd(row); ++at) {
+        const TextStyle &style = model.RunAt(at).style;
+        const QColor colour = PaleOf(ColourOf(style, IsSelected(model, at, part), part));
+        Ink &ink = InkFor(inks.pale, FaceOf(style), colour);
+        ink.bytes.AddPicture(m_faces[ink.face], model.ByteAt(at),
+                             BreakRect(layout, at, part.width));
     }
 }
 
 /// Returns the column behind the segment.
-int RichTextPainter::CollectSegment(Inks &inks, const RichTextLayout &layout,
+int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
                                     const Segment &segment) const
 {
     const RichTextModel &model = layout.Model();
-    Ink &ink = InkFor(inks, FaceOf(segment.style), segment.colour);
+    Ink &ink = InkFor(inks.text, FaceOf(segment.style), segment.colour);
     const ByteFace &face = m_faces[ink.face];
     const qreal advance = Advance();
     int column = segment.column;
     for (qint64 at = segment.from; at < segment.to && column < layout.Columns(); ++at) {
         const uchar byte = model.ByteAt(at);
-        ink.bytes.Add(face, byte, {column * advance, 0, advance, m_rowHeight}, m_ascent);
+        const QRectF cell(column * advance, 0, advance, m_rowHeight);
+        const bool mayBeZero = m_pictures && byte == uchar(Common_Function::HiddenByteMark);
+        ink.bytes.Add(face, mayBeZero && model.StandsForZero(at) ? 0 : byte, cell, m_ascent);
+        if (byte == '\t' && m_pictures && !segment.style.aside)
+            InkFor(inks.pale, ink.face, PaleOf(segment.colour)).bytes.AddPicture(face, byte, cell);
         column = RichTextLayout::ColumnBehind(byte, column);
     }
     column = qMin(column, layout.Columns());

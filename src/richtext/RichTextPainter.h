@@ -5,8 +5,7 @@
 
 #include "ByteInk.h"
 #include "TextStyle.h"
-
-#include <QColor>
+#include "ViewColours.h"
 
 #include <array>
 #include <vector>
@@ -26,16 +25,23 @@ class RichTextPainter final
         qsizetype rowCount = 0;
         QColor selectionBack = QColor();
         QColor selectionText = QColor();
-        bool grey = false; ///< every colour as the grey of its brightness
+        bool grey = false;        ///< every colour as the grey of its brightness
+        ViewColours colours = {}; ///< what a stored colour is here
+        qreal width = 0;          ///< units from the origin that can be painted on
     };
 
     /// Row heights are whole device pixels at the ratio given. Pictures of control characters are
-    /// one column wide.
+    /// one column wide; those of CR, LF and TAB, which lay the text out, are pale and take no
+    /// column: they stand behind their line, and in the room of the TAB.
     explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1,
-                             ByteFace::Controls controls = ByteFace::Controls::Boxes);
+                             ByteFace::Controls controls = ByteFace::Controls::LaidOutBoxes);
 
     qreal Advance() const { return m_faces[0].Advance(); }
     qreal RowHeight() const { return m_rowHeight; }
+
+    /// Where the picture of a character of a row's line break stands, from the row's top left
+    /// corner. Pictures are narrower where the width leaves no room; empty if there is none.
+    QRectF BreakRect(const RichTextLayout &layout, qint64 position, qreal width) const;
 
     /// Paints with the first row's top left corner at the painter's origin. The background is the
     /// caller's. The layout must be up to date.
@@ -52,6 +58,10 @@ class RichTextPainter final
         std::vector<QRectF> lines{};
     };
     using Inks = std::vector<Ink>;
+    struct RowInks {
+        Inks text;
+        Inks pale; ///< what stands for no character of its own
+    };
 
     struct Segment {
         qint64 from;
@@ -63,12 +73,16 @@ class RichTextPainter final
 
     static Ink &InkFor(Inks &inks, size_t face, const QColor &colour);
     void PaintSelection(QPainter &painter, const RichTextLayout &layout, const Part &part) const;
-    void CollectRow(Inks &inks, const RichTextLayout &layout, qsizetype row,
+    void CollectRow(RowInks &inks, const RichTextLayout &layout, qsizetype row,
                     const Part &part) const;
-    int CollectSegment(Inks &inks, const RichTextLayout &layout, const Segment &segment) const;
+    int CollectSegment(RowInks &inks, const RichTextLayout &layout, const Segment &segment) const;
+    void CollectBreak(RowInks &inks, const RichTextLayout &layout, qsizetype row,
+                      const Part &part) const;
+    bool ShowsBreak(const RichTextLayout &layout, qsizetype row) const;
     void DrawInk(QPainter &painter, Ink &ink) const;
 
     std::array<ByteFace, 4> m_faces; ///< by bold (1) and italic (2)
     qreal m_rowHeight = 0;
     qreal m_ascent = 0;
+    bool m_pictures;
 };

@@ -3,7 +3,6 @@
 
 #include "RichTextView.h"
 
-#include "BgrColour.h"
 #include "CodePage1252.h"
 #include "FixedPitchFont.h"
 #include "RichTextModel.h"
@@ -103,7 +102,9 @@ const RichTextLayout &RichTextView::Layout()
 
 void RichTextView::RenewPainter()
 {
-    m_painter = RichTextPainter(font(), devicePixelRatioF());
+    m_painter = RichTextPainter(font(), devicePixelRatioF(),
+                                m_showsControls ? ByteFace::Controls::LaidOutPictures
+                                                : ByteFace::Controls::LaidOutBoxes);
     SetMeasures(m_painter.Advance(), m_painter.RowHeight());
     if (isVisible())
         LayOut();
@@ -167,11 +168,40 @@ void RichTextView::ScrollToSelection()
         verticalScrollBar()->setValue(int(qMax<qsizetype>(first - FullRows() / 3, 0)));
 }
 
-void RichTextView::SetBackground(qint32 colour)
+void RichTextView::SetColours(const DisplaySettings &stored)
 {
-    QPalette colours;
-    colours.setColor(QPalette::Base, BgrColour::ToColour(colour));
-    viewport()->setPalette(colours);
+    m_stored = stored;
+    FollowPalette();
+}
+
+void RichTextView::FollowPalette()
+{
+    if (!m_stored)
+        return;
+    m_colours = ViewColours(*m_stored, palette());
+    QPalette ground;
+    ground.setColor(QPalette::Base, m_colours.Ground());
+    viewport()->setPalette(ground);
+    viewport()->update();
+}
+
+void RichTextView::changeEvent(QEvent *event)
+{
+    TextControl::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        FollowPalette();
+}
+
+void RichTextView::SetShowsControls(bool shows)
+{
+    m_showsControls = shows;
+    RenewPainter();
+}
+
+/// Pictures behind a line may stand in the margin.
+qreal RichTextView::PaintedWidth() const
+{
+    return viewport()->width() - Margin;
 }
 
 QRectF RichTextView::CharacterRect(qint64 position)
@@ -180,6 +210,9 @@ QRectF RichTextView::CharacterRect(qint64 position)
     position = qBound(m_model.Begin(), position, m_model.End());
     const qsizetype row = m_layout.RowOf(position);
     QRectF rect = CellRect(row, m_layout.ColumnOf(row, position));
+    const QRectF picture = m_painter.BreakRect(m_layout, position, PaintedWidth());
+    if (!picture.isEmpty())
+        return picture.translated(Margin, rect.top());
     if (position < m_layout.RowTextEnd(row))
         rect.setRight(CellRect(row, m_layout.ColumnOf(row, position + 1)).left());
     return rect;
@@ -217,7 +250,8 @@ void RichTextView::paintEvent(QPaintEvent *)
     m_painter.Paint(painter, m_layout,
                     {verticalScrollBar()->value(), FullRows() + 1,
                      palette().color(QPalette::Active, QPalette::Highlight),
-                     palette().color(QPalette::Active, QPalette::HighlightedText)});
+                     palette().color(QPalette::Active, QPalette::HighlightedText), false, m_colours,
+                     PaintedWidth()});
     painter.translate(-Margin, -Margin);
     if (CaretVisible())
         PaintCaret(painter);

@@ -8,6 +8,8 @@
 #include "RichTextPainter.h"
 #include "TextControl.h"
 
+#include <optional>
+
 class RichTextModel;
 
 /// Shows a rich-text model; what keys and mouse do to it is the derived class's work. It follows
@@ -25,8 +27,12 @@ class RichTextView : public TextControl
     /// Up to date.
     const RichTextLayout &Layout();
 
-    /// 0x00BBGGRR.
-    void SetBackground(qint32 colour);
+    /// Shows the stored colours, as the palette wants them; until then all is as it is stored.
+    void SetColours(const DisplaySettings &stored);
+    /// Whether control characters are pictures, those of line breaks too, or boxes, which is so at
+    /// first.
+    void SetShowsControls(bool shows);
+    bool ShowsControls() const { return m_showsControls; }
     /// Scrolls, if need be, until the selection is in sight and away from the edges.
     void ScrollToSelection();
     void ScrollToPosition(qint64 position);
@@ -49,6 +55,7 @@ class RichTextView : public TextControl
     QRectF CaretRect() const override { return m_caretRect; }
 
     void RenewPainter() override;
+    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -68,6 +75,8 @@ class RichTextView : public TextControl
     };
 
     void FollowModel();
+    void FollowPalette();
+    qreal PaintedWidth() const;
     void LayOut();
     void RepaintIfChanged();
     void Announce();
@@ -78,6 +87,9 @@ class RichTextView : public TextControl
     RichTextLayout m_layout;
     RichTextCaret m_caret;
     RichTextPainter m_painter;
+    std::optional<DisplaySettings> m_stored; ///< the colours to show
+    ViewColours m_colours;
+    bool m_showsControls = false;
 
     qint64 m_top = 0; ///< position that the first row shows, unless the end is followed
     bool m_followsEnd = true;

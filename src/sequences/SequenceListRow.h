@@ -12,4 +12,5 @@ struct SequenceListRow {
     QByteArray answerName; ///< the third value; empty in the send list, which does not show it
     QByteArray comment{};  ///< receive list only
     bool active = true;    ///< receive list only
+    QByteArray bytes{};    ///< what the items of an ASCII text stand for; else empty
 };

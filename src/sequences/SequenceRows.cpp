@@ -6,23 +6,42 @@
 #include "MdSequenceEdition.h"
 #include "Representation.h"
 
+namespace
+{
+
+Representation RepresentationOfLists(qint16 display)
+{
+    return RepresentationOf(display, Representation::Ascii);
+}
+
+SequenceListRow WithBytes(SequenceListRow row, const QByteArray &sequence, qint16 display)
+{
+    if (RepresentationOfLists(display) == Representation::Ascii)
+        row.bytes = sequence;
+    return row;
+}
+
+} // namespace
+
 namespace SequenceRows
 {
 
 QByteArray ListText(qint16 display, QByteArrayView sequence)
 {
-    return RowOf(RepresentationOf(display, Representation::Ascii)).toList(sequence);
+    return RowOf(RepresentationOfLists(display)).toList(sequence);
 }
 
 SequenceListRow SendRow(const SendSequence &record, qint16 display)
 {
-    return {record.Name, ListText(display, record.Sequence), QByteArray()};
+    return WithBytes({record.Name, ListText(display, record.Sequence), QByteArray()},
+                     record.Sequence, display);
 }
 
 SequenceListRow ReceiveRow(const ReceiveSequence &record, qint16 display)
 {
-    return {record.Name, ListText(display, record.Sequence), record.AnswerName, record.Comment,
-            record.Active == 1};
+    return WithBytes({record.Name, ListText(display, record.Sequence), record.AnswerName,
+                      record.Comment, record.Active == 1},
+                     record.Sequence, display);
 }
 
 QList<SequenceListRow> SendRows(const MdSequenceEdition &sequences, qint16 display)
