@@ -48,6 +48,10 @@ class tst_mainlayout : public QObject
         QCOMPARE(down.receiveList, (Span{5410, 4240}));
         QCOMPARE(down.tabs, (Span{620, 8580}));
         QCOMPARE(down.views, (Span{990, 8110}));
+        const Vertical large = HSizeControls(5000, {10000, 500, 300, 400});
+        QCOMPARE(large.sendList, (Span{1020, 3980}));
+        QCOMPARE(large.receiveList, (Span{5540, 4110}));
+        QCOMPARE(large.views, (Span{1120, 7980}));
     }
 
     void NoLengthIsNegative()

@@ -15,6 +15,8 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include <cmath>
+
 namespace
 {
 
@@ -375,6 +377,14 @@ class tst_sequencelists : public QObject
         SendBench bench;
         bench.list.SetColumnWidths(Widths{50, -7, 2000000000}, Preset);
         QCOMPARE(bench.Stored(), (Widths{50, 24, 8192}));
+        QFont large = bench.list.font();
+        large.setPointSizeF(large.pointSizeF() * 2);
+        bench.list.header()->setFont(large);
+        bench.list.SetColumnWidths(Widths{40, 100, 150}, Preset); // as the user wants it
+        QCOMPARE(bench.Stored(), (Widths{40, 100, 150}));
+        bench.list.SetColumnWidths(Preset, Preset);
+        QVERIFY(bench.list.columnWidth(MarkColumn) >
+                QFontMetrics(large).horizontalAdvance(QStringLiteral("Send")));
     }
 
     void SequencesTakeTheFreeWidthUntilTheyAreDragged()

@@ -50,12 +50,12 @@ Vertical HSizeControls(int y, const InnerArea &inner)
     Vertical sums{};
     sums.splitter = Bounded(y, LeastListHeight, inner.height);
     sums.titleRow = inner.toolBar + 120;
-    sums.sendList = FromTo(sums.titleRow + TitleHeight, sums.splitter);
+    sums.sendList = FromTo(sums.titleRow + inner.title, sums.splitter);
     sums.receiveTitle = sums.splitter + 140;
-    sums.receiveList = FromTo(sums.receiveTitle + TitleHeight, aboveStatusBar - 50);
-    sums.tabs = FromTo(sums.titleRow, aboveStatusBar - 500);
-    sums.views = {sums.tabs.start + TitleHeight + 100,
-                  std::max(0, sums.tabs.length - TitleHeight - 200)};
+    sums.receiveList = FromTo(sums.receiveTitle + inner.title, aboveStatusBar - 50);
+    sums.tabs = FromTo(sums.titleRow, aboveStatusBar - BelowTabs);
+    sums.views = {sums.tabs.start + inner.title + 100,
+                  std::max(0, sums.tabs.length - inner.title - 200)};
     return sums;
 }
 

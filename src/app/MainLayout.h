@@ -19,6 +19,8 @@ constexpr int HorizontalDragLimit = 2000;
 constexpr int SplitterThickness = 100;
 /// The tabs are by so much narrower than what the splitter leaves them.
 constexpr int BesideTabs = 300;
+/// The room between the tab strip's body and the status bar, in which its ears hang.
+constexpr int BelowTabs = 500;
 
 /// A stretch along one axis.
 struct Span {
@@ -51,6 +53,7 @@ struct InnerArea {
     int height;
     int toolBar;
     int statusBar;
+    int title = TitleHeight; ///< more where the font of the titles needs it
 };
 
 /// Sums for the wanted left edge of the vertical splitter, bounded to 1,500 ... width - 1,500,

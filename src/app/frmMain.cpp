@@ -41,7 +41,7 @@ namespace
 
 using MainLayout::Span;
 
-/// Room for the ears of the tab strip, which hang below its body.
+/// Room for the ears of the tab strip, which hang below its body; a large font gets more.
 constexpr int TabEarsHeight = 400;
 /// A window that would show less of its top edge than this is brought back, in pixels.
 constexpr int LeastVisible = 40;
@@ -371,20 +371,23 @@ void frmMain::VSizeControls(int x)
 
 void frmMain::HSizeControls(int y)
 {
+    const int title = std::max(MainLayout::TitleHeight, Twips(lblTitle[0]->sizeHint().height()));
     const MainLayout::InnerArea inner = {Twips(m_inner->height()), Twips(tbToolBar->height()),
-                                         Twips(sbStatusBar->height())};
+                                         Twips(sbStatusBar->height()), title};
     const auto sums = MainLayout::HSizeControls(y, inner);
     m_hSplitt = sums.splitter;
-    const Span titleRow = {sums.titleRow, MainLayout::TitleHeight};
+    const int ears =
+        std::clamp(Twips(tsTabStrip1->sizeHint().height()), TabEarsHeight, MainLayout::BelowTabs);
+    const Span titleRow = {sums.titleRow, title};
     SetVertically(lblTitle[0], titleRow);
     SetVertically(lblTitle[1], titleRow);
-    SetVertically(lblTitle[2], {sums.receiveTitle, MainLayout::TitleHeight});
+    SetVertically(lblTitle[2], {sums.receiveTitle, title});
     SetVertically(ActionList, sums.sendList);
     SetVertically(picSendSequenceDeactivated, sums.sendList);
     SetVertically(HimgSplitter, {sums.splitter, MainLayout::SplitterThickness});
     SetVertically(EventList, sums.receiveList);
     SetVertically(m_tabBody, sums.tabs);
-    SetVertically(tsTabStrip1, {sums.tabs.start + sums.tabs.length, TabEarsHeight});
+    SetVertically(tsTabStrip1, {sums.tabs.start + sums.tabs.length, ears});
     for (RichTextBox *box : m_boxes)
         SetVertically(box, sums.views);
     SetVertically(VimgSplitter, {inner.toolBar, inner.height - inner.toolBar - inner.statusBar});

@@ -31,7 +31,7 @@ SplitterHandle::SplitterHandle(Qt::Orientation movement, int dragLimit, QWidget 
     setCursor(Horizontal() ? Qt::SplitHCursor : Qt::SplitVCursor);
     setFocusPolicy(Qt::TabFocus);
     m_picture->setAutoFillBackground(true);
-    m_picture->setBackgroundRole(QPalette::Dark);
+    m_picture->setBackgroundRole(QPalette::Highlight); // seen on light and dark
     m_picture->hide();
     connect(&m_hold, &MouseHold::Lost, m_picture, &QWidget::hide);
 }

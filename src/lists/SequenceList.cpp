@@ -63,6 +63,11 @@ void SequenceList::SetWidth(int column, int width)
         setColumnWidth(column, std::clamp(width, SmallestColumn, LargestColumn));
 }
 
+void SequenceList::FitFirstHeading()
+{
+    SetWidth(0, qMax(columnWidth(0), header()->sectionSizeHint(0)));
+}
+
 /// The heights of the rows follow the font.
 void SequenceList::changeEvent(QEvent *event)
 {

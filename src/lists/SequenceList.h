@@ -33,12 +33,15 @@ class SequenceList : public QTreeView
     const SequenceListRow &RowAt(int index) const { return m_model->RowAt(index); }
 
     /// In logical pixels, an array with a place for each column. What no window could have is
-    /// bounded. While the width of the sequences is the preset one, they take the free width.
+    /// bounded. While the width of the sequences is the preset one, they take the free width; and
+    /// while that of the first column is, it is wide enough for its heading.
     template <typename Widths> void SetColumnWidths(const Widths &widths, const Widths &presets)
     {
         constexpr auto Sequence = size_t(SequenceListModel::SequenceColumn);
         for (int column = 0; column < int(widths.size()); ++column)
             SetWidth(column, widths[size_t(column)]);
+        if (widths[0] == presets[0])
+            FitFirstHeading();
         m_sequences->SetPreset(presets[Sequence]);
         m_sequences->SetFree(widths[Sequence] == presets[Sequence]);
     }
@@ -78,6 +81,7 @@ class SequenceList : public QTreeView
 
   private:
     void SetWidth(int column, int width);
+    void FitFirstHeading();
     bool IsRow(int index) const { return index >= 0 && index < Count(); }
     /// The row on which a click acts at this place of the viewport, -1 for none: that of a mark,
     /// and the empty row all over.
