@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QRect>
 #include <QRectF>
 
 #include <vector>
