@@ -109,8 +109,9 @@ void Strokes::Add(const QRectF &place, uchar byte, qreal dot)
     const int top = qRound(cell.top() + 1 / dot);
     const int bottom = qRound(cell.bottom() - 1 / dot);
     const int left = qRound(cell.left());
-    if (cell.width() < least) {
-        m_letters.emplace_back(left, top, qMax(int(cell.width() / 2), 1), bottom - top);
+    if (cell.width() < least) { // too short for any character
+        const int height = qMax((bottom - top) / 3, 1);
+        m_letters.emplace_back(left, bottom - height, qMax(int(cell.width() / 2), 1), height);
         return;
     }
     const qreal aside = qMin((cell.width() - least) / 2, 1 / dot);

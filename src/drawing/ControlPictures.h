@@ -12,8 +12,8 @@ class QPainter;
 
 /// Pictures of the control characters: their names in small letters on a pale ground, in a cell of
 /// as many columns of a fixed-pitch font as they have letters. In a narrower cell it is two
-/// letters, the second below the first, and with no room for these a stripe. They are drawn here
-/// because the usual fonts lack them.
+/// letters, the second below the first, and with no room for these a short stroke. They are drawn
+/// here because the usual fonts lack them.
 namespace ControlPictures
 {
 
