@@ -105,16 +105,18 @@ class tst_detection : public QObject
 
     void AgreesWithThePlainDefinition_data()
     {
-        const Cases<int, int, int> row("alphabet", "longest", "records");
-        row("two letters, short sequences", 2, 5, 6);
-        row("two letters, long sequences", 2, 14, 40);
-        row("three letters, many sequences", 3, 8, 200);
-        row("all bytes, one and two long", 256, 2, 60);
+        const Cases<int, int, int, int> row("alphabet", "shortest", "longest", "records");
+        row("two letters, short sequences", 2, 0, 5, 6);
+        row("two letters, long sequences", 2, 0, 14, 40);
+        row("two letters, no short sequences", 2, 4, 9, 10);
+        row("three letters, many sequences", 3, 0, 8, 200);
+        row("all bytes, one and two long", 256, 0, 2, 60);
     }
 
     void AgreesWithThePlainDefinition()
     {
         QFETCH(int, alphabet);
+        QFETCH(int, shortest);
         QFETCH(int, longest);
         QFETCH(int, records);
         QRandomGenerator random(quint32(alphabet * 1000 + records));
@@ -133,7 +135,8 @@ class tst_detection : public QObject
         for (int round = 0; round < 3000; ++round) {
             if (random.bounded(10) == 0) { // the tables change while traffic runs
                 const int index = int(random.bounded(records));
-                tables.StoreReceive(index, {.Sequence = bytes(int(random.bounded(longest + 1))),
+                const QByteArray sequence = bytes(int(random.bounded(shortest, longest + 1)));
+                tables.StoreReceive(index, {.Sequence = sequence,
                                             .Comment = QByteArray::number(index),
                                             .Active = qint16(random.bounded(3))});
                 tables.CurrentReceiveIndex = int(random.bounded(records));

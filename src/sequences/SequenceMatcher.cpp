@@ -4,18 +4,26 @@
 #include "SequenceMatcher.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
 namespace
 {
 
 constexpr uint32_t FilterBits = 65536;
-constexpr uint32_t NoNode = 0; // the root is nobody's child
+constexpr uint32_t NoNode = 0;
 
-/// Fibonacci hashing (Knuth, The Art of Computer Programming 6.4): the high half of the product.
-uint32_t FilterPlace(uint32_t lastBytes)
+/// Fibonacci hashing (Knuth, The Art of Computer Programming 6.4): the high bits of the product are
+/// what counts.
+uint32_t Hash(uint32_t tail)
 {
-    return (lastBytes * 2654435769U) >> 16;
+    return tail * 2654435769U;
+}
+
+uint32_t FilterPlace(uint32_t tail)
+{
+    return Hash(tail) >> 16;
 }
 
 uint32_t LastFourBytes(const char *byte)
@@ -58,25 +66,11 @@ void SequenceMatcher::Build(const std::vector<Pattern> &patterns)
         return std::lexicographical_compare(a.bytes.begin(), a.bytes.end(), b.bytes.begin(),
                                             b.bytes.end());
     });
-    BuildFilter(patterns);
-    BuildTree(sorted);
-}
-
-void SequenceMatcher::BuildFilter(const std::vector<Pattern> &patterns)
-{
-    m_filter.assign(FilterBits / 64, 0);
-    qsizetype shortest = Padding;
+    m_tailBytes = Padding;
     for (const Pattern &pattern : patterns)
-        shortest = std::min(shortest, pattern.bytes.size());
-    m_filterBytes = shortest;
-    m_filterMask = MaskOfNewest(shortest);
-    for (const Pattern &pattern : patterns) {
-        QByteArray tail(Padding, '\0');
-        const auto newest = pattern.bytes.last(shortest);
-        std::copy(newest.begin(), newest.end(), tail.end() - shortest);
-        const uint32_t place = FilterPlace(LastFourBytes(&tail.back()) & m_filterMask);
-        m_filter[place / 64] |= uint64_t(1) << (place % 64);
-    }
+        m_tailBytes = std::min(m_tailBytes, pattern.bytes.size());
+    m_tailMask = MaskOfNewest(m_tailBytes);
+    BuildTree(sorted);
 }
 
 void SequenceMatcher::BuildTree(const std::vector<Reversed> &sorted)
@@ -84,34 +78,55 @@ void SequenceMatcher::BuildTree(const std::vector<Reversed> &sorted)
     m_nodes.assign(1, Node{});
     m_labels.clear();
     m_ends.clear();
-    m_rootChild.fill(NoNode);
-    if (sorted.empty())
-        return;
+    m_filter.assign(FilterBits / 64, 0);
+    // At most half full, so that the next place is rarely needed.
+    const int bits = int(std::bit_width(sorted.size())) + 1;
+    m_tails.assign(size_t(1) << bits, Tail{});
+    m_tailShift = 32 - bits;
 
-    std::vector<Pending> open = {{0, 0, sorted.size(), 0}};
+    std::vector<Pending> open;
+    for (size_t first = 0; first < sorted.size();) {
+        const QByteArray tail = sorted[first].bytes.first(m_tailBytes);
+        size_t last = first;
+        while (last < sorted.size() && sorted[last].bytes.startsWith(tail))
+            ++last;
+        QByteArray inText(Padding, '\0');
+        std::copy(tail.begin(), tail.end(), inText.rbegin());
+        PutTail(LastFourBytes(&inText.back()) & m_tailMask, uint32_t(m_nodes.size()));
+        open.push_back({uint32_t(m_nodes.size()), first, last, m_tailBytes});
+        m_nodes.emplace_back();
+        first = last;
+    }
     while (!open.empty()) {
         const Pending next = open.back();
         open.pop_back();
         Expand(sorted, next, open);
     }
-    const Node &root = m_nodes.front();
-    for (uint32_t i = root.firstChild; i < root.firstChild + root.childCount; ++i)
-        m_rootChild[uchar(m_labels[m_nodes[i].label])] = i;
+}
+
+void SequenceMatcher::PutTail(uint32_t bytes, uint32_t node)
+{
+    const uint32_t place = FilterPlace(bytes);
+    m_filter[place / 64] |= uint64_t(1) << (place % 64);
+    size_t slot = Hash(bytes) >> m_tailShift;
+    while (m_tails[slot].node != NoNode)
+        slot = (slot + 1) % m_tails.size();
+    m_tails[slot] = {bytes, node};
 }
 
 void SequenceMatcher::Expand(const std::vector<Reversed> &sorted, const Pending &pending,
                              std::vector<Pending> &open)
 {
-    // The root's label stays empty, so that its children can be looked up by their first byte.
     const QByteArray &lowest = sorted[pending.first].bytes;
-    const qsizetype length =
-        pending.node == 0 ? 0 : CommonLength(lowest, sorted[pending.last - 1].bytes, pending.depth);
+    const qsizetype length = CommonLength(lowest, sorted[pending.last - 1].bytes, pending.depth);
     const qsizetype depth = pending.depth + length;
 
     Node node;
     node.label = uint32_t(m_labels.size());
     node.labelLength = uint32_t(length);
+    node.lookedUpBy = length > 0 ? lowest[pending.depth] : '\0';
     m_labels.append(lowest.constData() + pending.depth, length);
+    std::reverse(m_labels.end() - length, m_labels.end());
 
     node.firstEnd = uint32_t(m_ends.size());
     size_t next = pending.first;
@@ -138,29 +153,33 @@ const SequenceMatcher::Node *SequenceMatcher::ChildFor(const Node &node, char by
     const auto last = first + node.childCount;
     // QByteArray compares bytes as signed characters, and so was the tree sorted.
     const auto child =
-        std::partition_point(first, last, [&](const Node &n) { return m_labels[n.label] < byte; });
-    return child != last && m_labels[child->label] == byte ? &*child : nullptr;
+        std::partition_point(first, last, [&](const Node &n) { return n.lookedUpBy < byte; });
+    return child != last && child->lookedUpBy == byte ? &*child : nullptr;
 }
 
-bool SequenceMatcher::PassesFilter(const char *byte) const
+bool SequenceMatcher::PassesFilter(uint32_t tail) const
 {
-    const uint32_t place = FilterPlace(LastFourBytes(byte) & m_filterMask);
+    const uint32_t place = FilterPlace(tail);
     return (m_filter[place / 64] >> (place % 64)) & 1;
+}
+
+/// Of the tree for a tail.
+uint32_t SequenceMatcher::FirstNode(uint32_t tail) const
+{
+    size_t slot = Hash(tail) >> m_tailShift;
+    while (m_tails[slot].bytes != tail && m_tails[slot].node != NoNode)
+        slot = (slot + 1) % m_tails.size();
+    return m_tails[slot].node;
 }
 
 bool SequenceMatcher::EndsAt(const char *begin, const char *byte, std::vector<int> *indexes) const
 {
-    const uint32_t first = m_rootChild[uchar(*byte)];
+    const uint32_t first = FirstNode(LastFourBytes(byte) & m_tailMask);
     const Node *node = first == NoNode ? nullptr : &m_nodes[first];
-    const char *unread = byte + 1; // everything from here on has been walked
+    const char *unread = byte + 1 - m_tailBytes; // everything from here on has been walked
     while (node && unread - begin >= qsizetype(node->labelLength)) {
-        const char *label = m_labels.constData() + node->label;
-        const char *const labelEnd = label + node->labelLength;
-        while (label != labelEnd && *label == unread[-1]) {
-            ++label;
-            --unread;
-        }
-        if (label != labelEnd)
+        unread -= node->labelLength;
+        if (std::memcmp(unread, m_labels.constData() + node->label, node->labelLength) != 0)
             return false;
         if (node->endCount > 0) {
             if (!indexes)
@@ -177,9 +196,9 @@ const char *SequenceMatcher::FindEnd(const char *begin, const char *from, const 
 {
     if (m_longest == 0)
         return end;
-    const char *byte = std::max(from, begin + m_filterBytes - 1);
+    const char *byte = std::max(from, begin + m_tailBytes - 1);
     for (; byte < end; ++byte) {
-        if (PassesFilter(byte) && EndsAt(begin, byte, nullptr))
+        if (PassesFilter(LastFourBytes(byte) & m_tailMask) && EndsAt(begin, byte, nullptr))
             return byte;
     }
     return end;
@@ -188,5 +207,6 @@ const char *SequenceMatcher::FindEnd(const char *begin, const char *from, const 
 void SequenceMatcher::CollectAt(const char *begin, const char *byte,
                                 std::vector<int> &indexes) const
 {
-    EndsAt(begin, byte, &indexes);
+    if (byte - begin + 1 >= m_tailBytes)
+        EndsAt(begin, byte, &indexes);
 }

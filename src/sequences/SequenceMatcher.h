@@ -6,13 +6,13 @@
 #include <QByteArray>
 #include <QByteArrayView>
 
-#include <array>
 #include <cstdint>
 #include <vector>
 
-/// Finds which of many byte sequences end at a place of a text. Inside: a radix tree of the
-/// reversed sequences that is walked backward from the newest byte, behind a bit filter on the
-/// last bytes, so that the cost of a byte hardly depends on the number of sequences.
+/// Finds which of many byte sequences end at a place of a text. Inside: the last bytes, as many as
+/// the shortest sequence has and four at most, go through a bit filter and then lead to a radix
+/// tree of what is in front of them, which is walked backward. So the cost of a byte hardly depends
+/// on the number of sequences.
 class SequenceMatcher
 {
   public:
@@ -39,15 +39,21 @@ class SequenceMatcher
     void CollectAt(const char *begin, const char *byte, std::vector<int> &indexes) const;
 
   private:
-    /// Stands for the reversed bytes from its parent's end to its own. The children of a node lie
-    /// side by side in m_nodes, ordered by first byte.
+    /// Stands for the bytes from its parent's end backward to its own. The children of a node lie
+    /// side by side in m_nodes, ordered by the byte that they are looked up by.
     struct Node {
-        uint32_t label = 0; ///< place of its bytes in m_labels
+        uint32_t label = 0; ///< place of its bytes in m_labels, in the order of the text
         uint32_t labelLength = 0;
         uint32_t firstChild = 0;
-        uint32_t childCount = 0;
-        uint32_t firstEnd = 0; ///< place in m_ends of the patterns that are complete here
+        uint16_t childCount = 0; ///< 256 at most
+        char lookedUpBy = 0;     ///< the byte in front of its parent's; the last of its label
+        uint32_t firstEnd = 0;   ///< place in m_ends of the patterns that are complete here
         uint32_t endCount = 0;
+    };
+    /// Sequences with the same last bytes: where the tree of them begins.
+    struct Tail {
+        uint32_t bytes = 0;
+        uint32_t node = 0; ///< none for an empty place
     };
     struct Reversed {
         QByteArray bytes;
@@ -61,20 +67,22 @@ class SequenceMatcher
         qsizetype depth;
     };
 
-    void BuildFilter(const std::vector<Pattern> &patterns);
     void BuildTree(const std::vector<Reversed> &sorted);
     void Expand(const std::vector<Reversed> &sorted, const Pending &pending,
                 std::vector<Pending> &open);
+    void PutTail(uint32_t bytes, uint32_t node);
+    uint32_t FirstNode(uint32_t tail) const;
     const Node *ChildFor(const Node &node, char byte) const;
-    bool PassesFilter(const char *byte) const;
+    bool PassesFilter(uint32_t tail) const;
     bool EndsAt(const char *begin, const char *byte, std::vector<int> *indexes) const;
 
-    std::vector<Node> m_nodes; ///< the root first
-    std::array<uint32_t, 256> m_rootChild{};
+    std::vector<Node> m_nodes; ///< the first one is nobody's
+    std::vector<Tail> m_tails; ///< places by hash; one that is taken sends on to the next
+    int m_tailShift = 31;      ///< makes a place of a hash
     QByteArray m_labels;
     std::vector<int> m_ends;
     std::vector<uint64_t> m_filter;
-    uint32_t m_filterMask = 0; ///< over the bytes that the filter looks at
-    qsizetype m_filterBytes = 0;
+    uint32_t m_tailMask = 0; ///< over the bytes of a tail
+    qsizetype m_tailBytes = 0;
     qsizetype m_longest = 0;
 };
