@@ -28,6 +28,8 @@ class tst_outputfile : public QObject
         row("from a zone's start", "abcdefghijklmn", 1, 14);
         row("twice from inside a zone", "abc", 2, 25);
         row("after a line end", "abcdef\r\nab", 1, 12);
+        row("after much behind a line end", "a\n" + QByteArray(4096, 'b'), 1, 6);
+        row("after more than is kept", "a\r" + QByteArray(70001, 'b'), 1, 13);
         row("not at all", "abc", 0, 0);
         row("less than that", "abc", -5, 0);
     }
@@ -36,14 +38,17 @@ class tst_outputfile : public QObject
         QFETCH(const QByteArray, before);
         QFETCH(const int, count);
         QFETCH(const int, blanks);
-        QVERIFY(!file.OpenFile(Path).Failed());
-        for (const char byte : before) // the column is kept from write to write
-            file.WriteInFile(QByteArray(1, byte));
-        file.WriteTabInFile(qint16(count));
-        file.NextLine();
-        file.WriteTabInFile(1);
-        file.CloseFile();
-        QCOMPARE(disk.files[Path], before + QByteArray(blanks, ' ') + "\r\n" + QByteArray(14, ' '));
+        for (const qsizetype piece : {qsizetype(1), qsizetype(100000)}) {
+            QVERIFY(!file.OpenFile(Path).Failed());
+            for (qsizetype i = 0; i < before.size(); i += piece) // kept from write to write
+                file.WriteInFile(before.mid(i, piece));
+            file.WriteTabInFile(qint16(count));
+            file.NextLine();
+            file.WriteTabInFile(1);
+            file.CloseFile();
+            QCOMPARE(disk.files[Path],
+                     before + QByteArray(blanks, ' ') + "\r\n" + QByteArray(14, ' '));
+        }
     }
 
     void HandsOverAtFlush()

@@ -14,6 +14,20 @@ constexpr qsizetype BufferSize = 64 * 1024;
 constexpr qsizetype MaxHeldBack = 1024 * 1024;
 constexpr int ZoneWidth = 14;
 
+/// Place of the last CR or LF, -1 if there is none. Whole blocks are searched from their front,
+/// which the system does many bytes at a time: long text without a line end is what logs are full
+/// of.
+qsizetype LastLineEnd(QByteArrayView text)
+{
+    constexpr qsizetype Block = 4096;
+    for (qsizetype end = text.size(); end > 0; end -= Block) {
+        const QByteArrayView block = text.first(end).last(std::min(Block, end));
+        if (block.contains('\n') || block.contains('\r'))
+            return end - block.size() + std::max(block.lastIndexOf('\n'), block.lastIndexOf('\r'));
+    }
+    return -1;
+}
+
 } // namespace
 
 Result ClOutputFile::OpenFile(const QString &path)
@@ -53,8 +67,14 @@ bool ClOutputFile::WriteInFile(QByteArrayView text)
 {
     if (!IsOpen())
         return false;
-    const qsizetype lineEnd = std::max(text.lastIndexOf('\n'), text.lastIndexOf('\r'));
+    const qsizetype lineEnd = LastLineEnd(text);
     m_column = lineEnd < 0 ? m_column + text.size() : text.size() - lineEnd - 1;
+    m_written += text.size();
+    if (m_buffer.isEmpty() && text.size() >= BufferSize) {
+        m_state = HandOn(text);
+        m_buffer += text;
+        return true;
+    }
     const bool kept = KeepForLater(text);
     if (m_state.Failed() || m_buffer.size() >= BufferSize)
         Flush().Ignore(); // it stays in State
@@ -76,7 +96,6 @@ void ClOutputFile::NextLine()
 
 bool ClOutputFile::KeepForLater(QByteArrayView text)
 {
-    m_written += text.size();
     if (m_buffer.size() + text.size() > MaxHeldBack && Flush().Failed())
         return false;
     m_buffer += text;
@@ -92,16 +111,23 @@ Result ClOutputFile::Flush()
 
 Result ClOutputFile::WriteHeld()
 {
-    qint64 done = 0;
+    QByteArrayView left = m_buffer;
+    Result written = HandOn(left);
+    m_buffer.remove(0, m_buffer.size() - left.size());
+    return written;
+}
+
+/// What the system does not take is left of the text.
+Result ClOutputFile::HandOn(QByteArrayView &text)
+{
     Result written;
-    while (!written.Failed() && done < m_buffer.size()) {
-        auto taken = m_device->Write(QByteArrayView(m_buffer).sliced(done));
-        done += taken.count;
+    while (!written.Failed() && !text.isEmpty()) {
+        auto taken = m_device->Write(text);
+        text = text.sliced(taken.count);
         written = std::move(taken.result);
         if (!written.Failed() && taken.count <= 0)
             written = Failure{QStringLiteral("The system takes no more bytes")};
     }
-    m_buffer.remove(0, done);
     return written;
 }
 

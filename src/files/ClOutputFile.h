@@ -54,6 +54,7 @@ class ClOutputFile
     Result Open(const QString &path, Make make, bool replacing);
     bool KeepForLater(QByteArrayView text);
     Result WriteHeld();
+    Result HandOn(QByteArrayView &text);
     Result FinishReplacing();
     void Release();
 

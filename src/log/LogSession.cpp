@@ -5,13 +5,15 @@
 
 #include "TrafficText.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace
 {
 
-/// Text is handed to the file in pieces of about this size.
-constexpr qsizetype PieceSize = 32 * 1024;
+/// Text is handed to the file in pieces that end at multiples of this size, which costs the system
+/// least.
+constexpr qsizetype PieceSize = 64 * 1024;
 
 template <typename Form, size_t... Places>
 std::array<Form, sizeof...(Places)> FormsOf(OpenFiles &files, std::index_sequence<Places...>)
@@ -40,21 +42,24 @@ void LogSession::Write(const TrafficEvent &event)
         if (!state.file.IsOpen())
             continue;
         TrafficText::Append(state.text, form, event);
-        if (state.text.size() >= PieceSize)
-            HandOn(form);
+        const qsizetype end = state.text.size();
+        HandOn(form, end - std::min(end, (state.handedOn + end) % PieceSize));
     }
 }
 
 /// What the file has no room for is missing from then on, to its last character: later text must
 /// not stand in the gap as if nothing were missing.
-bool LogSession::HandOn(Representation form)
+bool LogSession::HandOn(Representation form, qsizetype count)
 {
     Form &state = Of(form);
-    if (state.text.isEmpty())
+    if (count == 0)
         return false;
-    if (!TellOfMissing(form) || !state.file.WriteInFile(state.text))
-        state.missing += state.text.size();
-    state.text.resize(0);
+    if (!TellOfMissing(form) || !state.file.WriteInFile(QByteArrayView(state.text).first(count)))
+        state.missing += count;
+    state.handedOn += count;
+    // What is left moves to the front: to cut it off there would have the buffer made anew.
+    std::copy(state.text.cbegin() + count, state.text.cend(), state.text.begin());
+    state.text.chop(count);
     return Note(form);
 }
 
@@ -88,7 +93,7 @@ void LogSession::Flush()
         Form &state = Of(form);
         if (!state.file.IsOpen())
             continue;
-        const bool told = HandOn(form);
+        const bool told = HandOn(form, state.text.size());
         if (state.file.Flush().Failed() && !told)
             Note(form);
     }
@@ -101,7 +106,7 @@ LogSession::Closing LogSession::Close()
         Form &state = Of(form);
         if (!state.file.IsOpen())
             continue;
-        HandOn(form);
+        HandOn(form, state.text.size());
         TellOfMissing(form);
         state.file.CloseFile();
         if (!state.file.State().Failed())

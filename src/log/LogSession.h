@@ -49,13 +49,14 @@ class LogSession
         explicit Form(OpenFiles &files) : file(files) {}
 
         ClOutputFile file;
-        QByteArray text;    ///< on its way to the file
-        qint64 missing = 0; ///< characters that are lost, and of which the file does not tell yet
+        QByteArray text;     ///< on its way to the file
+        qint64 handedOn = 0; ///< characters of the file before it
+        qint64 missing = 0;  ///< characters that are lost, and of which the file does not tell yet
     };
 
     Form &Of(Representation form) { return m_forms[size_t(form)]; }
     /// Both tell whether they reported a failure.
-    bool HandOn(Representation form);
+    bool HandOn(Representation form, qsizetype count);
     bool TellOfMissing(Representation form);
     bool Note(Representation form);
 

@@ -10,13 +10,14 @@
 #include <mutex>
 #include <thread>
 #include <utility>
-#include <vector>
 
 namespace
 {
 
-/// So long text may wait for more of it before it is handed to the system.
-constexpr std::chrono::milliseconds LongestBurst{50};
+/// So long, or until there is so much of it, what happens is let wait: then it is written in few
+/// large pieces, and who tells of it need not wake the thread each time.
+constexpr std::chrono::milliseconds LongestBurst{20};
+constexpr qint64 BytesOfABurst = 256 * 1024;
 
 /// What an event costs beside its bytes.
 constexpr qint64 CostOfAnEvent = sizeof(TrafficEvent) + 64;
@@ -33,7 +34,11 @@ struct LogWriter::State {
         bool ends = false;
     };
 
+    void Put(Entry entry);
+    void Hurry();
+
     void Run();
+    bool IsLast();
     std::deque<Entry> TakeWaiting();
     void Work(Entry &entry);
     void Finish(qint64 bytes, qint64 memory);
@@ -45,8 +50,9 @@ struct LogWriter::State {
     qint64 bytes = 0;  ///< of the events that wait, those at work among them
     qint64 memory = 0; ///< that they take
     bool taking = false;
-    bool held = false; ///< somebody was told that there is no room
-    bool idle = true;  ///< all is with the system
+    bool held = false;  ///< somebody was told that there is no room
+    bool idle = true;   ///< all is with the system
+    bool hurry = false; ///< what waits is to be written now
     bool ending = false;
 
     // Of the thread alone.
@@ -70,12 +76,8 @@ LogWriter::~LogWriter()
 void LogWriter::Begin(std::shared_ptr<LogSession> session)
 {
     const std::lock_guard guard(m_state->lock);
-    State::Entry entry;
-    entry.begins = std::move(session);
-    m_state->entries.push_back(std::move(entry));
     m_state->taking = true;
-    m_state->idle = false;
-    m_state->changed.notify_all();
+    m_state->Put({.begins = std::move(session)});
 }
 
 void LogWriter::End()
@@ -83,11 +85,8 @@ void LogWriter::End()
     const std::lock_guard guard(m_state->lock);
     if (!std::exchange(m_state->taking, false))
         return;
-    State::Entry entry;
-    entry.ends = true;
-    m_state->entries.push_back(std::move(entry));
-    m_state->idle = false;
-    m_state->changed.notify_all();
+    m_state->Put({.ends = true});
+    m_state->Hurry();
 }
 
 bool LogWriter::Writing() const
@@ -105,9 +104,9 @@ void LogWriter::Take(const TrafficEvent &event)
         return;
     m_state->bytes += event.bytes.size();
     m_state->memory += event.bytes.size() + CostOfAnEvent;
-    m_state->entries.push_back({event});
-    if (std::exchange(m_state->idle, false))
-        m_state->changed.notify_all();
+    m_state->Put({event});
+    if (m_state->bytes >= BytesOfABurst)
+        m_state->Hurry();
 }
 
 bool LogWriter::HasRoom() const
@@ -121,6 +120,8 @@ bool LogWriter::HasRoom() const
 bool LogWriter::WaitUntilWritten(std::chrono::milliseconds most)
 {
     std::unique_lock guard(m_state->lock);
+    if (!m_state->idle)
+        m_state->Hurry();
     return m_state->changed.wait_for(guard, most, [this] { return m_state->idle; });
 }
 
@@ -130,13 +131,23 @@ qint64 LogWriter::BytesWaiting() const
     return m_state->bytes;
 }
 
+void LogWriter::State::Put(Entry entry)
+{
+    entries.push_back(std::move(entry));
+    if (std::exchange(idle, false))
+        changed.notify_all();
+}
+
+void LogWriter::State::Hurry()
+{
+    if (!std::exchange(hurry, true))
+        changed.notify_all();
+}
+
 void LogWriter::State::Run()
 {
     auto flushed = std::chrono::steady_clock::now();
-    for (;;) {
-        std::deque<Entry> work = TakeWaiting();
-        if (work.empty())
-            return;
+    for (std::deque<Entry> work = TakeWaiting(); !work.empty(); work = TakeWaiting()) {
         qint64 workBytes = 0;
         qint64 workMemory = 0;
         for (Entry &entry : work) {
@@ -145,12 +156,7 @@ void LogWriter::State::Run()
             Work(entry);
         }
         const auto now = std::chrono::steady_clock::now();
-        bool last = false;
-        {
-            const std::lock_guard guard(lock);
-            last = entries.empty();
-        }
-        if (session && (last || now - flushed > LongestBurst)) {
+        if (session && (IsLast() || now - flushed > LongestBurst)) {
             session->Flush();
             flushed = now;
         }
@@ -158,11 +164,19 @@ void LogWriter::State::Run()
     }
 }
 
-/// Waits until there is something; nothing at the end.
+bool LogWriter::State::IsLast()
+{
+    const std::lock_guard guard(lock);
+    return entries.empty();
+}
+
+/// Waits until there is something, and a burst of it; nothing at the end.
 std::deque<LogWriter::State::Entry> LogWriter::State::TakeWaiting()
 {
     std::unique_lock guard(lock);
     changed.wait(guard, [this] { return !entries.empty() || ending; });
+    changed.wait_for(guard, LongestBurst, [this] { return hurry || ending; });
+    hurry = false;
     return std::exchange(entries, {});
 }
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <string_view>
 
@@ -16,44 +17,49 @@ namespace
 constexpr std::string_view ListSeparator = " | ";
 constexpr std::string_view SearchSeparator = " ";
 
-/// One item and a trailing blank for every byte value.
+/// One item and a trailing blank for every byte value, with room up to a size that is copied at
+/// one stroke.
 template <Representation R> constexpr auto MakeItems()
 {
     constexpr ItemForm Form = RowOf(R).item;
-    std::array<std::array<char, size_t(Form.width) + 1>, 256> items{};
+    constexpr size_t Width = size_t(Form.width);
+    std::array<std::array<char, std::bit_ceil(Width + 1)>, 256> items{};
     for (unsigned value = 0; value < 256; ++value) {
         unsigned rest = value;
-        for (size_t place = size_t(Form.width); place-- > 0; rest /= unsigned(Form.base))
+        for (size_t place = Width; place-- > 0; rest /= unsigned(Form.base))
             items[value][place] = "0123456789ABCDEF"[rest % unsigned(Form.base)];
-        items[value].back() = ' ';
+        items[value][Width] = ' ';
     }
     return items;
 }
 
 template <Representation R> constexpr auto Items = MakeItems<R>();
 
-/// Appends an item for every byte; of a constant size, which is what makes it fast.
+/// Appends an item for every byte. Each is copied with its room, over which the next one goes: of
+/// one constant size, which is what makes it fast.
 template <Representation R> void AppendItems(QByteArray &text, QByteArrayView seq)
 {
-    constexpr size_t Width = Items<R>[0].size();
-    const qsizetype before = text.size();
-    text.resize(before + seq.size() * qsizetype(Width));
-    char *out = text.data() + before;
+    constexpr qsizetype Width = ViewWidth(R);
+    constexpr size_t Copied = Items<R>[0].size();
+    const qsizetype after = text.size() + seq.size() * Width;
+    text.resize(after + qsizetype(Copied) - Width);
+    char *out = text.data() + after - seq.size() * Width;
     for (const char byte : seq) {
-        std::memcpy(out, Items<R>[uchar(byte)].data(), Width);
+        std::memcpy(out, Items<R>[uchar(byte)].data(), Copied);
         out += Width;
     }
+    text.resize(after);
 }
 
 template <Representation R> QByteArray JoinedText(QByteArrayView seq, std::string_view separator)
 {
-    constexpr size_t Width = Items<R>[0].size() - 1;
+    constexpr qsizetype Width = RowOf(R).item.width;
     QByteArray text;
-    text.reserve(seq.size() * qsizetype(Width + separator.size()));
+    text.reserve(seq.size() * (Width + qsizetype(separator.size())));
     for (const char byte : seq) {
         if (!text.isEmpty())
             text.append(separator.data(), qsizetype(separator.size()));
-        text.append(Items<R>[uchar(byte)].data(), qsizetype(Width));
+        text.append(Items<R>[uchar(byte)].data(), Width);
     }
     return text;
 }
@@ -117,8 +123,9 @@ QByteArray SeqToBinaryText(QByteArrayView seq)
 void AppendAsciiView(QByteArray &text, QByteArrayView seq)
 {
     const qsizetype before = text.size();
-    text += seq;
-    std::replace(text.begin() + before, text.end(), '\0', HiddenByteMark);
+    text.resize(before + seq.size());
+    std::transform(seq.begin(), seq.end(), text.begin() + before,
+                   [](char byte) { return byte == '\0' ? HiddenByteMark : byte; });
 }
 
 void AppendHexView(QByteArray &text, QByteArrayView seq)

@@ -263,7 +263,8 @@ FileSystem::Created SystemFiles::Create(const QString &path)
         return {nullptr, SystemFailure()};
     if (!S_ISREG(status.st_mode))
         return {nullptr, NotAFile(status.st_mode)};
-    if (::ftruncate(file.Number(), 0) != 0)
+    // A file that was cut, be it of nothing, some systems write to the disk when it is closed.
+    if (status.st_size > 0 && ::ftruncate(file.Number(), 0) != 0)
         return {nullptr, SystemFailure()};
     return {std::make_unique<PosixOutput>(std::move(file)), {}};
 }
