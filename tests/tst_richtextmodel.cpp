@@ -76,6 +76,14 @@ class tst_RichTextModel : public QObject
         view.MoveViewContent(source);
         QCOMPARE(Told(view), "p[" + QString(130000 - 2048, u'x') + "b]b[cd]");
         QCOMPARE(changed.count(), 2);
+
+        const qint64 end = view.End();
+        source.SetText(QByteArray(RichTextModel::HardLimit - 1, 'x'), Red);
+        source.Extend("y", Blue);
+        view.MoveViewContent(source); // a burst, of which most goes at once
+        QCOMPARE(Told(view), "r[" + QString(127999, u'x') + "]b[y]");
+        QCOMPARE(view.End(), end + RichTextModel::HardLimit);
+        QCOMPARE(view.Caret(), view.Begin());
     }
 
     void ZerosStayWithTheirCharacters()

@@ -13,15 +13,9 @@ qsizetype TrafficText::BytesLength(Representation representation, const TrafficE
     return event.bytes.size() * ViewWidth(representation);
 }
 
-void TrafficText::AppendBytes(QByteArray &text, Representation representation,
-                              const TrafficEvent &event)
-{
-    RowOf(representation).appendView(text, event.bytes);
-}
-
 void TrafficText::Append(QByteArray &text, Representation representation, const TrafficEvent &event)
 {
     text += event.stamp;
-    AppendBytes(text, representation, event);
+    RowOf(representation).appendView(text, event.bytes);
     text += event.comment;
 }

@@ -16,9 +16,6 @@ bool IsShown(const TrafficEvent &event);
 /// Characters of the bytes alone in a representation.
 qsizetype BytesLength(Representation representation, const TrafficEvent &event);
 
-/// Appends the bytes alone.
-void AppendBytes(QByteArray &text, Representation representation, const TrafficEvent &event);
-
 /// Appends all of it as plain text: stamp, bytes, comment.
 void Append(QByteArray &text, Representation representation, const TrafficEvent &event);
 

@@ -70,29 +70,36 @@ void ViewFeed::Clear()
 void ViewFeed::StageInto(CommunicationViews &views, const DisplaySettings &display)
 {
     std::deque<TrafficEvent> events;
+    Lengths waiting;
     Lengths staged;
     {
         const std::lock_guard guard(m_lock);
         events.swap(m_events);
-        staged = m_staged;
-        m_waiting = m_staged = {};
+        waiting = std::exchange(m_waiting, {});
+        staged = std::exchange(m_staged, {});
     }
     if (events.empty())
         return;
-    const TextStyle &comments = display.styles[StyleIndex::Comment];
-    QByteArray text;
     for (const Representation r : AllRepresentations) {
         RichTextModel &box = views.StagingBox(r);
-        const qint64 before = box.Length();
+        const qint64 kept = box.Length() + staged[size_t(r)];
+        qint64 unseen = waiting[size_t(r)] - kept; // of the oldest, which need not be made
         for (const TrafficEvent &event : events) {
-            box.Extend(event.stamp, comments);
-            text.resize(0);
-            TrafficText::AppendBytes(text, r, event);
-            box.Extend(text, display.styles[size_t(event.direction)]);
-            if (r == Representation::Ascii)
-                box.NoteZeros(event.bytes);
-            box.Extend(event.comment, comments);
+            unseen -= LengthsOf(event)[size_t(r)];
+            if (unseen < 0)
+                Extend(box, r, event, display);
         }
-        box.KeepLast(before + staged[size_t(r)]);
+        box.KeepLast(kept);
     }
+}
+
+void ViewFeed::Extend(RichTextModel &box, Representation representation, const TrafficEvent &event,
+                      const DisplaySettings &display)
+{
+    const TextStyle &comments = display.styles[StyleIndex::Comment];
+    box.Extend(event.stamp, comments);
+    box.Extend(ViewText(representation, event.bytes), display.styles[size_t(event.direction)]);
+    if (representation == Representation::Ascii)
+        box.NoteZeros(event.bytes);
+    box.Extend(event.comment, comments);
 }

@@ -11,6 +11,7 @@
 #include <mutex>
 
 class CommunicationViews;
+class RichTextModel;
 struct DisplaySettings;
 
 /// What is to come into the views: events wait here until the main loop stages them. A window that
@@ -31,6 +32,8 @@ class ViewFeed final : public TrafficConsumer
     using Lengths = std::array<qint64, RepresentationCount>;
 
     static Lengths LengthsOf(const TrafficEvent &event);
+    static void Extend(RichTextModel &box, Representation representation,
+                       const TrafficEvent &event, const DisplaySettings &display);
     void Grow(Representation representation, qint64 by);
     void DropUnseen();
 

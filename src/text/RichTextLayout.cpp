@@ -7,6 +7,17 @@
 
 #include <algorithm>
 
+namespace
+{
+
+/// Whether the byte is no blank and no line break.
+bool IsLetter(char byte)
+{
+    return byte != ' ' && byte != '\t' && byte != '\r' && byte != '\n';
+}
+
+} // namespace
+
 void RichTextLayout::Update(int columns)
 {
     columns = qMax(columns, 1);
@@ -101,25 +112,38 @@ void RichTextLayout::DropRows()
 
 void RichTextLayout::Scan(qint64 end)
 {
-    const QByteArrayView bytes = m_model.Bytes();
-    const qint64 begin = m_model.Begin();
-    for (; m_at < end; ++m_at) {
-        const char byte = bytes[m_at - begin];
-        const bool completesCrLf = m_behindCr && byte == '\n';
-        m_behindCr = byte == '\r';
-        if (completesCrLf) {
-            m_starts.back() = m_wrapAt = m_at + 1;
-        } else if (byte == '\r' || byte == '\n') {
-            StartRow(m_at + 1);
-        } else if (byte == ' ' || byte == '\t') {
-            m_column = ColumnBehind(uchar(byte), m_column);
-            m_wrapAt = m_at + 1;
-        } else {
-            if (m_column >= m_columns)
-                StartRow(m_wrapAt > m_starts.back() ? m_wrapAt : m_at);
-            ++m_column;
+    const char *const bytes = m_model.Bytes().data() - m_model.Begin();
+    while (m_at < end) {
+        // Most text is letters that fit into their row.
+        const qint64 fits = m_at + qMax(m_columns - m_column, 0);
+        const char *const next = std::find_if_not(bytes + m_at, bytes + qMin(fits, end), IsLetter);
+        if (const qint64 letters = next - (bytes + m_at); letters > 0) {
+            m_column += int(letters);
+            m_at += letters;
+            m_behindCr = false;
         }
+        if (m_at < end)
+            Take(*next);
     }
+}
+
+void RichTextLayout::Take(char byte)
+{
+    const bool completesCrLf = m_behindCr && byte == '\n';
+    m_behindCr = byte == '\r';
+    if (completesCrLf) {
+        m_starts.back() = m_wrapAt = m_at + 1;
+    } else if (byte == '\r' || byte == '\n') {
+        StartRow(m_at + 1);
+    } else if (byte == ' ' || byte == '\t') {
+        m_column = ColumnBehind(uchar(byte), m_column);
+        m_wrapAt = m_at + 1;
+    } else {
+        if (m_column >= m_columns)
+            StartRow(m_wrapAt > m_starts.back() ? m_wrapAt : m_at);
+        ++m_column;
+    }
+    ++m_at;
 }
 
 /// Begins a row at or before the place of the scan; what lies between holds no blank.

@@ -57,6 +57,7 @@ class RichTextLayout final
     void Restart(qint64 at);
     void DropRows();
     void Scan(qint64 end);
+    void Take(char byte);
     void StartRow(qint64 at);
 
     const RichTextModel &m_model;

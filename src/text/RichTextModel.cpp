@@ -101,12 +101,20 @@ void RichTextModel::MoveViewContent(RichTextModel &source)
     if (source.m_text.isEmpty() || &source == this)
         return;
     const qint64 shift = End() - source.m_begin;
-    m_text.append(source.m_text);
-    for (const StyleRun &run : source.m_runs)
-        AppendRun(run.end + shift, run.style);
+    const qint64 left = LengthAfterAppend(Length(), source.Length());
+    const qint64 unseen = source.Length() - left; // of the source; a burst need not be copied
+    if (unseen > 0) {
+        CutFront(Length());
+        m_begin += unseen;
+    }
+    m_text.append(QByteArrayView(source.m_text).sliced(std::max<qint64>(0, unseen)));
+    for (const StyleRun &run : source.m_runs) {
+        if (run.end + shift > m_begin)
+            AppendRun(run.end + shift, run.style);
+    }
     std::transform(source.m_zeros.begin(), source.m_zeros.end(), std::back_inserter(m_zeros),
                    [shift](qint64 zero) { return zero + shift; });
-    Trim();
+    CutFront(Length() - left);
     source.CutFront(source.Length());
     Q_EMIT source.Changed();
     Q_EMIT Changed();
