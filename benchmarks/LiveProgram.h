@@ -95,8 +95,10 @@ class LiveProgram
         {settings.comm, settings.display, settings.window, settings.lists, views, run, {}}};
     std::vector<double> passes; ///< seconds from the start of one pass to that of the next
 
-    /// Opens the port; with a log in all four forms if it is given a name.
-    explicit LiveProgram(const QString &device, const QString &logName = {})
+    /// Opens channel 1, and channel 2 as well if it is given a device, so that answers to what it
+    /// says go out on channel 1; with a log in all four forms if it is given a name.
+    explicit LiveProgram(const QString &device, const QString &logName = {},
+                         const QString &secondDevice = {})
     {
         log.next = &logFile;
         logFile.RoomAgain = [this] { communication.Resume(); };
@@ -104,6 +106,10 @@ class LiveProgram
         if (!logName.isEmpty())
             logFile.Arm(logName, false);
         devices.AssignForRun(1, device);
+        if (!secondDevice.isEmpty()) {
+            devices.AssignForRun(2, secondDevice);
+            settings.comm.run.mode = CommMode::MonitorReceiveAndModify;
+        }
         window.resize(1000, 700);
         window.show();
         communication.OpenPorts();
