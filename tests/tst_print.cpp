@@ -148,6 +148,7 @@ class tst_print : public QObject
     void PdfOfAProject();
     void PdfOfAView();
     void StylesShowOnPaper();
+    void AnAbortedJobLeavesNothing();
     void PaperGoesThroughThePrinter_data();
     void PaperGoesThroughThePrinter();
     void APdfThatCannotBeWrittenIsAnError();
@@ -479,8 +480,32 @@ void tst_print::PaperGoesThroughThePrinter_data()
     add("a view on a printer that is out of order", "missing/paper.pdf", false, false, 0, false);
 }
 
-/// The toolkit's printer without a system behind it writes a file by itself. What it was given it
-/// writes even if the job is aborted.
+/// The toolkit's printer prints what it was given even if the job is aborted.
+void tst_print::AnAbortedJobLeavesNothing()
+{
+    const auto printer = std::make_shared<QPrinter>();
+    SystemBench on;
+    printer->setOutputFileName(on.Path("x.pdf"));
+    for (const PrinterChoice &choice :
+         {PrinterChoice{.pdfPath = on.Path("x.pdf")}, PrinterChoice{.printer = printer}}) {
+        const auto device = on.output.MakePrinter(choice);
+        const auto print = [&] {
+            device->SetUp(PageOrientation::Portrait, PrintColour::Colour);
+            device->Print("text", PrinterDevice::LineEnd::NextLine);
+            device->NewPage();
+            device->Print("more", PrinterDevice::LineEnd::NextLine);
+        };
+        print();
+        device->KillDoc();
+        QCOMPARE(QDir(on.folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+        print();
+        device->EndDoc();
+        QCOMPARE(PagesOf(on.Path("x.pdf")), 2);
+        QVERIFY(QFile::remove(on.Path("x.pdf")));
+    }
+}
+
+/// The toolkit's printer without a system behind it writes a file by itself.
 void tst_print::PaperGoesThroughThePrinter()
 {
     QFETCH(QString, place);
