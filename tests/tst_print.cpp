@@ -362,10 +362,13 @@ void tst_print::ALongTextIsCancelled()
 {
     RecordingOutput output = LargePaper();
     PrintBench bench(output);
-    output.beforeDrawing = [&] { bench.prompts.atWork->Cancel(); };
-    bench.AddSend("Ping", QByteArray(100000, 'A'));
+    output.beforeDrawing = [&] {
+        if (!output.drawn.isEmpty() && output.drawn.last().endsWith(" 41"))
+            bench.prompts.atWork->Cancel();
+    };
+    bench.AddSend("Ping", QByteArray(10000, 'A'));
     bench.print.PrintProject();
-    QVERIFY(output.drawn.size() < 10);
+    QVERIFY2(output.drawn.size() < 100, qPrintable(QString::number(output.drawn.size())));
 }
 
 void tst_print::TheWindowPrints()
