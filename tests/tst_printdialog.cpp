@@ -19,6 +19,7 @@
 #include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QTimer>
 
 namespace
 {
