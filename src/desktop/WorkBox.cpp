@@ -16,20 +16,20 @@ WorkBox::WorkBox(const QString &what, QWidget *owner)
     : QDialog(owner),
       m_progress(std::make_shared<WorkProgress>()),
       lblWhat(new QLabel(what, this)),
-      pbDone(new QProgressBar(this))
+      m_done(new QProgressBar(this))
 {
     auto *buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     cmdCancel = buttons->button(QDialogButtonBox::Cancel);
     cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
     lblWhat->setObjectName(QStringLiteral("lblWhat"));
     lblWhat->setTextFormat(Qt::PlainText);
-    pbDone->setObjectName(QStringLiteral("pbDone"));
-    pbDone->setAccessibleName(what);
+    m_done->setObjectName(QStringLiteral("pbDone"));
+    m_done->setAccessibleName(what);
     constexpr int Letters = 40;
-    pbDone->setMinimumWidth(Letters * pbDone->fontMetrics().averageCharWidth());
+    m_done->setMinimumWidth(Letters * m_done->fontMetrics().averageCharWidth());
     auto *column = new QVBoxLayout(this);
     column->addWidget(lblWhat);
-    column->addWidget(pbDone);
+    column->addWidget(m_done);
     column->addWidget(buttons);
     column->setSizeConstraint(QLayout::SetFixedSize);
     setWindowTitle(QStringLiteral("Serimonde"));
@@ -76,8 +76,8 @@ void WorkBox::Refresh()
 {
     cmdCancel->setEnabled(m_progress->CanBeCancelled());
     // How long it takes to hand over what was made, or to end, nobody knows.
-    pbDone->setMaximum(m_progress->CanBeCancelled() ? m_progress->Steps() : 0);
-    pbDone->setValue(m_progress->Done());
+    m_done->setMaximum(m_progress->CanBeCancelled() ? m_progress->Steps() : 0);
+    m_done->setValue(m_progress->Done());
     // A message that stands meanwhile would be blocked by a box that comes up later.
     if (testAttribute(Qt::WA_DontShowOnScreen) && isVisible() &&
         std::chrono::milliseconds(m_since.elapsed()) >= Unseen &&

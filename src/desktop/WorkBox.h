@@ -49,7 +49,7 @@ class WorkBox final : public QDialog
 
     std::shared_ptr<WorkProgress> m_progress; ///< shared with the thread, which may outlive the box
     QLabel *lblWhat;
-    QProgressBar *pbDone;
+    QProgressBar *m_done;
     QPushButton *cmdCancel;
     QElapsedTimer m_since;
     QTimer m_refresh;
