@@ -118,6 +118,13 @@ class Record final : public TrafficConsumer
         return m_events;
     }
 
+    /// Cheap: who keeps the lines waiting makes the order uncertain.
+    bool LastIsUncertain() const
+    {
+        const std::lock_guard guard(m_lock);
+        return m_events.back().orderUncertain;
+    }
+
     QByteArray Received(int channel) const
     {
         QByteArray bytes;
@@ -217,7 +224,7 @@ class tst_tcpline : public QObject
         desk.remote.Close();
         const auto known = [&] { // but for a pass that was late
             desk.pty.Write("b");
-            return !desk.record.Events().back().orderUncertain;
+            return !desk.record.LastIsUncertain();
         };
         QTRY_VERIFY(known());
     }
@@ -232,9 +239,8 @@ class tst_tcpline : public QObject
         QVERIFY(desk.record.Events().empty());
         desk.hasRoom = true;
         desk.loop.Post([&] { desk.remote.Resume(); });
-        QTRY_COMPARE(desk.remote.Counts().receivedBytes, flood.size());
         QVERIFY(sender.get());
-        QVERIFY(desk.record.Received(1) == flood);
+        QTRY_VERIFY(desk.record.Received(1) == flood);
     }
 
     void AnEndIsToldOnceBehindTheLastWords_data()
