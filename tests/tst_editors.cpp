@@ -447,6 +447,12 @@ class tst_editors : public QObject
         const QWidget *modes = bench.Find<QWidget>("OptionAscii")->parentWidget();
         QCOMPARE(modes->accessibleName(), "Edit Mode");
         QVERIFY(modes->y() < bench.Find<QWidget>("AXEditAction")->y());
+        order.clear(); // in which assistive programs read
+        for (const QPushButton *button :
+             bench.editor->findChildren<QPushButton *>(QString(), Qt::FindDirectChildrenOnly))
+            order << button->objectName();
+        QCOMPARE(order, QStringList({"cmdBack", "cmdForward", "cmdDelete", "cmdOK", "CmdCancel",
+                                     "cmdApply"}));
     }
 };
 

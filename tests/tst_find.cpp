@@ -9,6 +9,7 @@
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -172,11 +173,14 @@ class tst_find : public QObject
             QCOMPARE(tabs->tabToolTip(tab), tips[tab]);
             for (int i = 0; i < 3; ++i) {
                 const QByteArray name = "picOptions_" + QByteArray::number(i);
-                const auto *panel = bench.Control<QWidget>(name);
+                auto *panel = bench.Control<QWidget>(name);
                 QVERIFY(panel->isVisible());
                 QCOMPARE(panel->isEnabled(), i == tab);
                 QCOMPARE(panel->x(), i == tab ? 14 : -1333);
                 QCOMPARE(panel->isAncestorOf(bench.dialog->focusWidget()), i == tab);
+                const auto *spoken = QAccessible::queryAccessibleInterface(panel);
+                QCOMPARE(spoken->state().invisible, i != tab);
+                QCOMPARE(spoken->childCount() > 0, i == tab);
             }
         }
     }

@@ -17,6 +17,7 @@
 #include "support/Cases.h"
 #include "support/MouseLosses.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QDialog>
 #include <QFileDialog>
@@ -69,6 +70,20 @@ class WindowBench
     template <typename Widget = QWidget> Widget *Find(const QString &name) const
     {
         return window->findChild<Widget *>(name);
+    }
+    /// What assistive programs learn of a widget, or of the window itself.
+    QAccessibleInterface &Spoken(const QString &name) const
+    {
+        QWidget *widget = name == window->objectName() ? window.get() : Find(name);
+        return *QAccessible::queryAccessibleInterface(widget);
+    }
+    /// As an assistive program does, if it is offered.
+    void Press(const QString &name) const
+    {
+        QAccessibleActionInterface &actions = *Spoken(name).actionInterface();
+        if (actions.actionNames().contains(QAccessibleActionInterface::pressAction()))
+            actions.doAction(QAccessibleActionInterface::pressAction());
+        QCoreApplication::sendPostedEvents(Find(name));
     }
     void Drag(const char *handle, const QPoint &by, bool letGo = true) const
     {
@@ -222,14 +237,38 @@ class tst_frmmain : public QObject
             QCOMPARE(bench.Find(target)->cursor().shape() == Qt::PointingHandCursor, opens);
             bench.commands.clear();
             QTest::mouseClick(bench.Find(target), Qt::LeftButton);
-            QCOMPARE(bench.commands, opens ? QList{Command::Options} : QList<Command>());
+            bench.Press(target);
+            QCOMPARE(bench.commands, QList<Command>(opens ? 2 : 0, Command::Options));
         }
+        bench.commands.clear();
         QDialog dialog(bench.window.get());
         for (const bool open : {true, false}) { // under a modal dialog no click acts
             dialog.setModal(true);
             dialog.setVisible(open);
             QCOMPARE(bench.Find("sbStatusBar_2")->cursor().shape() == Qt::PointingHandCursor,
                      !open);
+            bench.Press("sbStatusBar_2");
+            QCOMPARE(bench.commands.size(), open ? 0 : 1);
+        }
+    }
+
+    void IsReadAsTheEyeGoes()
+    {
+        WindowBench bench;
+        QCOMPARE(bench.Spoken("frmMain").role(), QAccessible::Window);
+        for (const int mode : {0, 1}) {
+            bench.settings.comm.stored.CommType = mode;
+            bench.window->UpdateStatusPanels();
+            const QAccessibleInterface &page = *bench.Spoken("tbToolBar").parent();
+            QStringList read;
+            for (int i = 0; i < page.childCount(); ++i) {
+                if (!page.child(i)->state().invisible)
+                    read << page.child(i)->object()->objectName();
+            }
+            const QString list = mode == 0 ? "ActionList" : "picSendSequenceDeactivated";
+            QCOMPARE(read, (QStringList{"tbToolBar", "lblTitle_0", list, "HimgSplitter",
+                                        "lblTitle_2", "EventList", "VimgSplitter", "", "lblTitle_1",
+                                        "txtASCII", "tsTabStrip1", "sbStatusBar"}));
         }
     }
 

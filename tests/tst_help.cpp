@@ -19,6 +19,7 @@
 #include <QPrintDialog>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -104,6 +105,7 @@ class tst_help : public QObject
     void LinksLeadOutside_data();
     void LinksLeadOutside();
     void NoPageIsMissing();
+    void EveryPageFitsItsWidth();
 };
 
 void tst_help::HelpThatCannotBeShown_data()
@@ -395,6 +397,21 @@ void tst_help::NoPageIsMissing()
     QFile project(SERIMONDE_HELP_PROJECT);
     QVERIFY(project.open(QIODevice::ReadOnly));
     everyLinkLeads(pages.first(), project.readAll());
+}
+
+void tst_help::EveryPageFitsItsWidth()
+{
+    HelpFile file;
+    QVERIFY(!file.Open(RealFile).Failed());
+    HelpBrowser browser(file);
+    browser.show();
+    for (const QUrl &page : file.Engine().files("org.serimonde.help", QString(), "html")) {
+        browser.Show(page);
+        for (const int width : {500, 501, 720}) {
+            browser.resize(width, 400);
+            QTRY_VERIFY2(browser.horizontalScrollBar()->maximum() == 0, qPrintable(page.path()));
+        }
+    }
 }
 
 QTEST_MAIN(tst_help)

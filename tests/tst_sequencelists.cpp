@@ -6,6 +6,7 @@
 #include "SequenceToolTip.h"
 #include "support/MouseLosses.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -413,13 +414,58 @@ class tst_sequencelists : public QObject
         QCOMPARE(bench.Stored(), (Widths{50, 120, 150}));
     }
 
-    void TheReaderHearsWhatIsSeen()
+    void AssistiveProgramsReadAndPress()
     {
-        const ReceiveBench bench;
-        QCOMPARE(bench.Text(0, MarkColumn, Qt::AccessibleTextRole), "Active");
-        QCOMPARE(bench.Text(1, MarkColumn, Qt::AccessibleTextRole), "Not active");
-        QCOMPARE(bench.Text(1, NameColumn, Qt::AccessibleTextRole), "two");
-        QCOMPARE(bench.Text(3, NameColumn, Qt::AccessibleTextRole), "Empty row");
+        SendBench send;
+        ReceiveBench receive;
+        send.list.ModifyRow(2, {"", "0D 0A", "", {}, true});
+        const struct {
+            QTreeView &list;
+            int row;
+            int column;
+            const char *told;
+            const char *pressed;
+            QString keys;
+        } cells[] = {
+            {send.list, 0, MarkColumn, "Send one", "Send 0", "Ctrl+Enter"},
+            {send.list, 0, NameColumn, "one", "Edit 0", "Return"},
+            {send.list, 2, MarkColumn, "Send 0D 0A", "Send 2", "Ctrl+Enter"},
+            {send.list, 3, MarkColumn, "New send sequence", "Empty 3", "Return"},
+            {receive.list, 0, MarkColumn, "one, active", "Active 0 off", "Space"},
+            {receive.list, 1, MarkColumn, "two, not active", "Active 1 on", "Space"},
+            {receive.list, 0, AnswerColumn, "first", "Edit 0", "Return"},
+            {receive.list, 3, NameColumn, "New receive sequence", "Empty 3", "Return"},
+        };
+        for (const auto &[list, row, column, told, pressed, keys] : cells) {
+            QAccessibleInterface *table = QAccessible::queryAccessibleInterface(&list);
+            QAccessibleInterface *cell = table->tableInterface()->cellAt(row, column);
+            QCOMPARE(cell->text(QAccessible::Name), told);
+            QCOMPARE(table->child(table->indexOfChild(cell)), cell);
+            const QPoint place = cell->rect().center();
+            QCOMPARE(table->childAt(place.x(), place.y()), cell);
+            list.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&list));
+            list.setFocus();
+            list.setCurrentIndex(list.model()->index(row, column));
+            QCOMPARE(table->focusChild(), cell);
+            const QString state = QString(pressed).section(' ', 2);
+            QCOMPARE(cell->state().checkable, !state.isEmpty());
+            QCOMPARE(cell->state().checked, state == "off");
+
+            QAccessibleActionInterface &actions = *cell->actionInterface();
+            const QString action = actions.actionNames().first();
+            QCOMPARE(action, state.isEmpty() ? actions.pressAction() : actions.toggleAction());
+            QCOMPARE(actions.keyBindingsForAction(action), QStringList(keys));
+            actions.doAction(action);
+            QCoreApplication::sendPostedEvents(&list);
+            QCOMPARE(send.Asked() + receive.Asked(), pressed);
+        }
+        QAccessibleInterface *table = QAccessible::queryAccessibleInterface(&receive.list);
+        QAccessibleInterface *last = table->tableInterface()->cellAt(3, NameColumn);
+        receive.list.DeleteRow(0);
+        QVERIFY(!last->isValid());
+        QCOMPARE(table->childCount(), 4 * 4); // headings and three rows
+        QCOMPARE(table->child(NameColumn)->text(QAccessible::Name), "Name");
     }
 };
 

@@ -36,8 +36,11 @@ ViewTabs::ViewTabs(QWidget *parent) : QTabBar(parent)
 
 void ViewTabs::AddTabs()
 {
-    for (const Representation view : AllRepresentations)
-        setTabToolTip(addTab(u' ' + CaptionOf(view)), KeyOf(view));
+    for (const Representation view : AllRepresentations) {
+        const int tab = addTab(u' ' + CaptionOf(view));
+        setTabToolTip(tab, KeyOf(view));
+        setAccessibleTabName(tab, CaptionOf(view));
+    }
 }
 
 void ViewTabs::AddKeys(QWidget &window)

@@ -5,10 +5,12 @@
 
 #include "CommConfiguration.h"
 #include "CommunicationViews.h"
+#include "ControlAccessible.h"
 #include "DisplaySettings.h"
 #include "Icons.h"
 #include "MainActions.h"
 #include "MainLayout.h"
+#include "ReadingOrder.h"
 #include "RichTextAccessible.h"
 #include "RichTextBox.h"
 #include "RunState.h"
@@ -114,6 +116,7 @@ frmMain::frmMain(const MainWindowParts &parts)
       HimgSplitter(new SplitterHandle(Qt::Vertical, MainLayout::HorizontalDragLimit, m_inner))
 {
     QAccessible::installFactory(RichTextAccessible::Create);
+    QAccessible::installFactory(ControlAccessible::Create);
     setObjectName(QStringLiteral("frmMain"));
     SetCaption(parts.title);
     setWindowIcon(Icons::Named("serimonde"));
@@ -124,7 +127,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     MakeViews();
     MakeSplitters();
     MakeStatusBar();
-    SetTabOrder();
+    SetOrders();
     RestorePlace();
 
     InitViews();
@@ -178,11 +181,9 @@ void frmMain::MakeCover()
 void frmMain::MakeViews()
 {
     m_tabBody->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
-    m_tabBody->lower();
     tsTabStrip1->setObjectName(QStringLiteral("tsTabStrip1"));
     tsTabStrip1->setAccessibleName(QStringLiteral("Representation"));
     tsTabStrip1->AddKeys(*this);
-    lblTitle[1]->raise();
     const QList<QAction *> entries = m_actions->ViewEntries();
     for (const Representation r : AllRepresentations) {
         auto *box = new RichTextBox(m_parts.views.View(r), m_inner);
@@ -245,17 +246,20 @@ void frmMain::MakeStatusBar()
             [this] { Q_EMIT CommandChosen(Command::Options); });
 }
 
-/// The order of the page: lists from the top, then the views and their tabs.
-void frmMain::SetTabOrder()
+/// The order of the page, for reading and for the Tab key: lists from the top, then the views and
+/// their tabs.
+void frmMain::SetOrders()
 {
-    QList<QWidget *> order =
-        tbToolBar->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    const QWidgetList views(m_boxes.begin(), m_boxes.end());
+    ReadInOrder(QWidgetList{tbToolBar, lblTitle[0], ActionList, picSendSequenceDeactivated,
+                            HimgSplitter, lblTitle[2], EventList, VimgSplitter, m_tabBody,
+                            lblTitle[1]} +
+                views + QWidgetList{tsTabStrip1, sbStatusBar});
+
+    QWidgetList order = tbToolBar->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
     order << ActionList
           << picSendSequenceDeactivated->findChild<QWidget *>(QStringLiteral("lblClickChangeComm"));
-    order << HimgSplitter << EventList << VimgSplitter;
-    for (RichTextBox *box : m_boxes)
-        order << box;
-    order << tsTabStrip1;
+    order << HimgSplitter << EventList << VimgSplitter << views << tsTabStrip1;
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
     m_boxes[0]->setFocus();
@@ -398,6 +402,7 @@ void frmMain::UpdateStatusPanels()
     const bool covered = !m_parts.comm.MaySend();
     picSendSequenceDeactivated->setVisible(covered);
     ActionList->setDisabled(covered); // keys must not reach what cannot be seen
+    ActionList->setHidden(covered);   // nor must it be read aloud
     sbStatusBar->ShowSettings(m_parts.comm);
 }
 

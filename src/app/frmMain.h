@@ -119,7 +119,7 @@ class frmMain final : public QWidget, public ProjectWindow
     void MakeViews();
     void MakeSplitters();
     void MakeStatusBar();
-    void SetTabOrder();
+    void SetOrders();
 
     void RestorePlace();
     void PlaceFirstSplitter();

@@ -3,11 +3,22 @@
 
 #include "ClickLabel.h"
 
+#include "ControlAccessible.h"
+
+#include <QAccessible>
 #include <QKeyEvent>
+#include <QMetaMethod>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionFocusRect>
+
+/// A text given to the base would be told to assistive programs before this is more than a label.
+ClickLabel::ClickLabel(const QString &text, QWidget *parent) : QLabel(parent)
+{
+    QAccessible::installFactory(ControlAccessible::Create);
+    setText(text);
+}
 
 void ClickLabel::MakeLink()
 {
@@ -17,6 +28,11 @@ void ClickLabel::MakeLink()
     underlined.setUnderline(true);
     setFont(underlined);
     setForegroundRole(QPalette::Link);
+}
+
+bool ClickLabel::Acts() const
+{
+    return isSignalConnected(QMetaMethod::fromSignal(&ClickLabel::Clicked));
 }
 
 QSize ClickLabel::minimumSizeHint() const

@@ -12,10 +12,13 @@ class ClickLabel final : public QLabel
     Q_OBJECT
 
   public:
-    using QLabel::QLabel;
+    explicit ClickLabel(const QString &text = {}, QWidget *parent = nullptr);
 
     /// Shows it as a link that the Tab key reaches.
     void MakeLink();
+
+    /// Whether anybody listens to its clicks.
+    bool Acts() const;
 
     QSize minimumSizeHint() const override;
 

@@ -46,7 +46,13 @@ void frmEditEvent::MakeAction()
         page->setObjectName(QStringLiteral("picOptions_%1").arg(number++));
         pages->addWidget(page);
     }
-    connect(tabs, &QTabBar::currentChanged, pages, &QStackedWidget::setCurrentIndex);
+    // Without a name of its own it would be read with the frame's title.
+    const auto showPage = [tabs, pages](int page) {
+        pages->setCurrentIndex(page);
+        pages->setAccessibleName(tabs->tabText(page));
+    };
+    showPage(0);
+    connect(tabs, &QTabBar::currentChanged, pages, showPage);
 
     auto *frame = new QGroupBox(QStringLiteral("3 - Action"));
     auto *column = new QVBoxLayout(frame);

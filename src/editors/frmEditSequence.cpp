@@ -9,6 +9,7 @@
 #include "MdSequenceEdition.h"
 #include "NamedButton.h"
 #include "QuietLine.h"
+#include "ReadingOrder.h"
 #include "SQEditSequence.h"
 #include "ScrollPage.h"
 #include "UserPrompts.h"
@@ -114,6 +115,7 @@ QGroupBox *frmEditSequence::MakeDefinition(const Names &names)
 void frmEditSequence::MakeButtons()
 {
     cmdOK->setDefault(true);
+    ReadInOrder({cmdBack, cmdForward, cmdDelete, cmdOK, CmdCancel, cmdApply});
     auto *row = new QHBoxLayout;
     for (QPushButton *button : {cmdBack, cmdForward, cmdDelete})
         row->addWidget(LetNarrow(button));

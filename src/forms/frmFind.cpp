@@ -4,6 +4,7 @@
 #include "frmFind.h"
 
 #include "ByteLook.h"
+#include "DialogPage.h"
 #include "EditModeOptions.h"
 #include "MdSequenceEdition.h"
 #include "NamedButton.h"
@@ -95,7 +96,7 @@ void frmFind::MakeTabs()
 QVBoxLayout *frmFind::MakePanel(FindKind kind, QWidget *field, QWidget *beside)
 {
     const Page &page = Pages[size_t(kind)];
-    auto *panel = new QWidget(this);
+    auto *panel = new DialogPage(this);
     panel->setObjectName(QStringLiteral("picOptions_%1").arg(int(kind)));
     auto *caption = new QLabel(Text(page.caption));
     caption->setBuddy(field);

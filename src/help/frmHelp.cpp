@@ -3,8 +3,10 @@
 
 #include "frmHelp.h"
 
+#include "DialogPage.h"
 #include "HelpBrowser.h"
 #include "HelpFile.h"
+#include "ReadingOrder.h"
 #include "Shell.h"
 
 #include <QAction>
@@ -56,13 +58,13 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
     setWindowIcon(QIcon(QStringLiteral(":/icons/serimonde.svg")));
     resize(UsualSize.boundedTo(screen()->availableSize()));
     MakeBrowser();
-    MakeContents();
     MakePanes();
     Arrange();
     connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
 }
 
-void frmHelp::MakeContents()
+/// The list without a page around it would be read while it is hidden, too.
+QWidget *frmHelp::MakeContentsPane()
 {
     m_contents->setObjectName(QStringLiteral("lstContents"));
     m_contents->setAccessibleName(QStringLiteral("Contents"));
@@ -71,13 +73,20 @@ void frmHelp::MakeContents()
         m_contents->expandToDepth(0);
         SelectInContents(txtPage->source());
     });
+
+    auto *pane = new DialogPage;
+    auto *column = new QVBoxLayout(pane);
+    column->setContentsMargins({});
+    column->addWidget(m_contents);
+    return pane;
 }
 
 void frmHelp::MakePanes()
 {
     tbsPanes->setObjectName(QStringLiteral("tbsPanes"));
-    tbsPanes->addTab(m_contents, QStringLiteral("&Contents"));
+    tbsPanes->addTab(MakeContentsPane(), QStringLiteral("&Contents"));
     tbsPanes->addTab(MakeIndexPane(), QStringLiteral("&Index"));
+    tbsPanes->tabBar()->lower(); // read before its panes
     connect(tbsPanes, &QTabWidget::tabBarClicked, this, [this](int pane) {
         if (pane == IndexPane)
             ShowIndex();
@@ -92,6 +101,7 @@ void frmHelp::Arrange()
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({PanesWidth, UsualSize.width() - PanesWidth});
     splitter->setChildrenCollapsible(false);
+    ReadInOrder({tbsPanes, splitter->handle(1), txtPage});
     auto *page = new QVBoxLayout(this);
     page->setContentsMargins({});
     page->setSpacing(0);
@@ -150,7 +160,7 @@ QWidget *frmHelp::MakeIndexPane()
     auto *label = new QLabel(QStringLiteral("&Look for:"));
     label->setBuddy(txtKeyword);
 
-    auto *pane = new QWidget;
+    auto *pane = new DialogPage;
     auto *column = new QVBoxLayout(pane);
     column->addWidget(label);
     column->addWidget(txtKeyword);

@@ -45,8 +45,8 @@ class frmHelp final : public QWidget
 
   private:
     void MakeBrowser();
-    void MakeContents();
     void MakePanes();
+    QWidget *MakeContentsPane();
     QWidget *MakeIndexPane();
     QToolBar *MakeToolbar();
     void Arrange();

@@ -3,6 +3,8 @@
 
 #include "SQReceiveSequenceList.h"
 
+#include "SequenceListAccessible.h"
+
 SQReceiveSequenceList::SQReceiveSequenceList(QWidget *parent)
     : SequenceList(SequenceMark::ActiveBox, parent)
 {
@@ -13,6 +15,7 @@ void SQReceiveSequenceList::SetActive(int index, bool active)
     SequenceListRow row = RowAt(index);
     row.active = active;
     ModifyRow(index, row);
+    SequenceListAccessible::TellTick(*this, index);
 }
 
 void SQReceiveSequenceList::UseMark(int index)

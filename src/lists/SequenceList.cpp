@@ -5,8 +5,11 @@
 
 #include "CodePage1252.h"
 #include "FixedPitchFont.h"
+#include "Pressing.h"
+#include "SequenceListAccessible.h"
 #include "SequenceListDelegate.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -38,6 +41,7 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
       m_hold(*viewport()),
       m_sequences(new FreeColumn(*this, SequenceListModel::SequenceColumn))
 {
+    QAccessible::installFactory(SequenceListAccessible::Create);
     m_model->SetSequenceFont(FixedPitchFont::ViewFont());
     setModel(m_model);
     setItemDelegate(m_delegate);
@@ -173,6 +177,21 @@ void SequenceList::EditRow(int index)
         Q_EMIT EditRequested(index);
     else
         Q_EMIT EmptyRowRequested(Count());
+}
+
+void SequenceList::Press(int row, int column)
+{
+    PressLater(*this, [this, row, column] {
+        if (IsMark(row, column))
+            UseMark(row);
+        else
+            EditRow(row);
+    });
+}
+
+QKeySequence SequenceList::KeyOf(int row, int column) const
+{
+    return IsMark(row, column) ? MarkKey() : QKeySequence(Qt::Key_Return);
 }
 
 void SequenceList::CopySequence(int index) const

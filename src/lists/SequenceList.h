@@ -32,6 +32,12 @@ class SequenceList : public QTreeView
     int Count() const { return m_model->Count(); }
     const SequenceListRow &RowAt(int index) const { return m_model->RowAt(index); }
 
+    /// For assistive programs: a mark is used, any other cell's row edited, as a click and Enter
+    /// do.
+    void Press(int row, int column);
+    /// The key that does the same for the row in hand.
+    QKeySequence KeyOf(int row, int column) const;
+
     /// In logical pixels, an array with a place for each column. What no window could have is
     /// bounded. While the width of the sequences is the preset one, they take the free width; and
     /// while that of the first column is, it is wide enough for its heading.
@@ -82,6 +88,10 @@ class SequenceList : public QTreeView
   private:
     void SetWidth(int column, int width);
     void FitFirstHeading();
+    bool IsMark(int row, int column) const
+    {
+        return IsRow(row) && column == SequenceListModel::MarkColumn;
+    }
     bool IsRow(int index) const { return index >= 0 && index < Count(); }
     /// The row on which a click acts at this place of the viewport, -1 for none: that of a mark,
     /// and the empty row all over.

@@ -135,15 +135,22 @@ QString SequenceListModel::CellText(int row, int column) const
     }
 }
 
+/// A row in hand is read by its first cell, so that one says which row it is.
 QString SequenceListModel::SpokenText(int row, int column) const
 {
-    if (!Holds(row))
-        return column == NameColumn ? QStringLiteral("Empty row") : QString();
+    const bool sends = m_mark == SequenceMark::SendButton;
+    if (!Holds(row)) {
+        if (column != MarkColumn && column != NameColumn)
+            return {};
+        return sends ? QStringLiteral("New send sequence") : QStringLiteral("New receive sequence");
+    }
     if (column != MarkColumn)
         return CellText(row, column);
-    if (m_mark == SequenceMark::SendButton)
-        return QStringLiteral("Send");
-    return RowAt(row).active ? QStringLiteral("Active") : QStringLiteral("Not active");
+    const QString subject = CellText(row, RowAt(row).name.isEmpty() ? SequenceColumn : NameColumn);
+    if (sends)
+        return QStringLiteral("Send ") + subject;
+    return subject +
+           (RowAt(row).active ? QStringLiteral(", active") : QStringLiteral(", not active"));
 }
 
 QString SequenceListModel::ToolTipText(int row, int column) const

@@ -13,8 +13,18 @@
 #include <QScrollBar>
 #include <QStyle>
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
+
+namespace
+{
+
+/// Assistive programs are told of news at most this often, in milliseconds, and of this much text.
+constexpr int AnnouncingPause = 200;
+constexpr qint64 MostAnnounced = 4096;
+
+} // namespace
 
 RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
     : TextControl(parent),
@@ -27,6 +37,8 @@ RichTextView::RichTextView(RichTextModel &model, QWidget *parent)
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     SetMeasures(m_painter.Advance(), m_painter.RowHeight());
+    m_announcing.setSingleShot(true);
+    connect(&m_announcing, &QTimer::timeout, this, &RichTextView::Announce);
     connect(&m_model, &RichTextModel::Changed, this, &RichTextView::FollowModel);
 }
 
@@ -73,14 +85,19 @@ void RichTextView::RepaintIfChanged()
     viewport()->update();
 }
 
-/// Tells assistive programs what has come and where the caret is.
+/// Tells assistive programs what has come and where the caret is: at once in a quiet view. Of fast
+/// traffic, which nobody could listen to, they get the end of what came in a while.
 void RichTextView::Announce()
 {
-    const qint64 begin = m_model.Begin();
-    const qint64 from = qMax(std::exchange(m_announcedEnd, m_model.End()), begin);
-    const qint64 caret = std::exchange(m_announcedCaret, m_model.Caret());
-    if (!QAccessible::isActive())
+    if (m_announcing.isActive() || !isVisible())
         return;
+    const qint64 begin = m_model.Begin();
+    const qint64 from = std::max(
+        {std::exchange(m_announcedEnd, m_model.End()), begin, m_model.End() - MostAnnounced});
+    const qint64 caret = std::exchange(m_announcedCaret, m_model.Caret());
+    if (!QAccessible::isActive() || (from == m_model.End() && caret == m_model.Caret()))
+        return;
+    m_announcing.start(AnnouncingPause);
     if (from < m_model.End()) {
         QAccessibleTextInsertEvent inserted(
             this, int(from - begin), CodePage1252::ToUnicode(m_model.Bytes().sliced(from - begin)));

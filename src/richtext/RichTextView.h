@@ -8,6 +8,8 @@
 #include "RichTextPainter.h"
 #include "TextControl.h"
 
+#include <QTimer>
+
 #include <optional>
 
 class RichTextModel;
@@ -97,6 +99,7 @@ class RichTextView : public TextControl
     Shown m_shown;
     qint64 m_announcedCaret = 0;
     qint64 m_announcedEnd = 0;
+    QTimer m_announcing; ///< until it has run out, what comes waits to be told
 
     QRectF m_caretRect;
 };
