@@ -146,9 +146,12 @@ void SequenceListAccessible::TellTick(SequenceList &list, int row)
 {
     QAccessible::State changed;
     changed.checked = true;
-    QAccessibleStateChangeEvent event(&list, changed);
-    event.setChild((row + 1) * list.model()->columnCount());
-    QAccessible::updateAccessibility(&event);
+    QAccessibleEvent name(&list, QAccessible::NameChanged);
+    QAccessibleStateChangeEvent tick(&list, changed);
+    for (QAccessibleEvent *event : {&name, static_cast<QAccessibleEvent *>(&tick)}) {
+        event->setChild((row + 1) * list.model()->columnCount());
+        QAccessible::updateAccessibility(event);
+    }
 }
 
 SequenceListAccessible::SequenceListAccessible(SequenceList &list)
