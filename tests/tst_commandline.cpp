@@ -12,19 +12,17 @@ class tst_commandline : public QObject
   private Q_SLOTS:
     void EverythingAtOnce()
     {
-        const auto parsed = ParseCommandLine({"serimonde",      "--port",       "1=/dev/ttyUSB0",
-                                              "--port=255=a=b", "--mode",       "2",
-                                              "--settings",     "921600,e,7,2", "--start",
-                                              "--quit-after",   "0.5",          "--screenshot",
-                                              "a.png",          "--log",        "l.txt",
-                                              "--overwrite",    "--demo",       "--reset-settings",
-                                              "my.sqx",         "-platform",    "offscreen"});
+        const auto parsed = ParseCommandLine(
+            QString("serimonde --port 1=/dev/ttyUSB0 --port=255=a=b --mode 2 --settings "
+                    "921600,e,7,2 --start --reconnect --quit-after 0.5 --screenshot a.png --log "
+                    "l.txt --overwrite --demo --reset-settings my.sqx -platform offscreen")
+                .split(' '));
         const CommandLine &line = parsed.line;
         QCOMPARE(parsed.result.Cause(), QString());
         QCOMPARE(line.ports, (QHash<int, QString>{{1, "/dev/ttyUSB0"}, {255, "a=b"}}));
         QCOMPARE(line.mode, CommMode::MonitorReceiveAndModify);
         QCOMPARE(LineSettingsText(*line.line), "921600,E,7,2");
-        QVERIFY(line.start && line.demo && line.Unattended() && line.overwrite &&
+        QVERIFY(line.start && line.reconnect && line.demo && line.Unattended() && line.overwrite &&
                 line.resetSettings);
         QCOMPARE(*line.quitAfterSeconds, 0.5);
         QCOMPARE((QStringList{line.screenshot, line.log, line.project}),

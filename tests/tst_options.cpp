@@ -430,6 +430,7 @@ void tst_options::OKEndsWhatTheCommandLineHadPut()
 {
     ProgramBench bench;
     bench.line.mode = CommMode::MonitorReceiveOnly;
+    bench.line.reconnect = true;
     bench.line.line = ParseLineSettings(u"921600,E,7,2");
     QString note;
     QStringList settings;
@@ -444,7 +445,10 @@ void tst_options::OKEndsWhatTheCommandLineHadPut()
     };
     bench.Run(
         {{[&] { noteAndPress("cmdCancel"); }, AtOnce}, {[&] { noteAndPress("cmdOK"); }, AtOnce}});
-    QVERIFY2(note.contains("Monitoring (Receive Only), 921600,E,7,2"), qPrintable(note));
+    QVERIFY2(note.contains("Monitoring (Receive Only), 921600,E,7,2, devices that come back are "
+                           "reopened"),
+             qPrintable(note));
+    QVERIFY(!bench.program->Comm().Reopens());
     QCOMPARE(settings, (QStringList{"921600,E,7,2", "9600,N,8,1"}));
     QVERIFY(bench.program->Comm().Mode() == CommMode::SendReceive);
 }
@@ -560,6 +564,7 @@ void tst_options::ADeviceIsAssigned()
                               list->visualItemRect(list->topLevelItem(choose)).center());
         } else if (!type.isEmpty())
             OptionsDesk{devices}.Type("txtDevice", type);
+        OptionsDesk{devices}.Press("chkReopen"); // a choice that needs no device
         QTest::keyClick(list, Qt::Key_Return);
     });
     QCOMPARE(rows, (QStringList{"COM1|/dev/ttyS0|Built-in serial port|",
@@ -573,6 +578,7 @@ void tst_options::ADeviceIsAssigned()
     desk.Press("cmdApply");
     const QMap<int, QString> assigned = bench.confirmed.value(0).devices;
     QCOMPARE(assigned.keys(), chosen ? QList{number} : QList<int>());
+    QVERIFY(bench.confirmed.value(0).comm.stored.CommReopen);
     bench.store.flushed = Failure{"no room"};
     OptionsValues taken;
     const OptionsSubjects subjects = {taken.comm, taken.stamp, taken.sequences, taken.log,

@@ -250,6 +250,54 @@ class tst_receivepath : public QObject
         QTRY_COMPARE(bench.prompts.notices.size(), 2);
     }
 
+    /// With the second channel going on, whose question is for the first one to be answered.
+    void ADeviceThatIsAwayIsWaitedFor()
+    {
+        CommunicationBench bench;
+        bench.settings.stamp = {false, false, true};
+        bench.settings.comm.stored.CommReopen = true;
+        bench.Watch("abcd", "seen");
+        bench.Watch("?", "asked", "YES");
+        bench.Open(CommMode::MonitorReceiveAndModify);
+        QVERIFY(bench.portA.reopens && bench.portB.reopens);
+        bench.portA.Receive("ab");
+        bench.portA.GoAway(17);
+        bench.portB.Receive("?");
+        bench.portB.Receive("?"); // told once
+        QTRY_COMPARE(bench.statusTexts.last(), "Waiting for COM1 (/dev/scripted)");
+        QTRY_COMPARE(bench.prompts.notices,
+                     (QList{ExclamationMessage("COM1 went away while 17 bytes were still waiting "
+                                               "to be sent"),
+                            ExclamationMessage("away")}));
+        bench.prompts.standing.clear();
+        bench.communication.Transmit("by hand");
+        QTRY_COMPARE(bench.prompts.notices.size(), 3); // whenever a hand tries it
+        bench.portB.GoAway(0);
+        QTRY_COMPARE(bench.statusTexts.last(),
+                     "Waiting for COM1 (/dev/scripted) and COM2 (/dev/scripted)");
+        bench.portB.ComeBack();
+        bench.portA.ComeBack();
+        bench.portA.Receive("cd"); // the first half is forgotten
+        bench.communication.Transmit("again");
+        const QByteArray stamp = "07:13:49  - ";
+        QCOMPARE(bench.StagedAscii(), "c:" + stamp + "|0:ab|c: COM1 went away " + stamp +
+                                          "|1:?|c: asked |1:?|c: asked  COM2 went away  COM2 is "
+                                          "back  COM1 is back " +
+                                          stamp + "|0:cdagain");
+        QCOMPARE(bench.log.events[2].count, 17);
+        QTRY_COMPARE(bench.statusTexts.last(), "Communication ports are open");
+        QVERIFY(bench.log.calls == QStringList("UpdateLogCommands") &&
+                bench.prompts.shown.isEmpty());
+
+        bench.portA.line.listener->OnRefused("in use");
+        bench.portA.GoAway(0);
+        bench.communication.ClosePorts();
+        QTRY_COMPARE(bench.prompts.notices.last(),
+                     ExclamationMessage("COM1 is back, but cannot be opened; this is tried again "
+                                        "and again. in use"));
+        QCOMPARE(bench.statusTexts.last(), "Communication ports are closed");
+    }
+
     void OnlyARunningLoopMovesText()
     {
         CommunicationBench bench;

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "DeviceSearch.h"
 #include "LineLoop.h"
 #include "PortDevices.h"
+#include "ReturnPlan.h"
 #include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "SystemPortName.h"
@@ -22,6 +24,7 @@
 #include <ctime>
 #include <future>
 #include <memory>
+#include <mutex>
 
 #include <sys/ioctl.h>
 #include <sys/stat.h>
@@ -107,6 +110,81 @@ struct Station {
     SerialPort port;
     QByteArray received;
     QStringList departures;
+};
+
+/// Hears a line where it speaks.
+class Ear final : public LineListener
+{
+  public:
+    void OnRead(const LineRead &read) override { Hear(read.bytes.toByteArray()); }
+    void OnGone(const QString &, const LineTime &) override { Hear("[gone]"); }
+    void OnAway(const QString &, qint64 unsent, const LineTime &) override
+    {
+        Hear(unsent > 0 ? "[away, unsent]" : "[away]");
+    }
+    void OnBack(const LineTime &) override { Hear("[back]"); }
+
+    QByteArray Heard()
+    {
+        const std::lock_guard guard(m_lock);
+        return m_heard;
+    }
+
+  private:
+    void Hear(const QByteArray &what)
+    {
+        const std::lock_guard guard(m_lock);
+        m_heard += what;
+    }
+
+    std::mutex m_lock;
+    QByteArray m_heard;
+};
+
+/// A device that is plugged in behind a link, and a port that reopens it.
+struct Adapter {
+    Adapter()
+    {
+        Plug();
+        world.devices.AssignForRun(1, link);
+        port.SetReopens(true);
+        port.Wire().Listen(&ear);
+        Start();
+    }
+
+    void Start()
+    {
+        Station::Require(port.SetPortOpen(true));
+        world.lines.Do([this] { port.Wire().BeginReading(); });
+    }
+    /// As communication does it.
+    void Stop()
+    {
+        world.lines.Do([this] { port.Wire().EndReading(); });
+        Station::Require(port.SetPortOpen(false));
+    }
+    void Plug()
+    {
+        pty = std::make_unique<PtyPair>();
+        QFile::remove(link);
+        QFile::link(pty->DeviceName(), link);
+    }
+    bool Unplug()
+    {
+        pty.reset();
+        return WaitStalled([this] { return port.Wire().Counts().away; });
+    }
+    bool Hears(const QByteArray &what)
+    {
+        return WaitStalled([&] { return ear.Heard() == what; });
+    }
+
+    QTemporaryDir folder;
+    const QString link = folder.filePath("adapter");
+    World world;
+    Ear ear;
+    std::unique_ptr<PtyPair> pty;
+    SerialPort port{world.lines, world.hub, world.devices};
 };
 
 } // namespace
@@ -206,6 +284,118 @@ class TestSerialPort : public QObject
             QVERIFY(!station.port.SetPortOpen(false).Failed());
         }
         QCOMPARE(descriptors(), before);
+    }
+
+    void ADeviceThatComesBackIsOpenedAgain()
+    {
+        Adapter adapter;
+        const uint before = QDir("/proc/self/fd").count();
+        QByteArray heard;
+        for (int round = 0; round < 20; ++round) {
+            const PtyPair other; // so that it comes back under another name
+            QVERIFY(adapter.Unplug());
+            QCOMPARE(Cause(adapter.port.Output("x")),
+                     "COM1 is away; nothing is sent until it is back");
+            adapter.Plug();
+            const QByteArray said = "said in round " + QByteArray::number(round);
+            QVERIFY(adapter.pty->Write(said)); // at once, whether it is open or not
+            heard += "[away][back]" + said;
+            QVERIFY2(adapter.Hears(heard), adapter.ear.Heard().constData());
+            QCOMPARE(adapter.port.Device(), adapter.pty->DeviceName());
+            QVERIFY(!adapter.port.Output(said).Failed());
+            QCOMPARE(adapter.pty->Read(said.size()), said);
+        }
+        QVERIFY(LineOf(*adapter.pty).outputBaud == 9600);
+        QVERIFY(!adapter.port.Output(QByteArray(100 * Kibi, 'x')).Failed());
+        QVERIFY(adapter.Unplug());
+        QVERIFY(adapter.Hears(heard + "[away, unsent]"));
+        adapter.Plug();
+        QVERIFY(adapter.Hears(heard + "[away, unsent][back]"));
+        QTRY_COMPARE(QDir("/proc/self/fd").count(), before);
+    }
+
+    void AStopEndsTheWaiting()
+    {
+        Adapter adapter;
+        for (int round = 0; round < 20; ++round) {
+            QVERIFY(adapter.Unplug());
+            if (round % 2 == 0)
+                adapter.Plug(); // it may be open by now, or being opened
+            adapter.Stop();
+            QVERIFY(!adapter.port.Wire().Counts().away);
+            if (round % 2 != 0)
+                adapter.Plug();
+            const QByteArray heard = adapter.ear.Heard();
+            adapter.Start();
+            QVERIFY(adapter.pty->Write("hello"));
+            QVERIFY2(adapter.Hears(heard + "hello"), adapter.ear.Heard().constData());
+        }
+    }
+
+    void WhenADeviceIsTriedAgain()
+    {
+        ReturnPlan plan;
+        QVERIFY(!plan.IsDue({}, 0));
+        QCOMPARE(plan.PauseFrom(0), 50);
+        QList<qint64> tries, told;
+        for (qint64 now = 1000; now < 40000; now += std::max<qint64>(1, plan.PauseFrom(now))) {
+            if (!plan.IsDue("there", now))
+                continue;
+            tries << now - 1000;
+            if (plan.NoteFailure(now))
+                told << now - 1000;
+        }
+        QCOMPARE(tries.first(7), (QList<qint64>{0, 20, 60, 140, 300, 620, 1260}));
+        QCOMPARE(told, QList<qint64>{20000}); // and tried on
+        QCOMPARE(tries.last(3), (QList<qint64>{25000, 30000, 35000}));
+        QVERIFY(plan.IsDue("there, with other rights", 40001));
+        QVERIFY(!plan.NoteFailure(40001));
+        QVERIFY(!plan.IsDue({}, 40002));
+        QVERIFY(plan.IsDue("there", 40003)); // another coming back
+        QVERIFY(!plan.NoteFailure(60002));
+        QVERIFY(plan.NoteFailure(60003));
+    }
+
+    void NoOtherDeviceIsTakenForOneThatWent()
+    {
+        const QTemporaryDir folder;
+        const QDir root(folder.path());
+        const auto path = [&](const char *name) { return root.filePath(name); };
+        const auto link = [&](const char *target, const char *name) {
+            root.mkpath(QFileInfo(name).path());
+            QFile::remove(path(name));
+            QVERIFY(QFile::link(path(target), path(name)));
+        };
+        const auto plug = [&](const char *name) {
+            QVERIFY(QFile(path(name)).open(QIODevice::WriteOnly));
+        };
+        plug("ttyUSB0");
+        plug("ttyUSB1");
+        link("ttyUSB0", "by-id/adapter");
+        link("ttyUSB0", "by-path/left");
+        link("ttyUSB1", "by-path/right");
+        DeviceSearch search(path("ttyUSB0"), path("ttyUSB0"), root.path());
+        QCOMPARE(search.Names(), (QStringList{path("by-id/adapter"), path("by-path/left")}));
+        search.NoteOthers();
+        QFile::remove(path("by-id/adapter"));
+        QCOMPARE(search.Find(), ""); // whoever has ttyUSB0 now
+        link("ttyUSB1", "by-id/adapter");
+        QFile::remove(path("by-path/left"));
+        QCOMPARE(search.Find(), ""); // its twin took the name
+        plug("ttyUSB2");
+        link("ttyUSB2", "by-path/left");
+        QCOMPARE(search.Find(), path("ttyUSB2")); // but not its socket
+        link("ttyUSB2", "by-id/adapter");
+        QCOMPARE(search.Find(), path("ttyUSB2"));
+
+        auto lent = std::make_unique<PtyPair>();
+        QVERIFY(QFile::link(lent->DeviceName(), path("own")));
+        DeviceSearch byLink(lent->DeviceName(), path("own"), root.path());
+        QCOMPARE(byLink.Find(), ""); // the number may be anybody's by now
+        QFile::remove(path("own"));
+        QVERIFY(QFile::link(lent->DeviceName(), path("new")) &&
+                QFile::rename(path("new"), path("own")));
+        QCOMPARE(byLink.Find(), lent->DeviceName());
     }
 
     void LineSettingsAreTakenOrRefused_data()

@@ -33,7 +33,7 @@ QMap<QString, QString> Defaults()
           "Communication CommType=0 CommPortA=1 CommPortB=2 CommSpeed=5 CommParity=2",
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
-          "View ControlCharacters=True", "Print MarginText=False"}) {
+          "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);

@@ -40,11 +40,12 @@ LineStatus LineStatusWindow::StatusOf(SerialPortControl &port, int comNumber) co
 {
     LineStatus status;
     status.caption = QStringLiteral("COM%1").arg(comNumber);
-    status.state = port.PortOpen() ? PortState::Open : PortState::Closed;
     status.name = m_parts.devices.DeviceOf(comNumber);
     status.device = port.Device();
     status.settings = m_parts.comm.PortSettings();
     status.counts = port.Wire().Counts();
+    if (port.PortOpen())
+        status.state = status.counts.away ? PortState::Waiting : PortState::Open;
     return status;
 }
 

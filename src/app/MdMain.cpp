@@ -128,6 +128,7 @@ void MdMain::ApplyCommandLine()
         m_comm.run.mode = m_line.mode;
     if (m_line.line)
         m_comm.run.line = m_line.line;
+    m_comm.run.reopen = m_line.reconnect;
     if (!m_line.log.isEmpty())
         m_log.Arm(m_line.log, m_line.overwrite);
 }

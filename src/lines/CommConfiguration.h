@@ -14,6 +14,7 @@ struct CommOverrides {
     std::optional<LineSettings> line;
     std::optional<int> portA; ///< COM number of channel 1
     std::optional<int> portB; ///< COM number of channel 2
+    bool reopen = false;      ///< whatever is stored
 };
 
 /// The texts of the line settings as the status panels show them; an index without a meaning
@@ -35,6 +36,8 @@ struct CommConfiguration {
     bool TwoChannels() const { return Mode() != CommMode::SendReceive; }
     int PortA() const { return run.portA.value_or(stored.CommPortA); }
     int PortB() const { return run.portB.value_or(stored.CommPortB); }
+    /// Whether a device that went away is opened again when it is back.
+    bool Reopens() const { return run.reopen || stored.CommReopen; }
     /// The text that a port is opened with.
     QString PortSettings() const;
     LineTexts Texts() const;

@@ -25,6 +25,7 @@ struct CommSettings {
     qint32 CommParity = 2; ///< index, 2 is None
     qint32 CommDataBits = 4;
     qint32 CommStopBits = 0;
+    bool CommReopen = false; ///< a device that went away is opened again when it is back
 
     bool operator==(const CommSettings &) const = default;
 };

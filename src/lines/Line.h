@@ -54,6 +54,7 @@ struct LineCounts {
     std::optional<ModemLines> modem;
     bool RTS = false; ///< as set from here
     bool DTR = false;
+    bool away = false; ///< the device has gone and is waited for
 };
 
 /// Hears what happens on a line. All calls come on the lines' thread, which must not be kept
@@ -71,6 +72,13 @@ class LineListener
     /// The device has gone away. The line stays to be closed by its user; it takes what is written
     /// in silence until then.
     virtual void OnGone(const QString &cause, const LineTime &time) = 0;
+    /// The same where the line waits for its device: OnBack follows, or the line is closed. Bytes
+    /// that were still to be sent are lost.
+    virtual void OnAway(const QString &, qint64 /*unsent*/, const LineTime &) {}
+    /// The device is back and open; what it says follows.
+    virtual void OnBack(const LineTime &) {}
+    /// It is back, but for some time now it could not be opened, for that cause. The line waits on.
+    virtual void OnRefused(const QString &) {}
 
     /// Asked before each read. After a no the line is not read until Resume is called.
     virtual bool HasRoom() const { return true; }
@@ -109,7 +117,7 @@ class Line
     virtual void Resume() = 0;
 
     /// Hands bytes to the line, which sends them behind all that waits. Fails, and takes none of
-    /// them, if the line is closed or too much is waiting.
+    /// them, if the line is closed, waits for its device, or too much is waiting.
     virtual Result Write(const QByteArray &bytes) = 0;
 
     /// The time on the clocks of the line.

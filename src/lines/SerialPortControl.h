@@ -55,6 +55,9 @@ class SerialPortControl : public QObject
     virtual Result SetInBufferSize(int bytes) = 0;
     /// Bytes that one Input takes; 0: all that are waiting.
     virtual Result SetInputLen(int bytes) = 0;
+    /// Whether a device that goes away is waited for and opened again when it is back, instead of
+    /// being reported. A port that cannot do so reports it.
+    virtual void SetReopens(bool) {}
 
     /// Opens or closes. Closing first raises the events for what has been received, then waits
     /// for bytes still to be sent, one second at most. Inside a receive event closing raises none;
@@ -82,7 +85,7 @@ class SerialPortControl : public QObject
     virtual Line &Wire() = 0;
     /// Bytes that the last close threw away because the device did not take them.
     virtual qint64 ThrownAway() const = 0;
-    /// Canonical name of the open device; empty while closed.
+    /// Canonical name of the open device, or of the one that is waited for; empty while closed.
     virtual QString Device() const = 0;
 
   Q_SIGNALS:

@@ -12,14 +12,14 @@
 #include <functional>
 
 /// A row of the table of texts in LineStatusGroup.cpp for each.
-enum class PortState { Closed, Open };
+enum class PortState { Closed, Open, Waiting };
 
 /// What is shown of one port.
 struct LineStatus {
     QString caption; ///< "COM1"
     PortState state = PortState::Closed;
     QString name;      ///< of its device, as the user gave it; empty if the port has none
-    QString device;    ///< canonical name; empty while closed
+    QString device;    ///< canonical name, of one that is waited for too; empty while closed
     QString settings;  ///< "9600,N,8,1"
     LineCounts counts; ///< since the last opening
 };

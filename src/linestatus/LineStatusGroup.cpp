@@ -21,8 +21,8 @@ struct Shown {
     std::array<qint64, 2> rates; ///< received, sent
 };
 
-constexpr std::array StateTexts = {"closed", "open"};
-static_assert(StateTexts.size() == size_t(PortState::Open) + 1);
+constexpr std::array StateTexts = {"closed", "open", "waiting for its device"};
+static_assert(StateTexts.size() == size_t(PortState::Waiting) + 1);
 
 QString Text(const char *latin)
 {

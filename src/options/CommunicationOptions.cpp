@@ -57,6 +57,8 @@ QString RunText(const CommOverrides &run)
         parts << QStringLiteral("COM%1").arg(*run.portA);
     if (run.portB && run.mode != CommMode::SendReceive)
         parts << QStringLiteral("COM%1").arg(*run.portB);
+    if (run.reopen)
+        parts << QStringLiteral("devices that come back are reopened");
     return parts.isEmpty() ? QString()
                            : QStringLiteral("The command line has put in force for this run: %1. "
                                             "OK and Apply end that and put the settings above in "
@@ -153,6 +155,7 @@ void CommunicationOptions::Show(const OptionsValues &values)
     const CommSettings &stored = values.comm.stored;
     const bool twoChannels = ModeFromNumber(stored.CommType) != CommMode::SendReceive;
     m_modes[twoChannels ? 1 : 0]->setChecked(true);
+    m_reopens = stored.CommReopen;
     m_mode = stored.CommType; // which may be one that neither option stands for
     ShowMode();
     m_assigned = values.devices;
@@ -172,6 +175,7 @@ void CommunicationOptions::Store(OptionsValues &values) const
     stored.CommType = m_mode;
     stored.CommPortA = m_portA->Number();
     stored.CommPortB = m_portB->Number();
+    stored.CommReopen = m_reopens;
     for (size_t i = 0; i < ValueLists.size(); ++i) {
         if (m_lists[i]->currentIndex() >= 0)
             stored.*ValueLists[i].value = m_lists[i]->currentIndex();
@@ -228,11 +232,14 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
     QMap<int, PortDevices::Meaning> meanings;
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)
         meanings[each] = MeaningOf(each);
-    frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString())}, m_finder,
-                       window());
+    frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString()), m_reopens},
+                       m_finder, window());
     const bool accepted = devices.exec() == QDialog::Accepted;
     box.Edit()->setFocus(); // on the button, Enter would open the devices again
-    if (!accepted || !devices.IsChosen())
+    if (!accepted)
+        return;
+    m_reopens = devices.Reopens();
+    if (!devices.IsChosen())
         return;
     m_assigned[number] = devices.Device();
     m_portA->UpdateMeaning();

@@ -45,6 +45,7 @@ class CommunicationOptions final : public OptionsPage
     const PortDevices &m_devices;
     std::shared_ptr<const PortFinder> m_finder;
     qint32 m_mode = 0;             ///< as stored until the user chooses
+    bool m_reopens = false;        ///< as stored until the user chooses
     QMap<int, QString> m_assigned; ///< in this dialog
     std::array<QRadioButton *, 2> m_modes{};
     QLabel *m_captionSendReceive;

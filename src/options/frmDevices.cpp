@@ -5,6 +5,7 @@
 
 #include "NamedButton.h"
 
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -43,6 +44,7 @@ frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder>
       m_list(new QTreeWidget),
       lblState(new QLabel),
       txtDevice(new QLineEdit),
+      chkReopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
       cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
     for (auto meaning = port.meanings.cbegin(); meaning != port.meanings.cend(); ++meaning)
@@ -105,6 +107,11 @@ void frmDevices::MakeField(const ChosenPort &port)
     auto *column = static_cast<QVBoxLayout *>(layout());
     column->addLayout(row);
     column->addWidget(note);
+    chkReopen->setObjectName(QStringLiteral("chkReopen"));
+    chkReopen->setToolTip(QStringLiteral("Holds for all ports. Communication then goes on while a "
+                                         "device is unplugged."));
+    chkReopen->setChecked(port.reopens);
+    column->addWidget(chkReopen);
 }
 
 void frmDevices::MakeButtons()
@@ -175,4 +182,9 @@ bool frmDevices::IsChosen() const
 QString frmDevices::Device() const
 {
     return txtDevice->text().trimmed();
+}
+
+bool frmDevices::Reopens() const
+{
+    return chkReopen->isChecked();
 }

@@ -11,6 +11,7 @@
 
 #include <memory>
 
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -29,6 +30,7 @@ class frmDevices final : public QDialog
         int number;
         QMap<int, PortDevices::Meaning> meanings; ///< of all COM numbers
         PortDevices::Meaning ofSystem;            ///< while the user assigns nothing to it
+        bool reopens = false;                     ///< see Reopens; it holds for all ports
     };
 
     frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
@@ -38,6 +40,8 @@ class frmDevices final : public QDialog
     bool IsChosen() const;
     /// The chosen device; empty to leave the number to the system.
     QString Device() const;
+    /// Whether a device that went away is to be opened again when it is back.
+    bool Reopens() const;
 
   private:
     void MakeList();
@@ -53,5 +57,6 @@ class frmDevices final : public QDialog
     QTreeWidget *m_list;
     QLabel *lblState;
     QLineEdit *txtDevice;
+    QCheckBox *chkReopen;
     QPushButton *cmdLookAgain;
 };

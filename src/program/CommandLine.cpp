@@ -116,6 +116,8 @@ constexpr std::array OptionRows = {
     OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings},
     OptionRow{"start", nullptr, "start communication when the window is up",
               ApplyFlag<&CommandLine::start>},
+    OptionRow{"reconnect", nullptr, "reopen a device that comes back, in this run",
+              ApplyFlag<&CommandLine::reconnect>},
     OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog},
     OptionRow{"overwrite", nullptr, "let --log overwrite existing files",
               ApplyFlag<&CommandLine::overwrite>},

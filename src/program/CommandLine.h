@@ -21,6 +21,7 @@ struct CommandLine {
     std::optional<CommMode> mode;
     std::optional<LineSettings> line;
     bool start = false;
+    bool reconnect = false; ///< a device that went away is opened again when it is back
     bool demo = false;
     QString log;            ///< file that names the log to be started, empty for none
     bool overwrite = false; ///< files of that log that exist already

@@ -45,6 +45,7 @@ void LineJudge::Begin(const Session &session)
 {
     m_session = session;
     m_refused = false;
+    m_lineAAway = false;
     m_detection.Clear();
 }
 
@@ -73,10 +74,14 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         ReceiveDetection::Result found = m_detection.Feed(chunk.direction, bytes, *m_watch);
-        const bool answers = m_session.answers && !found.answer.isEmpty();
+        bool answers = m_session.answers && !found.answer.isEmpty();
         Result written;
-        if (answers)
-            written = Write(found.answer);
+        if (answers) {
+            written = m_lineA.Write(found.answer);
+            answers = !IsHeldBack(written);
+            if (!answers && !std::exchange(m_heldBackTold, true))
+                TellHeldBack(written.Cause());
+        }
 
         TrafficEvent said = chunk;
         said.bytes = bytes.first(found.consumed).toByteArray();
@@ -95,14 +100,24 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
     }
 }
 
-Result LineJudge::Write(const QByteArray &bytes)
+/// What is not sent because the device is away is nothing that happened on the line.
+bool LineJudge::IsHeldBack(const Result &written) const
 {
-    return m_lineA.Write(bytes);
+    return m_lineAAway && written.Failed();
+}
+
+void LineJudge::TellHeldBack(const QString &cause)
+{
+    m_reports.notice(QStringLiteral("COM%1 is away").arg(m_session.comNumbers[0]), cause);
 }
 
 void LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    const Result written = Write(bytes);
+    const Result written = m_lineA.Write(bytes);
+    if (IsHeldBack(written)) {
+        TellHeldBack(written.Cause());
+        return;
+    }
     TrafficEvent sent;
     sent.time = m_lineA.Now();
     sent.bytes = bytes;
@@ -161,4 +176,51 @@ void LineJudge::Ear::OnGone(const QString &cause, const LineTime &time)
     event.cause = cause;
     m_judge.m_stream.Append(std::move(event));
     m_judge.m_reports.gone(m_channel, cause);
+}
+
+QString LineJudge::Ear::Name() const
+{
+    return QStringLiteral("COM%1").arg(m_judge.m_session.comNumbers[size_t(m_channel)]);
+}
+
+void LineJudge::Ear::OnAway(const QString &cause, qint64 unsent, const LineTime &time)
+{
+    TrafficEvent gone = EventOf(TrafficEvent::Kind::Gone, time);
+    gone.cause = cause;
+    gone.comment = AsComment(Name().toLatin1() + " went away");
+    m_judge.m_stream.Append(std::move(gone));
+    m_judge.m_detection.Clear(m_judge.DirectionOf(m_channel));
+    if (m_channel == 0) {
+        m_judge.m_lineAAway = true;
+        m_judge.m_heldBackTold = false;
+    }
+    m_judge.m_reports.awayOrBack();
+    if (unsent == 0)
+        return;
+    TrafficEvent lost = EventOf(TrafficEvent::Kind::NotSent, time);
+    lost.count = unsent;
+    lost.cause = QStringLiteral("%1 went away while %2 bytes were still waiting to be sent")
+                     .arg(Name())
+                     .arg(unsent);
+    m_judge.m_reports.notice(Name() + QStringLiteral(" went away"), lost.cause);
+    m_judge.m_stream.Append(std::move(lost));
+}
+
+void LineJudge::Ear::OnBack(const LineTime &time)
+{
+    TrafficEvent back = EventOf(TrafficEvent::Kind::Back, time);
+    back.comment = AsComment(Name().toLatin1() + " is back");
+    m_judge.m_stream.Append(std::move(back));
+    if (m_channel == 0)
+        m_judge.m_lineAAway = false;
+    m_judge.m_reports.awayOrBack();
+}
+
+void LineJudge::Ear::OnRefused(const QString &cause)
+{
+    m_judge.m_reports.notice(
+        Name() + QStringLiteral(" is not opened"),
+        QStringLiteral("%1 is back, but cannot be opened; this is tried again and again. ")
+                .arg(Name()) +
+            cause);
 }

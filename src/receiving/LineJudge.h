@@ -22,7 +22,8 @@ class LineJudge final
     /// How communication was started.
     struct Session {
         bool twoChannels = false;
-        bool answers = true; ///< whether anything may be sent at all
+        bool answers = true;                    ///< whether anything may be sent at all
+        std::array<int, 2> comNumbers = {1, 2}; ///< of the channels
     };
 
     /// Something for the window's thread, told on the lines' thread.
@@ -30,6 +31,9 @@ class LineJudge final
         std::function<void(int channel, const QString &cause)> gone;
         std::function<void(int channel, const QString &cause)> notSent;
         std::function<void(int channel)> sentAgain; ///< after a notSent
+        std::function<void()> awayOrBack;           ///< a line's device
+        /// The subject is another one for each kind of notice and port.
+        std::function<void(const QString &about, const QString &text)> notice;
     };
 
     /// Board and stream live longer than the judge. Answers go out on the first line.
@@ -45,7 +49,8 @@ class LineJudge final
     /// asked on any thread.
     std::function<bool()> HasRoom = [] { return true; };
 
-    /// Sends on the first line what the user wants sent; shown whether the line takes it or not.
+    /// Sends on the first line what the user wants sent; shown whether the line takes it or not,
+    /// but not while its device is away.
     void Send(const QByteArray &bytes, const QByteArray &name);
 
   private:
@@ -58,10 +63,14 @@ class LineJudge final
         void OnCondition(LineCondition condition, qint64 count, const LineTime &time) override;
         void OnModemLines(const ModemLines &lines, const LineTime &time) override;
         void OnGone(const QString &cause, const LineTime &time) override;
+        void OnAway(const QString &cause, qint64 unsent, const LineTime &time) override;
+        void OnBack(const LineTime &time) override;
+        void OnRefused(const QString &cause) override;
         bool HasRoom() const override { return m_judge.HasRoom(); }
 
       private:
         TrafficEvent EventOf(TrafficEvent::Kind kind, const LineTime &time) const;
+        QString Name() const;
 
         LineJudge &m_judge;
         const int m_channel;
@@ -70,7 +79,8 @@ class LineJudge final
     int DirectionOf(int channel) const;
     void OnRead(int channel, const LineRead &read);
     void Judge(const TrafficEvent &chunk, QByteArrayView bytes);
-    Result Write(const QByteArray &bytes);
+    bool IsHeldBack(const Result &written) const;
+    void TellHeldBack(const QString &cause);
     void TellSent(TrafficEvent sent, const Result &result);
 
     const WatchBoard &m_board;
@@ -82,4 +92,6 @@ class LineJudge final
     ReceiveDetection m_detection;
     std::shared_ptr<const WatchSnapshot> m_watch;
     bool m_refused = false; ///< the line refused what it was given last
+    bool m_lineAAway = false;
+    bool m_heldBackTold = false; ///< that answers are not sent, while the device is away
 };

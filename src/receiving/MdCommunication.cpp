@@ -64,18 +64,27 @@ MdCommunication::~MdCommunication()
 /// They come on the lines' thread and are handled on the window's.
 LineJudge::Reports MdCommunication::JudgeReports()
 {
-    return {[this](int channel, const QString &cause) {
-                QMetaObject::invokeMethod(
-                    this, [=, this] { OnGone(channel, cause); }, Qt::QueuedConnection);
-            },
-            [this](int channel, const QString &cause) {
-                QMetaObject::invokeMethod(
-                    this, [=, this] { TellNotSent(channel, cause); }, Qt::QueuedConnection);
-            },
-            [this](int channel) {
-                QMetaObject::invokeMethod(
-                    this, [=, this] { m_told[size_t(channel)] = false; }, Qt::QueuedConnection);
-            }};
+    return {
+        [this](int channel, const QString &cause) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { OnGone(channel, cause); }, Qt::QueuedConnection);
+        },
+        [this](int channel, const QString &cause) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { TellNotSent(channel, cause); }, Qt::QueuedConnection);
+        },
+        [this](int channel) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { m_told[size_t(channel)] = false; }, Qt::QueuedConnection);
+        },
+        [this] {
+            QMetaObject::invokeMethod(this, &MdCommunication::ShowPortStatus, Qt::QueuedConnection);
+        },
+        [this](const QString &about, const QString &text) {
+            QMetaObject::invokeMethod(
+                this, [=, this] { m_parts.prompts.ShowNotice(about, ExclamationMessage(text)); },
+                Qt::QueuedConnection);
+        }};
 }
 
 void MdCommunication::Publish()
@@ -92,8 +101,7 @@ void MdCommunication::OpenPorts()
     const bool two = m_parts.comm.TwoChannels();
     if (OpenPortsOfMode()) {
         m_commStatus = StatusOpen;
-        Q_EMIT PortStatusChanged(two ? QStringLiteral("Communication ports are open")
-                                     : QStringLiteral("Communication port is open"));
+        ShowPortStatus();
         Q_EMIT ToolbarStateChanged(ToolbarState::Open);
         m_feed.Clear();
         m_told = {};
@@ -115,7 +123,7 @@ void MdCommunication::BeginReading()
     const bool two = m_parts.comm.TwoChannels();
     m_stream.SetStamps(m_parts.stamp, !two);
     m_parts.lines.Do([this, two] {
-        m_judge.Begin({two, m_parts.comm.MaySend()});
+        m_judge.Begin({two, m_parts.comm.MaySend(), {m_parts.comm.PortA(), m_parts.comm.PortB()}});
         m_parts.MSCommA.Wire().BeginReading();
         if (two)
             m_parts.MSCommB.Wire().BeginReading();
@@ -172,6 +180,7 @@ bool MdCommunication::ConfigurePort(SerialPortControl &port, Channel channel)
         [&] { return port.SetInputLen(ReadAll); },
         [&] { return port.SetPortOpen(true); },
     };
+    port.SetReopens(m_parts.comm.Reopens());
     for (const auto &step : steps) {
         if (const Result done = step(); done.Failed()) {
             m_parts.prompts.ShowMessage(
@@ -258,6 +267,27 @@ void MdCommunication::OnGone(int channel, const QString &cause)
     const QString text = QStringLiteral("The port COM%1 was disconnected. ");
     m_reports.Post(CriticalMessage(text.arg(PortNumber(Channel(channel))) + cause));
     ClosePorts();
+}
+
+/// As it is now, whatever has led here: devices may go and come back faster than the window hears
+/// of it.
+void MdCommunication::ShowPortStatus()
+{
+    if (!Running())
+        return;
+    QStringList waiting;
+    for (const Channel channel : {Channel::A, Channel::B}) {
+        SerialPortControl &port = PortOf(channel);
+        if (port.PortOpen() && port.Wire().Counts().away)
+            waiting << QStringLiteral("COM%1 (%2)").arg(PortNumber(channel)).arg(port.Device());
+    }
+    if (!waiting.isEmpty())
+        Q_EMIT PortStatusChanged(QStringLiteral("Waiting for ") +
+                                 waiting.join(QStringLiteral(" and ")));
+    else
+        Q_EMIT PortStatusChanged(m_parts.comm.TwoChannels()
+                                     ? QStringLiteral("Communication ports are open")
+                                     : QStringLiteral("Communication port is open"));
 }
 
 /// Once while the cause lasts: a device that asks on and does not read must not bring a box for

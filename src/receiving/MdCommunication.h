@@ -101,6 +101,7 @@ class MdCommunication final : public QObject
     void Publish();
 
     void OnGone(int channel, const QString &cause);
+    void ShowPortStatus();
     void TellNotSent(int channel, const QString &cause);
     void TellThrownAway(Channel channel);
 

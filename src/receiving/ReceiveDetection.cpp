@@ -22,10 +22,15 @@ ReceiveDetection::ReceiveDetection()
 
 void ReceiveDetection::Clear()
 {
-    for (Memory &memory : m_memories) {
-        memory.window = QByteArray(SequenceMatcher::Padding, '\0');
-        memory.held = memory.window.size();
-    }
+    for (const int direction : {0, 1})
+        Clear(direction);
+}
+
+void ReceiveDetection::Clear(int direction)
+{
+    Memory &memory = m_memories[size_t(direction)];
+    memory.window = QByteArray(SequenceMatcher::Padding, '\0');
+    memory.held = memory.window.size();
 }
 
 ReceiveDetection::Result ReceiveDetection::Feed(int direction, QByteArrayView bytes,

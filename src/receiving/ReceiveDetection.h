@@ -33,8 +33,9 @@ class ReceiveDetection
 
     ReceiveDetection();
 
-    /// Forgets the bytes of both directions.
+    /// Forgets the bytes of both directions, or of one.
     void Clear();
+    void Clear(int direction);
 
     /// Takes bytes up to the first detection, all of them if there is none. No bytes: no result.
     Result Feed(int direction, QByteArrayView bytes, const WatchSnapshot &watch);

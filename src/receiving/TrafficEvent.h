@@ -21,7 +21,7 @@ struct TrafficEvent {
         ModemLines,
         Opened,
         Closed,
-        Gone, ///< the device went away
+        Gone, ///< the device went away; communication ends, or there is a comment on it
         Back, ///< and came back
     };
 

@@ -204,6 +204,9 @@ constexpr std::array SettingRows = {
                  Field<&StoredSettings::view, &ViewSettings::ControlCharacters>, "True"),
     ForgivingRow("Print", "MarginText", Field<&StoredSettings::print, &PrintSettings::MarginText>,
                  "False"),
+
+    ForgivingRow("Reconnection", "Reopen", Field<&StoredSettings::comm, &CommSettings::CommReopen>,
+                 "False"),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

@@ -62,6 +62,8 @@ void DescriptorLine::Start(int comNumber)
     m_unsent.clear();
     m_paused = false;
     m_wasRead = false;
+    m_tally.away = false;
+    m_goneCause.clear();
     m_open = true;
     m_loop.Do([this] { m_loop.Join(*this); });
 }
@@ -78,7 +80,9 @@ qint64 DescriptorLine::Close()
         return 0;
     const qint64 lost = WaitUntilSent();
     m_loop.Do([&] {
+        EndWaiting();
         m_loop.Leave(*this);
+        m_tally.away = false;
         m_unsent.clear();
         m_tally.waiting = 0;
         if (m_handle == NoHandle)
@@ -87,6 +91,7 @@ qint64 DescriptorLine::Close()
         Shut();
     });
     m_open = false;
+    LetGo();
     return lost;
 }
 
@@ -113,6 +118,8 @@ void DescriptorLine::BeginReading()
     m_reading = m_open && m_handle != NoHandle;
     m_wasRead = m_wasRead || m_reading;
     m_paused = false;
+    if (m_open && !m_reading)
+        TellGone();
 }
 
 void DescriptorLine::EndReading()
@@ -121,6 +128,7 @@ void DescriptorLine::EndReading()
     while (m_reading && m_tally.receivedBytes < most && ReadOnce(m_loop.SeveralSources())) {
     }
     m_reading = false;
+    EndWaiting();
 }
 
 void DescriptorLine::Readable(const LineLoop::Wake &wake)
@@ -162,6 +170,9 @@ Result DescriptorLine::Write(const QByteArray &bytes)
 {
     if (!m_open)
         return Failure{QStringLiteral("COM%1 is not open").arg(m_comNumber)};
+    if (m_tally.away)
+        return Failure{
+            QStringLiteral("COM%1 is away; nothing is sent until it is back").arg(m_comNumber)};
     const qint64 waiting = m_unsent.size();
     if (waiting > 0 && waiting + bytes.size() > MostUnsentBytes)
         return Failure{QStringLiteral("COM%1 does not send: %2 bytes are still waiting")
@@ -217,10 +228,36 @@ void DescriptorLine::Leave(const QString &cause)
     const bool wasRead = m_reading;
     EndReading(); // its last words
     Shut();
+    m_goneCause = cause;
+    m_unsentOfGone = m_unsent.size();
     m_unsent.clear();
     m_tally.waiting = 0;
-    if (m_listener && wasRead)
-        m_listener->OnGone(cause, LineNow());
+    if (wasRead)
+        TellGone();
+}
+
+/// Once, and while the line is meant to be read.
+void DescriptorLine::TellGone()
+{
+    const QString cause = std::exchange(m_goneCause, {});
+    if (!cause.isEmpty()) {
+        m_tally.away = Waits();
+        if (m_listener && m_tally.away)
+            m_listener->OnAway(cause, m_unsentOfGone, LineNow());
+        else if (m_listener)
+            m_listener->OnGone(cause, LineNow());
+    }
+    if (m_tally.away)
+        BeginWaiting();
+}
+
+/// What came between the opening and this moment is read behind it.
+void DescriptorLine::ComeBack()
+{
+    m_tally.away = false;
+    if (m_listener)
+        m_listener->OnBack(LineNow());
+    BeginReading();
 }
 
 LineCounts DescriptorLine::Counts() const
@@ -233,6 +270,7 @@ LineCounts DescriptorLine::Counts() const
     counts.waiting = m_tally.waiting;
     counts.RTS = m_tally.RTS;
     counts.DTR = m_tally.DTR;
+    counts.away = m_tally.away;
     counts.damaged = m_tally.CountOf(LineCondition::DamagedByte);
     counts.breaks = m_tally.CountOf(LineCondition::Break);
     counts.overruns = m_tally.CountOf(LineCondition::Overrun);

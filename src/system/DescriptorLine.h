@@ -47,7 +47,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
         std::atomic<qint64> waiting = 0;
         std::array<std::atomic<qint64>, LineConditionCount> conditions{};
         std::atomic<int> modem = -1; ///< a bit for each line; negative: the driver has none
-        std::atomic<bool> counted = false, RTS = false, DTR = false;
+        std::atomic<bool> counted = false, RTS = false, DTR = false, away = false;
 
         /// Whether they differ from before.
         bool SetModem(const std::optional<ModemLines> &lines);
@@ -70,6 +70,18 @@ class DescriptorLine : public Line, protected LineLoop::Source
     bool Paused() const { return m_paused; }
     /// Counts what waits to be sent.
     void CountWaiting();
+
+    /// Whether the line waits for the other side when that has gone, instead of telling of it. Then
+    /// the derived class begins to look for it, and says when it is back with ComeBack.
+    virtual bool Waits() const { return false; }
+    virtual void BeginWaiting() {}
+    /// At once; ComeBack is not called any more.
+    virtual void EndWaiting() {}
+    /// On the window's thread, at the end of a close: takes the time that it takes to hold nothing
+    /// of the other side any more.
+    virtual void LetGo() {}
+    /// The other side is there again, with another m_handle. What it says is read from now on.
+    void ComeBack();
 
     /// What one read has brought. A line that carries more than plain bytes decodes them here and
     /// delivers those that are left.
@@ -108,6 +120,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     bool ReadOnce(bool orderUncertain);
     bool Send();
     void Leave(const QString &cause);
+    void TellGone();
     qint64 WaitUntilSent();
 
     int m_comNumber = 0;
@@ -115,5 +128,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     bool m_reading = false;
     bool m_paused = false; ///< the listener had no room
     QByteArray m_unsent;   ///< what the system has not taken yet
+    QString m_goneCause;   ///< why the other side has gone; not told yet
+    qint64 m_unsentOfGone = 0;
     std::array<char, MostBytesOfARead> m_part;
 };

@@ -59,6 +59,10 @@ class LineLoop final : public LineThread
     void Do(const std::function<void()> &work) override;
     void Post(std::function<void()> work) override;
 
+    /// Does on a thread of its own, without the priority of the lines, what may take long and must
+    /// not keep them waiting. Nobody waits for it, not even the end of the program.
+    static void RunBeside(std::function<void()> work);
+
     QString Priority() const override { return m_priority; }
 
   private:

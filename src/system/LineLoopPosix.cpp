@@ -46,6 +46,14 @@ QString RaisePriority()
     return QStringLiteral("normal");
 }
 
+/// A thread gets that of the one that begins it.
+void LowerPriority()
+{
+    const sched_param ordinary = {};
+    ::pthread_setschedparam(::pthread_self(), SCHED_OTHER, &ordinary);
+    ::setpriority(PRIO_PROCESS, id_t(::gettid()), 0);
+}
+
 } // namespace
 
 LineLoop::LineLoop() : m_wakeup(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
@@ -100,6 +108,15 @@ void LineLoop::Post(std::function<void()> work)
         m_posted.push_back(std::move(work));
     }
     Wakeup();
+}
+
+void LineLoop::RunBeside(std::function<void()> work)
+{
+    std::thread([work = std::move(work)] {
+        LowerPriority();
+        ::pthread_setname_np(::pthread_self(), "beside lines");
+        work();
+    }).detach();
 }
 
 void LineLoop::Wakeup() const

@@ -23,8 +23,17 @@ namespace SerialDevice
 using Handle = int;
 constexpr Handle NoHandle = -1;
 
+/// A device as a path, which users need not write in full.
+QString PathOf(const QString &device);
 /// The one name of a device, whatever link leads to it; empty if there is no such device.
 QString CanonicalName(const QString &device);
+/// What can be seen of a device without opening it: it differs whenever the device is another one,
+/// or its rights are others. Empty if there is none.
+QByteArray SightOf(const QString &device);
+/// The same of the links that a name leads through; empty if it is no link.
+QByteArray SightOfLinks(const QString &name);
+/// Whether the name of the device is lent: once it has gone, another program gets it.
+bool HasLentName(const QString &canonicalName);
 
 /// Opens a device and asks the system why it cannot be used.
 class Probe

@@ -44,6 +44,15 @@ bool IsCharacterDevice(const QString &device)
     return ::stat(QFile::encodeName(device).constData(), &status) == 0 && S_ISCHR(status.st_mode);
 }
 
+QByteArray Sight(const struct stat &status)
+{
+    QByteArray sight;
+    for (const auto part : {qint64(status.st_rdev), qint64(status.st_ino),
+                            qint64(status.st_ctim.tv_sec), qint64(status.st_ctim.tv_nsec)})
+        sight += ' ' + QByteArray::number(part);
+    return sight;
+}
+
 Failure OpenFailure(const QString &device)
 {
     switch (errno) {
@@ -59,10 +68,42 @@ Failure OpenFailure(const QString &device)
 
 } // namespace
 
+QString SerialDevice::PathOf(const QString &device)
+{
+    return device.contains(u'/') ? device : QStringLiteral("/dev/") + device;
+}
+
 QString SerialDevice::CanonicalName(const QString &device)
 {
-    const QString path = device.contains(u'/') ? device : QStringLiteral("/dev/") + device;
-    return QFileInfo(path).canonicalFilePath();
+    return QFileInfo(PathOf(device)).canonicalFilePath();
+}
+
+QByteArray SerialDevice::SightOf(const QString &device)
+{
+    struct stat status = {};
+    if (device.isEmpty() || ::stat(QFile::encodeName(device).constData(), &status) != 0)
+        return {};
+    return QFile::encodeName(device) + Sight(status);
+}
+
+QByteArray SerialDevice::SightOfLinks(const QString &name)
+{
+    constexpr int MostLinks = 8; // they may lead in a circle
+    QByteArray sight;
+    QString link = name;
+    for (int links = 0; links < MostLinks; ++links) {
+        struct stat status = {};
+        if (::lstat(QFile::encodeName(link).constData(), &status) != 0 || !S_ISLNK(status.st_mode))
+            break;
+        sight += Sight(status);
+        link = QFileInfo(link).symLinkTarget();
+    }
+    return sight;
+}
+
+bool SerialDevice::HasLentName(const QString &canonicalName)
+{
+    return canonicalName.startsWith(QLatin1String("/dev/pts/"));
 }
 
 SerialDevice::Probe::Probe(const QString &canonicalName, const QString &alias)

@@ -107,6 +107,8 @@ SerialDevice::Lock::~Lock() = default;
 Failure SerialDevice::LockFailure(const QString &canonicalName, const QString &alias)
 {
     const QString file = LockFileOf(canonicalName, alias);
+    if (ProcessInLock(file) == ::getpid())
+        return {QStringLiteral("%1 is already open in this program").arg(canonicalName)};
     return {file.isEmpty()
                 ? QStringLiteral("%1 cannot be locked for this program").arg(canonicalName)
                 : QStringLiteral("%1 is locked by the file %2, which an ended program left behind; "

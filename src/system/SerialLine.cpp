@@ -3,10 +3,20 @@
 
 #include "SerialLine.h"
 
+#include "DeviceReturn.h"
 #include "LineClock.h"
-#include "SerialPortControl.h"
 
+#include <chrono>
 #include <utility>
+
+namespace
+{
+
+constexpr std::chrono::seconds MostTimeToLetGo{1};
+
+} // namespace
+
+SerialLine::SerialLine(LineLoop &loop) : DescriptorLine(loop) {}
 
 SerialLine::~SerialLine()
 {
@@ -15,61 +25,82 @@ SerialLine::~SerialLine()
 
 Result SerialLine::Open(const LineRequest &request)
 {
-    SerialDevice::Probe probe(request.device, request.alias);
-    if (probe.State().Failed())
-        return probe.State();
-    auto lock = std::make_unique<SerialDevice::Lock>(request.device);
-    if (!lock->Held())
-        return SerialDevice::LockFailure(request.device, request.alias);
-
-    // Bytes that came in before the opening are left to the system: it keeps or drops them.
-    m_lineBefore = SerialDevice::LineState(probe.Handle());
-    m_handle = probe.Release();
+    if (request.reopens)
+        m_search = DeviceSearch(request.device, request.alias);
+    SerialOpening opening(request);
+    if (opening.State().Failed())
+        return opening.State();
     m_request = request;
-    if (Result configured = Configure(request); configured.Failed()) {
-        SerialDevice::RestoreLineState(m_handle, m_lineBefore);
-        SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
-        return configured;
-    }
-    m_lock = std::move(lock);
-    m_tally.counted = m_damage.Counted();
-    m_tally.SetModem(SerialDevice::ReadModemLines(m_handle));
-    m_tally.RTS = request.requestToSend;
-    m_tally.DTR = true;
+    TakeOver(opening);
     Start(request.comNumber);
     return {};
 }
 
-Result SerialLine::Configure(const LineRequest &request)
+QString SerialLine::Device() const
 {
-    // Whether this succeeds says little; a device may take a setting and do something else.
-    SerialDevice::ApplySettings(m_handle, request.settings);
-    BeginMarks();
-    const auto line = SerialDevice::ReadLineSettings(m_handle, request.settings.baud);
-    if (!line)
-        return SerialDevice::CheckPresence(m_handle, request.device);
-    if (*line != request.settings)
-        return Failure{
-            QStringLiteral("%1 was asked for %2 and does %3")
-                .arg(request.device, LineSettingsText(request.settings), LineSettingsText(*line)),
-            RefusedLineSettings};
-
-    const Result switched = SerialDevice::SetRequestToSend(m_handle, request.requestToSend);
-    if (switched.Failed())
-        return Failure{QStringLiteral("The request-to-send line of %1 cannot be set: %2")
-                           .arg(request.device, switched.Cause())};
-    SerialDevice::SetLowLatency(m_handle);
-    return {};
+    const std::lock_guard guard(m_nameLock);
+    return m_device;
 }
 
-/// Right behind the settings, so that what comes in meanwhile is taken for what it is.
-void SerialLine::BeginMarks()
+/// The lines' thread does not know the line yet, or does this itself.
+void SerialLine::TakeOver(SerialOpening &opening)
 {
-    const bool marked = SerialDevice::MarksDamage(m_handle);
-    m_marks.Begin(marked, SerialDevice::UnreadBytes(m_handle));
-    const DriverCounters counters = SerialDevice::ReadCounters(m_handle);
-    m_damage.Begin(marked, counters);
-    m_modemChanges = counters.modemChanges;
+    m_lineBefore = opening.LineBefore();
+    m_handle = opening.TakeHandle();
+    m_lock = opening.TakeLock();
+    m_request.device = opening.Device();
+    const SerialOpening::Marks &marks = opening.MarksFound();
+    m_marks.Begin(marks.marked, marks.unmarkedBytes);
+    m_damage.Begin(marks.marked, marks.counters);
+    m_modemChanges = marks.counters.modemChanges;
+    m_tally.counted = m_damage.Counted();
+    m_tally.SetModem(SerialDevice::ReadModemLines(m_handle));
+    m_tally.RTS = m_request.requestToSend;
+    m_tally.DTR = true;
+    const std::lock_guard guard(m_nameLock);
+    m_device = m_request.device;
+}
+
+void SerialLine::BeginWaiting()
+{
+    m_return = std::make_unique<DeviceReturn>(
+        m_request, m_search, std::move(m_lock),
+        DeviceReturn::Calls{
+            [this](const std::shared_ptr<SerialOpening> &opened, const DeviceSearch &search) {
+                m_loop.Post([this, opened, search] { Return(*opened, search); });
+            },
+            [this](const QString &cause) {
+                m_loop.Post([this, cause] {
+                    if (m_listener && m_return && !m_return->HasEnded())
+                        m_listener->OnRefused(cause);
+                });
+            }});
+}
+
+void SerialLine::Return(SerialOpening &opening, const DeviceSearch &search)
+{
+    if (!m_return || m_return->HasEnded())
+        return;
+    m_return.reset();
+    m_search = search;
+    TakeOver(opening);
+    ComeBack();
+}
+
+void SerialLine::EndWaiting()
+{
+    if (m_return)
+        m_return->End();
+}
+
+/// A device that is being opened meanwhile must not be in the way of the next opening.
+void SerialLine::LetGo()
+{
+    std::unique_ptr<DeviceReturn> waiting;
+    m_loop.Do([&] { waiting = std::move(m_return); });
+    if (waiting)
+        waiting->WaitUntilIdle(MostTimeToLetGo);
+    m_lock.reset();
 }
 
 void SerialLine::EndReading()
@@ -142,7 +173,8 @@ void SerialLine::PutInOrder(qint64 lost)
 void SerialLine::Shut()
 {
     SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
-    m_lock.reset(); // the name may be another device's by now
+    if (!Waits())       // else it goes with the waiting, or with the end of the line
+        m_lock.reset(); // the name may be another device's by now
     HearHeld();
 }
 

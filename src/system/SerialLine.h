@@ -4,35 +4,31 @@
 #pragma once
 
 #include "DescriptorLine.h"
+#include "DeviceSearch.h"
 #include "LineDamage.h"
 #include "LineMarks.h"
-#include "LineSettings.h"
-#include "SerialDevice.h"
+#include "SerialOpening.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <memory>
+#include <mutex>
 
-/// What a line is to be opened with.
-struct LineRequest {
-    int comNumber = 1; ///< as messages call it
-    QString device;    ///< canonical name
-    QString alias;     ///< the name that the user gave
-    LineSettings settings;
-    bool requestToSend = true;
-};
+class DeviceReturn;
 
 /// A serial device of this machine.
 class SerialLine final : public DescriptorLine
 {
   public:
-    explicit SerialLine(LineLoop &loop) : DescriptorLine(loop) {}
+    explicit SerialLine(LineLoop &loop);
     ~SerialLine() override;
     Q_DISABLE_COPY_MOVE(SerialLine)
 
     /// Opens the device, which is not read yet. After a failure the device is as it was.
     Result Open(const LineRequest &request);
+    /// Canonical name of the device that was opened last; it may have another one when it is back.
+    QString Device() const;
 
     void EndReading() override;
     Result SetRTS(bool on) override;
@@ -48,9 +44,13 @@ class SerialLine final : public DescriptorLine
     qint64 UnsentInSystem() const override;
     void PutInOrder(qint64 lost) override;
     void Shut() override;
+    bool Waits() const override { return m_request.reopens; }
+    void BeginWaiting() override;
+    void EndWaiting() override;
+    void LetGo() override;
 
-    Result Configure(const LineRequest &request);
-    void BeginMarks();
+    void TakeOver(SerialOpening &opening);
+    void Return(SerialOpening &opening, const DeviceSearch &search);
     void Hear(const LineMarks::Piece &piece, LineRead read);
     void HearHeld();
     void Tell(LineCondition condition, quint32 count, const LineTime &time);
@@ -64,4 +64,8 @@ class SerialLine final : public DescriptorLine
     LineMarks m_marks;
     LineDamage m_damage;
     quint32 m_modemChanges = 0; ///< as the driver had counted at the last look
+    DeviceSearch m_search;
+    std::unique_ptr<DeviceReturn> m_return; ///< while the device is waited for
+    mutable std::mutex m_nameLock;          ///< guards what follows
+    QString m_device;                       ///< canonical name
 };

@@ -125,11 +125,11 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    Result opened = m_line.Open({m_commPort, device, alias, *line, m_rtsEnable});
+    Result opened = m_line.Open({m_commPort, device, alias, *line, m_rtsEnable, m_reopens});
     if (opened.Failed())
         return opened;
     m_hub.Claim(device, m_commPort);
-    m_device = device;
+    m_claimed = device;
     m_open = true;
     m_loop.Do([this] {
         m_hasRoom = true;
@@ -144,7 +144,7 @@ void SerialPort::Close()
 {
     m_thrownAway = m_line.Close();
     m_hub.Arrivals().DropDeparture(this);
-    m_hub.Release(m_device);
+    m_hub.Release(m_claimed);
     m_open = false;
 }
 

@@ -31,6 +31,7 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     Result SetInputMode(int mode) override;
     Result SetInBufferSize(int bytes) override;
     Result SetInputLen(int bytes) override;
+    void SetReopens(bool on) override { m_reopens = on; }
 
     Result SetPortOpen(bool open) override;
     bool PortOpen() const override { return m_open; }
@@ -45,7 +46,7 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
 
     Line &Wire() override { return m_line; }
     qint64 ThrownAway() const override { return m_thrownAway; }
-    QString Device() const override { return m_open ? m_device : QString(); }
+    QString Device() const override { return m_open ? m_line.Device() : QString(); }
 
   private:
     void RaiseReceive(const QByteArray &bytes) override;
@@ -75,9 +76,10 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     int m_inputMode = 0;
     int m_inBufferSize = 512;
     int m_inputLen = 0;
+    bool m_reopens = false; ///< of the next opening
 
     bool m_open = false;
-    QString m_device; ///< canonical name while open
+    QString m_claimed; ///< canonical name of the device, as it was opened
     QByteArray m_inBuffer;
     int m_commEvent = 0;
 };

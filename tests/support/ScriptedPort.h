@@ -68,6 +68,7 @@ class ScriptedPort final : public SerialPortControl
     Result failClose;  ///< what closing returns
     ScriptedLine line;
     qint64 thrownAway = 0;
+    bool reopens = false;
 
     Result SetCommPort(int number) override { return Note("CommPort", number); }
     Result SetSettings(const QString &text) override
@@ -80,6 +81,7 @@ class ScriptedPort final : public SerialPortControl
     Result SetInputMode(int mode) override { return Note("InputMode", mode); }
     Result SetInBufferSize(int bytes) override { return Note("InBufferSize", bytes); }
     Result SetInputLen(int bytes) override { return Note("InputLen", bytes); }
+    void SetReopens(bool on) override { reopens = on; }
     Result SetPortOpen(bool open) override
     {
         Note("PortOpen", open).Ignore();
@@ -104,6 +106,21 @@ class ScriptedPort final : public SerialPortControl
     {
         if (std::exchange(line.reading, false))
             line.listener->OnGone(cause, line.now);
+    }
+    /// The device goes away and is waited for; so many bytes were still to be sent.
+    void GoAway(qint64 unsent)
+    {
+        line.reading = false;
+        line.counts.away = true;
+        line.failWrite = Failure{QStringLiteral("away")};
+        line.listener->OnAway(QStringLiteral("unplugged"), unsent, line.now);
+    }
+    void ComeBack()
+    {
+        line.failWrite = {};
+        line.counts.away = false;
+        line.listener->OnBack(line.now);
+        line.BeginReading();
     }
 
   private:
