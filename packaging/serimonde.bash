@@ -42,8 +42,8 @@ _serimonde() {
         --quit-after | --help | --version) ;;
         *)
             if [[ $cur == -* ]]; then
-                COMPREPLY=($(compgen -W '--port --mode --settings --start --reconnect --log --overwrite
-                    --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
+                COMPREPLY=($(compgen -W '--port --mode --settings --start --reconnect --log
+                    --overwrite --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
             else
                 _filedir sqx
             fi

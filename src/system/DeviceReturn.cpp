@@ -96,10 +96,13 @@ void DeviceReturn::State::LookFor(NameWatch &names)
 {
     clock.start();
     search.NoteOthers();
+    QByteArray sight;
+    QString device;
     for (bool news = true; !IsEnded();) {
         if (news)
             names.Watch(search.Names());
-        const QString device = search.Find();
+        if (const QByteArray before = std::exchange(sight, search.Sight()); news || before != sight)
+            device = search.Find();
         const bool due = plan.IsDue(SerialDevice::SightOf(device), clock.elapsed());
         if (due && Try(device))
             return;

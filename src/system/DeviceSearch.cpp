@@ -61,6 +61,14 @@ QString DeviceSearch::Find()
     return {};
 }
 
+QByteArray DeviceSearch::Sight() const
+{
+    QByteArray sight;
+    for (const QString &name : m_names)
+        sight += SerialDevice::SightOf(name) + '\n';
+    return sight;
+}
+
 void DeviceSearch::NoteOpened(const QString &canonicalName)
 {
     m_device = canonicalName;

@@ -28,6 +28,9 @@ class DeviceSearch final
 
     /// The canonical name of the device; empty while it is away.
     QString Find();
+    /// What can be seen at little cost: while it is the same, Find finds the same, but that a link
+    /// may have been made anew.
+    QByteArray Sight() const;
 
     /// What was found has been opened.
     void NoteOpened(const QString &canonicalName);
