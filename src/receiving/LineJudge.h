@@ -31,9 +31,10 @@ class LineJudge final
         std::function<void(int channel, const QString &cause)> gone;
         std::function<void(int channel, const QString &cause)> notSent;
         std::function<void(int channel)> sentAgain; ///< after a notSent
-        std::function<void()> awayOrBack;           ///< a line's device
+        std::function<void()> awayOrBack = [] {};   ///< a line's device
         /// The subject is another one for each kind of notice and port.
-        std::function<void(const QString &about, const QString &text)> notice;
+        std::function<void(const QString &about, const QString &text)> notice =
+            [](const QString &, const QString &) {};
     };
 
     /// Board and stream live longer than the judge. Answers go out on the first line.
