@@ -32,8 +32,8 @@ class ViewFeed final : public TrafficConsumer
     using Lengths = std::array<qint64, RepresentationCount>;
 
     static Lengths LengthsOf(const TrafficEvent &event);
-    static void Extend(RichTextModel &box, Representation representation,
-                       const TrafficEvent &event, const DisplaySettings &display);
+    static void Extend(RichTextModel &box, Representation representation, const TrafficEvent &event,
+                       const DisplaySettings &display);
     void Grow(Representation representation, qint64 by);
     void DropUnseen();
 
