@@ -3,19 +3,26 @@
 
 #include "HelpFile.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QHelpContentModel>
 #include <QHelpEngine>
 #include <QHelpIndexModel>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <algorithm>
+#include <chrono>
 
 namespace
 {
 
 const QString FirstPage = QStringLiteral("index.html");
+
+/// It takes some milliseconds, unless the disk hangs.
+constexpr std::chrono::seconds MostTimeToGather{2};
+constexpr unsigned long MicrosecondsBetweenLooks = 500;
 
 /// Whether anything can be read from the file.
 Result CheckReadable(const QString &path)
@@ -30,7 +37,19 @@ Result CheckReadable(const QString &path)
 } // namespace
 
 HelpFile::HelpFile() = default;
-HelpFile::~HelpFile() = default;
+
+/// The toolkit corrupts its memory if an engine goes while its threads still gather contents and
+/// index.
+HelpFile::~HelpFile()
+{
+    if (!m_engine)
+        return;
+    const QDeadlineTimer deadline(MostTimeToGather);
+    while ((m_engine->contentModel()->isCreatingContents() ||
+            m_engine->indexModel()->isCreatingIndex()) &&
+           !deadline.hasExpired())
+        QThread::usleep(MicrosecondsBetweenLooks);
+}
 
 Result HelpFile::Open(const QString &path)
 {
