@@ -54,6 +54,7 @@ void MainActions::FillMenus(QMenuBar &bar)
                               ? MakeAction(entry.command, Text(entry.caption), entry.shortcut)
                               : new QAction(&m_window);
         action->setSeparator(!entry.caption);
+        Q_ASSERT(menu); // the table begins with one
         menu->addAction(Named(action, entry.name));
         if (entry.command == Command::OpenRecent) {
             menu->Number(action);

@@ -35,7 +35,7 @@ frmOptions::frmOptions(const OptionsParts &parts, QWidget *parent)
       m_values(parts.values),
       tbsOptions(new QTabBar),
       m_frame(new QStackedWidget),
-      chkStartAgain(new QCheckBox(QStringLiteral("&Start again"))),
+      m_startAgain(new QCheckBox(QStringLiteral("&Start again"))),
       cmdCancel(NamedButton("cmdCancel", "Cancel"))
 {
     setObjectName(QStringLiteral("frmOptions"));
@@ -89,14 +89,14 @@ void frmOptions::MakeButtons()
     QPushButton *cmdOK = NamedButton("cmdOK", "OK");
     QPushButton *cmdApply = NamedButton("cmdApply", "Apply");
     cmdOK->setDefault(true);
-    chkStartAgain->setObjectName(QStringLiteral("chkStartAgain"));
-    chkStartAgain->setToolTip(
+    m_startAgain->setObjectName(QStringLiteral("chkStartAgain"));
+    m_startAgain->setToolTip(
         QStringLiteral("Start communication when this dialog closes, by Cancel as well as by OK"));
-    chkStartAgain->setVisible(m_parts.communicationStopped);
+    m_startAgain->setVisible(m_parts.communicationStopped);
     auto *row = new QHBoxLayout;
     row->setContentsMargins(0, 8, 0, 0);
     row->setSpacing(6);
-    row->addWidget(chkStartAgain);
+    row->addWidget(m_startAgain);
     row->addStretch();
     for (QPushButton *button : {cmdOK, cmdCancel, cmdApply})
         row->addWidget(button);
@@ -180,7 +180,7 @@ bool frmOptions::Confirm()
 
 bool frmOptions::StartAgain() const
 {
-    return chkStartAgain->isChecked();
+    return m_startAgain->isChecked();
 }
 
 void frmOptions::accept()

@@ -66,7 +66,7 @@ class frmOptions final : public QDialog
     QTabBar *tbsOptions;
     QStackedWidget *m_frame;
     std::array<OptionsPage *, 4> picOptions{};
-    QCheckBox *chkStartAgain;
+    QCheckBox *m_startAgain;
     QPushButton *cmdCancel;
     bool m_telling = false; ///< the user is being told of a fault
     QObject m_focusWatch;   ///< ends before the controls go, which moves the focus
