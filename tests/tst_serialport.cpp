@@ -116,7 +116,16 @@ struct Station {
 class Ear final : public LineListener
 {
   public:
-    void OnRead(const LineRead &read) override { Hear(read.bytes.toByteArray()); }
+    void OnRead(const LineRead &read) override
+    {
+        uncertain = read.orderUncertain;
+        Hear(read.bytes.toByteArray());
+    }
+    bool HasRoom() const override
+    {
+        wasAsked = true;
+        return hasRoom;
+    }
     void OnGone(const QString &, const LineTime &) override { Hear("[gone]"); }
     void OnAway(const QString &, qint64 unsent, const LineTime &) override
     {
@@ -129,6 +138,10 @@ class Ear final : public LineListener
         const std::lock_guard guard(m_lock);
         return m_heard;
     }
+
+    std::atomic<bool> hasRoom = true;
+    mutable std::atomic<bool> wasAsked = false; ///< for room
+    std::atomic<bool> uncertain = false;        ///< the order of the latest read
 
   private:
     void Hear(const QByteArray &what)
@@ -163,9 +176,10 @@ struct Adapter {
         world.lines.Do([this] { port.Wire().EndReading(); });
         Station::Require(port.SetPortOpen(false));
     }
-    void Plug()
+    void Plug(const QByteArray &said = {})
     {
         pty = std::make_unique<PtyPair>();
+        pty->Write(said);
         QFile::remove(link);
         QFile::link(pty->DeviceName(), link);
     }
@@ -332,6 +346,52 @@ class TestSerialPort : public QObject
         }
     }
 
+    /// Who is late says nothing that another line has not been able to say before.
+    void WhatHadToWaitHasNoCertainOrder()
+    {
+        Adapter adapter;
+        Ear beside;
+        const PtyPair pty;
+        SerialLine other(adapter.world.lines);
+        other.Listen(&beside);
+        Station::Require(other.Open({2, pty.DeviceName(), pty.DeviceName(), {}}));
+
+        adapter.ear.hasRoom = false;
+        QVERIFY(adapter.pty->Write("a"));
+        QVERIFY(WaitStalled([&] { return adapter.ear.wasAsked.load(); }));
+        adapter.ear.hasRoom = true;
+        adapter.world.lines.Do([&] { adapter.port.Wire().Resume(); });
+        QVERIFY(adapter.Hears("a"));
+        QVERIFY(adapter.ear.uncertain);
+        QTRY_VERIFY([&] { // but for a pass that was late
+            const qsizetype before = adapter.ear.Heard().size();
+            adapter.pty->Write("b");
+            return WaitStalled([&] { return adapter.ear.Heard().size() > before; }) &&
+                   !adapter.ear.uncertain;
+        }());
+
+        QVERIFY(adapter.Unplug());
+        adapter.Plug("said before it is open");
+        QVERIFY(WaitStalled(
+            [&] { return adapter.ear.Heard().endsWith("[back]said before it is open"); }));
+        QVERIFY(adapter.ear.uncertain);
+        other.Close();
+    }
+
+    void WhatWorkOfTheLinesHoldsGoesWithIt()
+    {
+        LineLoop loop;
+        auto held = std::make_shared<int>(0);
+        bool gone = false;
+        loop.Do([&] {
+            loop.Post([held] {});
+            loop.Post([&, watch = std::weak_ptr(held)] { gone = watch.expired(); });
+            held.reset();
+        });
+        loop.Do([] {});
+        QVERIFY(gone);
+    }
+
     void WhenADeviceIsTriedAgain()
     {
         ReturnPlan plan;
@@ -472,12 +532,19 @@ class TestSerialPort : public QObject
         closing.start();
         QVERIFY(!station.port.SetPortOpen(false).Failed());
         QVERIFY(closing.elapsed() < 2000);
+        QVERIFY(station.port.ThrownAway() > 1000 * Kibi);
         QVERIFY(!station.port.SetPortOpen(true).Failed());
         while (!station.pty.Read(1, 0).isEmpty())
             continue;
         const QByteArray big = RandomBytes(3 * Kibi * Kibi); // nothing else waits
         QVERIFY(!station.port.Output(big).Failed());
         QVERIFY(station.pty.Read(big.size()) == big);
+
+        QVERIFY(!station.port.Output(big).Failed());
+        world.lines.Do([&] { station.port.Wire().EndReading(); });
+        station.pty.Unplug(); // in the middle of a stop, so that nobody is told
+        QVERIFY(!station.port.SetPortOpen(false).Failed());
+        QVERIFY(station.port.ThrownAway() > 2 * Kibi * Kibi);
     }
 
     void AFailedOpeningNamesItsCause()

@@ -102,12 +102,16 @@ qint64 DescriptorLine::WaitUntilSent()
     const QDeadlineTimer deadline(MostTimeToSend);
     qint64 unsent = 0;
     for (;;) {
+        bool present = false;
         m_loop.Do([&] {
             CheckPresence();
-            // None of a device that has gone: what it did not take is told with its going.
-            unsent = m_handle == NoHandle ? 0 : m_unsent.size() + UnsentInSystem();
+            present = m_handle != NoHandle;
+            // What a device that has gone did not take is told with its going, if that is told.
+            unsent = present                 ? m_unsent.size() + UnsentInSystem()
+                     : m_goneCause.isEmpty() ? 0
+                                             : m_unsentOfGone;
         });
-        if (unsent == 0 || deadline.hasExpired())
+        if (!present || unsent == 0 || deadline.hasExpired())
             return unsent;
         QThread::usleep(std::chrono::microseconds(SendPollInterval).count());
     }
@@ -129,6 +133,18 @@ void DescriptorLine::EndReading()
     }
     m_reading = false;
     EndWaiting();
+}
+
+/// What waits may have come before something that another line has brought meanwhile.
+void DescriptorLine::ReadWaiting()
+{
+    Readable({m_loop.SeveralSources()});
+}
+
+void DescriptorLine::Resume()
+{
+    if (std::exchange(m_paused, false))
+        ReadWaiting();
 }
 
 void DescriptorLine::Readable(const LineLoop::Wake &wake)
@@ -258,6 +274,7 @@ void DescriptorLine::ComeBack()
     if (m_listener)
         m_listener->OnBack(LineNow());
     BeginReading();
+    ReadWaiting();
 }
 
 LineCounts DescriptorLine::Counts() const

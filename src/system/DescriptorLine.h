@@ -33,7 +33,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     const LineListener *Listener() const { return m_listener; }
     void BeginReading() override;
     void EndReading() override;
-    void Resume() override { m_paused = false; }
+    void Resume() override;
     Result Write(const QByteArray &bytes) override;
     LineTime Now() const override;
     LineCounts Counts() const override;
@@ -117,6 +117,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     void Readable(const LineLoop::Wake &wake) override;
     void Writable() override;
 
+    void ReadWaiting();
     bool ReadOnce(bool orderUncertain);
     bool Send();
     void Leave(const QString &cause);

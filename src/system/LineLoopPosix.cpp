@@ -175,8 +175,10 @@ void LineLoop::DoPosted()
         const std::lock_guard guard(m_lock);
         posted.swap(m_posted);
     }
-    for (const std::function<void()> &work : posted)
+    for (std::function<void()> &work : posted) {
         work();
+        work = nullptr; // what it holds, such as a device, must not outlive what is done next
+    }
 }
 
 void LineLoop::Serve()
