@@ -298,6 +298,22 @@ class tst_receivepath : public QObject
         QCOMPARE(bench.statusTexts.last(), "Communication ports are closed");
     }
 
+    /// The window may not have heard of it yet.
+    void NobodyAnswersADeviceThatHasGone()
+    {
+        CommunicationBench bench;
+        bench.Watch("?", "asked", "YES");
+        bench.Open(CommMode::MonitorReceiveAndModify);
+        bench.portA.Unplug("unplugged");
+        bench.portB.Receive("?");
+        QCOMPARE(bench.StagedAscii(), "1:?|c: asked ");
+        QCOMPARE(bench.portA.line.sent, "");
+        QTRY_VERIFY(!bench.communication.Running());
+        bench.Open(CommMode::MonitorReceiveAndModify);
+        bench.portB.Receive("?");
+        QCOMPARE(bench.portA.line.sent, "YES");
+    }
+
     void OnlyARunningLoopMovesText()
     {
         CommunicationBench bench;

@@ -46,6 +46,7 @@ void LineJudge::Begin(const Session &session)
     m_session = session;
     m_refused = false;
     m_lineAAway = false;
+    m_lineAGone = false;
     m_detection.Clear();
 }
 
@@ -74,7 +75,7 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         ReceiveDetection::Result found = m_detection.Feed(chunk.direction, bytes, *m_watch);
-        bool answers = m_session.answers && !found.answer.isEmpty();
+        bool answers = m_session.answers && !m_lineAGone && !found.answer.isEmpty();
         Result written;
         if (answers) {
             written = m_lineA.Write(found.answer);
@@ -175,6 +176,8 @@ void LineJudge::Ear::OnGone(const QString &cause, const LineTime &time)
     TrafficEvent event = EventOf(TrafficEvent::Kind::Gone, time);
     event.cause = cause;
     m_judge.m_stream.Append(std::move(event));
+    if (m_channel == 0)
+        m_judge.m_lineAGone = true;
     m_judge.m_reports.gone(m_channel, cause);
 }
 

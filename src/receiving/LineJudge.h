@@ -94,5 +94,6 @@ class LineJudge final
     std::shared_ptr<const WatchSnapshot> m_watch;
     bool m_refused = false; ///< the line refused what it was given last
     bool m_lineAAway = false;
+    bool m_lineAGone = false;    ///< for good: it would take answers in silence
     bool m_heldBackTold = false; ///< that answers are not sent, while the device is away
 };
