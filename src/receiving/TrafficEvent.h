@@ -21,8 +21,10 @@ struct TrafficEvent {
         ModemLines,
         Opened,
         Closed,
-        Gone, ///< the device went away; communication ends, or there is a comment on it
-        Back, ///< and came back
+        Gone,     ///< the device went away; communication ends, or there is a comment on it
+        Back,     ///< and came back
+        Lost,     ///< bytes came that could not be kept
+        ClockSet, ///< the clock on the wall was set, forward or back
     };
 
     Kind kind = Kind::Received;
@@ -42,8 +44,9 @@ struct TrafficEvent {
     QList<QByteArray> names;
     bool answer = false; ///< Sent: by itself, not by hand
     QString cause;       ///< NotSent and Gone: why
-    qint64 count = 0;    ///< NotSent: bytes; Damaged, Break, Overrun: how many at once
-    ModemLines modem;    ///< ModemLines
+    /// NotSent and Lost: bytes; Damaged, Break, Overrun: how many at once; ClockSet: nanoseconds.
+    qint64 count = 0;
+    ModemLines modem; ///< ModemLines
 
     /// The views' trimming depends on it.
     static constexpr qsizetype MostBytesOfAChunk = 511;

@@ -23,6 +23,7 @@ class SystemFiles final : public FileSystem
     Created CreateForUpdate(const QString &path) override;
     void Tidy(const QString &path) override;
     Result Rename(const QString &from, const QString &to) override;
+    Opened Open(const QString &path) const override;
     Content Read(const QString &path, qint64 limit) override;
     void Remove(const QString &path) override;
     bool Exists(const QString &path) const override;

@@ -234,6 +234,57 @@ class PosixOutput final : public OutputDevice
     milliseconds m_patience{};
 };
 
+class PosixInput final : public InputDevice
+{
+  public:
+    explicit PosixInput(Descriptor file) : m_file(std::move(file)) {}
+
+    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+    {
+        Given given;
+        while (given.count < most) {
+            const ssize_t count = ::pread(m_file.Number(), bytes + given.count,
+                                          size_t(most - given.count), place + given.count);
+            if (count == 0)
+                break;
+            if (count > 0)
+                given.count += count;
+            else if (errno != EINTR)
+                return {given.count, SystemFailure()};
+        }
+        return given;
+    }
+
+    qint64 Size() const override
+    {
+        struct stat status = {};
+        return ::fstat(m_file.Number(), &status) == 0 ? qint64(status.st_size) : 0;
+    }
+
+  private:
+    Descriptor m_file;
+};
+
+/// A regular file, open for reading.
+struct OpenFile {
+    Descriptor file;
+    qint64 size = 0;
+    Result result;
+};
+
+OpenFile OpenToRead(const QString &path)
+{
+    OpenFile open;
+    open.file = Descriptor(FileName::Encode(path), O_RDONLY);
+    struct stat status = {};
+    if (!open.file.IsOpen() || ::fstat(open.file.Number(), &status) != 0)
+        open.result = SystemFailure();
+    else if (!S_ISREG(status.st_mode))
+        open.result = NotAFile(status.st_mode);
+    open.size = status.st_size;
+    return open;
+}
+
 FileSystem::Created MakeBeside(const QByteArray &name, bool named, milliseconds patience)
 {
     const Target target = LookAt(name);
@@ -298,21 +349,26 @@ Result SystemFiles::Rename(const QString &from, const QString &to)
     return done ? SyncFolder(FolderOf(name)) : SystemFailure();
 }
 
+FileSystem::Opened SystemFiles::Open(const QString &path) const
+{
+    OpenFile open = OpenToRead(path);
+    if (open.result.Failed())
+        return {nullptr, open.result};
+    return {std::make_unique<PosixInput>(std::move(open.file)), {}};
+}
+
 FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)
 {
-    const Descriptor file(FileName::Encode(path), O_RDONLY);
-    struct stat status = {};
-    if (!file.IsOpen() || ::fstat(file.Number(), &status) != 0)
-        return {{}, SystemFailure()};
-    if (!S_ISREG(status.st_mode))
-        return {{}, NotAFile(status.st_mode)};
-    if (status.st_size > limit) {
+    const OpenFile open = OpenToRead(path);
+    if (open.result.Failed())
+        return {{}, open.result};
+    if (open.size > limit) {
         return {{},
                 Failure{QStringLiteral("The file has %1 bytes; at most %2 can be read")
-                            .arg(status.st_size)
+                            .arg(open.size)
                             .arg(limit)}};
     }
-    return ReadAll(file, limit);
+    return ReadAll(open.file, limit);
 }
 
 void SystemFiles::Remove(const QString &path)

@@ -38,6 +38,23 @@ class OutputDevice
     virtual Result TakePlace() = 0;
 };
 
+/// One file that is being read. Destroying it closes it.
+class InputDevice
+{
+  public:
+    virtual ~InputDevice() = default;
+
+    struct Given {
+        qint64 count = 0; ///< bytes; fewer than asked for at the file's end alone
+        Result result;
+    };
+
+    /// Reads from a place on.
+    virtual Given ReadAt(qint64 place, char *bytes, qint64 most) const = 0;
+    /// Bytes in the file as it is now.
+    virtual qint64 Size() const = 0;
+};
+
 /// The system's files, by names as FileName has them. Everything but a regular file is refused,
 /// whatever it is opened for.
 class FileSystem
@@ -47,6 +64,10 @@ class FileSystem
 
     struct Created {
         std::unique_ptr<OutputDevice> device; ///< null exactly if that failed
+        Result result;
+    };
+    struct Opened {
+        std::unique_ptr<InputDevice> device; ///< null exactly if that failed
         Result result;
     };
     struct Content {
@@ -67,6 +88,8 @@ class FileSystem
     virtual void Tidy(const QString &path) = 0;
     /// Gives what stands at a path, file or not, another name; never one that is taken.
     virtual Result Rename(const QString &from, const QString &to) = 0;
+    /// For reading piece by piece.
+    virtual Opened Open(const QString &path) const = 0;
     /// The whole file; one of more than limit bytes is refused before anything is read.
     virtual Content Read(const QString &path, qint64 limit) = 0;
     /// Whether something stands there, be it a file or not.

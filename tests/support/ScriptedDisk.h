@@ -60,6 +60,12 @@ class ScriptedDisk final : public FileSystem
         files[to] = files.take(from);
         return {};
     }
+    Opened Open(const QString &path) const override
+    {
+        if (!files.contains(path) || failRead)
+            return {nullptr, Failure{QStringLiteral("cannot be read"), FileMissing}};
+        return {std::make_unique<Reader>(files[path]), {}};
+    }
     Content Read(const QString &path, qint64 limit) override
     {
         if (!files.contains(path))
@@ -75,6 +81,24 @@ class ScriptedDisk final : public FileSystem
     {
         return path.startsWith(u'/') ? path : QStringLiteral("/here/") + path;
     }
+
+    /// Of bytes in memory.
+    class Reader final : public InputDevice
+    {
+      public:
+        explicit Reader(QByteArray bytes) : m_bytes(std::move(bytes)) {}
+
+        Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+        {
+            const QByteArray part = m_bytes.mid(place, most);
+            std::copy(part.begin(), part.end(), bytes);
+            return {part.size(), {}};
+        }
+        qint64 Size() const override { return m_bytes.size(); }
+
+      private:
+        QByteArray m_bytes;
+    };
 
   private:
     class Device final : public OutputDevice

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "CaptureBytes.h"
+#include "CapturePort.h"
+
+#include <QList>
+#include <QStringList>
+
+/// One record of a capture as it stands in the file.
+struct CapturePacket {
+    qint64 place = 0;       ///< of its block in the file
+    qint64 time = 0;        ///< in nanoseconds since 1970
+    int port = 0;           ///< index in CaptureReader::Ports
+    quint8 record = 0;      ///< CaptureFormat::RecordEvent
+    quint8 lines = 0;       ///< CaptureFormat::RecordLine
+    quint32 directions = 0; ///< CaptureFormat::FlagInbound and so on; 0 if not told
+    QByteArrayView bytes;   ///< of the line; valid until the next packet
+    qint64 missing = 0;     ///< bytes that the capture leaves out
+    QByteArrayView options; ///< for CommentsOf; valid until the next packet
+};
+
+/// Reads captures of serial lines, ours and those of others: pcapng and classic pcap, in both byte
+/// orders and all resolutions of time. What it does not know it leaves out. Memory is bounded,
+/// whatever the file's size.
+class CaptureReader final
+{
+  public:
+    /// A longer block whose content is needed is taken for damage, in bytes.
+    static constexpr qint64 LongestBlock = 16 * 1024 * 1024;
+    static constexpr qsizetype MostPorts = 2;
+
+    /// The file lives longer than the reader.
+    explicit CaptureReader(const InputDevice &file) : m_bytes(file), m_file(file) {}
+
+    /// Whether the file is a capture by its first bytes.
+    static bool Knows(const InputDevice &file);
+
+    /// Fails if the file is no capture of serial lines.
+    Result Begin();
+
+    enum class Step { Packet, End, Damaged };
+    /// The next packet, from the first on. Once it says Damaged nothing more can be read.
+    Step Next(CapturePacket &packet);
+    /// Where the damage is, and what; for the user.
+    const Failure &Damage() const { return m_damage; }
+
+    /// Those that have been told of by now: all of them, as a rule, once the first packet is read.
+    const QList<CapturePort> &Ports() const { return m_ports; }
+
+    QStringList CommentsOf(const CapturePacket &packet) const;
+
+    /// Bytes of the file that have been read.
+    qint64 Place() const { return m_next; }
+
+  private:
+    struct Interface {
+        quint32 snapLength = 0;    ///< 0 for none
+        quint8 timeResolution = 6; ///< as the option has it
+        qint64 timeOffset = 0;     ///< in seconds
+    };
+    /// Of pcapng.
+    struct Block {
+        qint64 place = 0;
+        quint32 type = 0;
+        qint64 length = 0; ///< with its frame
+    };
+    /// What a packet says of itself before its data.
+    struct PacketHead {
+        quint32 interface = 0;
+        quint64 ticks = 0;
+        bool timed = true;
+        qint64 captured = 0; ///< bytes of data in the file
+        qint64 whole = 0;    ///< and on the line
+        qsizetype data = 0;  ///< place in the body
+    };
+    enum class Found { Packet, Nothing, Damage };
+
+    template <typename Number> Number NumberAt(QByteArrayView bytes, qsizetype place) const;
+
+    Result BeginPcap();
+    Step NextOfPcap(CapturePacket &packet);
+    Step NextOfPcapNg(CapturePacket &packet);
+    bool FindBlock(Block &block);
+    bool FindByteOrder(qint64 place);
+    Found TakeBlock(const Block &block, CapturePacket &packet);
+    Found TakeInterface(QByteArrayView body);
+    Found TakePacket(const Block &block, QByteArrayView body, CapturePacket &packet);
+    bool ReadHead(quint32 type, QByteArrayView body, PacketHead &head) const;
+    bool ReadRecord(QByteArrayView record, qint64 whole, CapturePacket &packet);
+    quint32 DirectionsOf(QByteArrayView options) const;
+
+    Step Stop(const QString &cause);
+    Found Spoilt(const QString &cause);
+    bool Refused(const QString &cause);
+
+    CaptureBytes m_bytes;
+    const InputDevice &m_file;
+    bool m_isPcap = false;
+    bool m_bigEndian = false;
+    qint64 m_next = 0;             ///< place of what is read next
+    QList<Interface> m_interfaces; ///< of the section
+    QList<CapturePort> m_ports;
+    Failure m_damage;
+};

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TrafficEvent.h"
+
+#include <QStringList>
+
+/// What the comments on a packet say of an event, for whoever looks at a capture with another
+/// program, and what they give back when it is read again.
+namespace CaptureRemarks
+{
+
+/// The comments on an event's packet, in order.
+QStringList Of(const TrafficEvent &event);
+
+/// Completes an event that was read with what its comments say; what is no remark of ours counts as
+/// a name on received and sent bytes, and as nothing elsewhere.
+void Apply(const QString &remark, TrafficEvent &event);
+
+} // namespace CaptureRemarks
