@@ -10,7 +10,7 @@
 
 #include <QDataStream>
 #include <QProcess>
-#include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 namespace
@@ -58,9 +58,9 @@ QList<TrafficEvent> SampleEvents()
             Event(Kind::Received, 2, QByteArray("\r\n", 2)),
             Named(Event(Kind::Received, 3, "OK"), {"Acknowledgement", "Two, \xE4\x80"}),
             Named(Event(Kind::Sent, 3, QByteArray("\0\xFF", 2)), {"Acknowledgement"}, true),
-            Event(Kind::Damaged, 4),
-            Event(Kind::Break, 5),
-            Event(Kind::Overrun, 6),
+            Counted(Event(Kind::Damaged, 4), 1),
+            Counted(Event(Kind::Break, 5), 1),
+            Counted(Event(Kind::Overrun, 6), 7),
             modem,
             Counted(Event(Kind::NotSent, 8), 12, "COM1 does not send: 4 bytes are waiting"),
             Counted(Event(Kind::Gone, 9), 0, "No such device"),
@@ -224,6 +224,21 @@ class tst_captures : public QObject
         QCOMPARE(reading.events[2].direction, 0); // channel 1 of two
         QCOMPARE(Read(CaptureOf(events.first(4), {TwoPorts[0]})).events[2].direction,
                  StyleIndex::Direction2);
+    }
+
+    /// What docs/capture-format.md explains byte by byte.
+    void TheDocumentedExample()
+    {
+        QFile document(QFINDTESTDATA("../docs/capture-format.md"));
+        QVERIFY(document.open(QIODevice::ReadOnly));
+        QByteArray bytes;
+        for (const QByteArray &line : document.readAll().split('\n')) {
+            static const QRegularExpression dump("^    [0-9A-F]{2}  ");
+            if (dump.match(QString::fromUtf8(line)).hasMatch())
+                bytes += QByteArray::fromHex(line.sliced(8));
+        }
+        QCOMPARE(CaptureOf({Named(Event(Kind::Received, 3, "OK"), {"Ack"})}, {{"COM1", {}, 9600}}),
+                 bytes);
     }
 
     void MuchAtOnceBecomesSeveralPackets()
@@ -397,7 +412,7 @@ class tst_captures : public QObject
                             "answer to Acknowledgement\n"
                             "COM1|1700000000.000000004||0x07|0||\n"
                             "COM1|1700000000.000000005||0x09|0||\n"
-                            "COM1|1700000000.000000006||0x0a|0||\n"
+                            "COM1|1700000000.000000006||0x0a|0||7 times\n"
                             "COM1|1700000000.000000007||0x00|1||\n"
                             "COM1|1700000000.000000008||0x00|1||not sent: 12 bytes: "
                             "COM1 does not send: 4 bytes are waiting\n"

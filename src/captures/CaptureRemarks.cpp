@@ -14,6 +14,7 @@ using Kind = TrafficEvent::Kind;
 
 const QString OrderUncertain = QStringLiteral("order uncertain");
 const QString AnswerTo = QStringLiteral("answer to ");
+const QString Times = QStringLiteral(" times");
 
 /// How the remark on an event of a kind begins; a count and a cause may follow.
 struct KindRow {
@@ -80,6 +81,11 @@ QByteArray AsName(const QString &text)
 namespace CaptureRemarks
 {
 
+bool MayBeSeveral(TrafficEvent::Kind kind)
+{
+    return kind == Kind::Damaged || kind == Kind::Break || kind == Kind::Overrun;
+}
+
 QStringList Of(const TrafficEvent &event)
 {
     QStringList remarks;
@@ -93,6 +99,8 @@ QStringList Of(const TrafficEvent &event)
         if (row.kind == event.kind)
             remarks << RemarkOf(row, event);
     }
+    if (MayBeSeveral(event.kind) && event.count > 1)
+        remarks << QString::number(event.count) + Times;
     if (event.orderUncertain)
         remarks << OrderUncertain;
     return remarks;
@@ -105,6 +113,8 @@ void Apply(const QString &remark, TrafficEvent &event)
     } else if (event.kind == Kind::Sent && remark.startsWith(AnswerTo)) {
         event.answer = true;
         event.names << AsName(remark.sliced(AnswerTo.size()));
+    } else if (MayBeSeveral(event.kind) && remark.endsWith(Times)) {
+        event.count = qMax<qint64>(1, remark.chopped(Times.size()).toLongLong());
     } else if (HasBytes(event)) {
         event.names << AsName(remark);
     } else {

@@ -12,6 +12,9 @@
 namespace CaptureRemarks
 {
 
+/// Whether one event can tell of several of its kind; its count is 1 at least.
+bool MayBeSeveral(TrafficEvent::Kind kind);
+
 /// The comments on an event's packet, in order.
 QStringList Of(const TrafficEvent &event);
 

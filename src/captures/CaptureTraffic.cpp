@@ -60,6 +60,7 @@ TrafficEvent CaptureTraffic::EventOf(const CapturePacket &packet)
     TrafficEvent event;
     event.kind = KindOf(packet);
     event.channel = packet.port;
+    event.count = CaptureRemarks::MayBeSeveral(event.kind) ? 1 : 0;
     event.modem = CaptureLines::From(packet.lines);
     for (const QString &remark : m_reader.CommentsOf(packet))
         CaptureRemarks::Apply(remark, event);
