@@ -95,8 +95,7 @@ class NoticeBox final : public QMessageBox
 QWidget *Owner()
 {
     for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
-        if (window && !dynamic_cast<NoticeBox *>(window) &&
-            !window->testAttribute(Qt::WA_DontShowOnScreen))
+        if (window && !dynamic_cast<NoticeBox *>(window))
             return window;
     }
     const QWidgetList windows = QApplication::topLevelWidgets();

@@ -12,6 +12,31 @@
 #include <QThread>
 #include <QVBoxLayout>
 
+namespace
+{
+
+/// What the user begins; what was begun before may come to its end.
+bool IsCommand(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::TouchBegin:
+    case QEvent::TabletPress:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::Shortcut:
+    case QEvent::DragEnter:
+        return true;
+    case QEvent::Close:
+        return event.spontaneous();
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 WorkBox::WorkBox(const QString &what, QWidget *owner)
     : QDialog(owner),
       m_progress(std::make_shared<WorkProgress>()),
@@ -45,12 +70,13 @@ bool WorkBox::Do(const UserPrompts::Work &work)
 {
     QThread *thread = QThread::create([work, progress = m_progress] { work(*progress); });
     connect(thread, &QThread::finished, &m_loop, &QEventLoop::quit);
-    ShowUnseen();
+    qApp->installEventFilter(this);
     m_since.start();
     m_refresh.start();
     thread->start();
     m_loop.exec();
     m_refresh.stop();
+    qApp->removeEventFilter(this);
     hide();
     const bool ended = thread->isFinished();
     if (ended)
@@ -58,18 +84,13 @@ bool WorkBox::Do(const UserPrompts::Work &work)
     return ended;
 }
 
-/// A modal dialog without a window on the screen: commands are blocked, and nothing flashes up.
-void WorkBox::ShowUnseen()
+/// A modal box that is not on the screen would take the keyboard focus, which comes back from the
+/// dialog before only now, and have none to give back: no key would be a command any more.
+bool WorkBox::eventFilter(QObject *watched, QEvent *event)
 {
-    setAttribute(Qt::WA_DontShowOnScreen);
-    show();
-}
-
-void WorkBox::BringToSight()
-{
-    hide();
-    setAttribute(Qt::WA_DontShowOnScreen, false);
-    show();
+    if (!isVisible() && !QApplication::activeModalWidget() && IsCommand(*event))
+        return true;
+    return QDialog::eventFilter(watched, event);
 }
 
 void WorkBox::Refresh()
@@ -79,10 +100,9 @@ void WorkBox::Refresh()
     m_done->setMaximum(m_progress->CanBeCancelled() ? m_progress->Steps() : 0);
     m_done->setValue(m_progress->Done());
     // A message that stands meanwhile would be blocked by a box that comes up later.
-    if (testAttribute(Qt::WA_DontShowOnScreen) && isVisible() &&
-        std::chrono::milliseconds(m_since.elapsed()) >= Unseen &&
-        QApplication::activeModalWidget() == this)
-        BringToSight();
+    if (!isVisible() && std::chrono::milliseconds(m_since.elapsed()) >= Unseen &&
+        !QApplication::activeModalWidget())
+        show();
 }
 
 void WorkBox::reject()

@@ -41,11 +41,10 @@ class WorkBox final : public QDialog
   protected:
     /// The user's close cancels; any other is the end of the program.
     void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     void Refresh();
-    void ShowUnseen();
-    void BringToSight();
 
     std::shared_ptr<WorkProgress> m_progress; ///< shared with the thread, which may outlive the box
     QLabel *lblWhat;
