@@ -44,7 +44,7 @@ frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder>
       m_list(new QTreeWidget),
       lblState(new QLabel),
       txtDevice(new QLineEdit),
-      chkReopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
+      m_reopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
       cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
     for (auto meaning = port.meanings.cbegin(); meaning != port.meanings.cend(); ++meaning)
@@ -107,11 +107,11 @@ void frmDevices::MakeField(const ChosenPort &port)
     auto *column = static_cast<QVBoxLayout *>(layout());
     column->addLayout(row);
     column->addWidget(note);
-    chkReopen->setObjectName(QStringLiteral("chkReopen"));
-    chkReopen->setToolTip(QStringLiteral("Holds for all ports. Communication then goes on while a "
-                                         "device is unplugged."));
-    chkReopen->setChecked(port.reopens);
-    column->addWidget(chkReopen);
+    m_reopen->setObjectName(QStringLiteral("chkReopen"));
+    m_reopen->setToolTip(QStringLiteral("Holds for all ports. Communication then goes on while a "
+                                        "device is unplugged."));
+    m_reopen->setChecked(port.reopens);
+    column->addWidget(m_reopen);
 }
 
 void frmDevices::MakeButtons()
@@ -186,5 +186,5 @@ QString frmDevices::Device() const
 
 bool frmDevices::Reopens() const
 {
-    return chkReopen->isChecked();
+    return m_reopen->isChecked();
 }

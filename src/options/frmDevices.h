@@ -57,6 +57,6 @@ class frmDevices final : public QDialog
     QTreeWidget *m_list;
     QLabel *lblState;
     QLineEdit *txtDevice;
-    QCheckBox *chkReopen;
+    QCheckBox *m_reopen;
     QPushButton *cmdLookAgain;
 };
