@@ -11,8 +11,12 @@
 ByteFace::ByteFace(const QFont &font, qreal devicePixelRatio, Controls controls)
     : m_font(QRawFont::fromFont(font))
 {
+    QString shapes; // to look each up alone would take the font apart each time
     for (unsigned byte = 0; byte < m_looks.size(); ++byte)
-        m_looks[byte] = LookOf(uchar(byte), controls);
+        shapes += ByteLook::ShapeOf(uchar(byte));
+    const QList<quint32> glyphs = m_font.glyphIndexesForString(shapes);
+    for (unsigned byte = 0; byte < m_looks.size(); ++byte)
+        m_looks[byte] = LookOf(uchar(byte), glyphs.value(qsizetype(byte)), controls);
     const QList<QPointF> advances =
         m_font.advancesForGlyphIndexes(m_font.glyphIndexesForString(QStringLiteral("0")));
     m_advance = advances.isEmpty() ? 0 : advances.first().x();
@@ -21,7 +25,7 @@ ByteFace::ByteFace(const QFont &font, qreal devicePixelRatio, Controls controls)
     m_dot = ControlPictures::DotFor(m_advance, devicePixelRatio);
 }
 
-quint32 ByteFace::LookOf(uchar byte, Controls controls) const
+quint32 ByteFace::LookOf(uchar byte, quint32 glyph, Controls controls)
 {
     switch (ByteLook::KindOf(byte)) {
     case ByteLook::Kind::Blank:
@@ -35,6 +39,5 @@ quint32 ByteFace::LookOf(uchar byte, Controls controls) const
     case ByteLook::Kind::Character:
         break;
     }
-    const QList<quint32> found = m_font.glyphIndexesForString(QString(ByteLook::ShapeOf(byte)));
-    return found.isEmpty() || found.first() == 0 ? Box : found.first();
+    return glyph == 0 ? Box : glyph;
 }

@@ -31,7 +31,8 @@ class ByteFace final
     quint32 operator[](uchar byte) const { return m_looks[byte]; }
 
   private:
-    quint32 LookOf(uchar byte, Controls controls) const;
+    /// The glyph is that of the byte's character, 0 if the font has none.
+    static quint32 LookOf(uchar byte, quint32 glyph, Controls controls);
 
     QRawFont m_font;
     std::array<quint32, 256> m_looks{};

@@ -43,6 +43,8 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
 {
     QAccessible::installFactory(SequenceListAccessible::Create);
     m_model->SetSequenceFont(FixedPitchFont::ViewFont());
+    setVerticalScrollMode(ScrollPerPixel); // before there is a model: it would be laid out for it
+    setHorizontalScrollMode(ScrollPerPixel);
     setModel(m_model);
     setItemDelegate(m_delegate);
     setRootIsDecorated(false);
@@ -53,8 +55,6 @@ SequenceList::SequenceList(SequenceMark mark, QWidget *parent)
     setAlternatingRowColors(true);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
-    setVerticalScrollMode(ScrollPerPixel);
-    setHorizontalScrollMode(ScrollPerPixel);
     header()->setSectionsMovable(false);
     header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(SmallestColumn);

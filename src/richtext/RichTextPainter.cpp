@@ -42,22 +42,39 @@ QColor PaleOf(QColor colour)
 
 RichTextPainter::RichTextPainter(const QFont &font, qreal devicePixelRatio,
                                  ByteFace::Controls controls)
-    : m_pictures(controls != ByteFace::Controls::LaidOutBoxes)
+    : m_faces(FacesOf(font, devicePixelRatio > 0 ? devicePixelRatio : 1, controls)),
+      m_pictures(controls != ByteFace::Controls::LaidOutBoxes)
 {
-    qreal ascent = 0;
+}
+
+RichTextPainter::Faces::Faces(const QFont &ofFont, qreal devicePixelRatio,
+                              ByteFace::Controls shownControls)
+    : font(ofFont), ratio(devicePixelRatio), controls(shownControls)
+{
     qreal descent = 0;
-    for (size_t i = 0; i < m_faces.size(); ++i) {
+    for (size_t i = 0; i < byStyle.size(); ++i) {
         QFont variant = font;
         variant.setBold(i & 1U);
         variant.setItalic(i & 2U);
-        m_faces[i] = ByteFace(variant, devicePixelRatio, controls);
-        const QRawFont &raw = m_faces[i].Font();
+        byStyle[i] = ByteFace(variant, ratio, controls);
+        const QRawFont &raw = byStyle[i].Font();
         ascent = qMax(ascent, raw.ascent());
         descent = qMax(descent, raw.descent() + raw.leading());
     }
-    const qreal ratio = devicePixelRatio > 0 ? devicePixelRatio : 1;
-    m_ascent = std::ceil(ascent * ratio) / ratio;
-    m_rowHeight = qMax(std::ceil((m_ascent + descent) * ratio), 1.0) / ratio;
+    ascent = std::ceil(ascent * ratio) / ratio;
+    rowHeight = qMax(std::ceil((ascent + descent) * ratio), 1.0) / ratio;
+}
+
+std::shared_ptr<const RichTextPainter::Faces>
+RichTextPainter::FacesOf(const QFont &font, qreal ratio, ByteFace::Controls controls)
+{
+    static std::weak_ptr<const Faces> latest;
+    std::shared_ptr<const Faces> faces = latest.lock();
+    if (!faces || faces->font != font || faces->ratio != ratio || faces->controls != controls) {
+        faces = std::make_shared<const Faces>(font, ratio, controls);
+        latest = faces;
+    }
+    return faces;
 }
 
 QColor RichTextPainter::ToGrey(const QColor &colour)
@@ -81,7 +98,7 @@ void RichTextPainter::Paint(QPainter &painter, const RichTextLayout &layout, con
             DrawInk(painter, ink);
         for (Ink &ink : inks.pale)
             DrawInk(painter, ink);
-        painter.translate(0, m_rowHeight);
+        painter.translate(0, m_faces->rowHeight);
     }
     painter.restore();
 }
@@ -98,7 +115,7 @@ void RichTextPainter::PaintSelection(QPainter &painter, const RichTextLayout &la
         const int left = from <= layout.RowStart(row) ? 0 : layout.ColumnOf(row, from);
         int right = qMin(layout.ColumnOf(row, to), layout.Columns());
         const qint64 textEnd = layout.RowTextEnd(row);
-        const qreal top = qreal(row - part.firstRow) * m_rowHeight;
+        const qreal top = qreal(row - part.firstRow) * m_faces->rowHeight;
         // A selected line break shows, so that an empty line can be seen: as its pictures, or as
         // one more column.
         if (ShowsBreak(layout, row)) {
@@ -109,8 +126,9 @@ void RichTextPainter::PaintSelection(QPainter &painter, const RichTextLayout &la
             ++right;
         }
         if (right > left)
-            painter.fillRect(QRectF(left * Advance(), top, (right - left) * Advance(), m_rowHeight),
-                             part.selectionBack);
+            painter.fillRect(
+                QRectF(left * Advance(), top, (right - left) * Advance(), m_faces->rowHeight),
+                part.selectionBack);
     }
 }
 
@@ -130,7 +148,7 @@ QRectF RichTextPainter::BreakRect(const RichTextLayout &layout, qint64 position,
     const qreal left = qMin(layout.ColumnOf(row, textEnd), layout.Columns()) * Advance();
     const qreal room = qMax(width - left, 0.0) / qreal(layout.RowEnd(row) - textEnd);
     const qreal pitch = qMin(room, Advance());
-    return {left + qreal(position - textEnd) * pitch, 0, pitch, m_rowHeight};
+    return {left + qreal(position - textEnd) * pitch, 0, pitch, m_faces->rowHeight};
 }
 
 RichTextPainter::Ink &RichTextPainter::InkFor(Inks &inks, size_t face, const QColor &colour)
@@ -174,7 +192,7 @@ void RichTextPainter::CollectBreak(RowInks &inks, const RichTextLayout &layout, 
         const TextStyle &style = model.RunAt(at).style;
         const QColor colour = PaleOf(ColourOf(style, IsSelected(model, at, part), part));
         Ink &ink = InkFor(inks.pale, FaceOf(style), colour);
-        ink.bytes.AddPicture(m_faces[ink.face], model.ByteAt(at),
+        ink.bytes.AddPicture(m_faces->byStyle[ink.face], model.ByteAt(at),
                              BreakRect(layout, at, part.width));
     }
 }
@@ -185,14 +203,14 @@ int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
 {
     const RichTextModel &model = layout.Model();
     Ink &ink = InkFor(inks.text, FaceOf(segment.style), segment.colour);
-    const ByteFace &face = m_faces[ink.face];
+    const ByteFace &face = m_faces->byStyle[ink.face];
     const qreal advance = Advance();
     int column = segment.column;
     for (qint64 at = segment.from; at < segment.to && column < layout.Columns(); ++at) {
         const uchar byte = model.ByteAt(at);
-        const QRectF cell(column * advance, 0, advance, m_rowHeight);
+        const QRectF cell(column * advance, 0, advance, m_faces->rowHeight);
         const bool mayBeZero = m_pictures && byte == uchar(Common_Function::HiddenByteMark);
-        ink.bytes.Add(face, mayBeZero && model.StandsForZero(at) ? 0 : byte, cell, m_ascent);
+        ink.bytes.Add(face, mayBeZero && model.StandsForZero(at) ? 0 : byte, cell, m_faces->ascent);
         if (byte == '\t' && m_pictures && !segment.style.aside)
             InkFor(inks.pale, ink.face, PaleOf(segment.colour)).bytes.AddPicture(face, byte, cell);
         column = RichTextLayout::ColumnBehind(byte, column);
@@ -200,8 +218,8 @@ int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
     column = qMin(column, layout.Columns());
     if (segment.style.underline) {
         const qreal thickness = qMax(face.Font().lineThickness(), 1.0);
-        const qreal top =
-            qMin(m_ascent + qMax(face.Font().underlinePosition(), 1.0), m_rowHeight - thickness);
+        const qreal top = qMin(m_faces->ascent + qMax(face.Font().underlinePosition(), 1.0),
+                               m_faces->rowHeight - thickness);
         ink.lines.emplace_back(segment.column * Advance(), std::floor(top),
                                (column - segment.column) * Advance(), thickness);
     }
@@ -210,7 +228,7 @@ int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
 
 void RichTextPainter::DrawInk(QPainter &painter, Ink &ink) const
 {
-    ink.bytes.Draw(painter, m_faces[ink.face], ink.colour);
+    ink.bytes.Draw(painter, m_faces->byStyle[ink.face], ink.colour);
     for (const QRectF &line : ink.lines)
         painter.fillRect(line, ink.colour);
     ink.lines.clear();

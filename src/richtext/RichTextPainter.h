@@ -8,6 +8,7 @@
 #include "ViewColours.h"
 
 #include <array>
+#include <memory>
 #include <vector>
 
 class QPainter;
@@ -36,8 +37,8 @@ class RichTextPainter final
     explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1,
                              ByteFace::Controls controls = ByteFace::Controls::LaidOutBoxes);
 
-    qreal Advance() const { return m_faces[0].Advance(); }
-    qreal RowHeight() const { return m_rowHeight; }
+    qreal Advance() const { return m_faces->byStyle[0].Advance(); }
+    qreal RowHeight() const { return m_faces->rowHeight; }
 
     /// Where the picture of a character of a row's line break stands, from the row's top left
     /// corner. Pictures are narrower where the width leaves no room; empty if there is none.
@@ -50,6 +51,20 @@ class RichTextPainter final
     static QColor ToGrey(const QColor &colour);
 
   private:
+    /// A font in all its styles. To make them takes long; painters of the same font share them.
+    struct Faces {
+        Faces(const QFont &ofFont, qreal devicePixelRatio, ByteFace::Controls shownControls);
+
+        QFont font;
+        qreal ratio;
+        ByteFace::Controls controls;
+        std::array<ByteFace, 4> byStyle; ///< by bold (1) and italic (2)
+        qreal rowHeight = 0;
+        qreal ascent = 0;
+    };
+    static std::shared_ptr<const Faces> FacesOf(const QFont &font, qreal ratio,
+                                                ByteFace::Controls controls);
+
     /// What one row shows in one face and colour.
     struct Ink {
         size_t face = 0;
@@ -81,8 +96,6 @@ class RichTextPainter final
     bool ShowsBreak(const RichTextLayout &layout, qsizetype row) const;
     void DrawInk(QPainter &painter, Ink &ink) const;
 
-    std::array<ByteFace, 4> m_faces; ///< by bold (1) and italic (2)
-    qreal m_rowHeight = 0;
-    qreal m_ascent = 0;
+    std::shared_ptr<const Faces> m_faces;
     bool m_pictures;
 };
