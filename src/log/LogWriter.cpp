@@ -19,6 +19,9 @@ namespace
 constexpr std::chrono::milliseconds LongestBurst{20};
 constexpr qint64 BytesOfABurst = 256 * 1024;
 
+/// While more and more comes, the last of it waits no longer for its piece to fill.
+constexpr std::chrono::milliseconds LongestUnflushed{50};
+
 /// What an event costs beside its bytes.
 constexpr qint64 CostOfAnEvent = sizeof(TrafficEvent) + 64;
 
@@ -156,7 +159,7 @@ void LogWriter::State::Run()
             Work(entry);
         }
         const auto now = std::chrono::steady_clock::now();
-        if (session && (IsLast() || now - flushed > LongestBurst)) {
+        if (session && (IsLast() || now - flushed > LongestUnflushed)) {
             session->Flush();
             flushed = now;
         }

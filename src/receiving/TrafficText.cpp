@@ -15,7 +15,9 @@ qsizetype TrafficText::BytesLength(Representation representation, const TrafficE
 
 void TrafficText::Append(QByteArray &text, Representation representation, const TrafficEvent &event)
 {
-    text += event.stamp;
+    if (!event.stamp.isEmpty())
+        text += event.stamp;
     RowOf(representation).appendView(text, event.bytes);
-    text += event.comment;
+    if (!event.comment.isEmpty())
+        text += event.comment;
 }
