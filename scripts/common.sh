@@ -11,7 +11,7 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-tools-dev
               libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
 test_packages=(poppler-utils tshark)
-bench_packages=(libbenchmark-dev)
+bench_packages=(libbenchmark-dev xvfb)
 lint_packages=(clang-format clang-tidy shellcheck)
 clang_packages=(clang-14 libclang-rt-14-dev)
 package_packages=(dpkg-dev file)
