@@ -68,7 +68,7 @@ RichTextPainter::Faces::Faces(const QFont &ofFont, qreal devicePixelRatio,
 std::shared_ptr<const RichTextPainter::Faces>
 RichTextPainter::FacesOf(const QFont &font, qreal ratio, ByteFace::Controls controls)
 {
-    static std::weak_ptr<const Faces> latest;
+    static thread_local std::weak_ptr<const Faces> latest; // printing has a thread of its own
     std::shared_ptr<const Faces> faces = latest.lock();
     if (!faces || faces->font != font || faces->ratio != ratio || faces->controls != controls) {
         faces = std::make_shared<const Faces>(font, ratio, controls);

@@ -51,7 +51,8 @@ class RichTextPainter final
     static QColor ToGrey(const QColor &colour);
 
   private:
-    /// A font in all its styles. To make them takes long; painters of the same font share them.
+    /// A font in all its styles. To make them takes long; painters of the same font and
+    /// thread share them.
     struct Faces {
         Faces(const QFont &ofFont, qreal devicePixelRatio, ByteFace::Controls shownControls);
 
