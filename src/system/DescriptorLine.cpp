@@ -64,6 +64,7 @@ void DescriptorLine::Start(int comNumber)
     m_wasRead = false;
     m_tally.away = false;
     m_goneCause.clear();
+    m_unsentOfGone = 0;
     m_open = true;
     m_loop.Do([this] { m_loop.Join(*this); });
 }
@@ -106,10 +107,7 @@ qint64 DescriptorLine::WaitUntilSent()
         m_loop.Do([&] {
             CheckPresence();
             present = m_handle != NoHandle;
-            // What a device that has gone did not take is told with its going, if that is told.
-            unsent = present                 ? m_unsent.size() + UnsentInSystem()
-                     : m_goneCause.isEmpty() ? 0
-                                             : m_unsentOfGone;
+            unsent = present ? m_unsent.size() + UnsentInSystem() : m_unsentOfGone;
         });
         if (!present || unsent == 0 || deadline.hasExpired())
             return unsent;
@@ -256,10 +254,11 @@ void DescriptorLine::Leave(const QString &cause)
 void DescriptorLine::TellGone()
 {
     const QString cause = std::exchange(m_goneCause, {});
+    const qint64 unsent = std::exchange(m_unsentOfGone, 0);
     if (!cause.isEmpty()) {
         m_tally.away = Waits();
         if (m_listener && m_tally.away)
-            m_listener->OnAway(cause, m_unsentOfGone, LineNow());
+            m_listener->OnAway(cause, unsent, LineNow());
         else if (m_listener)
             m_listener->OnGone(cause, LineNow());
     }

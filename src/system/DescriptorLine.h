@@ -127,9 +127,9 @@ class DescriptorLine : public Line, protected LineLoop::Source
     int m_comNumber = 0;
     std::atomic<bool> m_open = false; ///< from Start to Close, whether the device is there or not
     bool m_reading = false;
-    bool m_paused = false; ///< the listener had no room
-    QByteArray m_unsent;   ///< what the system has not taken yet
-    QString m_goneCause;   ///< why the other side has gone; not told yet
-    qint64 m_unsentOfGone = 0;
+    bool m_paused = false;     ///< the listener had no room
+    QByteArray m_unsent;       ///< what the system has not taken yet
+    QString m_goneCause;       ///< why the other side has gone; not told yet
+    qint64 m_unsentOfGone = 0; ///< bytes that went with it; not told yet
     std::array<char, MostBytesOfARead> m_part;
 };
