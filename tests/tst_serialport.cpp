@@ -123,8 +123,9 @@ class Ear final : public LineListener
     }
     bool HasRoom() const override
     {
+        const bool has = hasRoom;
         wasAsked = true;
-        return hasRoom;
+        return has;
     }
     void OnGone(const QString &, const LineTime &) override { Hear("[gone]"); }
     void OnAway(const QString &, qint64 unsent, const LineTime &) override
