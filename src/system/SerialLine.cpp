@@ -172,6 +172,8 @@ void SerialLine::PutInOrder(qint64 lost)
 
 void SerialLine::Shut()
 {
+    if (SerialDevice::HasLentName(m_request.device))
+        m_lock.reset(); // another program may get the name as soon as it is free
     SerialDevice::Close(std::exchange(m_handle, SerialDevice::NoHandle));
     if (!Waits())       // else it goes with the waiting, or with the end of the line
         m_lock.reset(); // the name may be another device's by now
