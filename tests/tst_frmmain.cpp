@@ -221,6 +221,8 @@ class tst_frmmain : public QObject
         QCOMPARE(panels, (QStringList{"Communication port is closed", ports, "115200", "Even", "7",
                                       "1.5"}));
         QTEST(bench.Find("picSendSequenceDeactivated")->isVisible(), "covered");
+        const auto *why = bench.Find<QLabel>("lblSendSequence");
+        QCOMPARE(why->toolTip(), why->text()); // to be read where a low list cuts it
         QTEST(!bench.Find("ActionList")->isEnabled(), "covered"); // what is covered takes no keys
         QVERIFY(bench.Find("EventList")->isEnabled());
     }

@@ -20,6 +20,8 @@ SendListCover::SendListCover(QWidget *parent) : QFrame(parent)
     text->setObjectName(QStringLiteral("lblSendSequence"));
     text->setWordWrap(true);
     text->setMinimumWidth(1); // else a narrow list would cut it instead of wrapping it
+    text->setAlignment(Qt::AlignLeft | Qt::AlignTop); // a low one cuts its end
+    text->setToolTip(text->text());
     auto *link = new ClickLabel(QStringLiteral("change communication mode"));
     link->setObjectName(QStringLiteral("lblClickChangeComm"));
     link->MakeLink();
