@@ -6,6 +6,7 @@
 #include "MdPrint.h"
 #include "MdSequenceEdition.h"
 #include "OpenFiles.h"
+#include "PrintSettings.h"
 #include "ProjectState.h"
 #include "QtPrintOutput.h"
 #include "SampleTraffic.h"
@@ -41,7 +42,9 @@ void PrintProjectAsPdf(benchmark::State &state)
     ScriptedPrompts prompts;
     prompts.printer = PrinterChoice{.pdfPath = folder.filePath(QStringLiteral("project.pdf"))};
     const FixedClock clock;
-    MdPrint print({project, display, form, tables, views, prompts, clock, output, [](bool) {}});
+    PrintSettings settings;
+    MdPrint print(
+        {project, display, form, tables, views, settings, prompts, clock, output, [](bool) {}});
     for (auto _ : state)
         print.PrintProject();
     if (!prompts.shown.isEmpty())
