@@ -46,9 +46,9 @@ class WindowSeenPlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "WindowSeen.json")
 
   public:
-    QObject *create(const QString &, const QString &specification) override
+    QObject *create(const QString &, const QString &argument) override
     {
-        return new WindowSeen(specification.toInt());
+        return new WindowSeen(argument.toInt());
     }
 };
 
