@@ -20,9 +20,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QDialog>
-#include <QFileDialog>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -30,7 +28,6 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTabBar>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -548,37 +545,6 @@ class tst_frmmain : public QObject
             tell("one file", text);
         QCOMPARE(boxes().keys(), QStringList());
         QCOMPARE(lines, "critical: 5 (the file; the cause)\ncritical: 6 (the file; the cause)\n");
-    }
-
-    void AFileDialogTakesNamesThatCanBeMeant()
-    {
-        const QTemporaryDir folder;
-        QStringList names = {"none/a.sqx", "caf\uFFFD", "rev2.1"};
-        QStringList told;
-        QTimer hand;
-        connect(&hand, &QTimer::timeout, this, [&] {
-            QWidget *form = QApplication::activeModalWidget();
-            if (auto *box = qobject_cast<QMessageBox *>(form)) {
-                told << box->text();
-                box->accept();
-            } else if (auto *dialog = qobject_cast<QFileDialog *>(form); dialog && names.size()) {
-                dialog->findChild<QLineEdit *>("fileNameEdit")->setText(names.takeFirst());
-                QTest::keyClick(dialog, Qt::Key_Return);
-            }
-        });
-        hand.start(1);
-        QString lines;
-        QTextStream errors(&lines);
-        QtPrompts prompts(errors);
-        QCOMPARE(prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Save,
-                                     .dialog = "dialog",
-                                     .title = "title",
-                                     .filter = "Projects (*.sqx)|*.sqx",
-                                     .folder = folder.path()}),
-                 folder.filePath("rev2.1"));
-        QCOMPARE(told.size(), 2);
-        QVERIFY(told[0].contains(folder.filePath("none")));
-        QVERIFY2(told[1].contains("caf\\xEF\\xBF\\xBD.sqx"), qPrintable(told[1]));
     }
 
     void TypingWhileStoppedIsACommentAndTheCaretIsNoted()
