@@ -52,9 +52,6 @@ class CaptureReader final
 
     QStringList CommentsOf(const CapturePacket &packet) const;
 
-    /// Bytes of the file that have been read.
-    qint64 Place() const { return m_next; }
-
   private:
     struct Interface {
         quint32 snapLength = 0;    ///< 0 for none
