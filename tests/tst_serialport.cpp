@@ -361,7 +361,7 @@ class TestSerialPort : public QObject
         adapter.world.lines.Do([&] { adapter.port.Wire().Resume(); });
         QVERIFY(adapter.Hears("a"));
         QVERIFY(adapter.ear.uncertain);
-        QTRY_VERIFY([&] { // but for a pass that was late
+        QTRY_VERIFY([&] {                  // but for a pass that was late
             adapter.world.lines.Do([] {}); // a short one
             const qsizetype before = adapter.ear.Heard().size();
             adapter.pty->Write("b");
