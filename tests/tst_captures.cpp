@@ -70,10 +70,10 @@ QList<TrafficEvent> SampleEvents()
             Event(Kind::Closed, 13, {}, 1)};
 }
 
-const QList<CapturePort> TwoPorts = {{"COM1", "/dev/ttyUSB0 (an adapter)", 9600},
+const QList<TrafficPort> TwoPorts = {{"COM1", "/dev/ttyUSB0 (an adapter)", 9600},
                                      {"COM2", "/dev/ttyUSB1", 115200}};
 
-QByteArray CaptureOf(const QList<TrafficEvent> &events, const QList<CapturePort> &ports = TwoPorts)
+QByteArray CaptureOf(const QList<TrafficEvent> &events, const QList<TrafficPort> &ports = TwoPorts)
 {
     CaptureEncoder encoder(ports, "Serimonde");
     QByteArray capture = encoder.Head();
@@ -85,7 +85,7 @@ QByteArray CaptureOf(const QList<TrafficEvent> &events, const QList<CapturePort>
 struct Reading {
     Result begun;
     QList<TrafficEvent> events;
-    QList<CapturePort> ports;
+    QList<TrafficPort> ports;
     QString damage;
 };
 

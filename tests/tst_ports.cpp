@@ -68,6 +68,22 @@ class tst_ports : public QObject
         QTEST(bench.statusTexts, "statusTexts");
         QCOMPARE(bench.log.calls, (QStringList{"UpdateLogCommands", "StopLog"}));
         QVERIFY(bench.prompts.shown.isEmpty());
+
+        // What is recorded of it.
+        QStringList told;
+        for (const TrafficEvent &event : bench.log.openings)
+            told << QStringLiteral("%1 %2").arg(int(event.kind)).arg(event.channel);
+        QStringList expected;
+        for (const auto kind : {TrafficEvent::Kind::Opened, TrafficEvent::Kind::Closed}) {
+            for (int channel = 0; channel <= int(two); ++channel)
+                expected << QStringLiteral("%1 %2").arg(int(kind)).arg(channel);
+        }
+        QCOMPARE(told, expected);
+        QCOMPARE(bench.log.sessions.size(), 1);
+        const TrafficPort ports[] = {{"COM1", "/dev/scripted", 9600},
+                                     {"COM2", "/dev/scripted", 9600}};
+        QCOMPARE(bench.log.sessions[0].ports, QList<TrafficPort>(ports, ports + 1 + int(two)));
+        QCOMPARE(bench.log.sessionsEnded, 1);
     }
 
     void AFailedOpenSaysWhyAndLeavesNothingOpen_data()

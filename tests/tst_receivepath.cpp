@@ -48,13 +48,15 @@ class tst_receivepath : public QObject
         bench.tables.AddReceive({.Name = "ask", .Sequence = "?", .Answer = 1, .Comment = "asked"});
         bench.tables.RefreshAnswerNames();
         bench.Open(CommMode::SendReceive);
-        bench.portA.line.now = {77, 88};
+        const LineTime time = {77, bench.portA.line.now.wall + 77};
+        bench.portA.line.now = time;
         bench.portA.Receive("who?");
         bench.tables.ClearProject();
         const TrafficEvent &said = bench.log.events[0];
         const TrafficEvent &sent = bench.log.events[1];
         QCOMPARE(said.names, QList<QByteArray>{"ask"});
-        QCOMPARE(said.time.monotonic + said.time.wall, 77 + 88);
+        QCOMPARE(said.time.monotonic, time.monotonic);
+        QCOMPARE(said.time.wall, time.wall);
         QVERIFY(sent.kind == TrafficEvent::Kind::Sent && sent.answer);
         QCOMPARE(sent.names + QList<QByteArray>{sent.bytes}, (QList<QByteArray>{"ask", "YES"}));
     }
@@ -100,12 +102,13 @@ class tst_receivepath : public QObject
         bench.Watch("ask", "asked", "YES");
         bench.Open(CommMode::SendReceive);
         LineListener &ear = *bench.portA.line.listener;
-        ear.OnRead({"as", {}});
-        ear.OnCondition(LineCondition::DamagedByte, 1, {});
-        ear.OnModemLines({true, false, false, false}, {});
-        ear.OnCondition(LineCondition::Break, 2, {});
-        ear.OnRead({"k", {}});
-        ear.OnCondition(LineCondition::Overrun, 3, {});
+        const LineTime now = bench.portA.line.now;
+        ear.OnRead({"as", now});
+        ear.OnCondition(LineCondition::DamagedByte, 1, now);
+        ear.OnModemLines({true, false, false, false}, now);
+        ear.OnCondition(LineCondition::Break, 2, now);
+        ear.OnRead({"k", now});
+        ear.OnCondition(LineCondition::Overrun, 3, now);
         QList<std::pair<TrafficEvent::Kind, qint64>> events;
         for (const TrafficEvent &event : std::as_const(bench.log.events))
             events.append({event.kind, event.count});

@@ -83,7 +83,7 @@ QByteArray SectionBody(const QString &program)
     return body + options;
 }
 
-QByteArray InterfaceBody(const CapturePort &port)
+QByteArray InterfaceBody(const TrafficPort &port)
 {
     QByteArray body;
     AppendNumber(body, quint16(LinkTypeRtacSerial));
@@ -141,7 +141,7 @@ QByteArray RecordOf(qint64 time, quint8 event, quint8 lines)
 
 } // namespace
 
-CaptureEncoder::CaptureEncoder(QList<CapturePort> ports, QString program)
+CaptureEncoder::CaptureEncoder(QList<TrafficPort> ports, QString program)
     : m_ports(std::move(ports)), m_program(std::move(program)), m_lines{}
 {
 }
@@ -150,7 +150,7 @@ QByteArray CaptureEncoder::Head() const
 {
     QByteArray head;
     AppendBlock(head, SectionHeader, SectionBody(m_program));
-    for (const CapturePort &port : m_ports)
+    for (const TrafficPort &port : m_ports)
         AppendBlock(head, InterfaceDescription, InterfaceBody(port));
     return head;
 }

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "CapturePort.h"
 #include "TrafficEvent.h"
 
 #include <QByteArray>
@@ -20,7 +19,7 @@ class CaptureEncoder final
     static constexpr qsizetype MostBytesOfAPacket = 65536;
 
     /// The ports by channel; the program is what wrote the capture, such as "Serimonde 1.0".
-    CaptureEncoder(QList<CapturePort> ports, QString program);
+    CaptureEncoder(QList<TrafficPort> ports, QString program);
 
     /// What a capture begins with.
     QByteArray Head() const;
@@ -38,7 +37,7 @@ class CaptureEncoder final
     void AppendPacket(QByteArray &capture, const TrafficEvent &event, const Packet &packet,
                       QByteArrayView bytes) const;
 
-    QList<CapturePort> m_ports;
+    QList<TrafficPort> m_ports;
     QString m_program;
     std::array<quint8, 2> m_lines; ///< by channel: CaptureFormat::RecordLine, as known last
 };

@@ -185,7 +185,7 @@ Result CaptureReader::BeginPcap()
     Interface interface;
     interface.timeResolution = NumberAt<quint32>(head, 0) == PcapNanoseconds ? 9 : 6;
     m_interfaces = {interface};
-    m_ports = {CapturePort()};
+    m_ports = {TrafficPort()};
     m_next = PcapHead;
     return {};
 }
@@ -304,7 +304,7 @@ CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
     if (m_interfaces.size() == MostPorts)
         return Spoilt(QStringLiteral("it has more than %1 interfaces").arg(MostPorts));
     Interface interface;
-    CapturePort port;
+    TrafficPort port;
     interface.snapLength = NumberAt<quint32>(body, 4);
     OptionWalk walk(body.sliced(InterfaceHead), [this](QByteArrayView bytes, qsizetype place) {
         return NumberAt<quint16>(bytes, place);

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "CaptureBytes.h"
-#include "CapturePort.h"
+#include "TrafficEvent.h"
 
 #include <QList>
 #include <QStringList>
@@ -48,7 +48,7 @@ class CaptureReader final
     const Failure &Damage() const { return m_damage; }
 
     /// Those that have been told of by now: all of them, as a rule, once the first packet is read.
-    const QList<CapturePort> &Ports() const { return m_ports; }
+    const QList<TrafficPort> &Ports() const { return m_ports; }
 
     QStringList CommentsOf(const CapturePacket &packet) const;
 
@@ -99,6 +99,6 @@ class CaptureReader final
     bool m_bigEndian = false;
     qint64 m_next = 0;             ///< place of what is read next
     QList<Interface> m_interfaces; ///< of the section
-    QList<CapturePort> m_ports;
+    QList<TrafficPort> m_ports;
     Failure m_damage;
 };

@@ -87,6 +87,8 @@ class SerialPortControl : public QObject
     virtual qint64 ThrownAway() const = 0;
     /// Canonical name of the open device, or of the one that is waited for; empty while closed.
     virtual QString Device() const = 0;
+    /// What that device is, in its own words; empty if it has none.
+    virtual QString Description() const { return {}; }
 
   Q_SIGNALS:
     void CommEventRaised();

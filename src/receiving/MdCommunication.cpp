@@ -7,6 +7,7 @@
 #include "CommunicationLog.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
+#include "LineSettings.h"
 #include "MdSequenceEdition.h"
 #include "SerialPortControl.h"
 
@@ -117,11 +118,37 @@ void MdCommunication::OpenPorts()
         BeginReading();
 }
 
+TrafficSession MdCommunication::SessionOfMode() const
+{
+    const std::optional<LineSettings> line = ParseLineSettings(m_parts.comm.PortSettings());
+    TrafficSession session;
+    for (const Channel channel : ChannelsOfMode()) {
+        const SerialPortControl &port = PortOf(channel);
+        QString description = port.Device();
+        if (const QString own = port.Description(); !own.isEmpty())
+            description += QStringLiteral(" (%1)").arg(own);
+        session.ports.append({QStringLiteral("COM%1").arg(PortNumber(channel)), description,
+                              line ? quint64(line->baud) : 0});
+    }
+    return session;
+}
+
+void MdCommunication::TellOpenOrClosed(TrafficEvent::Kind kind, Channel channel)
+{
+    TrafficEvent event;
+    event.kind = kind;
+    event.channel = int(channel);
+    event.time = PortOf(channel).Wire().Now();
+    m_stream.Append(std::move(event));
+}
+
 /// The lines begin at one moment.
 void MdCommunication::BeginReading()
 {
     const bool two = m_parts.comm.TwoChannels();
-    m_stream.SetStamps(m_parts.stamp, !two);
+    m_stream.Begin(SessionOfMode(), m_parts.stamp);
+    for (const Channel channel : ChannelsOfMode())
+        TellOpenOrClosed(TrafficEvent::Kind::Opened, channel);
     m_parts.lines.Do([this, two] {
         m_judge.Begin({two, m_parts.comm.MaySend(), {m_parts.comm.PortA(), m_parts.comm.PortB()}});
         m_parts.MSCommA.Wire().BeginReading();
@@ -198,6 +225,7 @@ void MdCommunication::ClosePorts()
     EndReading();
     ShowTraffic(); // the device's last words
     if (ClosePortsOfMode()) {
+        m_stream.End();
         m_commStatus = StatusClosed;
         Q_EMIT PortStatusChanged(m_parts.comm.TwoChannels()
                                      ? QStringLiteral("Communication ports are closed")
@@ -217,13 +245,14 @@ void MdCommunication::ClosePorts()
 bool MdCommunication::ClosePortsOfMode()
 {
     bool closed = true;
-    for (const Channel channel : {Channel::A, Channel::B}) {
-        if (channel == Channel::B && !m_parts.comm.TwoChannels())
-            continue;
-        if (ClosePort(PortOf(channel)))
-            TellThrownAway(channel);
-        else
+    for (const Channel channel : ChannelsOfMode()) {
+        const bool open = PortOf(channel).PortOpen();
+        if (!ClosePort(PortOf(channel))) {
             closed = false;
+        } else if (open) {
+            TellThrownAway(channel);
+            TellOpenOrClosed(TrafficEvent::Kind::Closed, channel);
+        }
     }
     return closed;
 }
@@ -298,6 +327,13 @@ void MdCommunication::TellNotSent(int channel, const QString &cause)
         return;
     m_parts.prompts.ShowNotice(QStringLiteral("COM%1").arg(PortNumber(Channel(channel))),
                                ExclamationMessage(cause));
+}
+
+QList<MdCommunication::Channel> MdCommunication::ChannelsOfMode() const
+{
+    if (m_parts.comm.TwoChannels())
+        return {Channel::A, Channel::B};
+    return {Channel::A};
 }
 
 SerialPortControl &MdCommunication::PortOf(Channel channel) const

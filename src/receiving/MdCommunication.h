@@ -96,6 +96,8 @@ class MdCommunication final : public QObject
     bool OpenPortsOfMode();
     bool ClosePortsOfMode();
     LineJudge::Reports JudgeReports();
+    TrafficSession SessionOfMode() const;
+    void TellOpenOrClosed(TrafficEvent::Kind kind, Channel channel);
     void BeginReading();
     void EndReading();
     void Publish();
@@ -105,6 +107,7 @@ class MdCommunication final : public QObject
     void TellNotSent(int channel, const QString &cause);
     void TellThrownAway(Channel channel);
 
+    QList<Channel> ChannelsOfMode() const;
     SerialPortControl &PortOf(Channel channel) const;
     int PortNumber(Channel channel) const;
 

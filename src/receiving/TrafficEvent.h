@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QString>
 
 /// Something that happened on the lines, with its time. It holds all of what there is to say about
 /// it, so it outlives the project and the settings of its time.
@@ -52,6 +53,21 @@ struct TrafficEvent {
     static constexpr qsizetype MostBytesOfAChunk = 511;
 };
 
+/// A line as a capture names it. Texts of a file come from strangers: see PlainText.
+struct TrafficPort {
+    QString name;        ///< such as COM1
+    QString description; ///< the device, and what it says of itself
+    quint64 speed = 0;   ///< in bits a second; 0 if it is not known
+
+    bool operator==(const TrafficPort &) const = default;
+};
+
+/// What events come from, from the opening of the ports until they are closed.
+struct TrafficSession {
+    QList<TrafficPort> ports; ///< by channel: one in mode 0, two in modes 1 and 2
+    bool replay = false;      ///< none of it happens on a line now
+};
+
 /// Takes what happens, in the one order of it. Called on whatever thread it happens, one call at a
 /// time; it must not take long.
 class TrafficConsumer
@@ -59,5 +75,9 @@ class TrafficConsumer
   public:
     virtual ~TrafficConsumer() = default;
 
+    /// What is taken from now on belongs to this session.
+    virtual void Begin(const TrafficSession &) {}
     virtual void Take(const TrafficEvent &event) = 0;
+    /// Nothing more of the session comes.
+    virtual void End() {}
 };

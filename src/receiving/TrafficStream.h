@@ -7,6 +7,7 @@
 #include "TrafficEvent.h"
 
 #include <mutex>
+#include <optional>
 #include <vector>
 
 class Clock;
@@ -23,13 +24,16 @@ class TrafficStream
     /// Before the first event. The consumer lives as long as the stream.
     void Feed(TrafficConsumer &consumer);
 
-    /// How stamps are made from here on. In mode 0, where direction 0 is what is sent, each sent
-    /// chunk gets its own.
-    void SetStamps(const StampSettings &stamps, bool sentAlways);
-
+    /// A session begins, and how stamps are made in it. With one port, where direction 0 is what
+    /// is sent, each sent chunk gets its own.
+    void Begin(const TrafficSession &session, const StampSettings &stamps);
+    /// If the clock on the wall has been set meanwhile, an event about that comes first.
     void Append(TrafficEvent event);
+    void End();
 
   private:
+    void NoteClock(const TrafficEvent &event);
+    void Pass(const TrafficEvent &event);
     QByteArray StampDue(const TrafficEvent &event);
 
     const Clock &m_clock;
@@ -38,4 +42,6 @@ class TrafficStream
     StampSettings m_stamps;
     bool m_sentAlways = true;
     int m_lastStampDirection = -1; ///< as long as the program runs
+    /// Wall less monotonic, in nanoseconds, as it was last told; empty before the first event.
+    std::optional<qint64> m_clockOffset;
 };

@@ -8,6 +8,7 @@
 #include "PortNumber.h"
 #include "SerialDevice.h"
 #include "SerialPortHub.h"
+#include "SystemPortFinder.h"
 
 #include <QScopedValueRollback>
 
@@ -84,6 +85,11 @@ Result SerialPort::SetInBufferSize(int bytes)
 Result SerialPort::SetInputLen(int bytes)
 {
     return Set(m_inputLen, bytes, bytes >= 0);
+}
+
+QString SerialPort::Description() const
+{
+    return SystemPortFinder().DescriptionOf(Device());
 }
 
 Result SerialPort::SetPortOpen(bool open)

@@ -47,6 +47,7 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     Line &Wire() override { return m_line; }
     qint64 ThrownAway() const override { return m_thrownAway; }
     QString Device() const override { return m_open ? m_line.Device() : QString(); }
+    QString Description() const override;
 
   private:
     void RaiseReceive(const QByteArray &bytes) override;

@@ -18,6 +18,9 @@ class SystemPortFinder final : public PortFinder
 
     QList<FoundPort> FindPorts() const override;
 
+    /// What a device is, in words; empty if the system knows nothing of it.
+    QString DescriptionOf(const QString &device) const;
+
   private:
     QString m_descriptions;
     QString m_devices;

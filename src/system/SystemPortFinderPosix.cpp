@@ -77,6 +77,13 @@ std::pair<QString, int> Place(const QString &name)
 
 } // namespace
 
+QString SystemPortFinder::DescriptionOf(const QString &device) const
+{
+    const QString name = QFileInfo(device).fileName();
+    const QString description = m_descriptions + u'/' + name;
+    return !name.isEmpty() && IsPort(description) ? Describe(description) : QString();
+}
+
 QList<FoundPort> SystemPortFinder::FindPorts() const
 {
     QStringList names = QDir(m_descriptions).entryList(QDir::Dirs | QDir::NoDotAndDotDot);

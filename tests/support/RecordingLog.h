@@ -16,13 +16,19 @@ class RecordingLog final : public CommunicationLog
   public:
     std::array<QByteArray, RepresentationCount> texts;
     QStringList calls;
-    QList<TrafficEvent> events;
+    QList<TrafficEvent> events;   ///< without those about the ports
+    QList<TrafficEvent> openings; ///< those
+    QList<TrafficSession> sessions;
+    int sessionsEnded = 0;
     bool hasRoom = true;
     CommunicationLog *next = nullptr;
 
+    void Begin(const TrafficSession &session) override { sessions << session; }
+    void End() override { ++sessionsEnded; }
     void Take(const TrafficEvent &event) override
     {
-        events << event;
+        using Kind = TrafficEvent::Kind;
+        (event.kind == Kind::Opened || event.kind == Kind::Closed ? openings : events) << event;
         for (const Representation r : AllRepresentations)
             TrafficText::Append(texts[size_t(r)], r, event);
         if (next)
