@@ -27,6 +27,7 @@ enum Block : quint32 {
 constexpr quint32 ByteOrderMagic = 0x1A2B3C4D; ///< in the order of its section
 constexpr qint64 BlockFrame = 12;              ///< type, and the length before and after the body
 constexpr qint64 Alignment = 4;
+constexpr qint64 PacketHeadLength = 20; ///< interface, time, both lengths
 
 /// Codes of options.
 enum Option : quint16 {

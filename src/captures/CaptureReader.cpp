@@ -23,7 +23,6 @@ constexpr qsizetype PcapHead = 24;
 constexpr qsizetype PcapPacketHead = 16;
 constexpr qsizetype SectionStart = 12; ///< of a section: type, length, byte order
 constexpr qsizetype InterfaceHead = 8;
-constexpr qsizetype PacketHeadLength = 20;
 constexpr qsizetype SimplePacketHead = 4;
 constexpr qsizetype OptionHead = 4;
 
