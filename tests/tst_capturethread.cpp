@@ -150,6 +150,20 @@ class tst_capturethread : public QObject
         QVERIFY(kept > many / 4 && kept < many / 2);
     }
 
+    void OneSessionAfterTheOtherIsHeard()
+    {
+        const auto disk = std::make_shared<Disk>();
+        CaptureThread capture(std::make_unique<DiskSink>(disk), "test");
+        for (int session = 0; session < 20; ++session) {
+            capture.Begin(TwoPorts);
+            capture.Take(Received(session, "x"));
+            QVERIFY(capture.WaitUntilWritten(10s));
+            capture.End(); // with nothing left to write
+        }
+        capture.Close();
+        QVERIFY(capture.WaitUntilWritten(10s));
+    }
+
     void AClockThatIsSetIsAnEntry_data()
     {
         QTest::addColumn<qint64>("wall");

@@ -126,7 +126,8 @@ void CaptureThread::End()
         return;
     m_state->TellMissing(m_state->last);
     m_state->encoder.reset();
-    m_state->Wake(true);
+    if (!m_state->pieces.empty()) // else nobody takes back that it was woken
+        m_state->Wake(true);
 }
 
 void CaptureThread::Close()
@@ -134,7 +135,7 @@ void CaptureThread::Close()
     End();
     const std::lock_guard guard(m_state->lock);
     m_state->closing = true;
-    m_state->Wake(true);
+    m_state->changed.notify_all();
 }
 
 bool CaptureThread::WaitUntilWritten(std::chrono::milliseconds most)
