@@ -68,6 +68,13 @@ KernelLine LineOf(const PtyPair &pty)
     return line;
 }
 
+/// The bytes that wait to be read at the device's end.
+qsizetype Readable(const PtyPair &pty)
+{
+    int count = 0;
+    return ::ioctl(pty.Device(), FIONREAD, &count) == 0 ? count : 0;
+}
+
 /// What the two ends of a program share, on a fresh table of devices.
 struct World {
     MemoryStore store;
@@ -361,10 +368,22 @@ class TestSerialPort : public QObject
         adapter.world.lines.Do([&] { adapter.port.Wire().Resume(); });
         QVERIFY(adapter.Hears("a"));
         QVERIFY(adapter.ear.uncertain);
-        QTRY_VERIFY([&] {                  // but for a pass that was late
-            adapter.world.lines.Do([] {}); // a short one
+        // After a late pass what it could have read is uncertain, what comes later is not.
+        const auto late = [&](const QByteArray &meanwhile) {
+            adapter.world.lines.Do([&] {
+                adapter.pty->Write(meanwhile);
+                const QDeadlineTimer deadline(std::chrono::nanoseconds(2 * LineLoop::LongestPass));
+                while (!deadline.hasExpired() || Readable(*adapter.pty) < meanwhile.size()) {
+                }
+            });
+        };
+        late("b");
+        QVERIFY(adapter.Hears("ab"));
+        QVERIFY(adapter.ear.uncertain);
+        QTRY_VERIFY([&] { // but for one that is sent before the loop waits again
+            late("");
             const qsizetype before = adapter.ear.Heard().size();
-            adapter.pty->Write("b");
+            adapter.pty->Write("c");
             return WaitStalled([&] { return adapter.ear.Heard().size() > before; }) &&
                    !adapter.ear.uncertain;
         }());

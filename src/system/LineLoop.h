@@ -18,8 +18,9 @@ class LineLoop final : public LineThread
   public:
     /// How a pass of the loop began.
     struct Wake {
-        /// More than one line could be read, the pass before took longer than LongestPass, or one
-        /// of the lines is remote: what is read now may have come in another order.
+        /// More than one line could be read, one could be read as soon as a pass ended that had
+        /// taken longer than LongestPass, or one of the lines is remote: what is read now may have
+        /// come in another order.
         bool orderUncertain = false;
     };
 
@@ -77,7 +78,7 @@ class LineLoop final : public LineThread
     std::vector<int> m_ready; ///< by source: what the last wait found
     qint64 m_passBegan = 0;
     qint64 m_nextTick = 0;
-    bool m_late = false;
+    bool m_late = false; ///< the pass before took too long, and a line spoke meanwhile
 
     std::mutex m_lock; ///< guards what follows
     std::vector<std::function<void()>> m_posted;

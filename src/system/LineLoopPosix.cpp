@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr qint64 NanosecondsOfAMillisecond = 1'000'000;
+constexpr int ToBeRead = POLLIN | POLLHUP | POLLERR | POLLNVAL;
 
 /// Takes all that the administrator has granted of a limit, and returns it.
 rlim_t GrantedLimit(__rlimit_resource resource)
@@ -52,6 +53,14 @@ void LowerPriority()
     const sched_param ordinary = {};
     ::pthread_setschedparam(::pthread_self(), SCHED_OTHER, &ordinary);
     ::setpriority(PRIO_PROCESS, id_t(::gettid()), 0);
+}
+
+/// Whether a line can be read by now; the last of those waited for is the loop's own wakeup.
+bool AnyToBeRead(std::vector<pollfd> &waited)
+{
+    ::poll(waited.data(), nfds_t(waited.size()), 0);
+    return std::any_of(waited.cbegin(), waited.cend() - 1,
+                       [](const pollfd &one) { return (one.revents & ToBeRead) != 0; });
 }
 
 } // namespace
@@ -153,7 +162,10 @@ void LineLoop::Wait(int milliseconds)
     }
     waited.push_back({m_wakeup, POLLIN, 0});
 
-    m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass;
+    // What is ready after a late pass may have come before what that pass read last. If nothing is,
+    // whatever comes now comes later.
+    m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass && SeveralSources() &&
+             AnyToBeRead(waited);
     ::poll(waited.data(), nfds_t(waited.size()), milliseconds);
     m_passBegan = MonotonicNow();
     for (int look = 0; look < 2; ++look) {
@@ -183,16 +195,15 @@ void LineLoop::DoPosted()
 
 void LineLoop::Serve()
 {
-    constexpr int Readable = POLLIN | POLLHUP | POLLERR | POLLNVAL;
     const auto several = std::count_if(m_ready.begin(), m_ready.end(),
-                                       [](int ready) { return (ready & Readable) != 0; });
+                                       [](int ready) { return (ready & ToBeRead) != 0; });
     const bool remote = std::any_of(m_sources.begin(), m_sources.end(), [](const Source *source) {
         return source && source->Remote();
     });
     const Wake wake = {several > 1 || m_late || remote};
     for (size_t i = 0; i < m_ready.size(); ++i) {
         // Whatever is served may make others leave.
-        if (m_sources[i] && (m_ready[i] & Readable) != 0)
+        if (m_sources[i] && (m_ready[i] & ToBeRead) != 0)
             m_sources[i]->Readable(wake);
         if (m_sources[i] && (m_ready[i] & POLLOUT) != 0)
             m_sources[i]->Writable();
