@@ -4,6 +4,7 @@
 #include "CommandLine.h"
 #include "ConsolePrompts.h"
 #include "Display.h"
+#include "FileName.h"
 #include "MdMain.h"
 #include "ProgramArguments.h"
 #include "ProgramInfo.h"
@@ -39,7 +40,8 @@ bool ResetSettings(FileSystem &files, const QString &path, UserPrompts &prompts,
         prompts.ShowMessage(CriticalMessage(QStringLiteral("The settings could not be reset. ") +
                                             old.result.Cause()));
     } else if (!old.kept.isEmpty()) {
-        errors << "serimonde: the old settings are kept in " << old.kept << '\n' << Qt::flush;
+        errors << "serimonde: the old settings are kept in " << FileName::Shown(old.kept) << '\n'
+               << Qt::flush;
     }
     return !old.result.Failed();
 }

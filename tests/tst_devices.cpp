@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QTreeWidget>
 
 /// The ports of a machine and the dialog that lists them.
 class tst_devices : public QObject
@@ -35,10 +37,13 @@ class tst_devices : public QObject
         finder->allowed.release();
         QTRY_COMPARE(second.findChild<QLabel *>("lblState")->text(),
                      QStringLiteral("No ports were found."));
-        finder->ports = {{"/dev/ttyACM0", "", ""}};
+        finder->ports = {{"/dev/ttyACM0", "a\x1B<b>c</b>", "/by-id/<i>d</i>"}};
         finder->allowed.release();
         second.findChild<QPushButton *>("cmdLookAgain")->click();
-        QTRY_COMPARE(RowsOf(second), QStringList{"|/dev/ttyACM0||"});
+        QTRY_COMPARE(RowsOf(second), QStringList{"|/dev/ttyACM0|a\u241B<b>c</b>|/by-id/<i>d</i>"});
+        const auto *list = second.findChild<QTreeWidget *>("lstDevices");
+        const QString tip = list->topLevelItem(0)->toolTip(3);
+        QCOMPARE(QTextDocumentFragment::fromHtml(tip).toPlainText(), "/by-id/<i>d</i>");
     }
 
     /// A system with a built-in port, a place without a chip, a USB adapter and a console.

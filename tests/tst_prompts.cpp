@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTemporaryDir>
@@ -46,6 +47,34 @@ class tst_prompts : public QObject
         QCOMPARE(told.size(), 2);
         QVERIFY(told[0].contains(folder.filePath("none")));
         QVERIFY2(told[1].contains("caf\\xEF\\xBF\\xBD.sqx"), qPrintable(told[1]));
+    }
+
+    /// A name can look like a tag, turn a terminal upside down, or claim to be another line.
+    void TextsOfStrangersArePlain()
+    {
+        const MessagePrompt prompt = {.text = "<b>a</b>\x1B[2J\nb&c",
+                                      .caption = "\x07",
+                                      .details = "<i>d</i>\r",
+                                      .note = "<u>e</u>\x9B"};
+        QString lines;
+        QTextStream errors(&lines);
+        QtPrompts prompts(errors);
+        QStringList seen;
+        QTimer::singleShot(0, this, [&] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            seen << box->windowTitle() << box->detailedText();
+            for (const QLabel *label : box->findChildren<QLabel *>()) {
+                if (!label->text().isEmpty() && label->textFormat() == Qt::PlainText)
+                    seen << label->text();
+            }
+            box->accept();
+        });
+        prompts.ShowMessage(prompt);
+        QCOMPARE(seen, QStringList({"\u2407", "<i>d</i>\u240D", "<b>a</b>\u241B[2J\nb&c",
+                                    "<u>e</u>\uFFFD"}));
+        prompts.EndUnasked();
+        prompts.ShowMessage(prompt);
+        QCOMPARE(lines, "information: <b>a</b>\u241B[2J b&c (<u>e</u>\uFFFD) (<i>d</i> )\n");
     }
 };
 

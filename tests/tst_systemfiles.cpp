@@ -192,6 +192,7 @@ class tst_systemfiles : public QObject
         row("a character cut off", "\xE2\x82", "\\xE2\\x82");
         row("a surrogate", "\xED\xB3\xA9", "\\xED\\xB3\\xA9");
         row("an overlong form", "\xC0\xAF", "\\xC0\\xAF");
+        row("what a terminal obeys", "a\n\x1B[2J\xE2\x80\xAE", "a\\x0A\\x1B[2J\\xE2\\x80\\xAE");
         row("what stands for the unknown", "caf\xEF\xBF\xBD", "caf\\xEF\\xBF\\xBD");
     }
     void NamesAreBytes()

@@ -5,6 +5,7 @@
 
 #include "ClickLabel.h"
 #include "CommConfiguration.h"
+#include "PlainText.h"
 
 #include <QEvent>
 
@@ -55,7 +56,7 @@ bool StatusPanels::eventFilter(QObject *window, QEvent *event)
 
 void StatusPanels::ShowPortStatus(const QString &text)
 {
-    m_panels[0]->setText(text);
+    m_panels[0]->setText(PlainText(text));
 }
 
 void StatusPanels::ShowSettings(const CommConfiguration &comm)

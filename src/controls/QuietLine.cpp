@@ -3,6 +3,8 @@
 
 #include "QuietLine.h"
 
+#include "PlainText.h"
+
 #include <QEvent>
 #include <QFontMetrics>
 
@@ -27,9 +29,10 @@ QuietLine::QuietLine(QWidget &field, QWidget *parent) : QLabel(parent), m_field(
 
 void QuietLine::Say(const QString &text)
 {
-    setText(text);
-    m_field.setAccessibleDescription(text);
-    setVisible(!text.isEmpty());
+    const QString plain = PlainLines(text);
+    setText(plain);
+    m_field.setAccessibleDescription(plain);
+    setVisible(!plain.isEmpty());
 }
 
 void QuietLine::changeEvent(QEvent *event)

@@ -5,6 +5,7 @@
 
 #include "BgrColour.h"
 #include "FileName.h"
+#include "PlainText.h"
 #include "PrintPaper.h"
 #include "PrinterDialog.h"
 #include "WorkBox.h"
@@ -14,6 +15,7 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPrinter>
 #include <QWindow>
@@ -105,15 +107,18 @@ QWidget *Owner()
     return shown == windows.end() ? nullptr : *shown;
 }
 
+/// Names of strangers are in the texts: none of it is rich text.
 void Furnish(QMessageBox &box, const MessagePrompt &prompt)
 {
     box.setIcon(IconOf(prompt.icon));
-    box.setWindowTitle(prompt.caption);
-    box.setText(prompt.text);
-    box.setInformativeText(prompt.note);
+    box.setWindowTitle(PlainText(prompt.caption));
+    box.setText(PlainLines(prompt.text));
+    box.setInformativeText(PlainLines(prompt.note));
     box.setTextFormat(Qt::PlainText);
+    for (QLabel *label : box.findChildren<QLabel *>()) // the note has a format of its own
+        label->setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
-    box.setDetailedText(prompt.details); // with a button, if there are any
+    box.setDetailedText(PlainLines(prompt.details)); // with a button, if there are any
     box.setStandardButtons(ButtonsOf(prompt.buttons));
     box.setDefaultButton(ButtonOf(prompt.defaultAnswer));
     box.setEscapeButton(ButtonOf(EscapeAnswer(prompt.buttons)));
@@ -236,7 +241,7 @@ std::optional<PrinterChoice> QtPrompts::ChoosePrinter(const PrintDialogRequest &
     auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     if (!m_printer.isEmpty())
         printer->setPrinterName(m_printer);
-    printer->setDocName(request.document);
+    printer->setDocName(PlainText(request.document));
     printer->setPageMargins(PrintPaper::UsualMargins(), QPageLayout::Point);
     PrinterDialog dialog(request, printer, Owner());
     if (dialog.exec() != QDialog::Accepted || Ending())

@@ -3,7 +3,7 @@
 
 #include "frmEditEvent.h"
 
-#include "CodePage1252.h"
+#include "ByteLook.h"
 #include "CodePageEdit.h"
 #include "DeletionEffects.h"
 #include "IdleLook.h"
@@ -136,7 +136,7 @@ void frmEditEvent::FillAnswers()
     ComboAnswer->addItem(QStringLiteral("No Answer"));
     for (int i = 0; i < Parts().sequences.SendCount(); ++i) {
         ComboAnswer->addItem(QStringLiteral("( %1 ) - ").arg(i) +
-                             CodePage1252::ToUnicode(Parts().sequences.SendAt(i).Name));
+                             ByteLook::ToShapes(Parts().sequences.SendAt(i).Name));
     }
 }
 

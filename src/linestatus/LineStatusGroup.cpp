@@ -4,6 +4,7 @@
 #include "LineStatusGroup.h"
 
 #include "Lamp.h"
+#include "PlainText.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -195,7 +196,7 @@ void LineStatusGroup::Show(const LineStatus &line, qint64 time)
     const Shown shown = {line, m_identity, {m_rates[0].PerSecond(), m_rates[1].PerSecond()}};
     for (size_t i = 0; i < FieldRows.size(); ++i) {
         QLineEdit *field = m_fields[qsizetype(i)];
-        if (const QString text = FieldRows[i].text(shown); field->text() != text) {
+        if (const QString text = PlainText(FieldRows[i].text(shown)); field->text() != text) {
             field->setText(text);
             field->home(false);
         }

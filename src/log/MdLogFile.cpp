@@ -40,7 +40,7 @@ MessagePrompt WritingFailed(Representation form, const Result &result, const QSt
     const QLatin1String name(RowOf(form).caption);
     return CriticalMessage(QStringLiteral("Error while writing the %1 log file - ").arg(name) +
                                result.Cause(),
-                           path + u'\n' + consequence);
+                           FileName::Shown(path) + u'\n' + consequence);
 }
 
 } // namespace
@@ -208,8 +208,10 @@ void MdLogFile::TellOfFailedClose(const LogSession::Closing &closing)
 {
     if (!closing.result.Failed())
         return;
-    QString details = closing.failed.join(u'\n') +
-                      QStringLiteral("\nNot all that was to be logged is in the file.");
+    QString details;
+    for (const QString &path : closing.failed)
+        details += FileName::Shown(path) + u'\n';
+    details += QStringLiteral("Not all that was to be logged is in the file.");
     if (m_parts.portsOpen())
         details += QStringLiteral(" Communication goes on.");
     m_parts.prompts.ShowNotice(QStringLiteral("closing ") + closing.failed.first(),

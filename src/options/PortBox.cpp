@@ -3,6 +3,9 @@
 
 #include "PortBox.h"
 
+#include "PlainText.h"
+#include "PlainToolTip.h"
+
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -81,8 +84,8 @@ void PortBox::UpdateMeaning()
                                        : QStringLiteral("A COM port has a number from %1 to %2")
                                              .arg(LeastPortNumber)
                                              .arg(MostPortNumber);
-    m_edit->setToolTip(text);
-    m_edit->setAccessibleDescription(text);
+    m_edit->setToolTip(PlainToolTip(text));
+    m_edit->setAccessibleDescription(PlainText(text));
 }
 
 void PortBox::SetAccessibleName(const QString &name)

@@ -4,6 +4,8 @@
 #include "frmDevices.h"
 
 #include "NamedButton.h"
+#include "PlainText.h"
+#include "PlainToolTip.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -100,6 +102,7 @@ void frmDevices::MakeField(const ChosenPort &port)
         (ofSystem.device.isEmpty()
              ? QStringLiteral("COM%1 has no device.").arg(comNumber)
              : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem.device + u'.'));
+    note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     auto *row = new QHBoxLayout;
     row->addWidget(caption);
@@ -153,10 +156,10 @@ void frmDevices::ShowPorts()
         const FoundPort &port = listed.port;
         auto *item = new QTreeWidgetItem(m_list);
         item->setText(NumberColumn, NumbersText(listed.numbers));
-        item->setText(DeviceColumn, port.device);
-        item->setText(DescriptionColumn, port.description);
-        item->setText(NameColumn, port.stableName);
-        item->setToolTip(NameColumn, port.stableName);
+        item->setText(DeviceColumn, PlainText(port.device));
+        item->setText(DescriptionColumn, PlainText(port.description));
+        item->setText(NameColumn, PlainText(port.stableName));
+        item->setToolTip(NameColumn, PlainToolTip(port.stableName));
         item->setData(0, AssignedName, port.stableName.isEmpty() ? port.device : port.stableName);
     }
     for (int column = NumberColumn; column <= NameColumn; ++column)

@@ -170,7 +170,8 @@ QString MdProject::ChooseTarget()
         if (path.isEmpty() || !Exists(target))
             return path;
         const PromptAnswer answer = m_parts.prompts.ShowMessage(
-            {.text = QStringLiteral("%1 already exists. Do you want to replace it?").arg(target),
+            {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
+                         .arg(FileName::Shown(target)),
              .icon = PromptIcon::Exclamation,
              .buttons = PromptButtons::YesNo,
              .defaultAnswer = PromptAnswer::No,
@@ -296,5 +297,6 @@ void MdProject::ShowFailure(const QString &message)
 /// Of a project file.
 void MdProject::ShowFailure(const Result &result, const QString &path)
 {
-    m_parts.prompts.ShowMessage(CriticalMessage(result.Message(), path + u'\n' + result.Cause()));
+    m_parts.prompts.ShowMessage(
+        CriticalMessage(result.Message(), FileName::Shown(path) + u'\n' + result.Cause()));
 }

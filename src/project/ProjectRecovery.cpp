@@ -3,6 +3,7 @@
 
 #include "ProjectRecovery.h"
 
+#include "FileName.h"
 #include "MdProject.h"
 #include "RunState.h"
 #include "UnsavedProject.h"
@@ -17,8 +18,9 @@ namespace
 
 MessagePrompt OfferOf(const UnsavedProject &project, const QDateTime &written)
 {
-    const QString named = project.name.isEmpty() ? QStringLiteral("a project without a name")
-                                                 : QStringLiteral("the project ") + project.name;
+    const QString named = project.name.isEmpty()
+                              ? QStringLiteral("a project without a name")
+                              : QStringLiteral("the project ") + FileName::Shown(project.name);
     return {.text = QStringLiteral("On %1 Serimonde was ended while %2 had changes that were not "
                                    "saved.\n\nDo you want to have it back with these changes? "
                                    "(Choose 'No' to discard them, 'Cancel' to be asked again at "

@@ -3,6 +3,8 @@
 
 #include "ConsolePrompts.h"
 
+#include "PlainText.h"
+
 #include <utility>
 
 namespace
@@ -22,7 +24,8 @@ QString KindOf(const MessagePrompt &prompt)
     }
 }
 
-/// Note and details stand behind the text, each in brackets.
+/// Note and details stand behind the text, each in brackets. What others have named must not take a
+/// terminal over.
 QString OneLine(const MessagePrompt &prompt)
 {
     QString line = prompt.text;
@@ -30,7 +33,7 @@ QString OneLine(const MessagePrompt &prompt)
         if (!further.isEmpty())
             line += QStringLiteral(" (%1)").arg(further.split(u'\n').join(QLatin1String("; ")));
     }
-    return line.replace(u'\r', u' ').replace(u'\n', u' ');
+    return PlainText(line.replace(u'\r', u' ').replace(u'\n', u' '));
 }
 
 QString AnswerText(PromptAnswer answer)

@@ -3,6 +3,8 @@
 
 #include "FileName.h"
 
+#include "PlainText.h"
+
 #include <QStringDecoder>
 
 namespace
@@ -91,7 +93,8 @@ QString Shown(const QString &name)
         const QChar c = name[place];
         units = UnitsAt(name, place);
         const QString character = name.mid(place, units);
-        const bool isSeen = IsText(character) && c != QChar::ReplacementCharacter;
+        const bool isSeen = IsText(character) && c != QChar::ReplacementCharacter &&
+                            PlainText(character) == character;
         if (isSeen)
             shown += character;
         else

@@ -21,7 +21,8 @@ QByteArray Encode(const QString &name);
 /// Whether the name is text throughout, so that dialogs can show it and the settings keep it.
 bool IsText(const QString &name);
 
-/// For messages: what is no text is written as its bytes, such as caf\xE9.sqx.
+/// For messages: what is no text, or is not seen as such, is written as its bytes, such as
+/// caf\xE9.sqx or two\x0Alines.sqx.
 QString Shown(const QString &name);
 
 } // namespace FileName

@@ -9,3 +9,6 @@
 /// as it may be shown in one line, on a terminal too: control characters, line ends and marks that
 /// turn the direction of writing are replaced by pictures, and what is no character by U+FFFD.
 QString PlainText(QStringView text);
+
+/// The same for a text of several lines.
+QString PlainLines(QStringView text);

@@ -3,6 +3,8 @@
 
 #include "PlainText.h"
 
+#include <QStringList>
+
 namespace
 {
 
@@ -43,4 +45,12 @@ QString PlainText(QStringView text)
         shown += QChar(Shown(text[i].unicode()));
     }
     return shown;
+}
+
+QString PlainLines(QStringView text)
+{
+    QStringList lines;
+    for (const QStringView line : text.split(u'\n'))
+        lines << PlainText(line);
+    return lines.join(u'\n');
 }
