@@ -35,7 +35,7 @@ _serimonde() {
         --settings)
             COMPREPLY=($(compgen -W '{9600,19200,38400,57600,115200},N,8,1' -- "$behind"))
             ;;
-        --log | --screenshot)
+        --log | --capture | --screenshot)
             cur=$behind
             _filedir
             ;;
@@ -43,7 +43,7 @@ _serimonde() {
         *)
             if [[ $cur == -* ]]; then
                 COMPREPLY=($(compgen -W '--port --mode --settings --start --reconnect --log
-                    --overwrite --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
+                    --capture --overwrite --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
             else
                 _filedir sqx
             fi

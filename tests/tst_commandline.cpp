@@ -15,7 +15,8 @@ class tst_commandline : public QObject
         const auto parsed = ParseCommandLine(
             QString("serimonde --port 1=/dev/ttyUSB0 --port=255=a=b --mode 2 --settings "
                     "921600,e,7,2 --start --reconnect --quit-after 0.5 --screenshot a.png --log "
-                    "l.txt --overwrite --demo --reset-settings my.sqx -platform offscreen")
+                    "l.txt --capture c.pcapng --overwrite --demo --reset-settings my.sqx -platform "
+                    "offscreen")
                 .split(' '));
         const CommandLine &line = parsed.line;
         QCOMPARE(parsed.result.Cause(), QString());
@@ -25,8 +26,8 @@ class tst_commandline : public QObject
         QVERIFY(line.start && line.reconnect && line.demo && line.Unattended() && line.overwrite &&
                 line.resetSettings);
         QCOMPARE(*line.quitAfterSeconds, 0.5);
-        QCOMPARE((QStringList{line.screenshot, line.log, line.project}),
-                 (QStringList{"a.png", "l.txt", "my.sqx"}));
+        QCOMPARE((QStringList{line.screenshot, line.log, line.capture, line.project}),
+                 (QStringList{"a.png", "l.txt", "c.pcapng", "my.sqx"}));
     }
 
     void NothingIsARunAtTheKeyboard()
@@ -57,7 +58,8 @@ class tst_commandline : public QObject
         row("endless seconds", {"--quit-after", "inf"}, "seconds");
         row("a screenshot without a file", {"--screenshot="}, "file");
         row("a log without a name", {"--log", "logs/"}, "file");
-        row("overwriting without a log", {"--overwrite"}, "--log");
+        row("a capture without a name", {"--capture", "captures/"}, "file");
+        row("overwriting nothing", {"--overwrite"}, "--log or --capture");
         row("two projects", {"a.sqx", "b.sqx"}, "a.sqx b.sqx");
     }
 

@@ -116,7 +116,7 @@ class tst_frmmain : public QObject
         QCOMPARE(bench.Entries("mnuFile"),
                  "&New Project &Open Project... | &Save Project Save Project &As... | "
                  "Print Project... Print Communication... | E&xit");
-        QCOMPARE(bench.Entries("mnuTools"), "&Options... | &Line Status...");
+        QCOMPARE(bench.Entries("mnuTools"), "&Options... | &Line Status... | &Record Capture...");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
         for (const QAction *button : bench.Find("tbToolBar")->actions())
             QVERIFY(button->isSeparator() || !button->icon().pixmap(24).isNull());
@@ -126,11 +126,11 @@ class tst_frmmain : public QObject
     {
         const WindowBench bench;
         const QString entries = bench.Entries("mnuFile").section(u' ', 0, -3); // without the last
-        bench.window->ShowRecentProjects({"/a/R&D", "/b/two"});
-        QCOMPARE(bench.Entries("mnuFile"), entries + " | /a/R&&D /b/two | E&xit");
+        bench.window->ShowRecentProjects({"/a/R&D\t", "/b/two"}); // a tab would set off a key
+        QCOMPARE(bench.Entries("mnuFile"), entries + " | /a/R&&D\u2409 /b/two | E&xit");
         const QSignalSpy chosen(bench.window.get(), &frmMain::RecentProjectChosen);
         bench.Find<QAction>("mnuRecentProject_0")->trigger();
-        QCOMPARE(chosen.first().first().toString(), "/a/R&D");
+        QCOMPARE(chosen.first().first().toString(), "/a/R&D\t");
         bench.window->ShowRecentProjects({"1", "2", "3", "4", "5"});
         QCOMPARE(bench.Entries("mnuFile"), entries + " | 1 2 3 4 | E&xit");
     }

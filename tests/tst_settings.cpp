@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureSettings.h"
 #include "CommSettings.h"
 #include "DisplaySettings.h"
 #include "LogSettings.h"
@@ -33,7 +34,8 @@ QMap<QString, QString> Defaults()
           "Communication CommType=0 CommPortA=1 CommPortB=2 CommSpeed=5 CommParity=2",
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
-          "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False"}) {
+          "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False",
+          "Captures Folder="}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -54,11 +56,12 @@ struct SettingsBench {
         QString projectFolder;
         ViewSettings view;
         PrintSettings print;
+        CaptureSettings captures;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
                              &settings.log,     &settings.sequences,   &settings.projectFolder,
-                             &settings.view,    &settings.print};
+                             &settings.view,    &settings.print,       &settings.captures};
     MdSequenceEdition tables;
     QStringList notices;
 

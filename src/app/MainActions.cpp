@@ -5,6 +5,7 @@
 
 #include "Icons.h"
 #include "NumberedMenu.h"
+#include "PlainText.h"
 
 #include <QAction>
 #include <QMenuBar>
@@ -54,6 +55,7 @@ void MainActions::FillMenus(QMenuBar &bar)
                               ? MakeAction(entry.command, Text(entry.caption), entry.shortcut)
                               : new QAction(&m_window);
         action->setSeparator(!entry.caption);
+        action->setCheckable(entry.ticks);
         Q_ASSERT(menu); // the table begins with one
         menu->addAction(Named(action, entry.name));
         if (entry.command == Command::OpenRecent) {
@@ -75,7 +77,7 @@ void MainActions::ShowRecentProjects(const QStringList &projects)
 {
     for (qsizetype i = 0; i < std::min(projects.size(), m_recent.size()); ++i) {
         m_recentBar->setVisible(true);
-        m_recent[i]->setText(QString(projects[i]).replace(u'&', QLatin1String("&&")));
+        m_recent[i]->setText(PlainText(projects[i]).replace(u'&', QLatin1String("&&")));
         m_recent[i]->setData(projects[i]);
         m_recent[i]->setVisible(true);
     }

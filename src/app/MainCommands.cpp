@@ -35,18 +35,23 @@ constexpr std::array<ToolbarButton, 20> ToolbarButtons = {{
 
 constexpr MenuEntry Bar(const char *name)
 {
-    return {name, nullptr, Command::None, false, nullptr};
+    return {name, nullptr, Command::None, false, nullptr, false};
 }
 
 constexpr MenuEntry Menu(const char *name, const char *caption)
 {
-    return {name, caption, Command::None, true, nullptr};
+    return {name, caption, Command::None, true, nullptr, false};
 }
 
 constexpr MenuEntry Entry(const char *name, const char *caption, Command command,
                           const char *shortcut = nullptr)
 {
-    return {name, caption, command, false, shortcut};
+    return {name, caption, command, false, shortcut, false};
+}
+
+constexpr MenuEntry Tick(const char *name, const char *caption, Command command)
+{
+    return {name, caption, command, false, nullptr, true};
 }
 
 constexpr std::array MenuEntries = {
@@ -70,6 +75,8 @@ constexpr std::array MenuEntries = {
     Entry("mnuToolsOptions", "&Options...", Command::Options),
     Bar("mnuToolsBar0"),
     Entry("mnuToolsLineStatus", "&Line Status...", Command::LineStatus),
+    Bar("mnuToolsBar1"),
+    Tick("mnuToolsRecordCapture", "&Record Capture...", Command::RecordCapture),
     Menu("mnuHelp", "&Help"),
     Entry("mnuHelpContents", "&Contents", Command::HelpContents),
     Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),
@@ -89,6 +96,8 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewFind", "&Find...", Command::Find, false},
     ViewEntry{"mnuViewClean", "C&lear", Command::Clean, false},
     ViewEntry{"mnuViewLineStatus", "Li&ne Status...", Command::LineStatus, false},
+    ViewEntry{"mnuViewBar1", nullptr, {}, false},
+    ViewEntry{"mnuViewRecordCapture", "R&ecord Capture...", Command::RecordCapture, true},
     ViewEntry{"mnuViewBar0", nullptr, {}, false},
     ViewEntry{"mnuViewControls", "Cont&rol Characters", Command::ControlCharacters, true},
 };

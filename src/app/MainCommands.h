@@ -19,6 +19,7 @@ enum class Command {
     Exit,
     Options,
     LineStatus,
+    RecordCapture, ///< or end what is recorded
     Find,
     FindNext,
     Start,
@@ -58,6 +59,7 @@ struct MenuEntry {
     Command command;
     bool opensMenu;
     const char *shortcut; ///< null for none
+    bool ticks;           ///< shows a tick, by MainActions::SetTicked
 };
 
 std::span<const MenuEntry> Menus();

@@ -11,6 +11,7 @@
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
+#include "ProgramInfo.h"
 #include "ProgramSettings.h"
 #include "Screenshot.h"
 #include "SequenceLists.h"
@@ -30,6 +31,8 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_help(world.prompts, world.shell),
       m_log({m_logSettings, world.prompts, m_files, m_run,
              [this] { return m_communication && m_communication->Running(); }}),
+      m_capture({m_captureSettings, world.prompts, m_files, m_run,
+                 QStringLiteral("Serimonde ") + ProgramInfo::Version()}),
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
       m_ports(std::make_unique<SerialPorts>(m_devices)),
@@ -54,7 +57,7 @@ StoredSettings MdMain::Stored()
     return {&m_comm.stored,  &m_windowSettings,   &m_listSettings,
             &m_display,      &m_displayNext,      &m_stamp,
             &m_logSettings,  &m_sequenceSettings, &m_projectState.LastFolder,
-            &m_viewSettings, &m_printSettings};
+            &m_viewSettings, &m_printSettings,    &m_captureSettings};
 }
 
 int MdMain::Run()
@@ -78,9 +81,12 @@ void MdMain::EndCommunication()
 {
     m_world.prompts.EndNotices();
     m_communication->ClosePorts();
-    m_diskHangs = !m_log.Finish() || m_print.Hangs();
+    const bool logged = m_log.Finish();
+    const bool captured = m_capture.Finish();
+    m_diskHangs = !logged || !captured || m_print.Hangs();
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
+    QCoreApplication::sendPostedEvents(&m_capture);
     m_communication->ShowWaitingReports();
 }
 
@@ -131,6 +137,8 @@ void MdMain::ApplyCommandLine()
     m_comm.run.reopen = m_line.reconnect;
     if (!m_line.log.isEmpty())
         m_log.Arm(m_line.log, m_line.overwrite);
+    if (!m_line.capture.isEmpty())
+        m_capture.Arm(m_line.capture, m_line.overwrite);
 }
 
 void MdMain::MakeWindow()
@@ -184,6 +192,10 @@ void MdMain::ConnectCommunication()
             &frmMain::SetToolbarState);
     m_log.RoomAgain = [this] { m_communication->Resume(); };
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
+    const auto tick = [this](bool on) { m_window->SetTicked(Command::RecordCapture, on); };
+    connect(&m_capture, &MdCaptureFile::Switched, m_window.get(), tick);
+    tick(m_capture.IsOn());
+    m_communication->Stream().Feed(m_capture);
 }
 
 /// Without those that do nothing, and OpenRecent, whose project comes with a signal of its own.
@@ -199,6 +211,7 @@ void MdMain::WireCommands()
         {Command::Exit, [this] { m_window->close(); }},
         {Command::Options, [this] { m_dialogs->ShowOptions(); }},
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
+        {Command::RecordCapture, [this] { m_capture.Toggle(); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},

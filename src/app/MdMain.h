@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "CaptureSettings.h"
 #include "CommConfiguration.h"
 #include "CommandLine.h"
 #include "CommunicationViews.h"
 #include "DisplaySettings.h"
 #include "LogSettings.h"
 #include "MainCommands.h"
+#include "MdCaptureFile.h"
 #include "MdFind.h"
 #include "MdHelp.h"
 #include "MdLogFile.h"
@@ -123,6 +125,7 @@ class MdMain final : public QObject
     ListSettings m_listSettings;
     ViewSettings m_viewSettings;
     PrintSettings m_printSettings;
+    CaptureSettings m_captureSettings;
     ProjectState m_projectState;
     RunState m_run;
 
@@ -131,6 +134,7 @@ class MdMain final : public QObject
     SystemFiles m_fileSystem;
     OpenFiles m_files{m_fileSystem};
     MdLogFile m_log;
+    MdCaptureFile m_capture;
     PortDevices m_devices;
     std::shared_ptr<const PortFinder> m_finder; ///< shared with searches under way
     std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it

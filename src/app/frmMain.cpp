@@ -430,7 +430,12 @@ void frmMain::ShowControlCharacters(bool show)
 {
     for (RichTextBox *box : m_boxes)
         box->SetShowsControls(show);
-    m_actions->SetTicked(Command::ControlCharacters, show);
+    SetTicked(Command::ControlCharacters, show);
+}
+
+void frmMain::SetTicked(Command command, bool ticked)
+{
+    m_actions->SetTicked(command, ticked);
 }
 
 void frmMain::SetProjectModified(bool modified)

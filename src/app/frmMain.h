@@ -77,6 +77,8 @@ class frmMain final : public QWidget, public ProjectWindow
     void EnableLogCommands(bool canStart, bool canStop);
     /// In the views, as pictures or as boxes, and as the tick in their menu.
     void ShowControlCharacters(bool show);
+    /// For a command whose entries tick.
+    void SetTicked(Command command, bool ticked);
 
     /// Whether the project has been modified is whether "Save" is enabled.
     void SetProjectModified(bool modified) override;

@@ -25,6 +25,7 @@ constexpr auto Rows = std::to_array<Row>({
     {"frmAbout", "about.html"},
     {"dlgProjectFile", "projects.html"},
     {"dlgLogFile", "logging.html"},
+    {"dlgCaptureFile", "captures.html"},
     {"QAbstractPrintDialog", "printing.html"},
     {"QMessageBox", "messages.html"},
     {"WorkBox", "printing.html"},

@@ -92,6 +92,12 @@ Result ApplyLog(CommandLine &line, const QString &value)
     return MustNameAFile(!PathParts::FileName(value).trimmed().isEmpty());
 }
 
+Result ApplyCapture(CommandLine &line, const QString &value)
+{
+    line.capture = value;
+    return MustNameAFile(!PathParts::FileName(value).trimmed().isEmpty());
+}
+
 template <auto Flag> Result ApplyFlag(CommandLine &line, const QString &)
 {
     line.*Flag = true;
@@ -119,7 +125,9 @@ constexpr std::array OptionRows = {
     OptionRow{"reconnect", nullptr, "reopen a device that comes back, in this run",
               ApplyFlag<&CommandLine::reconnect>},
     OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog},
-    OptionRow{"overwrite", nullptr, "let --log overwrite existing files",
+    OptionRow{"capture", "FILE", "record a capture from the first opening of the ports on",
+              ApplyCapture},
+    OptionRow{"overwrite", nullptr, "let --log and --capture overwrite existing files",
               ApplyFlag<&CommandLine::overwrite>},
     OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter},
     OptionRow{"screenshot", "FILE", "write a PNG of the window just before closing",
@@ -152,8 +160,9 @@ QString NameOf(const OptionRow &row)
 /// What no option can tell by itself.
 Result CheckWhole(const CommandLine &line, const QStringList &projects)
 {
-    if (line.overwrite && line.log.isEmpty())
-        return Failure{QStringLiteral("--overwrite has a meaning only together with --log")};
+    if (line.overwrite && line.log.isEmpty() && line.capture.isEmpty())
+        return Failure{
+            QStringLiteral("--overwrite has a meaning only together with --log or --capture")};
     if (projects.size() > 1)
         return Failure{QStringLiteral("one project file at most: %1").arg(projects.join(u' '))};
     return {};

@@ -24,7 +24,8 @@ struct CommandLine {
     bool reconnect = false; ///< a device that went away is opened again when it is back
     bool demo = false;
     QString log;            ///< file that names the log to be started, empty for none
-    bool overwrite = false; ///< files of that log that exist already
+    QString capture;        ///< file that what happens is recorded into, empty for none
+    bool overwrite = false; ///< files of log and capture that exist already
     std::optional<double> quitAfterSeconds; ///< set: the run is unattended
     QString screenshot;                     ///< PNG file, empty for none
     QString project;                        ///< project file to open, empty for none

@@ -3,6 +3,7 @@
 
 #include "ProgramSettings.h"
 
+#include "CaptureSettings.h"
 #include "CommSettings.h"
 #include "DisplaySettings.h"
 #include "LogSettings.h"
@@ -207,6 +208,9 @@ constexpr std::array SettingRows = {
 
     ForgivingRow("Reconnection", "Reopen", Field<&StoredSettings::comm, &CommSettings::CommReopen>,
                  "False"),
+
+    ForgivingRow("Captures", "Folder", Field<&StoredSettings::captures, &CaptureSettings::Folder>,
+                 ""),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

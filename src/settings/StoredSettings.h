@@ -4,6 +4,7 @@
 #pragma once
 
 class QString;
+struct CaptureSettings;
 struct CommSettings;
 struct DisplaySettings;
 struct ListSettings;
@@ -28,4 +29,5 @@ struct StoredSettings {
     QString *projectFolder = nullptr; ///< with trailing separator
     ViewSettings *view = nullptr;
     PrintSettings *print = nullptr;
+    CaptureSettings *captures = nullptr;
 };

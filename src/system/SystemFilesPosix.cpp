@@ -172,6 +172,14 @@ class PosixOutput final : public OutputDevice
         return Failure{QStringLiteral("The file has been deleted")};
     }
 
+    Result CutTo(qint64 size) override
+    {
+        if (::ftruncate(m_file.Number(), size) == 0 &&
+            ::lseek(m_file.Number(), size, SEEK_SET) == size)
+            return {};
+        return SystemFailure();
+    }
+
     Result Sync() override
     {
         if (::fsync(m_file.Number()) == 0)

@@ -11,9 +11,10 @@
 
 #include <memory>
 
-/// Failure numbers: there is no such file; somebody holds it open.
+/// Failure numbers: there is no such file; somebody holds it open; there is one already.
 constexpr int FileMissing = 53;
 constexpr int FileAlreadyOpen = 55;
+constexpr int FileAlreadyThere = 58;
 
 /// One file that is being written. Destroying it closes it.
 class OutputDevice
@@ -28,6 +29,8 @@ class OutputDevice
 
     /// A file made by Create that has been deleted meanwhile takes the bytes, and fails.
     virtual Taken Write(QByteArrayView bytes) = 0;
+    /// Takes back what was written behind so many bytes; what is written next follows there.
+    virtual Result CutTo(qint64 size) = 0;
     /// Returns when the disk holds what was written.
     virtual Result Sync() = 0;
     /// What has become wrong with the file since, such as that it has been deleted.

@@ -120,6 +120,13 @@ class ScriptedDisk final : public FileSystem
             (m_beside ? m_bytes : m_disk.files[m_path]).append(bytes.first(count));
             return {count, {}};
         }
+        Result CutTo(qint64 size) override
+        {
+            QByteArray &bytes = m_beside ? m_bytes : m_disk.files[m_path];
+            m_disk.room += bytes.size() - size;
+            bytes.truncate(size);
+            return {};
+        }
         Result Sync() override { return m_disk.failSync ? NoSpace() : Result(); }
         Result Check() const override
         {
