@@ -190,7 +190,7 @@ class tst_frmmain : public QObject
                      (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
                                   open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
-                                  "Cont&rol Characters"}));
+                                  "R&ecord Capture...", "|", "Cont&rol Characters"}));
             bench.Find<QAction>("mnuViewClean")->trigger();
             QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
         }

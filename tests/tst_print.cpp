@@ -175,7 +175,7 @@ void tst_print::AProjectIsPrintedLineByLine_data()
         };
     };
     add("full", fill, "Serimonde - modem",
-        "1/0 *Serimonde - 5.11.26\n1/1 */home/m\u25A1e/modem\n1/4 *Send Sequences\n"
+        "1/0 *Serimonde - 5.11.26\n1/1 */home/m\\x0De/modem\n1/4 *Send Sequences\n"
         "1/5 line to 997840,1000\n1/6 *0 - Ping\n1/7 41 | 0D\n1/9 *1 - Caf\u00E9 \u25A1\n"
         "1/14 *Receive Sequences\n1/15 line to 997840,3000\n1/16 *0 - Pong\n1/17 FF\n"
         "1/18 Receive sequence is active\n1/19 Respond with the following send sequence: Ping\n"

@@ -77,8 +77,10 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
         ReceiveDetection::Result found = m_detection.Feed(chunk.direction, bytes, *m_watch);
         bool answers = m_session.answers && !m_lineAGone && !found.answer.isEmpty();
         Result written;
+        LineTime writtenAt;
         if (answers) {
             written = m_lineA.Write(found.answer);
+            writtenAt = m_lineA.Now();
             answers = !IsHeldBack(written);
             if (!answers && !std::exchange(m_heldBackTold, true))
                 TellHeldBack(written.Cause());
@@ -91,7 +93,7 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
         m_stream.Append(std::move(said));
         if (answers) {
             TrafficEvent sent;
-            sent.time = chunk.time;
+            sent.time = writtenAt;
             sent.bytes = std::move(found.answer);
             sent.names = std::move(found.names);
             sent.answer = true;
