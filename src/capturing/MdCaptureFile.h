@@ -82,8 +82,8 @@ class MdCaptureFile final : public QObject, public TrafficConsumer
     int m_last = 0;
 
     std::mutex m_lock;                       ///< guards what follows
-    CaptureThread *m_thread = nullptr; ///< of the current one, until the ports are closed
-    int m_threadNumber = 0;            ///< its key
+    CaptureThread *m_thread = nullptr;       ///< of the current one, until the ports are closed
+    int m_threadNumber = 0;                  ///< its key
     std::optional<TrafficSession> m_session; ///< of lines, while it runs
     std::array<std::optional<TrafficEvent>, 2> m_modem; ///< by channel, as told last in it
     bool m_begins = false; ///< the current one has to be told what has been told before it
