@@ -31,7 +31,7 @@ void LineStatusWindow::Show(QWidget &owner)
 QList<LineStatus> LineStatusWindow::Lines() const
 {
     QList<LineStatus> lines = {StatusOf(m_parts.MSCommA, m_parts.comm.PortA())};
-    if (m_parts.comm.TwoChannels())
+    if (m_parts.comm.TwoPorts())
         lines.append(StatusOf(m_parts.MSCommB, m_parts.comm.PortB()));
     return lines;
 }

@@ -77,6 +77,7 @@ constexpr std::array MenuEntries = {
     Entry("mnuToolsLineStatus", "&Line Status...", Command::LineStatus),
     Bar("mnuToolsBar1"),
     Tick("mnuToolsRecordCapture", "&Record Capture...", Command::RecordCapture),
+    Entry("mnuToolsReplayCapture", "Re&play Capture...", Command::ReplayCapture),
     Menu("mnuHelp", "&Help"),
     Entry("mnuHelpContents", "&Contents", Command::HelpContents),
     Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),
@@ -98,6 +99,7 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewLineStatus", "Li&ne Status...", Command::LineStatus, false},
     ViewEntry{"mnuViewBar1", nullptr, {}, false},
     ViewEntry{"mnuViewRecordCapture", "R&ecord Capture...", Command::RecordCapture, true},
+    ViewEntry{"mnuViewReplayCapture", "Repla&y Capture...", Command::ReplayCapture, false},
     ViewEntry{"mnuViewBar0", nullptr, {}, false},
     ViewEntry{"mnuViewControls", "Cont&rol Characters", Command::ControlCharacters, true},
 };

@@ -20,6 +20,7 @@ enum class Command {
     Options,
     LineStatus,
     RecordCapture, ///< or end what is recorded
+    ReplayCapture,
     Find,
     FindNext,
     Start,

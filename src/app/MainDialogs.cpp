@@ -55,7 +55,7 @@ void MainDialogs::EditReceiveSequence()
 
 void MainDialogs::ShowOptions()
 {
-    const bool wasRunning = m_parts.communication.Running();
+    const bool wasRunning = m_parts.communication.OnPorts();
     bool startAgain = false;
     m_parts.communication.ClosePorts();
     if (!m_parts.communication.Running()) {

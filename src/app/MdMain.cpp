@@ -13,6 +13,7 @@
 #include "MdGetSpecialFolders.h"
 #include "ProgramInfo.h"
 #include "ProgramSettings.h"
+#include "ReplayWindow.h"
 #include "Screenshot.h"
 #include "SequenceLists.h"
 #include "SerialPorts.h"
@@ -71,6 +72,7 @@ int MdMain::Run()
 
     EndCommunication();
     m_dialogs.reset();
+    m_replay.reset();
     m_lists.reset();
     m_window.reset();
     return m_world.prompts.CriticalShown() ? 1 : 0;
@@ -166,6 +168,8 @@ void MdMain::MakeWindow()
     m_lineStatus = std::make_unique<LineStatusWindow>(
         LineStatusWindowParts{m_comm, m_devices, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines,
                               m_finder, m_world.prompts});
+    m_replay = std::make_unique<ReplayWindow>(
+        ReplayParts{*m_communication, m_comm, m_log, m_world.prompts, m_fileSystem}, *m_window);
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)
@@ -190,6 +194,8 @@ void MdMain::ConnectCommunication()
             &frmMain::ShowPortStatus);
     connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
             &frmMain::SetToolbarState);
+    connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
+            &frmMain::UpdateStatusPanels);
     m_log.RoomAgain = [this] { m_communication->Resume(); };
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
     const auto tick = [this](bool on) { m_window->SetTicked(Command::RecordCapture, on); };
@@ -212,6 +218,7 @@ void MdMain::WireCommands()
         {Command::Options, [this] { m_dialogs->ShowOptions(); }},
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
         {Command::RecordCapture, [this] { m_capture.Toggle(); }},
+        {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},
@@ -241,7 +248,7 @@ void MdMain::ShowMainWindow()
 {
     m_window->show();
     if (!m_line.project.isEmpty())
-        QTimer::singleShot(0, m_window.get(), [this] { m_project.OpenFile(m_line.project); });
+        QTimer::singleShot(0, m_window.get(), [this] { OpenNamedFile(); });
     if (!m_line.Unattended())
         QTimer::singleShot(0, m_window.get(), [this] { m_recovery.Offer(); });
     if (m_line.start || m_demo)
@@ -250,6 +257,15 @@ void MdMain::ShowMainWindow()
         const auto delay = std::chrono::milliseconds(qint64(*m_line.quitAfterSeconds * 1000));
         CallAfter(delay, m_window.get(), [this] { m_window->close(); });
     }
+}
+
+/// A capture is known by its content, whatever its name is.
+void MdMain::OpenNamedFile()
+{
+    if (m_replay->Replay().Knows(m_line.project))
+        m_replay->Replay().Start(m_line.project);
+    else
+        m_project.OpenFile(m_line.project);
 }
 
 void MdMain::CloseUnasked()

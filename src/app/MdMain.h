@@ -43,6 +43,7 @@ class LineStatusWindow;
 class MainDialogs;
 class MdCommunication;
 class PortFinder;
+class ReplayWindow;
 struct SerialPorts;
 class SequenceLists;
 class SettingsStore;
@@ -106,6 +107,7 @@ class MdMain final : public QObject
     void ConnectCommunication();
     void WireCommands();
     void ShowMainWindow();
+    void OpenNamedFile();
     void UnloadMainWindow();
     StoredSettings Stored();
 
@@ -150,4 +152,5 @@ class MdMain final : public QObject
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
     std::unique_ptr<MainDialogs> m_dialogs; ///< of the window
     std::unique_ptr<LineStatusWindow> m_lineStatus;
+    std::unique_ptr<ReplayWindow> m_replay;
 };

@@ -62,7 +62,7 @@ void StatusPanels::ShowPortStatus(const QString &text)
 void StatusPanels::ShowSettings(const CommConfiguration &comm)
 {
     QString ports = QStringLiteral("COM%1").arg(comm.PortA());
-    if (comm.TwoChannels())
+    if (comm.TwoPorts())
         ports += QStringLiteral(" / COM%1").arg(comm.PortB());
     const LineTexts texts = comm.Texts();
     m_panels[1]->setText(ports);

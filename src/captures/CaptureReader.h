@@ -44,6 +44,8 @@ class CaptureReader final
     enum class Step { Packet, End, Damaged };
     /// The next packet, from the first on. Once it says Damaged nothing more can be read.
     Step Next(CapturePacket &packet);
+    /// What has been read, in bytes of the file.
+    qint64 Place() const { return m_next; }
     /// Where the damage is, and what; for the user.
     const Failure &Damage() const { return m_damage; }
 

@@ -21,12 +21,14 @@ struct KindRow {
     Kind kind;
     const char *text;
     const char *unit; ///< of the count that follows; null for none
+    bool ends = false;
 };
 
 constexpr std::array KindRows = {
     KindRow{Kind::Opened, "opened", nullptr},
     KindRow{Kind::Closed, "closed", nullptr},
     KindRow{Kind::Gone, "went away", nullptr},
+    KindRow{Kind::Gone, "went away for good", nullptr, true},
     KindRow{Kind::Back, "is back", nullptr},
     KindRow{Kind::NotSent, "not sent: ", " bytes"},
     KindRow{Kind::Lost, "not recorded: ", " bytes"},
@@ -66,6 +68,7 @@ bool ApplyRow(const KindRow &row, const QString &remark, TrafficEvent &event)
     if (!rest.isEmpty() && !rest.startsWith(QLatin1String(": ")))
         return false;
     event.kind = row.kind;
+    event.ends = row.ends;
     event.cause = rest.sliced(qMin<qsizetype>(2, rest.size()));
     return true;
 }
@@ -96,7 +99,7 @@ QStringList Of(const TrafficEvent &event)
         }
     }
     for (const KindRow &row : KindRows) {
-        if (row.kind == event.kind)
+        if (row.kind == event.kind && row.ends == event.ends)
             remarks << RemarkOf(row, event);
     }
     if (MayBeSeveral(event.kind) && event.count > 1)

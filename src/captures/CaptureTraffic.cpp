@@ -3,6 +3,7 @@
 
 #include "CaptureTraffic.h"
 
+#include "CaptureEncoder.h"
 #include "CaptureFormat.h"
 #include "CaptureLines.h"
 #include "CaptureRemarks.h"
@@ -39,16 +40,36 @@ Kind KindOf(const CapturePacket &packet)
     }
 }
 
+/// A longer send comes in pieces.
+constexpr qsizetype MostBytesOfASend = 16 * 1024 * 1024;
+
+/// Whether the next packet may have more of what was sent at once: ours are cut at one length.
+bool MayGoOn(const TrafficEvent &event)
+{
+    return event.kind == Kind::Sent && event.bytes.size() < MostBytesOfASend &&
+           !event.bytes.isEmpty() && event.bytes.size() % CaptureEncoder::MostBytesOfAPacket == 0;
+}
+
+/// A send of its own would have its own time or name.
+bool GoesOn(const TrafficEvent &sent, const TrafficEvent &next)
+{
+    return MayGoOn(sent) && next.kind == Kind::Sent && next.channel == sent.channel &&
+           next.time.wall == sent.time.wall && next.names.isEmpty();
+}
+
 } // namespace
 
 CaptureReader::Step CaptureTraffic::Next(TrafficEvent &event)
 {
-    while (m_waiting.empty()) {
+    while (m_waiting.empty() || (m_waiting.size() == 1 && MayGoOn(m_waiting.front()))) {
         CapturePacket packet;
         const CaptureReader::Step step = m_reader.Next(packet);
-        if (step != CaptureReader::Step::Packet)
+        if (step == CaptureReader::Step::Packet)
+            Queue(EventOf(packet), packet);
+        else if (m_waiting.empty())
             return step;
-        Queue(EventOf(packet), packet);
+        else
+            break;
     }
     event = std::move(m_waiting.front());
     m_waiting.pop_front();
@@ -80,6 +101,10 @@ void CaptureTraffic::Queue(TrafficEvent event, const CapturePacket &packet)
 {
     const bool hasBytes = event.kind == Kind::Sent || event.kind == Kind::Received;
     QByteArrayView rest = hasBytes ? packet.bytes : QByteArrayView();
+    if (!m_waiting.empty() && GoesOn(m_waiting.back(), event)) {
+        m_waiting.back().bytes.append(rest);
+        return;
+    }
     const QList<QByteArray> names = event.names;
     while (event.kind == Kind::Received && rest.size() > TrafficEvent::MostBytesOfAChunk) {
         event.names.clear();

@@ -28,12 +28,17 @@ struct LineTexts {
 struct CommConfiguration {
     CommSettings stored;
     CommOverrides run;
+    std::optional<CommMode> replay; ///< of a capture that is replayed, while it is
 
-    CommMode Mode() const { return run.mode.value_or(ModeFromNumber(stored.CommType)); }
+    CommMode Mode() const { return replay.value_or(ModeOfPorts()); }
+    /// The mode in which the ports are opened.
+    CommMode ModeOfPorts() const { return run.mode.value_or(ModeFromNumber(stored.CommType)); }
     /// Whether anything may be sent in the mode in force, by hand or as an answer.
     bool MaySend() const { return ::MaySend(Mode()); }
     /// Whether both channels are in use.
     bool TwoChannels() const { return Mode() != CommMode::SendReceive; }
+    /// Whether both ports are, when they are open.
+    bool TwoPorts() const { return ModeOfPorts() != CommMode::SendReceive; }
     int PortA() const { return run.portA.value_or(stored.CommPortA); }
     int PortB() const { return run.portB.value_or(stored.CommPortB); }
     /// Whether a device that went away is opened again when it is back.

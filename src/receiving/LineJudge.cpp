@@ -3,6 +3,7 @@
 
 #include "LineJudge.h"
 
+#include "CodePage1252.h"
 #include "TextStyle.h"
 #include "TrafficStream.h"
 
@@ -31,7 +32,7 @@ TrafficEvent::Kind KindOf(LineCondition condition)
 
 } // namespace
 
-LineJudge::LineJudge(const WatchBoard &board, TrafficStream &stream, Line &lineA, Reports reports)
+LineJudge::LineJudge(const WatchBoard &board, TrafficStream &stream, Line *lineA, Reports reports)
     : m_board(board),
       m_stream(stream),
       m_lineA(lineA),
@@ -79,8 +80,8 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
         Result written;
         LineTime writtenAt;
         if (answers) {
-            written = m_lineA.Write(found.answer);
-            writtenAt = m_lineA.Now();
+            written = m_lineA->Write(found.answer);
+            writtenAt = m_lineA->Now();
             answers = !IsHeldBack(written);
             if (!answers && !std::exchange(m_heldBackTold, true))
                 TellHeldBack(written.Cause());
@@ -111,18 +112,18 @@ bool LineJudge::IsHeldBack(const Result &written) const
 
 void LineJudge::TellHeldBack(const QString &cause)
 {
-    m_reports.notice(QStringLiteral("COM%1 is away").arg(m_session.comNumbers[0]), cause);
+    m_reports.notice(m_session.names[0] + QStringLiteral(" is away"), cause);
 }
 
 void LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    const Result written = m_lineA.Write(bytes);
+    const Result written = m_lineA->Write(bytes);
     if (IsHeldBack(written)) {
         TellHeldBack(written.Cause());
         return;
     }
     TrafficEvent sent;
-    sent.time = m_lineA.Now();
+    sent.time = m_lineA->Now();
     sent.bytes = bytes;
     sent.names = {name};
     TellSent(std::move(sent), written);
@@ -177,22 +178,23 @@ void LineJudge::Ear::OnGone(const QString &cause, const LineTime &time)
 {
     TrafficEvent event = EventOf(TrafficEvent::Kind::Gone, time);
     event.cause = cause;
+    event.ends = true;
     m_judge.m_stream.Append(std::move(event));
     if (m_channel == 0)
         m_judge.m_lineAGone = true;
     m_judge.m_reports.gone(m_channel, cause);
 }
 
-QString LineJudge::Ear::Name() const
+const QString &LineJudge::Ear::Name() const
 {
-    return QStringLiteral("COM%1").arg(m_judge.m_session.comNumbers[size_t(m_channel)]);
+    return m_judge.m_session.names[size_t(m_channel)];
 }
 
 void LineJudge::Ear::OnAway(const QString &cause, qint64 unsent, const LineTime &time)
 {
     TrafficEvent gone = EventOf(TrafficEvent::Kind::Gone, time);
     gone.cause = cause;
-    gone.comment = AsComment(Name().toLatin1() + " went away");
+    gone.comment = AsComment(CodePage1252::FromUnicode(Name()).bytes + " went away");
     m_judge.m_stream.Append(std::move(gone));
     m_judge.m_detection.Clear(m_judge.DirectionOf(m_channel));
     if (m_channel == 0) {
@@ -214,7 +216,7 @@ void LineJudge::Ear::OnAway(const QString &cause, qint64 unsent, const LineTime 
 void LineJudge::Ear::OnBack(const LineTime &time)
 {
     TrafficEvent back = EventOf(TrafficEvent::Kind::Back, time);
-    back.comment = AsComment(Name().toLatin1() + " is back");
+    back.comment = AsComment(CodePage1252::FromUnicode(Name()).bytes + " is back");
     m_judge.m_stream.Append(std::move(back));
     if (m_channel == 0)
         m_judge.m_lineAAway = false;

@@ -22,8 +22,9 @@ class LineJudge final
     /// How communication was started.
     struct Session {
         bool twoChannels = false;
-        bool answers = true;                    ///< whether anything may be sent at all
-        std::array<int, 2> comNumbers = {1, 2}; ///< of the channels
+        bool answers = true; ///< whether anything may be sent at all
+        /// Of the channels.
+        std::array<QString, 2> names = {QStringLiteral("COM1"), QStringLiteral("COM2")};
     };
 
     /// Something for the window's thread, told on the lines' thread.
@@ -37,14 +38,17 @@ class LineJudge final
             [](const QString &, const QString &) {};
     };
 
-    /// Board and stream live longer than the judge. Answers go out on the first line.
-    LineJudge(const WatchBoard &board, TrafficStream &stream, Line &lineA, Reports reports);
+    /// Board and stream live longer than the judge. Answers go out on the first line; without one
+    /// nothing may be sent.
+    LineJudge(const WatchBoard &board, TrafficStream &stream, Line *lineA, Reports reports);
 
     /// Who listens to channel 0 or 1.
     LineListener &Ear(int channel) { return m_ears[size_t(channel)]; }
 
     /// To be called while no line is read. Forgets all bytes.
     void Begin(const Session &session);
+    /// Forgets the bytes of one channel.
+    void Forget(int channel) { m_detection.Clear(DirectionOf(channel)); }
 
     /// Whether the consumers have room; lines are not read while they have none. May be set and
     /// asked on any thread.
@@ -71,7 +75,7 @@ class LineJudge final
 
       private:
         TrafficEvent EventOf(TrafficEvent::Kind kind, const LineTime &time) const;
-        QString Name() const;
+        const QString &Name() const;
 
         LineJudge &m_judge;
         const int m_channel;
@@ -86,7 +90,7 @@ class LineJudge final
 
     const WatchBoard &m_board;
     TrafficStream &m_stream;
-    Line &m_lineA;
+    Line *const m_lineA;
     Reports m_reports;
     std::array<class Ear, 2> m_ears;
     Session m_session;

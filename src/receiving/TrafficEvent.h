@@ -22,7 +22,7 @@ struct TrafficEvent {
         ModemLines,
         Opened,
         Closed,
-        Gone,     ///< the device went away; communication ends, or there is a comment on it
+        Gone,     ///< the device went away; it is waited for, unless communication ends
         Back,     ///< and came back
         Lost,     ///< bytes came that could not be kept
         ClockSet, ///< the clock on the wall was set, forward or back
@@ -45,6 +45,7 @@ struct TrafficEvent {
     QList<QByteArray> names;
     bool answer = false; ///< Sent: by itself, not by hand
     QString cause;       ///< NotSent and Gone: why
+    bool ends = false;   ///< Gone: for good, communication ends
     /// NotSent and Lost: bytes; Damaged, Break, Overrun: how many at once; ClockSet: nanoseconds.
     qint64 count = 0;
     ModemLines modem; ///< ModemLines
