@@ -5,6 +5,8 @@
 
 #include "frmReplay.h"
 
+#include <QWidget>
+
 ReplayWindow::ReplayWindow(const ReplayParts &parts, QWidget &owner)
     : m_replay(parts), m_owner(owner)
 {
@@ -21,8 +23,11 @@ ReplayWindow::~ReplayWindow()
 
 void ReplayWindow::Show()
 {
-    if (!m_window)
+    if (!m_window) {
         m_window = new frmReplay(m_replay, &m_owner);
+        const int above = m_owner.height() - m_window->sizeHint().height();
+        m_window->move(m_owner.mapToGlobal(QPoint(0, above))); // beside the views
+    }
     m_window->show();
     m_window->raise();
 }

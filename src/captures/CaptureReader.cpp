@@ -298,8 +298,12 @@ CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
 {
     if (body.size() < InterfaceHead)
         return Spoilt(QStringLiteral("the description of an interface is too short"));
-    if (const auto type = NumberAt<quint16>(body, 0); type != LinkTypeRtacSerial)
-        return Spoilt(OtherLinkType(type));
+    if (const auto type = NumberAt<quint16>(body, 0); type != LinkTypeRtacSerial) {
+        if (!m_ports.isEmpty())
+            return Spoilt(OtherLinkType(type));
+        m_damage = {OtherLinkType(type)}; // no byte of it is damaged
+        return Found::Damage;
+    }
     if (m_interfaces.size() == MostPorts)
         return Spoilt(QStringLiteral("it has more than %1 interfaces").arg(MostPorts));
     Interface interface;

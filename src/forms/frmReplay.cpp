@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 #include <array>
@@ -109,6 +110,9 @@ void frmReplay::MakeButtons()
         Refresh();
     });
     connect(cmdStop, &QPushButton::clicked, this, [this] { m_replay.Stop(); });
+    // The key of the main window, which is not active as long as this one is.
+    connect(new QShortcut(QKeySequence(QStringLiteral("Shift+F5")), this), &QShortcut::activated,
+            cmdStop, &QPushButton::click);
     connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
 }
 
@@ -160,9 +164,8 @@ void frmReplay::Refresh()
     setWindowTitle(QStringLiteral("Replay ") + m_replay.Name());
     ShowState(position);
     const qint64 size = qMax<qint64>(1, m_replay.Size());
-    prgPlace->setValue(state == State::AtEnd
-                           ? WholeBar
-                           : int(double(position.place) / double(size) * WholeBar));
+    prgPlace->setValue(
+        state == State::AtEnd ? WholeBar : int(double(position.place) / double(size) * WholeBar));
     SetText(*lblTime,
             position.wall == 0
                 ? QStringLiteral("-")
@@ -199,6 +202,7 @@ void frmReplay::ShowState(const CaptureReplay::Position &position)
                    Duration(*position.silence);
     }
     SetText(*lblState, text);
+    setAccessibleDescription(text);
 }
 
 void frmReplay::PauseOrGoOn()

@@ -63,16 +63,17 @@ LineJudge::Reports PortTraffic::JudgeReports()
     const auto later = [window = &m_parts.window](auto work) {
         QMetaObject::invokeMethod(window, std::move(work), Qt::QueuedConnection);
     };
-    return {
-        [=, this](int channel, const QString &cause) { later([=, this] { OnGone(channel, cause); }); },
-        [=, this](int channel, const QString &cause) {
-            later([=, this] { TellNotSent(channel, cause); });
-        },
-        [=, this](int channel) { later([=, this] { m_told[size_t(channel)] = false; }); },
-        [=, this] { later([=, this] { m_parts.statusChanged(); }); },
-        [=, this](const QString &about, const QString &text) {
-            later([=, this] { m_parts.prompts.ShowNotice(about, ExclamationMessage(text)); });
-        }};
+    return {[=, this](int channel, const QString &cause) {
+                later([=, this] { OnGone(channel, cause); });
+            },
+            [=, this](int channel, const QString &cause) {
+                later([=, this] { TellNotSent(channel, cause); });
+            },
+            [=, this](int channel) { later([=, this] { m_told[size_t(channel)] = false; }); },
+            [=, this] { later([=, this] { m_parts.statusChanged(); }); },
+            [=, this](const QString &about, const QString &text) {
+                later([=, this] { m_parts.prompts.ShowNotice(about, ExclamationMessage(text)); });
+            }};
 }
 
 bool PortTraffic::Open()

@@ -14,8 +14,7 @@ class CapturePlayer final
 {
   public:
     /// The ports by channel. Board and stream live longer than the player.
-    CapturePlayer(const WatchBoard &board, TrafficStream &stream,
-                  const QList<TrafficPort> &ports);
+    CapturePlayer(const WatchBoard &board, TrafficStream &stream, const QList<TrafficPort> &ports);
 
     /// Events of a capture, in its order.
     void Play(TrafficEvent event);

@@ -167,8 +167,8 @@ CaptureReplay::Position CaptureReplay::Where() const
 {
     const std::lock_guard guard(m_lock);
     const qint64 now = m_now();
-    return {m_place, m_pace.Played(now), m_wall,
-            m_held ? std::nullopt : m_pace.UntilDue(now), m_pace.Paused()};
+    return {m_place, m_pace.Played(now), m_wall, m_held ? std::nullopt : m_pace.UntilDue(now),
+            m_pace.Paused()};
 }
 
 std::optional<qint64> CaptureReplay::Pass()

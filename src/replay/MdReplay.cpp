@@ -49,8 +49,7 @@ void MdReplay::Choose()
          .dialog = QStringLiteral("dlgCaptureFile"),
          .title = QStringLiteral("Replay Capture"),
          .filter = QStringLiteral("Captures | *.pcapng *.pcap"),
-         .folder =
-             folder.isEmpty() || !FileName::IsText(folder) ? MdGetSpecialFolders() : folder});
+         .folder = folder.isEmpty() || !FileName::IsText(folder) ? MdGetSpecialFolders() : folder});
     if (!path.isEmpty())
         Start(path);
 }
@@ -122,15 +121,15 @@ void MdReplay::TellFault(CaptureReplay::Phase phase, const QString &fault)
         m_path,
         phase == CaptureReplay::Phase::Refused
             ? CriticalMessage(QStringLiteral("%1 cannot be replayed. %2").arg(Name(), fault))
-            : ExclamationMessage(
-                  QStringLiteral("%1 was replayed as far as it can be read. %2.").arg(Name(), fault)));
+            : ExclamationMessage(QStringLiteral("%1 was replayed as far as it can be read. %2.")
+                                     .arg(Name(), fault)));
 }
 
 void MdReplay::TellBusy()
 {
     m_parts.prompts.ShowNotice(
-        m_path, ExclamationMessage(QStringLiteral("%1 is not replayed, because communication runs.")
-                                       .arg(Name())));
+        m_path, ExclamationMessage(
+                    QStringLiteral("%1 is not replayed, because communication runs.").arg(Name())));
 }
 
 void MdReplay::Stop()

@@ -73,4 +73,3 @@ void ReplayPace::Reach(qint64 now)
     m_place = m_due;
     m_since = now;
 }
-
