@@ -45,7 +45,7 @@ _serimonde() {
                 COMPREPLY=($(compgen -W '--port --mode --settings --start --reconnect --log
                     --capture --overwrite --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
             else
-                _filedir sqx
+                _filedir '@(sqx|pcapng|pcap)'
             fi
             ;;
     esac

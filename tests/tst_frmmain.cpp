@@ -116,7 +116,8 @@ class tst_frmmain : public QObject
         QCOMPARE(bench.Entries("mnuFile"),
                  "&New Project &Open Project... | &Save Project Save Project &As... | "
                  "Print Project... Print Communication... | E&xit");
-        QCOMPARE(bench.Entries("mnuTools"), "&Options... | &Line Status... | &Record Capture...");
+        QCOMPARE(bench.Entries("mnuTools"),
+                 "&Options... | &Line Status... | &Record Capture... Re&play Capture...");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
         for (const QAction *button : bench.Find("tbToolBar")->actions())
             QVERIFY(button->isSeparator() || !button->icon().pixmap(24).isNull());
@@ -190,7 +191,9 @@ class tst_frmmain : public QObject
                      (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
                                   open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
-                                  "R&ecord Capture...", "|", "Cont&rol Characters"}));
+                                  "R&ecord Capture...",
+                                  open ? "Repla&y Capture...-" : "Repla&y Capture...", "|",
+                                  "Cont&rol Characters"}));
             bench.Find<QAction>("mnuViewClean")->trigger();
             QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
         }

@@ -18,10 +18,12 @@
 #include "support/NamesIn.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
+#include "support/TestCapture.h"
 
 #include <QAction>
 #include <QFile>
 #include <QImage>
+#include <QLabel>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QThread>
@@ -444,6 +446,55 @@ class tst_program : public QObject
         QCOMPARE(NamesIn(folder.path()),
                  QByteArrayList({"caf\xE9.png", "caf\xE9.sqx", "caf\xE9_asc.txt"}));
         QCOMPARE(bench.store.texts["Settings/ProjectPath"], folder.path() + '/');
+    }
+
+    void ACaptureIsReplayedWhateverItsName_data()
+    {
+        const Cases<QString, bool> row("name", "isCapture");
+        row("a capture", "x.pcapng", true);
+        row("a capture by another name", "x.sqx", true);
+        row("a project", "x.sqx", false);
+    }
+
+    void ACaptureIsReplayedWhateverItsName()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, isCapture);
+        const QTemporaryDir folder;
+        TrafficEvent ask, answer;
+        ask.bytes = "who? ";
+        answer.bytes = "I AM";
+        answer.channel = 1;
+        answer.time.wall = 300'000'000;
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(isCapture ? CaptureOf({ask, answer}, {{"A", {}, 0}, {"B", {}, 0}})
+                             : "VERSION\r\n3\r\n");
+        file.close();
+        ProgramBench bench;
+        bench.line.project = file.fileName();
+        bench.line.log = folder.filePath("log.txt");
+        QStringList seen;
+        const auto see = [&] {
+            const frmMain &window = *bench.program->Window();
+            seen << window.windowTitle();
+            for (const char *panel : {"sbStatusBar_1", "sbStatusBar_2"})
+                seen << window.findChild<QLabel *>(panel)->text();
+            seen << (window.SendList().isHidden() ? "covered" : "open");
+        };
+        bench.Run({{.goal = [&] { return bench.Running() == isCapture; }},
+                   {see, [&] { return !bench.Running(); }},
+                   {see}});
+        QVERIFY(!bench.stuck && bench.prompts.shown.isEmpty() && bench.prompts.notices.isEmpty());
+        const QStringList stopped = {isCapture ? "Serimonde" : "Serimonde - x",
+                                     "Communication port is closed", "COM1", "open"};
+        const QStringList replaying = {"Serimonde", "Replaying " + name, "COM1", "covered"};
+        QCOMPARE(seen, (isCapture ? replaying : stopped) + stopped);
+        QCOMPARE(bench.Shown(), isCapture ? "who? I AM" : "");
+        QFile log(folder.filePath("log_asc.txt"));
+        QCOMPARE(log.open(QIODevice::ReadOnly), isCapture);
+        QCOMPARE(log.isOpen() ? log.readAll() : QByteArray(), bench.Shown());
+        QCOMPARE(bench.store.texts["Communication/CommType"], "0");
     }
 
     void TheDemoIsLive()

@@ -27,7 +27,7 @@ constexpr auto Rows = std::to_array<Row>({
     {"dlgProjectFile", "projects.html"},
     {"dlgLogFile", "logging.html"},
     {"dlgCaptureFile", "captures.html"},
-    {"dlgCaptureFile", "replay.html"},
+    {"dlgReplayCapture", "replay.html"},
     {"QAbstractPrintDialog", "printing.html"},
     {"QMessageBox", "messages.html"},
     {"WorkBox", "printing.html"},

@@ -164,7 +164,7 @@ Result CheckWhole(const CommandLine &line, const QStringList &projects)
         return Failure{
             QStringLiteral("--overwrite has a meaning only together with --log or --capture")};
     if (projects.size() > 1)
-        return Failure{QStringLiteral("one project file at most: %1").arg(projects.join(u' '))};
+        return Failure{QStringLiteral("one project or capture at most: %1").arg(projects.join(u' '))};
     return {};
 }
 
@@ -206,7 +206,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
 
 QString CommandLineHelp()
 {
-    QString text = QStringLiteral("Usage: serimonde [options] [project.sqx]\n\n"
+    QString text = QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
                                   "Tests and monitors serial communication.\n\nOptions:\n");
     for (const OptionRow &row : OptionRows) {
         QString usage = QStringLiteral("  --") + NameOf(row);

@@ -46,7 +46,7 @@ void MdReplay::Choose()
     const QString folder = PathParts::Folder(m_path);
     const QString path = m_parts.prompts.ChooseFile(
         {.purpose = FileDialogRequest::Purpose::Open,
-         .dialog = QStringLiteral("dlgCaptureFile"),
+         .dialog = QStringLiteral("dlgReplayCapture"),
          .title = QStringLiteral("Replay Capture"),
          .filter = QStringLiteral("Captures | *.pcapng *.pcap"),
          .folder = folder.isEmpty() || !FileName::IsText(folder) ? MdGetSpecialFolders() : folder});
