@@ -111,7 +111,7 @@ class TwoLines
     WatchBoard m_board;
     TrafficStream m_stream{m_clock};
     SerialLine m_lineA{loop}, m_lineB{loop};
-    LineJudge m_judge{m_board, m_stream, m_lineA, {}};
+    LineJudge m_judge{m_board, m_stream, &m_lineA, {}};
 };
 
 /// Telegrams on two lines by turns, so many milliseconds apart at the least.

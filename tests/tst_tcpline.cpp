@@ -152,7 +152,7 @@ struct Desk {
     TcpPair tcp;
     SerialLine local{loop};
     TcpLine remote{loop};
-    LineJudge judge{board, stream, local, {[](auto...) {}, [](auto...) {}, [](auto...) {}}};
+    LineJudge judge{board, stream, &local, {[](auto...) {}, [](auto...) {}, [](auto...) {}}};
 
     explicit Desk(bool answers = false)
     {
