@@ -17,7 +17,7 @@ void Require(bool condition)
         std::abort();
 }
 
-QList<TrafficEvent> Read(const QByteArray &file, QList<CapturePort> &ports)
+QList<TrafficEvent> Read(const QByteArray &file, QList<TrafficPort> &ports)
 {
     const ScriptedDisk::Reader device(file);
     CaptureReader reader(device);
@@ -42,7 +42,7 @@ QList<TrafficEvent> Read(const QByteArray &file, QList<CapturePort> &ports)
 /// without damage again.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    QList<CapturePort> ports;
+    QList<TrafficPort> ports;
     const QList<TrafficEvent> events =
         Read(QByteArray(reinterpret_cast<const char *>(data), qsizetype(size)), ports);
     if (ports.isEmpty())
@@ -51,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     QByteArray capture = encoder.Head();
     for (const TrafficEvent &event : events)
         encoder.Append(capture, event);
-    QList<CapturePort> again;
+    QList<TrafficPort> again;
     const QList<TrafficEvent> second = Read(capture, again);
     Require(second.size() >= events.size());
     Require(again.size() == ports.size());

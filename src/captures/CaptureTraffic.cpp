@@ -54,7 +54,7 @@ bool MayGoOn(const TrafficEvent &event)
 bool GoesOn(const TrafficEvent &sent, const TrafficEvent &next)
 {
     return MayGoOn(sent) && next.kind == Kind::Sent && next.channel == sent.channel &&
-           next.time.wall == sent.time.wall && next.names.isEmpty();
+           next.time.wall == sent.time.wall && next.names.join().isEmpty();
 }
 
 } // namespace
