@@ -116,7 +116,7 @@ void CaptureReplay::Begin(const WatchBoard &board, TrafficStream &stream,
         return;
     m_player = std::make_unique<CapturePlayer>(board, stream, m_ports);
     m_hasRoom = std::move(hasRoom);
-    m_pace.Reach(m_now());
+    m_pace.SetSpeed(m_pace.Speed(), m_now()); // its time begins
     Poke();
 }
 
