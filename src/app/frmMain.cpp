@@ -414,9 +414,8 @@ void frmMain::ShowPortStatus(const QString &text)
 void frmMain::SetToolbarState(MdCommunication::ToolbarState state)
 {
     const bool closed = state == MdCommunication::ToolbarState::Closed;
-    for (const Command command :
-         {Command::Cut, Command::Copy, Command::Paste, Command::Start, Command::Clean,
-          Command::ReplayCapture})
+    for (const Command command : {Command::Cut, Command::Copy, Command::Paste, Command::Start,
+                                  Command::Clean, Command::ReplayCapture})
         m_actions->Enable(command, closed);
     m_actions->Enable(Command::Stop, !closed);
 }

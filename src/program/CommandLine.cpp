@@ -164,7 +164,8 @@ Result CheckWhole(const CommandLine &line, const QStringList &projects)
         return Failure{
             QStringLiteral("--overwrite has a meaning only together with --log or --capture")};
     if (projects.size() > 1)
-        return Failure{QStringLiteral("one project or capture at most: %1").arg(projects.join(u' '))};
+        return Failure{
+            QStringLiteral("one project or capture at most: %1").arg(projects.join(u' '))};
     return {};
 }
 
