@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CaptureEncoder.h"
+#include "CapturePages.h"
 #include "CaptureTraffic.h"
 #include "PlainText.h"
 #include "TextStyle.h"
@@ -422,6 +423,25 @@ class tst_captures : public QObject
                             "COM2|1700000000.000000012||0x05|0||not recorded: 123456 bytes\n"
                             "COM2|1700000000.000000013||0x00|0||closed")
                      .split('\n'));
+    }
+
+    /// Wherever the system cuts what a program that is killed was writing.
+    void PacketsEndWherePagesDo()
+    {
+        QList<TrafficEvent> events;
+        for (int i = 0; i < 2000; ++i)
+            events << Event(Kind::Received, i, QByteArray(1 + i * 7919 % 500, 'x'));
+        events << Event(Kind::Sent, 2000, QByteArray(5000, 'y'))
+               << Event(Kind::Received, 2001, "z");
+        const QByteArray plain = CaptureOf(events);
+        QByteArray filled = CapturePages::Fill(plain, 0);
+        filled += CapturePages::Fill(CaptureOf({}), filled.size());
+        QVERIFY(filled.size() < plain.size() + plain.size() / 5);
+        QCOMPARE(Shown(Read(filled).events), Shown(events));
+        const qsizetype large = filled.indexOf(QByteArray(5000, 'y'));
+        for (qsizetype end = CapturePages::PageSize; end < large - 100;
+             end += CapturePages::PageSize)
+            QCOMPARE(Read(filled.first(end)).damage, QString());
     }
 
     void StrangersTextIsPlain()

@@ -212,7 +212,7 @@ class tst_capturing : public QObject
         bench.Choose();
         bench.Open(CommMode::SendReceive);
         bench.Receive("whole");
-        bench.disk.room = 50; // a packet has 60 and more
+        bench.disk.room = 50; // a packet has more
         bench.Receive("12345");
         bench.Receive("678");
         QCOMPARE(bench.Recorded(), "1opened 1<whole");

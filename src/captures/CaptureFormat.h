@@ -21,7 +21,8 @@ enum Block : quint32 {
     InterfaceDescription = 1,
     ObsoletePacket = 2,
     SimplePacket = 3,
-    EnhancedPacket = 6
+    EnhancedPacket = 6,
+    Filler = 0x80000000 ///< one of those that every program may use for its own ends
 };
 
 constexpr quint32 ByteOrderMagic = 0x1A2B3C4D; ///< in the order of its section

@@ -3,6 +3,8 @@
 
 #include "CaptureFile.h"
 
+#include "CapturePages.h"
+
 #include <utility>
 
 CaptureFile::CaptureFile(OpenFiles &files, QString path, bool mayOverwrite, Calls calls)
@@ -50,10 +52,11 @@ Result CaptureFile::Append(QByteArrayView bytes)
     if (m_over.Failed())
         return m_over;
     Result written = m_torn ? m_device->CutTo(m_size) : Result();
+    const QByteArray blocks = CapturePages::Fill(bytes, m_size);
     if (!written.Failed())
-        written = HandOn(bytes);
+        written = HandOn(blocks);
     if (!written.Failed()) {
-        m_size += bytes.size();
+        m_size += blocks.size();
         return {};
     }
     m_torn = m_device->CutTo(m_size).Failed();
@@ -64,8 +67,6 @@ Result CaptureFile::Append(QByteArrayView bytes)
     return written;
 }
 
-/// In as few calls as the system needs: should the program be killed, all of it is in the file, or
-/// little is missing.
 Result CaptureFile::HandOn(QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
