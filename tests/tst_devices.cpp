@@ -81,9 +81,11 @@ class tst_devices : public QObject
         link("dev/ttyUSB0", "dev/serial/by-id/adapter");
         link("dev/gone", "dev/serial/by-id/gone");
 
+        const SystemPortFinder finder(root.filePath("tty"), root.filePath("dev"));
+        QCOMPARE(finder.DescriptionOf("/dev/ttyUSB0"), "Maker USB Serial");
+        QCOMPARE(finder.DescriptionOf("/dev/pts/1"), "");
         QStringList found;
-        for (const FoundPort &port :
-             SystemPortFinder(root.filePath("tty"), root.filePath("dev")).FindPorts())
+        for (const FoundPort &port : finder.FindPorts())
             found << QStringList{port.device, port.description, port.stableName}.join("|").remove(
                 root.path());
         QCOMPARE(found, (QStringList{"/dev/ttyS2|Built-in serial port|/dev/serial/by-path/card",

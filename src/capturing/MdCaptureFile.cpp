@@ -61,11 +61,12 @@ void MdCaptureFile::Toggle()
     }
     // While the user was asked the program may have come to its end.
     const std::optional<Chosen> chosen = Ask();
-    if (chosen && !m_parts.run.QuitRequested) {
-        m_parts.settings.Folder = PathParts::Folder(chosen->path);
-        Start(*chosen, false);
+    if (!chosen || m_parts.run.QuitRequested) {
+        Q_EMIT Switched(false); // the click has made a tick of it
+        return;
     }
-    Q_EMIT Switched(IsOn()); // whatever the click has made of the tick
+    m_parts.settings.Folder = PathParts::Folder(chosen->path);
+    Start(*chosen, false);
 }
 
 void MdCaptureFile::Arm(const QString &path, bool mayOverwrite)
