@@ -20,6 +20,7 @@
 #include "support/PtyPair.h"
 #include "support/TestCapture.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QFile>
 #include <QImage>
@@ -495,6 +496,46 @@ class tst_program : public QObject
         QCOMPARE(log.open(QIODevice::ReadOnly), isCapture);
         QCOMPARE(log.isOpen() ? log.readAll() : QByteArray(), bench.Shown());
         QCOMPARE(bench.store.texts["Communication/CommType"], "0");
+    }
+
+    void TheReplayWindowHasHandsOnIt()
+    {
+        const QTemporaryDir folder;
+        QList<TrafficEvent> events(3);
+        for (qint64 hour : {0, 1, 2}) {
+            events[hour].bytes = QByteArray::number(hour);
+            events[hour].time.wall = hour * 3600 * 1'000'000'000;
+        }
+        QFile file(folder.filePath("x.pcapng"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(CaptureOf(events, {{"COM1", {}, 0}}));
+        file.close();
+        ProgramBench bench;
+        bench.prompts.chosen << file.fileName();
+        const auto click = [&](const char *name) {
+            return [&bench, name] {
+                bench.program->Window()->findChild<QAbstractButton *>(name)->click();
+            };
+        };
+        const auto says = [&](const char *state) {
+            return [&bench, state] {
+                return bench.program->Window()->findChild<QLabel *>("lblState")->text() == state;
+            };
+        };
+        const auto shows = [&](const char *text) {
+            return [&bench, text] { return bench.Shown() == text; };
+        };
+        bench.Run({{[&] { bench.program->Execute(Command::ReplayCapture); }, shows("0")},
+                   {click("cmdPause"), says("Paused")},
+                   {click("cmdNext"), shows("01")},
+                   {click("cmdStop"), [&] { return !bench.Running() && says("Stopped")(); }},
+                   {click("cmdPause"), shows("010")},
+                   {click("cmdNext"), shows("0101")},
+                   {click("cmdNext"), says("At the end; communication is stopped")},
+                   {click("cmdPause"), bench.Started().goal},
+                   {click("cmdClose"), [&] { return !bench.Running(); }}});
+        QVERIFY(!bench.stuck);
+        QCOMPARE(bench.Shown(), "010120");
     }
 
     void TheDemoIsLive()

@@ -89,7 +89,7 @@ void MdReplay::Run(std::unique_ptr<InputDevice> file)
         const std::lock_guard guard(m_lock);
         m_replay = replay;
     }
-    m_refusalTold = false;
+    m_faultTold = m_refusalTold = false;
     Enter(State::Opening);
     std::thread([replay] { replay->Run(); }).detach();
 }
@@ -104,6 +104,7 @@ void MdReplay::OnPhase(const std::shared_ptr<CaptureReplay> &replay)
     } else if (m_state == State::Opening && m_parts.communication.Running()) {
         Drop();
         TellBusy();
+        return;
     } else if (m_state == State::Opening) {
         m_parts.communication.Start(*this);
     }
@@ -111,7 +112,8 @@ void MdReplay::OnPhase(const std::shared_ptr<CaptureReplay> &replay)
         m_parts.communication.ClosePorts();
         Enter(State::AtEnd);
     }
-    if (const QString fault = replay->Fault(); !fault.isEmpty())
+    if (const QString fault = replay->Fault();
+        !fault.isEmpty() && !std::exchange(m_faultTold, true))
         TellFault(phase, fault);
 }
 

@@ -91,6 +91,7 @@ class MdReplay final : public QObject, private TrafficSource
     State m_state = State::None;
     QString m_path;
     ReplaySpeed m_speed = ReplaySpeed::Own;
+    bool m_faultTold = false;   ///< of the capture
     bool m_refusalTold = false; ///< that nothing is sent
 
     mutable std::mutex m_lock; ///< guards what follows, which only the window's thread changes
