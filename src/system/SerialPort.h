@@ -32,6 +32,8 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     Result SetInBufferSize(int bytes) override;
     Result SetInputLen(int bytes) override;
     void SetReopens(bool on) override { m_reopens = on; }
+    /// See LineRequest.
+    void SetListensOnly(bool on) { m_listensOnly = on; }
 
     Result SetPortOpen(bool open) override;
     bool PortOpen() const override { return m_open; }
@@ -77,7 +79,8 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     int m_inputMode = 0;
     int m_inBufferSize = 512;
     int m_inputLen = 0;
-    bool m_reopens = false; ///< of the next opening
+    bool m_reopens = false; ///< of the next opening, as is what follows
+    bool m_listensOnly = false;
 
     bool m_open = false;
     QString m_claimed; ///< canonical name of the device, as it was opened
