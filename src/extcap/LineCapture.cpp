@@ -10,6 +10,7 @@
 #include "TerminationWatch.h"
 #include "UserLines.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QSocketNotifier>
 #include <QTimer>
@@ -20,8 +21,10 @@
 namespace
 {
 
-/// Wireshark opens its end a moment after it has started this program.
+/// Wireshark opens its end a moment after it has started this program. Should it never do so, the
+/// device is not kept from others.
 constexpr int MillisecondsBetweenLooks = 10;
+constexpr int MostMillisecondsOfLooking = 30000;
 
 /// A failure is the reader's leaving, which ends the capture.
 class PipeSink final : public CaptureSink
@@ -56,6 +59,7 @@ class Capture final
     const TerminationWatch m_termination;
     QEventLoop m_events;
     QTimer m_look;
+    QElapsedTimer m_looking;
     std::unique_ptr<QSocketNotifier> m_leaving; ///< of the reader
     Result m_result;
 };
@@ -78,13 +82,17 @@ Result Capture::Run(const ListeningLines::Request &request)
     if (Result opened = m_lines.Open(request); opened.Failed())
         return opened;
     m_look.start(MillisecondsBetweenLooks);
+    m_looking.start();
     m_events.exec();
     m_lines.End();
     return m_result;
 }
 
+/// The first cause is the one that counts.
 void Capture::Quit(const Result &result)
 {
+    if (!m_events.isRunning())
+        return;
     m_result = result;
     m_events.quit();
 }
@@ -92,11 +100,12 @@ void Capture::Quit(const Result &result)
 void Capture::LookForReader()
 {
     const Result opened = m_pipe->Open();
-    if (opened.Failed() && opened.Number() == NamedPipe::NoReader)
+    if (opened.Failed() && opened.Number() == NamedPipe::NoReader &&
+        !m_looking.hasExpired(MostMillisecondsOfLooking))
         return;
     m_look.stop();
     if (opened.Failed())
-        Quit(opened);
+        Quit(Failure{QStringLiteral("Nobody reads the pipe: %1").arg(opened.Cause())});
     else
         Begin();
 }
