@@ -323,6 +323,7 @@ class tst_extcap : public QObject
                 QCOMPARE(NumberIn(flags, "flags:", 8) & O_ACCMODE, O_RDONLY);
         }
         QVERIFY(!QFile::exists("/var/lock/LCK..pts_" + device.section('/', -1)));
+        QVERIFY(bench.Kept());
 
         bench.program.terminate();
         QCOMPARE(bench.Finish(), "0||");
