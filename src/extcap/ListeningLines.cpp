@@ -20,7 +20,7 @@ Failure Named(int comNumber, const QString &cause)
 ListeningLines::ListeningLines(const PortDevices &devices)
     : m_devices(devices),
       m_ports(devices),
-      m_judge(m_board, m_stream, m_ports.MSCommA.Wire(), Reports())
+      m_judge(m_board, m_stream, nullptr, Reports())
 {
     m_board.Publish(std::make_shared<const WatchSnapshot>());
     int channel = 0;
