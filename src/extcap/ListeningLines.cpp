@@ -10,17 +10,20 @@
 namespace
 {
 
+QString NameOf(int comNumber)
+{
+    return QStringLiteral("COM%1").arg(comNumber);
+}
+
 Failure Named(int comNumber, const QString &cause)
 {
-    return {QStringLiteral("COM%1: %2").arg(comNumber).arg(cause)};
+    return {NameOf(comNumber) + QStringLiteral(": ") + cause};
 }
 
 } // namespace
 
 ListeningLines::ListeningLines(const PortDevices &devices)
-    : m_devices(devices),
-      m_ports(devices),
-      m_judge(m_board, m_stream, nullptr, Reports())
+    : m_devices(devices), m_ports(devices), m_judge(m_board, m_stream, nullptr, Reports())
 {
     m_board.Publish(std::make_shared<const WatchSnapshot>());
     int channel = 0;
@@ -88,8 +91,7 @@ TrafficSession ListeningLines::Session()
         QString description = port->Device();
         if (const QString own = port->Description(); !own.isEmpty())
             description += QStringLiteral(" (%1)").arg(own);
-        session.ports.append({QStringLiteral("COM%1").arg(m_comNumbers[session.ports.size()]),
-                              description, m_speed});
+        session.ports.append({NameOf(m_comNumbers[session.ports.size()]), description, m_speed});
     }
     return session;
 }
@@ -102,8 +104,9 @@ void ListeningLines::Begin(TrafficConsumer &consumer)
     Tell(TrafficEvent::Kind::Opened);
     TellModemLines();
     m_ports.lines.Do([this] {
-        m_judge.Begin(
-            {m_comNumbers.size() == 2, false, {m_comNumbers.first(), m_comNumbers.last()}});
+        m_judge.Begin({m_comNumbers.size() == 2,
+                       false,
+                       {NameOf(m_comNumbers.first()), NameOf(m_comNumbers.last())}});
         for (SerialPort *port : Ports())
             port->Wire().BeginReading();
     });
