@@ -46,7 +46,8 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_find(m_sequences, m_views, world.prompts),
       m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, m_printSettings,
                world.prompts, world.clock, m_printOutput,
-               [this](bool busy) { m_window->SetBusy(busy); }})
+               [this](bool busy) { m_window->SetBusy(busy); }}),
+      m_judging({m_sequences, m_projectState, m_files, world.prompts})
 {
 }
 
@@ -85,7 +86,7 @@ void MdMain::EndCommunication()
     m_communication->ClosePorts();
     const bool logged = m_log.Finish();
     const bool captured = m_capture.Finish();
-    m_diskHangs = !logged || !captured || m_print.Hangs();
+    m_diskHangs = !logged || !captured || m_print.Hangs() || m_judging.Hangs();
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
     QCoreApplication::sendPostedEvents(&m_capture);
@@ -219,6 +220,7 @@ void MdMain::WireCommands()
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
         {Command::RecordCapture, [this] { m_capture.Toggle(); }},
         {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
+        {Command::JudgeCapture, [this] { m_judging.Judge(*m_window); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},
