@@ -66,7 +66,8 @@ struct Script {
         auto parsed = StepParser::FromFile(QString(steps).replace(';', '\n').toUtf8(), maker);
         if (parsed.result.Failed())
             told << parsed.result.Cause();
-        runner.Begin(std::move(parsed.program), 0);
+        runner.Begin(std::move(parsed.program));
+        runner.Advance(0);
     }
 
     /// "10:OK 20:2:X": at 10 ms OK comes on channel 1, at 20 ms X on channel 2.

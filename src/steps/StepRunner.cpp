@@ -6,11 +6,10 @@
 #include <algorithm>
 #include <utility>
 
-void StepRunner::Begin(StepProgram program, qint64 now)
+void StepRunner::Begin(StepProgram program)
 {
     m_program = std::move(program);
     m_left.assign(m_program.steps.size(), 0);
-    Advance(now);
 }
 
 void StepRunner::Add(Step step, qint64 now)

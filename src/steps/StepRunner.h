@@ -67,7 +67,8 @@ class StepRunner
     {
     }
 
-    void Begin(StepProgram program, qint64 now);
+    /// The steps of the run; the first Advance begins them.
+    void Begin(StepProgram program);
     /// Puts a step behind all others.
     void Add(Step step, qint64 now);
 

@@ -124,6 +124,8 @@ std::optional<ModemLines> ReadModemLines(Handle handle);
 /// The lines by which this side tells of itself.
 enum class OwnLine { RTS, DTR };
 Result SwitchLine(Handle handle, OwnLine line, bool on);
+/// Fails for a pseudo-terminal that has no wire.
+Result SwitchBreak(Handle handle, bool on);
 
 /// Bytes that the system still has to send, and those that it has received.
 int UnsentBytes(Handle handle);

@@ -21,6 +21,7 @@ class TcpLine final : public DescriptorLine
     /// There are none.
     Result SetRTS(bool on) override;
     Result SetDTR(bool on) override;
+    Result SetBreak(bool on) override;
 
   private:
     bool Remote() const override { return true; }

@@ -130,3 +130,8 @@ Result TcpLine::SetDTR(bool)
 {
     return Failure{m_peer + QStringLiteral(" has no data-terminal-ready line")};
 }
+
+Result TcpLine::SetBreak(bool)
+{
+    return Failure{m_peer + QStringLiteral(" knows no break")};
+}
