@@ -3,6 +3,7 @@
 
 #include "CliRun.h"
 
+#include "ByteLook.h"
 #include "Demo.h"
 #include "DemoInstrument.h"
 #include "FileName.h"
@@ -25,6 +26,19 @@ namespace
 constexpr qint64 MostBytesOfSteps = 16 * 1024 * 1024;
 /// Commands that may wait for their turn before no more are read.
 constexpr qsizetype MostCommands = 1000;
+
+/// What came instead of what was expected, as far as it goes into a line.
+QString InsteadOf(const StepOutcome &outcome)
+{
+    constexpr qsizetype most = 32;
+    if (outcome.step.kind != Step::Kind::Expect)
+        return {};
+    if (outcome.heard.isEmpty())
+        return QStringLiteral("; nothing came");
+    const QByteArray last = outcome.heard.right(most);
+    return QStringLiteral("; what came ends in %1 \"%2\"")
+        .arg(QString::fromLatin1(last.toHex(' ').toUpper()), ByteLook::ToPictures(last));
+}
 
 /// The devices of a run are those of its command line.
 QString NoSystemName(int)
@@ -253,9 +267,9 @@ void CliRun::OnOutcome(const StepOutcome &outcome)
         return;
     const QString number =
         program.ofFile ? QStringLiteral("step %1, ").arg(outcome.number) : QString();
-    m_report.Fail(
-        m_stopping != 0 ? m_stopping : ExitStatus::StepFailed,
-        QStringLiteral("%1%2: %3: %4").arg(number, place, outcome.step.text, outcome.cause));
+    m_report.Fail(m_stopping != 0 ? m_stopping : ExitStatus::StepFailed,
+                  QStringLiteral("%1%2: ").arg(number, place) + outcome.step.text +
+                      QStringLiteral(": ") + outcome.cause + InsteadOf(outcome));
 }
 
 void CliRun::OnCommand(const QByteArray &line)
@@ -359,9 +373,14 @@ void CliRun::WriteReport()
                                                   .arg(m_line.junit, written.Cause()));
 }
 
+/// What came until then, and what was sent, is told in front of what follows.
 Result CliRun::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    return m_communication.Send(bytes, name);
+    m_acting = true;
+    Result sent = m_communication.Send(bytes, name);
+    Drain();
+    m_acting = false;
+    return sent;
 }
 
 Result CliRun::OnLine(const std::function<Result(Line &line)> &work)
@@ -400,7 +419,6 @@ Result CliRun::Open()
     return Failure{m_failed.value_or(QString())};
 }
 
-/// What came until then belongs in front of what follows.
 Result CliRun::Close()
 {
     m_acting = true;

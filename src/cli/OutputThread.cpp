@@ -29,7 +29,7 @@ struct OutputThread::State {
 void OutputThread::State::Run()
 {
     QFile output;
-    const bool opened = output.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
+    const bool opened = output.open(::fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered);
     std::unique_lock guard(lock);
     for (;;) {
         changed.wait(guard, [this] { return ending || !waiting.isEmpty(); });
