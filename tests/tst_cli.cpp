@@ -261,7 +261,7 @@ class tst_cli : public QObject
     {
         Program program;
         StartOnLine(program,
-                    {"--json", "send Ping", "expect Pong", "expect text:Z within 9ms", "close"});
+                    {"--json", "send Ping", "expect Pong", "expect text:Z within 200ms", "close"});
         QCOMPARE(m_line->Read(4), "PING");
         QStringList lines;
         const auto take = [&](int count) {
@@ -372,7 +372,7 @@ class tst_cli : public QObject
 
     void JUnit()
     {
-        Write("j.steps", "send Ping\nexpect Pong within 50ms\nwait 1s # \"<&>\"\n");
+        Write("j.steps", "send Ping\nexpect Pong within 300ms\nwait 1s # \"<&>\"\n");
         Program program;
         StartOnLine(program, {"--steps", "j.steps", "--junit", "j.xml"});
         QCOMPARE(m_line->Read(4), "PING");
