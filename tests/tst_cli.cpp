@@ -321,7 +321,9 @@ class tst_cli : public QObject
         QFETCH(int, signal);
         QFETCH(QStringList, steps);
         Program program;
-        StartOnLine(program, QStringList{"--json", "--log", "s.txt", "--overwrite"} + steps);
+        StartOnLine(program, QStringList{"--json", "--log", "s.txt", "--capture", "s.pcapng",
+                                         "--overwrite"} +
+                                 steps);
         QVERIFY(program.NextLine().contains("opened"));
         QVERIFY(m_line->Write("hello"));
         QVERIFY(program.NextLine().contains("received"));
@@ -329,6 +331,8 @@ class tst_cli : public QObject
         QTEST(program.Finished(), "status");
         QCOMPARE(Content("s_asc.txt"), "hello");
         QCOMPARE(Content("s_hex.txt"), "68 65 6C 6C 6F ");
+        QVERIFY(Content("s.pcapng").startsWith("\x0A\x0D\x0D\x0A") &&
+                Content("s.pcapng").contains("hello"));
         QVERIFY(!Content("s_dec.txt").isEmpty() && !Content("s_bin.txt").isEmpty());
     }
 
@@ -343,8 +347,11 @@ class tst_cli : public QObject
 
     void WhatCannotBeWritten()
     {
-        for (const QStringList &options :
-             {QStringList{"--log", "none/x"}, {"--junit", "none/x"}, {"--log", "there"}}) {
+        for (const QStringList &options : {QStringList{"--log", "none/x"},
+                                           {"--junit", "none/x"},
+                                           {"--log", "there"},
+                                           {"--capture", "none/x"},
+                                           {"--capture", "there_asc.txt"}}) {
             Write("there_asc.txt", "kept");
             Program program;
             StartOnLine(program, options + QStringList{"wait 1ms"});

@@ -4,11 +4,13 @@
 #include "CliRun.h"
 
 #include "ByteLook.h"
+#include "CaptureFile.h"
 #include "Demo.h"
 #include "DemoInstrument.h"
 #include "FileName.h"
 #include "LineClock.h"
 #include "LongDelay.h"
+#include "ProgramInfo.h"
 #include "ProjectFile.h"
 #include "StepCommand.h"
 #include "StepParser.h"
@@ -78,6 +80,8 @@ CliRun::CliRun(const CommandLine &line, QTextStream &errors)
     m_logSettings.files.fill(true);
     m_log.RoomAgain = [this] { m_communication.Resume(); };
     m_communication.Stream().Feed(m_feed);
+    if (!line.capture.isEmpty())
+        MakeCapture();
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
     connect(&m_timer, &QTimer::timeout, this, &CliRun::Drain);
@@ -255,12 +259,8 @@ void CliRun::OnOutcome(const StepOutcome &outcome)
     const StepProgram &program = m_runner.Program();
     const QString place = program.PlaceOf(outcome.step);
     m_report.Done(outcome, place);
-    if (m_ids.contains(outcome.step.line) && outcome.step.kind != Step::Kind::End) {
-        const bool itsOwn = outcome.verdict != StepOutcome::Verdict::Failed ||
-                            outcome.step.kind != Step::Kind::Forbid;
-        if (itsOwn)
-            m_report.Answered(outcome, m_ids.take(outcome.step.line));
-    }
+    if (m_ids.contains(outcome.step.line))
+        m_report.Answered(outcome, m_ids.take(outcome.step.line));
     if (m_line.commands && m_ids.size() < MostCommands)
         m_input.SetReading(!m_inputEnded);
     if (outcome.verdict != StepOutcome::Verdict::Failed)
@@ -346,6 +346,11 @@ int CliRun::End()
     m_runner.Finish();
     m_log.StopLog();
     m_hangs = !m_log.Finish();
+    if (m_capture) {
+        m_capture->Close();
+        m_hangs = !m_capture->WaitUntilWritten(CaptureThread::MostTimeToEnd) || m_hangs;
+    }
+    QCoreApplication::sendPostedEvents(this);
     QCoreApplication::sendPostedEvents(&m_communication);
     QCoreApplication::sendPostedEvents(&m_log);
     m_communication.ShowWaitingReports();
@@ -356,6 +361,25 @@ int CliRun::End()
     if (!m_report.Cause().isEmpty())
         m_errors << "serimonde-cli: " << FileName::Shown(m_report.Cause()) << Qt::endl;
     return m_report.Status();
+}
+
+/// One file, however often the ports are closed and opened meanwhile.
+void CliRun::MakeCapture()
+{
+    CaptureFile::Calls calls;
+    calls.failed = [this](CaptureFile::Trouble, const Result &result) {
+        QMetaObject::invokeMethod(this, [this, cause = result.Cause()] {
+            StopFor(
+                ExitStatus::FileFailed,
+                QStringLiteral("the capture %1 cannot be written: %2").arg(m_line.capture, cause));
+        });
+    };
+    calls.finished = [] {};
+    m_capture = std::make_unique<CaptureThread>(
+        std::make_unique<CaptureFile>(m_files, m_fileSystem.AbsolutePath(m_line.capture),
+                                      m_line.overwrite, std::move(calls)),
+        QStringLiteral("Serimonde ") + ProgramInfo::Version());
+    m_communication.Stream().Feed(*m_capture);
 }
 
 void CliRun::WriteReport()

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "CaptureThread.h"
 #include "CommConfiguration.h"
 #include "CommandLine.h"
 #include "DisplaySettings.h"
@@ -60,6 +61,7 @@ class CliRun final : public QObject, private StepActions
     void Begin();
     void BeginInput();
     int End();
+    void MakeCapture();
     void WriteReport();
 
     void Drain();
@@ -100,6 +102,7 @@ class CliRun final : public QObject, private StepActions
     std::unique_ptr<DemoInstrument> m_demo; ///< outlives the ports that listen to it
     RunFeed m_feed;
     MdLogFile m_log;
+    std::unique_ptr<CaptureThread> m_capture; ///< null if none is wanted
     RunLog m_runLog;
     SerialPorts m_ports;
     MdCommunication m_communication;
