@@ -5,6 +5,7 @@
 #include "support/PtyPair.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -393,6 +394,32 @@ class tst_cli : public QObject
         QString report = QString::fromUtf8(Content("j.xml"));
         static const QRegularExpression times(" time(stamp)?=\"[^\"]*\"");
         QCOMPARE(report.remove(times).trimmed(), Expected("cli-junit.xml"));
+    }
+
+    void ExampleOfSteps()
+    {
+        const QString example = SERIMONDE_TEST_FOLDER "/../examples/modbus-rtu";
+        Program program;
+        Start(program, {"--port", "1=" + m_line->DeviceName(), example + ".sqx", "--steps",
+                        example + ".steps"});
+        for (int i = 0; i < 3; ++i) {
+            QCOMPARE(m_line->Read(8).toHex(), "1103006b00037687");
+            QVERIFY(m_line->Write(QByteArray::fromHex("110306022b00000064c8ba")));
+        }
+        QCOMPARE(m_line->Read(8).toHex(), "110400080001b298");
+        QVERIFY(m_line->Write(QByteArray::fromHex("110402000af8f4")));
+        QCOMPARE(program.Finished(), 0);
+    }
+
+    void ExampleOfCommands()
+    {
+        Program python;
+        QProcessEnvironment world = QProcessEnvironment::systemEnvironment();
+        world.insert("PATH", QFileInfo(SERIMONDE_CLI).path() + ':' + world.value("PATH"));
+        python.setProcessEnvironment(world);
+        python.start("python3", {SERIMONDE_TEST_FOLDER "/../examples/drive.py"});
+        QCOMPARE(python.Finished(), 0);
+        QVERIFY(python.readAllStandardOutput().startsWith("answered after "));
     }
 
     /// The simulated instrument, and a watched sequence of its project.
