@@ -24,6 +24,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # that of everything else: with the former alone a bare system shows all of it in a fixed pitch.
 set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS
     "libqt6sql6-sqlite, libqt6svg6, fonts-liberation, fonts-dejavu-core")
+set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "serimonde-cli")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "qt6-wayland")
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "wireshark")
 
