@@ -37,9 +37,9 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
       m_ports(std::make_unique<SerialPorts>(m_devices)),
-      m_communication(std::make_unique<MdCommunication>(
-          CommunicationParts{m_comm, m_display, m_stamp, m_sequences, &m_views, m_log, world.prompts,
-                             world.clock, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
+      m_communication(std::make_unique<MdCommunication>(CommunicationParts{
+          m_comm, m_display, m_stamp, m_sequences, &m_views, m_log, world.prompts, world.clock,
+          m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
       m_recovery({m_projectState, m_sequences, m_project, world.recovery, world.prompts, m_run}),

@@ -83,18 +83,18 @@ class ChannelJudge final
     ReceiveDetection m_detection;
     std::vector<int> m_detected;
 
-    qint64 m_end = 0;                     ///< position behind the last byte
-    qint64 m_longest = 0;                 ///< of all watched sequences
-    QByteArray m_text;                    ///< padding, then the last bytes
-    qint64 m_textBegin = 0;               ///< position of the first of them
-    qint64 m_scanned = 0;                 ///< position up to which near misses have been looked for
-    std::deque<Packet> m_packets;         ///< those of the text
-    std::vector<Firing> m_firings;        ///< in the text, in the order of their ends
+    qint64 m_end = 0;              ///< position behind the last byte
+    qint64 m_longest = 0;          ///< of all watched sequences
+    QByteArray m_text;             ///< padding, then the last bytes
+    qint64 m_textBegin = 0;        ///< position of the first of them
+    qint64 m_scanned = 0;          ///< position up to which near misses have been looked for
+    std::deque<Packet> m_packets;  ///< those of the text
+    std::vector<Firing> m_firings; ///< in the text, in the order of their ends
     struct Cut {
         qint64 begin;
         int sequence;
     };
-    std::vector<Cut> m_cut;     ///< of the piece that is looked through
-    size_t m_cutConsidered = 0; ///< how many of them are settled
+    std::vector<Cut> m_cut;               ///< of the piece that is looked through
+    size_t m_cutConsidered = 0;           ///< how many of them are settled
     std::vector<NearMisses> m_nearMisses; ///< by sequence
 };

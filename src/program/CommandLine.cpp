@@ -292,12 +292,13 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program
 
 QString CommandLineHelp(Program program)
 {
-    QString text = program == Program::Window
-                       ? QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
-                                        "Tests and monitors serial communication.\n\nOptions:\n")
-                       : QStringLiteral("Usage: serimonde-cli [options] [project.sqx] [STEP...]\n\n"
-                                        "Tests and monitors serial communication without a "
-                                        "window.\n\nOptions:\n");
+    QString text =
+        program == Program::Window
+            ? QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
+                             "Tests and monitors serial communication.\n\nOptions:\n")
+            : QStringLiteral("Usage: serimonde-cli [options] [project.sqx] [STEP...]\n\n"
+                             "Tests and monitors serial communication without a "
+                             "window.\n\nOptions:\n");
     for (const OptionRow &row : OptionRows) {
         if (!Belongs(row, program))
             continue;

@@ -131,8 +131,8 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    Result opened = m_line.Open(
-        {m_commPort, device, alias, *line, m_rtsEnable, m_reopens, m_listensOnly});
+    Result opened =
+        m_line.Open({m_commPort, device, alias, *line, m_rtsEnable, m_reopens, m_listensOnly});
     if (opened.Failed())
         return opened;
     m_hub.Claim(device, m_commPort);
