@@ -10,14 +10,17 @@
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdLogFile.h"
+#include "MdRecord.h"
 #include "MdSequenceEdition.h"
 #include "PortDevices.h"
+#include "RecordSettings.h"
 #include "RunState.h"
 #include "SerialPort.h"
 #include "SerialPortHub.h"
 #include "StampText.h"
 #include "SystemFiles.h"
 #include "SystemPortName.h"
+#include "SystemRecordFolder.h"
 #include "WindowSettings.h"
 #include "frmMain.h"
 #include "support/FixedClock.h"
@@ -32,6 +35,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <vector>
 
 /// A checksum of what has gone through the receive path, in its order, on its way to the log.
@@ -93,13 +97,19 @@ class LiveProgram
     MainLoop loop{run, communication};
     frmMain window{
         {settings.comm, settings.display, settings.window, settings.lists, views, run, {}}};
-    std::vector<double> passes; ///< seconds from the start of one pass to that of the next
+    RecordSettings recordSettings;
+    QString captureFolder;
+    std::unique_ptr<MdRecord> record; ///< null if there is none
+    std::vector<double> passes;       ///< seconds from the start of one pass to that of the next
 
     /// Opens channel 1, and channel 2 as well if it is given a device, so that answers to what it
-    /// says go out on channel 1; with a log in all four forms if it is given a name.
+    /// says go out on channel 1; with a log in all four forms if it is given a name, and with the
+    /// session's record if it is given a folder.
     explicit LiveProgram(const QString &device, const QString &logName = {},
-                         const QString &secondDevice = {})
+                         const QString &secondDevice = {}, const QString &recordFolder = {})
     {
+        if (!recordFolder.isEmpty())
+            Record(recordFolder);
         log.next = &logFile;
         logFile.RoomAgain = [this] { communication.Resume(); };
         settings.log.files.fill(true);
@@ -113,6 +123,15 @@ class LiveProgram
         window.resize(1000, 700);
         window.show();
         communication.OpenPorts();
+    }
+
+    void Record(const QString &folder)
+    {
+        record = std::make_unique<MdRecord>(
+            RecordParts{recordSettings, captureFolder, files, prompts, clock, run},
+            std::make_shared<SystemRecordFolder>(folder), QStringLiteral("benchmark"));
+        record->ApplySettings();
+        communication.Stream().Feed(record->Consumer());
     }
 
     /// Passes of the main loop, each noted with its pause, until the work is done.

@@ -78,12 +78,13 @@ struct Taken {
 };
 
 /// So many bytes as fast as a pseudo-terminal takes them, while the window is shown off-screen.
-/// With a log in all four forms if it is given a name.
-Taken RunBlast(qint64 size, const QString &logName)
+/// With a log in all four forms if it is given a name, with the session's record if it is given a
+/// folder.
+Taken RunBlast(qint64 size, const QString &logName, const QString &recordFolder = {})
 {
     const QByteArray block = ShowableBytes(64 * 1024);
     PtyPair line;
-    LiveProgram program(line.DeviceName(), logName);
+    LiveProgram program(line.DeviceName(), logName, {}, recordFolder);
     Taken taken;
     if (!program.communication.Running()) {
         taken.fault = "the port could not be opened";
@@ -112,10 +113,14 @@ Taken RunBlast(qint64 size, const QString &logName)
     sender.join();
     program.communication.ClosePorts();
     program.logFile.WaitUntilWritten();
+    if (program.record)
+        program.record->Keep();
     taken.cpu = CpuSeconds() - cpuBefore - senderCpu;
     taken.passes = program.passes;
     if (program.log.bytes != size || program.log.checksum != sent)
         taken.fault = "bytes were lost or changed";
+    if (program.record && program.record->State().size < size)
+        taken.fault = "bytes are missing in the record";
     if (!logName.isEmpty() && !LogsAreWhole(logName, block, size / block.size()))
         taken.fault = "bytes are missing in a log";
     return taken;
@@ -190,7 +195,36 @@ void BlastIntoFourLogs(benchmark::State &state)
     }
 }
 
+/// By turns with one that has none; the median of the turns counts.
+void BlastWithTheRecord(benchmark::State &state)
+{
+    constexpr qint64 Size = 32 * Mebibyte;
+    constexpr double Megabytes = double(Size) * 1e-6;
+    for (auto _ : state) {
+        std::vector<double> with, without, seconds, passes;
+        for (int turn = 0; turn < 7; ++turn) {
+            const Taken bare = RunBlast(Size, {});
+            const QTemporaryDir folder;
+            const Taken recorded = RunBlast(Size, {}, folder.filePath("record"));
+            without.push_back(bare.cpu / Megabytes);
+            with.push_back(recorded.cpu / Megabytes);
+            seconds.push_back(recorded.seconds);
+            passes.insert(passes.end(), recorded.passes.begin(), recorded.passes.end());
+            for (const char *fault : {bare.fault, recorded.fault}) {
+                if (fault)
+                    state.SkipWithError(fault);
+            }
+        }
+        state.SetIterationTime(Percentile(seconds, 0.5));
+        Comparison(state, "without")
+            .Add("CPU s/MB", Percentile(with, 0.5), Percentile(without, 0.5), {1.2});
+        state.counters["MB/s"] = Megabytes / Percentile(seconds, 0.5);
+        state.counters["pass_p99_ms"] = 1000 * Percentile(passes, 0.99);
+    }
+}
+
 BENCHMARK(BlastWithoutLogs)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
+BENCHMARK(BlastWithTheRecord)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
 BENCHMARK(BlastIntoFourLogs)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
 
 } // namespace

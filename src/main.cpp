@@ -14,6 +14,7 @@
 #include "SessionWatch.h"
 #include "SystemClock.h"
 #include "SystemFiles.h"
+#include "SystemRecordFolder.h"
 #include "SystemRecoveryFolder.h"
 #include "SystemRegistry.h"
 #include "TerminationWatch.h"
@@ -71,7 +72,9 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     QtShell shell;
     const std::unique_ptr<SystemRegistry> registry = MakeSystemRegistry();
     SystemRecoveryFolder recovery;
-    MdMain program({store, *prompts, clock, shell, *registry, recovery}, line);
+    MdMain program({store, *prompts, clock, shell, *registry, recovery,
+                    std::make_shared<SystemRecordFolder>()},
+                   line);
 
     const auto closeUnasked = [&program, &prompts] {
         prompts->EndUnasked();
@@ -83,6 +86,7 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     QObject::connect(&session, &SessionWatch::Lost, &program, [&program, &prompts] {
         prompts->EndUnasked();
         program.Recovery().Keep();
+        program.Record().Keep();
     });
     QObject::connect(&session, &SessionWatch::SavingWanted, &program,
                      [&program] { program.Recovery().Keep(); });

@@ -314,6 +314,10 @@ class tst_captures : public QObject
                                                     {4, 15},
                                                     {4, 15}}) +
                                       out));
+            add("interfaces that take the place of others",
+                f.Section() + f.Interface() + f.Packet(Micro, in) +
+                    f.Interface(f.Option(1, "channel 1")) + f.Interface(f.Option(1, "channel 2")) +
+                    f.Interface(f.Option(1, "channel 1")) + f.Packet(Micro + 1, out, 3));
         }
     }
     void ReadsWhatOthersWrite()

@@ -25,7 +25,10 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QRandomGenerator>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -336,6 +339,53 @@ class tst_program : public QObject
                        window.SetProjectModified(false);
                        QCOMPARE(bench.recovery.files.size() + (restored ? 1 : 0), left.size());
                    }}});
+    }
+
+    /// Leaves one behind, has it offered after the project, looks at it, and ends by hand.
+    void TheRecordIsThereUntilAnEndByHand()
+    {
+        PtyPair line;
+        ProgramBench bench;
+        bench.AssignPort(1, line.DeviceName());
+        bench.line.start = true;
+        const ProgramBench::Step send = {[&] { line.Write("bytes"); },
+                                         [&] { return bench.Shown().contains("bytes"); }};
+        bench.Run({bench.Started(), send});
+        bench.program.reset();
+        QCOMPARE(bench.record->Segments().size(), 1);
+        QVERIFY(!bench.record->Segments().first().held);
+
+        MdSequenceEdition tables;
+        tables.AddSend({"a", "b"});
+        bench.recovery.files = {{"a", UnsavedProject::Of(tables, {}).ToText()}};
+        bench.prompts.laterAnswers = {PromptAnswer::No, PromptAnswer::No};
+        const auto inDialog = [&] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            const auto field = [&](const char *name) {
+                return dialog->findChild<QLineEdit *>(name)->text();
+            };
+            QVERIFY(field("txtSince").contains(QString::number(QDate::currentDate().year() % 100)));
+            QCOMPARE(field("txtFolder"), "/cache/record");
+            auto *bound = dialog->findChild<QSpinBox *>("spnBound");
+            bench.prompts.answers = {PromptAnswer::No};
+            bound->setValue(0);
+            QCOMPARE(bound->value(), 1024);
+            bound->setValue(7);
+            QVERIFY(dialog->findChild<QPushButton *>("cmdSave")->isEnabled());
+            dialog->close();
+        };
+        bench.Run({{.goal = [&] { return bench.prompts.questions.size() == 2; }},
+                   {.goal = [&] { return bench.record->Segments().size() == 1; }},
+                   {send.act, [&] { return bench.program->Record().State().since > 0; }},
+                   {[&] {
+                       QTimer::singleShot(0, bench.program.get(), inDialog);
+                       bench.program->Execute(Command::SessionRecord);
+                       bench.program->Execute(Command::Exit);
+                   }}});
+        QVERIFY(!bench.stuck);
+        QVERIFY(bench.prompts.questions[1].text.contains("Save its capture?"));
+        QCOMPARE(bench.record->Segments().size(), 0);
+        QCOMPARE(bench.store.texts["Record/MostMegabytes"], "7");
     }
 
     void TheLogHasItsButtonsAndItsEnd()

@@ -8,6 +8,7 @@
 #include "MdSequenceEdition.h"
 #include "PrintSettings.h"
 #include "ProgramSettings.h"
+#include "RecordSettings.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
 #include "StoredSettings.h"
@@ -35,7 +36,7 @@ QMap<QString, QString> Defaults()
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
           "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False",
-          "Captures Folder="}) {
+          "Captures Folder=", "Record MostMegabytes=1024"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -57,11 +58,13 @@ struct SettingsBench {
         ViewSettings view;
         PrintSettings print;
         CaptureSettings captures;
+        RecordSettings record;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
                              &settings.log,     &settings.sequences,   &settings.projectFolder,
-                             &settings.view,    &settings.print,       &settings.captures};
+                             &settings.view,    &settings.print,       &settings.captures,
+                             &settings.record};
     MdSequenceEdition tables;
     QStringList notices;
 
@@ -191,15 +194,22 @@ class tst_settings : public QObject
     void ForgivesSomeDamage()
     {
         SettingsBench bench;
-        bench.store.texts = {{"View/ControlCharacters", "perhaps"}, {"Stamp/Date", "True"}};
+        bench.store.texts = {{"View/ControlCharacters", "perhaps"},
+                             {"Record/MostMegabytes", "-1"},
+                             {"Stamp/Date", "True"}};
         bench.settings.view.ControlCharacters = false;
         QVERIFY(!bench.Load().Failed());
         QVERIFY(bench.settings.view.ControlCharacters);
         QVERIFY(bench.settings.stamp.Date);
-        QCOMPARE(bench.notices,
-                 QStringList("The setting \"ControlCharacters\" in section \"View\" holds the text "
-                             "\"perhaps\", which is not True or False (file memory.conf). "
-                             "\"True\" is used instead."));
+        QCOMPARE(
+            bench.notices,
+            QStringList("The setting \"ControlCharacters\" in section \"View\" holds the text "
+                        "\"perhaps\", which is not True or False (file memory.conf). "
+                        "\"True\" is used instead.")
+                << "The setting \"MostMegabytes\" in section \"Record\" holds the text \"-1\", "
+                   "which is not a whole number from 0 to 2147483647 (file memory.conf). "
+                   "\"1024\" is used instead.");
+        QCOMPARE(bench.settings.record.MostMegabytes, 1024);
     }
 };
 

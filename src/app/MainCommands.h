@@ -19,9 +19,11 @@ enum class Command {
     Exit,
     Options,
     LineStatus,
+    SaveCapture,
     RecordCapture, ///< or end what is recorded
     ReplayCapture,
     JudgeCapture,
+    SessionRecord,
     Find,
     FindNext,
     Start,

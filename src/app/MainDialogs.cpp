@@ -7,6 +7,7 @@
 #include "MdFind.h"
 #include "PortFinder.h"
 #include "ProgramInfo.h"
+#include "RecordSettings.h"
 #include "RunState.h"
 #include "SequenceLists.h"
 #include "SystemInformation.h"
@@ -16,6 +17,7 @@
 #include "frmFind.h"
 #include "frmMain.h"
 #include "frmOptions.h"
+#include "frmSessionRecord.h"
 
 #include <optional>
 #include <utility>
@@ -101,6 +103,12 @@ void MainDialogs::FindNext()
         ShowFind();
     else if (m_parts.find.FindNext(m_parts.find.FindTab, *sequence))
         m_parts.window.ShowSelection();
+}
+
+void MainDialogs::ShowSessionRecord()
+{
+    frmSessionRecord dialog(m_parts.record, m_parts.recordSettings.MostMegabytes, &m_parts.window);
+    dialog.exec();
 }
 
 void MainDialogs::ShowAbout()

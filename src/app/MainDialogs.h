@@ -11,6 +11,7 @@
 class CommunicationViews;
 class MdCommunication;
 class MdFind;
+class MdRecord;
 class MdSequenceEdition;
 class PortFinder;
 class SequenceLists;
@@ -19,6 +20,7 @@ class SystemRegistry;
 class UserPrompts;
 class frmMain;
 struct DisplaySettings;
+struct RecordSettings;
 struct RunState;
 
 /// What the dialogs work with; all of it lives longer than MainDialogs.
@@ -28,6 +30,8 @@ struct MainDialogParts {
     MdSequenceEdition &sequences;
     MdCommunication &communication;
     MdFind &find;
+    MdRecord &record;
+    const RecordSettings &recordSettings;
     OptionsSubjects options;
     DisplaySettings &displayNext; ///< colours and attributes of the next start
     std::shared_ptr<const PortFinder> finder;
@@ -53,6 +57,7 @@ class MainDialogs
     void ShowFind();
     /// Goes on with what the find dialog was left with, or shows it.
     void FindNext();
+    void ShowSessionRecord();
     void ShowAbout();
 
   private:

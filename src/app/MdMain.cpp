@@ -34,6 +34,9 @@ MdMain::MdMain(const World &world, const CommandLine &line)
              [this] { return m_communication && m_communication->Running(); }}),
       m_capture({m_captureSettings, world.prompts, m_files, m_run,
                  QStringLiteral("Serimonde ") + ProgramInfo::Version()}),
+      m_record(
+          {m_recordSettings, m_captureSettings.Folder, m_files, world.prompts, world.clock, m_run},
+          world.record, QStringLiteral("Serimonde ") + ProgramInfo::Version()),
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
       m_ports(std::make_unique<SerialPorts>(m_devices)),
@@ -56,10 +59,11 @@ MdMain::~MdMain() = default;
 /// The place of every setting that is stored.
 StoredSettings MdMain::Stored()
 {
-    return {&m_comm.stored,  &m_windowSettings,   &m_listSettings,
-            &m_display,      &m_displayNext,      &m_stamp,
-            &m_logSettings,  &m_sequenceSettings, &m_projectState.LastFolder,
-            &m_viewSettings, &m_printSettings,    &m_captureSettings};
+    return {&m_comm.stored,   &m_windowSettings,   &m_listSettings,
+            &m_display,       &m_displayNext,      &m_stamp,
+            &m_logSettings,   &m_sequenceSettings, &m_projectState.LastFolder,
+            &m_viewSettings,  &m_printSettings,    &m_captureSettings,
+            &m_recordSettings};
 }
 
 int MdMain::Run()
@@ -86,7 +90,8 @@ void MdMain::EndCommunication()
     m_communication->ClosePorts();
     const bool logged = m_log.Finish();
     const bool captured = m_capture.Finish();
-    m_diskHangs = !logged || !captured || m_print.Hangs() || m_judging.Hangs();
+    const bool recorded = m_record.Finish();
+    m_diskHangs = !logged || !captured || !recorded || m_print.Hangs() || m_judging.Hangs();
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
     QCoreApplication::sendPostedEvents(&m_capture);
@@ -105,6 +110,7 @@ bool MdMain::LoadMainWindow()
         return false;
     }
     m_projectState.ProjectDirectory = m_projectState.LastFolder;
+    m_record.ApplySettings();
     ApplyCommandLine();
     MakeWindow();
     ConnectCommunication();
@@ -159,6 +165,8 @@ void MdMain::MakeWindow()
                         m_sequences,
                         *m_communication,
                         m_find,
+                        m_record,
+                        m_recordSettings,
                         {m_comm, m_stamp, m_sequenceSettings, m_logSettings, m_devices},
                         m_displayNext,
                         m_finder,
@@ -197,6 +205,7 @@ void MdMain::ConnectCommunication()
             &frmMain::SetToolbarState);
     connect(m_communication.get(), &MdCommunication::ToolbarStateChanged, m_window.get(),
             &frmMain::UpdateStatusPanels);
+    m_communication->Stream().Feed(m_record.Consumer());
     m_log.RoomAgain = [this] { m_communication->Resume(); };
     connect(&m_log, &MdLogFile::CommandsChanged, m_window.get(), &frmMain::EnableLogCommands);
     const auto tick = [this](bool on) { m_window->SetTicked(Command::RecordCapture, on); };
@@ -218,9 +227,11 @@ void MdMain::WireCommands()
         {Command::Exit, [this] { m_window->close(); }},
         {Command::Options, [this] { m_dialogs->ShowOptions(); }},
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
+        {Command::SaveCapture, [this] { m_record.SaveCapture(); }},
         {Command::RecordCapture, [this] { m_capture.Toggle(); }},
         {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
         {Command::JudgeCapture, [this] { m_judging.Judge(*m_window); }},
+        {Command::SessionRecord, [this] { m_dialogs->ShowSessionRecord(); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},
@@ -252,7 +263,8 @@ void MdMain::ShowMainWindow()
     if (!m_line.project.isEmpty())
         QTimer::singleShot(0, m_window.get(), [this] { OpenNamedFile(); });
     if (!m_line.Unattended())
-        QTimer::singleShot(0, m_window.get(), [this] { m_recovery.Offer(); });
+        QTimer::singleShot(0, m_window.get(),
+                           [this] { m_recovery.Offer([this] { m_record.Offer(); }); });
     if (m_line.start || m_demo)
         QTimer::singleShot(0, m_communication.get(), &MdCommunication::OpenPorts);
     if (m_line.quitAfterSeconds) {
@@ -272,6 +284,7 @@ void MdMain::OpenNamedFile()
 
 void MdMain::CloseUnasked()
 {
+    m_record.Keep();
     if (m_window) {
         m_recovery.Keep();
         m_window->CloseUnasked();

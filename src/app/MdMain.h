@@ -17,6 +17,7 @@
 #include "MdLogFile.h"
 #include "MdPrint.h"
 #include "MdProject.h"
+#include "MdRecord.h"
 #include "MdSequenceEdition.h"
 #include "OpenFiles.h"
 #include "PortDevices.h"
@@ -24,6 +25,7 @@
 #include "ProjectRecovery.h"
 #include "ProjectState.h"
 #include "QtPrintOutput.h"
+#include "RecordSettings.h"
 #include "RunState.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
@@ -67,6 +69,7 @@ class MdMain final : public QObject
         Shell &shell;
         SystemRegistry &registry;
         RecoveryFolder &recovery;
+        std::shared_ptr<RecordFolder> record; ///< shared with threads that may outlive the program
     };
 
     MdMain(const World &world, const CommandLine &line);
@@ -91,6 +94,7 @@ class MdMain final : public QObject
     MdHelp &Help() { return m_help; }
     /// For an end that may come without a question.
     ProjectRecovery &Recovery() { return m_recovery; }
+    MdRecord &Record() { return m_record; }
     /// The window while the program runs, else null.
     frmMain *Window() const { return m_window.get(); }
     MdCommunication &Communication() { return *m_communication; }
@@ -129,6 +133,7 @@ class MdMain final : public QObject
     ViewSettings m_viewSettings;
     PrintSettings m_printSettings;
     CaptureSettings m_captureSettings;
+    RecordSettings m_recordSettings;
     ProjectState m_projectState;
     RunState m_run;
 
@@ -138,6 +143,7 @@ class MdMain final : public QObject
     OpenFiles m_files{m_fileSystem};
     MdLogFile m_log;
     MdCaptureFile m_capture;
+    MdRecord m_record;
     PortDevices m_devices;
     std::shared_ptr<const PortFinder> m_finder; ///< shared with searches under way
     std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it

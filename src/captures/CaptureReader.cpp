@@ -4,6 +4,7 @@
 #include "CaptureReader.h"
 
 #include "CaptureFormat.h"
+#include "CaptureRemarks.h"
 
 #include <QtEndian>
 
@@ -26,6 +27,8 @@ constexpr qsizetype SectionStart = 12; ///< of a section: type, length, byte ord
 constexpr qsizetype InterfaceHead = 8;
 constexpr qsizetype SimplePacketHead = 4;
 constexpr qsizetype OptionHead = 4;
+
+constexpr qsizetype MostInterfaces = 65536; ///< of one section, one behind the other
 
 /// Of what is not negative.
 constexpr qint64 Aligned(qint64 length)
@@ -264,7 +267,7 @@ bool CaptureReader::TakeUsual(CapturePacket &packet)
     const quint32 optionsAt = Before + quint32(Aligned(captured));
     packet.place = m_next;
     packet.time = Saturated(ticks);
-    packet.port = int(port);
+    packet.port = std::min(interface.port, int(m_ports.size()) - 1);
     packet.record = quint8(record[8]);
     packet.lines = quint8(record[9]);
     packet.bytes = record.sliced(RecordHead);
@@ -333,6 +336,7 @@ bool CaptureReader::FindByteOrder(qint64 place)
     if (m_bigEndian && qbswap(order) != ByteOrderMagic)
         return Refused(QStringLiteral("a section begins without a byte order"));
     m_interfaces.clear();
+    m_ports.clear();
     return true;
 }
 
@@ -357,15 +361,14 @@ CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
     if (body.size() < InterfaceHead)
         return Spoilt(QStringLiteral("the description of an interface is too short"));
     if (const auto type = NumberAt<quint16>(body, 0); type != LinkTypeRtacSerial) {
-        if (!m_ports.isEmpty())
+        if (m_described)
             return Spoilt(OtherLinkType(type));
         m_damage = {OtherLinkType(type)}; // no byte of it is damaged
         return Found::Damage;
     }
-    if (m_interfaces.size() == MostPorts)
-        return Spoilt(QStringLiteral("it has more than %1 interfaces").arg(MostPorts));
     Interface interface;
     TrafficPort port;
+    int told = -1;
     interface.snapLength = NumberAt<quint32>(body, 4);
     OptionWalk walk(body.sliced(InterfaceHead), [this](QByteArrayView bytes, qsizetype place) {
         return NumberAt<quint16>(bytes, place);
@@ -381,13 +384,27 @@ CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
             interface.timeResolution = quint8(walk.value.front());
         else if (walk.code == InterfaceTimeOffset && walk.value.size() == sizeof(qint64))
             interface.timeOffset = NumberAt<qint64>(walk.value, 0);
+        else if (walk.code == Comment)
+            told = std::max(told, CaptureRemarks::ChannelOf(Text(walk.value)));
     }
     constexpr qint64 Furthest =
         std::numeric_limits<qint64>::max() / qint64(NanosecondsOfASecond) / 2;
     if (interface.timeOffset > Furthest || interface.timeOffset < -Furthest)
         interface.timeOffset = 0;
-    if (m_interfaces.size() == m_ports.size()) // a later section tells of the same ones again
-        m_ports << port;
+    return AddInterface(interface, port, told);
+}
+
+/// An interface that tells its channel takes the place of those before it.
+CaptureReader::Found CaptureReader::AddInterface(Interface interface, const TrafficPort &port,
+                                                 int told)
+{
+    if (told == 0)
+        m_ports.clear();
+    interface.port = int(m_ports.size());
+    if (m_ports.size() == MostPorts || m_interfaces.size() == MostInterfaces)
+        return Spoilt(QStringLiteral("it has more than %1 interfaces").arg(MostPorts));
+    m_ports << port;
+    m_described = true;
     m_interfaces << interface;
     return Found::Nothing;
 }
@@ -426,7 +443,7 @@ CaptureReader::Found CaptureReader::TakePacket(const Block &block, QByteArrayVie
     const Interface &interface = m_interfaces.at(qsizetype(head.interface)); // without detaching
     packet = {};
     packet.place = block.place;
-    packet.port = int(head.interface);
+    packet.port = std::min(interface.port, int(m_ports.size()) - 1);
     if (head.timed) {
         packet.time = Nanoseconds(head.ticks, interface.timeResolution);
         if (interface.timeOffset != 0)
@@ -491,6 +508,7 @@ CaptureReader::Mark CaptureReader::MarkOf(const CapturePacket &packet) const
     mark.m_place = packet.place;
     mark.m_bigEndian = m_bigEndian;
     mark.m_interfaces = m_interfaces;
+    mark.m_ports = m_ports;
     return mark;
 }
 
@@ -499,6 +517,7 @@ void CaptureReader::GoTo(const Mark &mark)
     m_next = mark.m_place;
     m_bigEndian = mark.m_bigEndian;
     m_interfaces = mark.m_interfaces;
+    m_ports = mark.m_ports;
     m_damage = {};
 }
 

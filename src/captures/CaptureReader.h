@@ -13,7 +13,7 @@
 struct CapturePacket {
     qint64 place = 0;     ///< of its block in the file
     qint64 time = 0;      ///< in nanoseconds since 1970
-    int port = 0;         ///< index in CaptureReader::Ports
+    int port = 0;         ///< index in CaptureReader::Ports: the channel
     quint8 record = 0;    ///< CaptureFormat::RecordEvent
     quint8 lines = 0;     ///< CaptureFormat::RecordLine
     QByteArrayView bytes; ///< of the line; valid until the next packet
@@ -52,7 +52,8 @@ class CaptureReader final
     /// Where the damage is, and what; for the user.
     const Failure &Damage() const { return m_damage; }
 
-    /// Those that have been told of by now: all of them, as a rule, once the first packet is read.
+    /// By channel, those that the latest packet is of: a capture may go on with others. All of them
+    /// are known, as a rule, once the first packet is read.
     const QList<TrafficPort> &Ports() const { return m_ports; }
 
     /// Few packets have any.
@@ -64,6 +65,7 @@ class CaptureReader final
         quint32 snapLength = 0;    ///< 0 for none
         quint8 timeResolution = 6; ///< as the option has it
         qint64 timeOffset = 0;     ///< in seconds; 0 if it leads out of what can be told
+        int port = 0;              ///< CapturePacket::port
     };
 
   public:
@@ -74,6 +76,7 @@ class CaptureReader final
         qint64 m_place = 0;
         bool m_bigEndian = false;
         QList<Interface> m_interfaces;
+        QList<TrafficPort> m_ports;
     };
     /// Of the packet that was read last.
     Mark MarkOf(const CapturePacket &packet) const;
@@ -108,6 +111,7 @@ class CaptureReader final
     bool FindByteOrder(qint64 place);
     Found TakeBlock(const Block &block, CapturePacket &packet);
     Found TakeInterface(QByteArrayView body);
+    Found AddInterface(Interface interface, const TrafficPort &port, int told);
     Found TakePacket(const Block &block, QByteArrayView body, CapturePacket &packet);
     bool ReadHead(quint32 type, QByteArrayView body, PacketHead &head) const;
     bool ReadRecord(QByteArrayView record, qint64 whole, CapturePacket &packet);
@@ -125,5 +129,6 @@ class CaptureReader final
     qint64 m_next = 0;             ///< place of what is read next
     QList<Interface> m_interfaces; ///< of the section
     QList<TrafficPort> m_ports;
+    bool m_described = false; ///< a port has been told of
     Failure m_damage;
 };

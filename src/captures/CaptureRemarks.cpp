@@ -15,6 +15,7 @@ using Kind = TrafficEvent::Kind;
 const QString OrderUncertain = QStringLiteral("order uncertain");
 const QString AnswerTo = QStringLiteral("answer to ");
 const QString Times = QStringLiteral(" times");
+constexpr std::array Channels = {"channel 1", "channel 2"};
 
 /// How the remark on an event of a kind begins; a count and a cause may follow.
 struct KindRow {
@@ -102,6 +103,20 @@ QStringList Of(const TrafficEvent &event)
     if (event.orderUncertain)
         remarks << OrderUncertain;
     return remarks;
+}
+
+QString OfChannel(int channel)
+{
+    return QString::fromLatin1(Channels[size_t(channel)]);
+}
+
+int ChannelOf(const QString &remark)
+{
+    for (size_t channel = 0; channel < Channels.size(); ++channel) {
+        if (remark == QLatin1String(Channels[channel]))
+            return int(channel);
+    }
+    return -1;
 }
 
 void Apply(const QString &remark, TrafficEvent &event)

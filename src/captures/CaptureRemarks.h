@@ -26,4 +26,9 @@ QStringList Of(const TrafficEvent &event);
 /// a name on received and sent bytes, and as nothing elsewhere.
 void Apply(const QString &remark, TrafficEvent &event);
 
+/// The comment on an interface that is not the first of its channel (0 or 1), and back: negative
+/// if the text is none.
+QString OfChannel(int channel);
+int ChannelOf(const QString &remark);
+
 } // namespace CaptureRemarks

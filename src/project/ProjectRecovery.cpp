@@ -77,7 +77,13 @@ void ProjectRecovery::RemoveOthersOf(const QByteArray &text)
     }
 }
 
-void ProjectRecovery::Offer()
+void ProjectRecovery::Offer(const std::function<void()> &settled)
+{
+    m_settled = settled;
+    OfferNext();
+}
+
+void ProjectRecovery::OfferNext()
 {
     for (const QString &name : m_parts.folder.Names()) {
         // Shared, because what is called later must be copyable.
@@ -99,6 +105,7 @@ void ProjectRecovery::Offer()
                             });
         return;
     }
+    m_settled();
 }
 
 /// A file that the user has back stays until the project is saved or given up.
@@ -107,15 +114,17 @@ void ProjectRecovery::Answer(PromptAnswer answer, const UnsavedProject &project,
 {
     if (answer == PromptAnswer::No) {
         file->Remove();
-        Offer();
-    }
-    if (answer != PromptAnswer::Yes || !m_parts.project.AskSaveChanges())
+        OfferNext();
         return;
-    Drop();
-    m_parts.project.Restore(project);
-    m_file = std::move(file);
-    m_text.clear(); // what it holds may have another form
-    m_restored = true;
+    }
+    if (answer == PromptAnswer::Yes && m_parts.project.AskSaveChanges()) {
+        Drop();
+        m_parts.project.Restore(project);
+        m_file = std::move(file);
+        m_text.clear(); // what it holds may have another form
+        m_restored = true;
+    }
+    m_settled();
 }
 
 void ProjectRecovery::TellFailure(const QString &what, const QString &cause)

@@ -5,6 +5,8 @@
 
 #include "RecoveryFolder.h"
 
+#include <functional>
+
 class MdProject;
 class MdSequenceEdition;
 class UserPrompts;
@@ -40,16 +42,19 @@ class ProjectRecovery
     /// The end did not come. What the user had back from an earlier one stays nevertheless.
     void GoOn();
 
-    /// Offers the latest project that was left behind, if there is one. Returns at once.
-    void Offer();
+    /// Offers the latest project that was left behind, if there is one. Returns at once; settled
+    /// is called when nothing is left to be answered.
+    void Offer(const std::function<void()> &settled);
 
   private:
+    void OfferNext();
     void Answer(PromptAnswer answer, const UnsavedProject &project,
                 std::unique_ptr<RecoveryFolder::File> file);
     void RemoveOthersOf(const QByteArray &text);
     void TellFailure(const QString &what, const QString &cause);
 
     RecoveryParts m_parts;
+    std::function<void()> m_settled;
     std::unique_ptr<RecoveryFolder::File> m_file; ///< of the project as it was last kept
     QByteArray m_text;                            ///< what the file holds
     bool m_restored = false;                      ///< the project came from such a file

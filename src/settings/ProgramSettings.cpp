@@ -9,6 +9,7 @@
 #include "LogSettings.h"
 #include "MdSequenceEdition.h"
 #include "PrintSettings.h"
+#include "RecordSettings.h"
 #include "Representation.h"
 #include "SequenceSettings.h"
 #include "SettingText.h"
@@ -20,6 +21,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <string_view>
 
 namespace
@@ -43,6 +45,7 @@ struct SettingRow {
     /// Not saved while the window is minimised.
     bool windowPlace = false;
     BadText badText = BadText::Refused;
+    qint32 least = std::numeric_limits<qint32>::min(); ///< of a whole number of 32 bits
 };
 
 constexpr const char *Window = "Settings";
@@ -138,6 +141,12 @@ constexpr SettingRow ForgivingRow(const char *section, const char *key, Locate f
     return {section, key, field, missing, FlagForm::Words, nullptr, false, BadText::DefaultTaken};
 }
 
+constexpr SettingRow AtLeast(qint32 least, SettingRow row)
+{
+    row.least = least;
+    return row;
+}
+
 using namespace StyleIndex;
 
 constexpr std::array SettingRows = {
@@ -211,15 +220,26 @@ constexpr std::array SettingRows = {
 
     ForgivingRow("Captures", "Folder", Field<&StoredSettings::captures, &CaptureSettings::Folder>,
                  ""),
+    AtLeast(0,
+            ForgivingRow("Record", "MostMegabytes",
+                         Field<&StoredSettings::record, &RecordSettings::MostMegabytes>, "1024")),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.
 QString Complaint(const SettingRow &row, const QString &text, const SettingField &field)
 {
+    const bool bounded = row.least > std::numeric_limits<qint32>::min();
     return QStringLiteral("The setting \"%2\" in section \"%1\" holds the text \"%3\", which is "
                           "not %4")
         .arg(QString::fromLatin1(row.section), QString::fromLatin1(row.key), text,
-             WantedText(field));
+             bounded ? QStringLiteral("a whole number from %1 to 2147483647").arg(row.least)
+                     : WantedText(field));
+}
+
+bool ReadRow(const SettingRow &row, const QString &text, const SettingField &field)
+{
+    const auto *number = std::get_if<qint32 *>(&field);
+    return ReadSetting(text, field) && (!number || **number >= row.least);
 }
 
 QString Cures(const SettingsStore &store)
@@ -265,7 +285,7 @@ Result LoadSettings(const SettingsStore &store, const StoredSettings &settings,
             text = QString::fromLatin1(row.missing);
         if (!text || !field)
             continue;
-        if (!ReadSetting(*text, *field)) {
+        if (!ReadRow(row, *text, *field)) {
             const QString complaint = Complaint(row, *text, *field);
             if (row.badText == BadText::Refused)
                 return Failure{complaint + Cures(store)};

@@ -10,6 +10,7 @@ struct DisplaySettings;
 struct ListSettings;
 struct LogSettings;
 struct PrintSettings;
+struct RecordSettings;
 struct SequenceSettings;
 struct StampSettings;
 struct ViewSettings;
@@ -30,4 +31,5 @@ struct StoredSettings {
     ViewSettings *view = nullptr;
     PrintSettings *print = nullptr;
     CaptureSettings *captures = nullptr;
+    RecordSettings *record = nullptr;
 };

@@ -10,6 +10,42 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+namespace
+{
+
+class PosixInput final : public InputDevice
+{
+  public:
+    explicit PosixInput(Descriptor file) : m_file(std::move(file)) {}
+
+    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+    {
+        Given given;
+        while (given.count < most) {
+            const ssize_t count = ::pread(m_file.Number(), bytes + given.count,
+                                          size_t(most - given.count), place + given.count);
+            if (count == 0)
+                break;
+            if (count > 0)
+                given.count += count;
+            else if (errno != EINTR)
+                return {given.count, SystemFailure()};
+        }
+        return given;
+    }
+
+    qint64 Size() const override
+    {
+        struct stat status = {};
+        return ::fstat(m_file.Number(), &status) == 0 ? qint64(status.st_size) : 0;
+    }
+
+  private:
+    Descriptor m_file;
+};
+
+} // namespace
+
 Descriptor::Descriptor(const QByteArray &name, int flags, mode_t mode) : m_number(None)
 {
     do {
@@ -59,4 +95,9 @@ FileSystem::Content ReadAll(const Descriptor &file, qint64 limit)
             return {{}, SystemFailure()};
     }
     return {{}, Failure{QStringLiteral("The file has more than %1 bytes").arg(limit)}};
+}
+
+std::unique_ptr<InputDevice> InputFrom(Descriptor file)
+{
+    return std::make_unique<PosixInput>(std::move(file));
 }

@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>
@@ -50,6 +51,9 @@ bool Lock(const Descriptor &file);
 /// Whether the name in the folder still is the file's, which it is not once the file has been
 /// renamed, removed or replaced. The folder may be AT_FDCWD.
 bool IsNameOf(int folder, const QByteArray &name, const Descriptor &file);
+
+/// A regular file, for reading piece by piece.
+std::unique_ptr<InputDevice> InputFrom(Descriptor file);
 
 /// Everything from the file's start to its end; fails if that is more than limit bytes.
 FileSystem::Content ReadAll(const Descriptor &file, qint64 limit);

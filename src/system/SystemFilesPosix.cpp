@@ -242,37 +242,6 @@ class PosixOutput final : public OutputDevice
     milliseconds m_patience{};
 };
 
-class PosixInput final : public InputDevice
-{
-  public:
-    explicit PosixInput(Descriptor file) : m_file(std::move(file)) {}
-
-    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
-    {
-        Given given;
-        while (given.count < most) {
-            const ssize_t count = ::pread(m_file.Number(), bytes + given.count,
-                                          size_t(most - given.count), place + given.count);
-            if (count == 0)
-                break;
-            if (count > 0)
-                given.count += count;
-            else if (errno != EINTR)
-                return {given.count, SystemFailure()};
-        }
-        return given;
-    }
-
-    qint64 Size() const override
-    {
-        struct stat status = {};
-        return ::fstat(m_file.Number(), &status) == 0 ? qint64(status.st_size) : 0;
-    }
-
-  private:
-    Descriptor m_file;
-};
-
 /// A regular file, open for reading.
 struct OpenFile {
     Descriptor file;
@@ -362,7 +331,7 @@ FileSystem::Opened SystemFiles::Open(const QString &path) const
     OpenFile open = OpenToRead(path);
     if (open.result.Failed())
         return {nullptr, open.result};
-    return {std::make_unique<PosixInput>(std::move(open.file)), {}};
+    return {InputFrom(std::move(open.file)), {}};
 }
 
 FileSystem::Content SystemFiles::Read(const QString &path, qint64 limit)

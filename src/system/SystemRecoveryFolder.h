@@ -5,8 +5,7 @@
 
 #include "RecoveryFolder.h"
 
-/// A folder of its own among the user's files, open to nobody else, in which no link is followed.
-/// Who holds a file has a lock on it, which the system takes back when the program is gone.
+/// A folder of its own among the states of the user's programs; see PrivateFolder.
 class SystemRecoveryFolder final : public RecoveryFolder
 {
   public:

@@ -7,6 +7,7 @@
 #include "MdMain.h"
 #include "frmMain.h"
 #include "support/FixedClock.h"
+#include "support/MemoryRecordFolder.h"
 #include "support/MemoryRecoveryFolder.h"
 #include "support/MemoryRegistry.h"
 #include "support/MemoryStore.h"
@@ -33,6 +34,7 @@ class ProgramBench
     RecordingShell shell;
     MemoryRegistry registry;
     MemoryRecoveryFolder recovery;
+    std::shared_ptr<MemoryRecordFolder> record = std::make_shared<MemoryRecordFolder>();
     CommandLine line;
     std::unique_ptr<MdMain> program;
     bool stuck = false; ///< a goal was not met in time
@@ -46,7 +48,7 @@ class ProgramBench
     int Run(QList<Step> steps, int millisecondsPerStep = 20000)
     {
         program = std::make_unique<MdMain>(
-            MdMain::World{store, prompts, clock, shell, registry, recovery}, line);
+            MdMain::World{store, prompts, clock, shell, registry, recovery, record}, line);
         QTimer watch;
         QElapsedTimer sinceAct;
         bool acted = false;

@@ -12,7 +12,7 @@
 
 /// The door for messages in tests: notes every box and answers as the test says, else with the
 /// box's own default.
-class ScriptedPrompts final : public UserPrompts
+class ScriptedPrompts : public UserPrompts
 {
   public:
     QList<MessagePrompt> shown;
