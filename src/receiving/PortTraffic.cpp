@@ -101,6 +101,8 @@ bool PortTraffic::ConfigurePort(SerialPortControl &port, Channel channel)
     port.SetReopens(m_parts.comm.Reopens());
     for (const auto &step : steps) {
         if (const Result done = step(); done.Failed()) {
+            if (done.Number() == OpeningCancelled)
+                return false;
             m_parts.prompts.ShowMessage(
                 CriticalMessage(OpenFailureText(PortNumber(channel), done)));
             return false;

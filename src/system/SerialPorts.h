@@ -9,10 +9,12 @@
 
 /// The two serial ports of the program, on the one loop that serves them.
 struct SerialPorts {
-    /// The devices live longer than the ports.
-    explicit SerialPorts(const PortDevices &devices)
+    /// Both live longer than the ports.
+    SerialPorts(const PortDevices &devices, UserPrompts &prompts)
         : MSCommA(lines, hub, devices), MSCommB(lines, hub, devices)
     {
+        MSCommA.WaitThrough(prompts);
+        MSCommB.WaitThrough(prompts);
     }
 
     LineLoop lines;
