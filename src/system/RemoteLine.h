@@ -36,6 +36,7 @@ class RemoteLine final : public DescriptorLine
   private:
     bool Remote() const override { return true; }
     bool WantsToWrite() const override;
+    void Tick() override { CountWaiting(); }
 
     void Arrived(const LineRead &read) override;
     qsizetype Receive(char *bytes, size_t most) override;

@@ -16,10 +16,11 @@
 /// What a line on another machine is to be opened with.
 struct RemoteRequest {
     int comNumber = 1; ///< as messages call it
-    RemoteAddress address;
-    LineSettings settings;
+    RemoteAddress address{};
+    LineSettings settings{};
     bool requestToSend = true;
     bool reopens = false; ///< a connection that was lost is made again
+    std::chrono::milliseconds mostTime = std::chrono::seconds(5); ///< of the opening
     int deadSeconds = 10; ///< after which a connection without a word counts as lost
 };
 
@@ -35,13 +36,12 @@ struct RemoteLink {
 class RemoteOpening final
 {
   public:
-    static constexpr std::chrono::seconds MostTime{5};
     /// Asked again and again from the thread of Open; after a no the opening ends soon.
     using Wanted = std::function<bool()>;
 
     explicit RemoteOpening(const RemoteRequest &request);
 
-    /// Once. Takes MostTime at most.
+    /// Once. Takes as long as the request has it at most.
     void Open(const Wanted &wanted);
     /// Of the opening; OpeningCancelled if it was not wanted any more.
     const Result &State() const { return m_state; }
@@ -65,6 +65,7 @@ class RemoteOpening final
     Result Refusal() const;
     Result Silence() const;
     Waited WaitFor(int handle, short events, QDeadlineTimer until) const;
+    QString MostTimeText() const;
     Result Given(Waited waited, const QString &late) const;
     QString LastWords() const;
 

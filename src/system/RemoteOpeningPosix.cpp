@@ -25,11 +25,6 @@ constexpr std::chrono::milliseconds Slice{20};
 /// A device that talks on while nobody has agreed upon anything.
 constexpr qsizetype MostEarlyBytes = 1024 * 1024;
 
-QString SecondsText()
-{
-    return QStringLiteral("%1 seconds").arg(RemoteOpening::MostTime.count());
-}
-
 } // namespace
 
 /// Shared with a thread that the system may hold up for long.
@@ -61,7 +56,7 @@ void RemoteOpening::Open(const Wanted &wanted)
 {
     BlockBrokenPipes();
     m_wanted = wanted;
-    m_deadline = QDeadlineTimer(MostTime);
+    m_deadline = QDeadlineTimer(m_request.mostTime);
     m_state = OpenAll();
     if (m_state.Failed())
         m_link = {};
@@ -113,7 +108,7 @@ Result RemoteOpening::LookUp(Lookup &found)
         if (m_deadline.hasExpired())
             return Given(Waited::Late, QStringLiteral("Nobody has told within %1 which machine %2 "
                                                       "is")
-                                           .arg(SecondsText(), m_request.address.host));
+                                           .arg(MostTimeText(), m_request.address.host));
     }
     if (answer->error == 0)
         return {};
@@ -152,7 +147,7 @@ Result RemoteOpening::ConnectTo(Descriptor &socket, QDeadlineTimer until) const
 {
     const Result waited = Given(
         WaitFor(socket.Number(), POLLOUT, until),
-        QStringLiteral("%1 cannot be reached: no answer within %2").arg(m_peer, SecondsText()));
+        QStringLiteral("%1 cannot be reached: no answer within %2").arg(m_peer, MostTimeText()));
     if (waited.Failed())
         return waited;
     int error = 0;
@@ -178,9 +173,9 @@ Result RemoteOpening::Secure()
         if (step == TlsStream::Step::Failed)
             return tls->Agreement();
         const short event = step == TlsStream::Step::WantsToRead ? POLLIN : POLLOUT;
-        const Result waited =
-            Given(WaitFor(tls->Handle(), event, m_deadline),
-                  QStringLiteral("%1 did not agree upon TLS within %2").arg(m_peer, SecondsText()));
+        const Result waited = Given(
+            WaitFor(tls->Handle(), event, m_deadline),
+            QStringLiteral("%1 did not agree upon TLS within %2").arg(m_peer, MostTimeText()));
         if (waited.Failed())
             return waited;
     }
@@ -283,6 +278,12 @@ Result RemoteOpening::Silence() const
                        .arg(m_peer, LineSettingsText(m_request.settings),
                             missing.join(QStringLiteral(" and "))),
                    RefusedLineSettings};
+}
+
+QString RemoteOpening::MostTimeText() const
+{
+    constexpr double Milliseconds = 1000;
+    return QStringLiteral("%1 seconds").arg(double(m_request.mostTime.count()) / Milliseconds);
 }
 
 RemoteOpening::Waited RemoteOpening::WaitFor(int handle, short events, QDeadlineTimer until) const

@@ -187,8 +187,13 @@ Result SerialPort::OpenLocal(const QString &device, const QString &alias, const 
 /// The opening goes on by itself if the program ends meanwhile.
 Result SerialPort::OpenRemote(const RemoteAddress &address, const LineSettings &line)
 {
-    const RemoteRequest request = {m_commPort,  address,   line,
-                                   m_rtsEnable, m_reopens, m_deadSeconds};
+    RemoteRequest request;
+    request.comNumber = m_commPort;
+    request.address = address;
+    request.settings = line;
+    request.requestToSend = m_rtsEnable;
+    request.reopens = m_reopens;
+    request.deadSeconds = m_deadSeconds;
     const auto opening = std::make_shared<RemoteOpening>(request);
     const auto wanted = std::make_shared<std::atomic<bool>>(false);
     const auto work = [opening, wanted](WorkProgress &progress) {
