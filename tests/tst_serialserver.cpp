@@ -155,7 +155,7 @@ QString Refusal(quint16 port, std::chrono::milliseconds mostTime)
     request.mostTime = mostTime;
     RemoteOpening opening(request);
     opening.Open([] { return true; });
-    return opening.State().Cause().replace(QString::number(port), "PORT");
+    return QString(opening.State().Cause()).replace(QString::number(port), "PORT");
 }
 
 } // namespace
@@ -250,7 +250,8 @@ class tst_serialserver : public QObject
         certificate.replace("CA=", "CA=" + certificates.Path(""));
         SerialServer server(certificates.Accepter(certificate));
         Desk desk(Address("rfc2217s", server.Port(), query));
-        QString opened = desk.Open().Cause().replace(QString::number(server.Port()), "PORT");
+        QString opened =
+            QString(desk.Open().Cause()).replace(QString::number(server.Port()), "PORT");
         opened.replace(certificates.Path(""), "");
         QVERIFY2(cause.isEmpty() ? opened.isEmpty() : opened.startsWith(cause), qPrintable(opened));
         if (!cause.isEmpty())

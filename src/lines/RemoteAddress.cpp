@@ -172,6 +172,16 @@ ParsedAddress ParseRemoteAddress(const QString &text)
     return parsed;
 }
 
+QString RemoteMeaningText(const RemoteAddress &address)
+{
+    if (address.listens)
+        return QStringLiteral("Listening only: no settings, no signals and no data are sent. The "
+                              "settings are set by the other side.");
+    if (address.kind == RemoteAddress::Kind::Bytes)
+        return QStringLiteral("Bytes alone: the settings of the line are set by the other side.");
+    return QStringLiteral("Settings, signals and breaks travel with the bytes.");
+}
+
 QString PeerText(const RemoteAddress &address)
 {
     const bool brackets = address.host.contains(u':');

@@ -41,5 +41,7 @@ ParsedAddress ParseRemoteAddress(const QString &text);
 
 /// The same again, in one form for each address.
 QString RemoteAddressText(const RemoteAddress &address);
+/// What is to be known of a line at that address, as sentences.
+QString RemoteMeaningText(const RemoteAddress &address);
 /// "HOST:PORT", as messages call the other side.
 QString PeerText(const RemoteAddress &address);

@@ -211,6 +211,9 @@ constexpr std::array SettingRows = {
 
     ForgivingRow("Captures", "Folder", Field<&StoredSettings::captures, &CaptureSettings::Folder>,
                  ""),
+
+    ForgivingRow("NetworkPorts", "DeadAfterSeconds",
+                 Field<&StoredSettings::comm, &CommSettings::CommDeadSeconds>, "10"),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

@@ -19,7 +19,8 @@ struct RemoteRequest {
     RemoteAddress address{};
     LineSettings settings{};
     bool requestToSend = true;
-    bool reopens = false; ///< a connection that was lost is made again
+    bool reopens = false;  ///< a connection that was lost is made again
+    bool asksName = false; ///< waits a while for the name of the server, too
     std::chrono::milliseconds mostTime = std::chrono::seconds(5); ///< of the opening
     int deadSeconds = 10; ///< after which a connection without a word counts as lost
 };
@@ -60,6 +61,7 @@ class RemoteOpening final
     Result Secure();
     Result Converse();
     Result ConverseOnce();
+    void AskName();
     Result SendOutgoing();
     bool Hear(QByteArrayView bytes);
     Result Refusal() const;

@@ -192,7 +192,18 @@ Result RemoteOpening::Converse()
             return done;
     if (m_link.client->Verdict() != ComPortClient::Outcome::Ready)
         return Refusal();
+    if (m_request.asksName)
+        AskName();
     return SendOutgoing();
+}
+
+/// Not every server has one.
+void RemoteOpening::AskName()
+{
+    constexpr std::chrono::milliseconds MostTimeForAName{500};
+    m_deadline = QDeadlineTimer(MostTimeForAName);
+    while (m_link.client->ServerName().isEmpty() && !ConverseOnce().Failed()) {
+    }
 }
 
 Result RemoteOpening::ConverseOnce()
