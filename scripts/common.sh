@@ -11,7 +11,7 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-tools-dev libssl-dev
               libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
 test_packages=(poppler-utils tshark ser2net openssl)
-bench_packages=(libbenchmark-dev xvfb)
+bench_packages=(libbenchmark-dev xvfb ser2net)
 lint_packages=(clang-format clang-tidy shellcheck)
 clang_packages=(clang-14 libclang-rt-14-dev)
 package_packages=(dpkg-dev file)

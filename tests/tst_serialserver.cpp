@@ -7,6 +7,7 @@
 #include "SerialPortHub.h"
 #include "support/Cases.h"
 #include "support/MemoryStore.h"
+#include "support/ScriptedPrompts.h"
 #include "support/SerialServer.h"
 
 #include <QDir>
@@ -329,6 +330,19 @@ class tst_serialserver : public QObject
     {
         QCOMPARE(Refusal(FreePort(), std::chrono::seconds(5)),
                  "localhost:PORT cannot be reached: Connection refused");
+    }
+
+    void TheUserNeedNotWait()
+    {
+        const TcpServer server([](const TcpServer::Client &client) { client.Hear(); });
+        Desk desk(Address("rfc2217", server.Port()));
+        ScriptedPrompts prompts;
+        prompts.beforeWork = [&] { prompts.atWork->Cancel(); };
+        desk.port.WaitThrough(prompts);
+        QElapsedTimer taken;
+        taken.start();
+        QCOMPARE(desk.Open().Number(), OpeningCancelled);
+        QVERIFY(taken.elapsed() < 1000 && !desk.port.PortOpen());
     }
 
     /// In every phase, in good order and not.
