@@ -91,13 +91,15 @@ void RemoteLine::Arrived(const LineRead &read)
         Deliver(read);
         return;
     }
+    const quint64 commandsBefore = m_link.client->CommandCount();
     m_link.client->Feed(read.bytes);
     while (const auto piece = m_link.client->Next()) {
         if (!piece->bytes.isEmpty())
             Deliver({piece->bytes, read.time, read.orderUncertain});
         Tell(*piece, read.time);
     }
-    NoteSignals();
+    if (m_link.client->CommandCount() != commandsBefore)
+        NoteSignals();
     m_wire += m_link.client->TakeOutgoing();
     SendWire(); // if the connection has ended, the loop finds out
 }
@@ -129,23 +131,25 @@ void RemoteLine::TellLineState(quint8 state, const LineTime &time)
         {LineCondition::Break, isBreak},
         {LineCondition::DamagedByte,
          !isBreak && (state & (ComPortOption::ParityError | ComPortOption::FramingError)) != 0}};
-    for (const auto &[condition, told] : conditions) {
-        if (!told)
+    for (const auto &each : conditions) {
+        if (!each.told)
             continue;
-        m_tally.conditions[size_t(condition)] += 1;
+        m_tally.conditions[size_t(each.condition)] += 1;
         if (m_listener)
-            m_listener->OnCondition(condition, 1, time);
+            m_listener->OnCondition(each.condition, 1, time);
     }
 }
 
 qsizetype RemoteLine::Receive(char *bytes, size_t most)
 {
-    return m_link.stream->Receive(bytes, most);
+    return m_link.stream ? m_link.stream->Receive(bytes, most) : -1;
 }
 
 /// Commands go before data that still wait here, and are not held up by a server that takes none.
 qsizetype RemoteLine::Transmit(const char *bytes, qsizetype count)
 {
+    if (!m_link.stream)
+        return -1;
     if (!m_link.client)
         return m_link.stream->Transmit(bytes, count);
     if (!SendWire())

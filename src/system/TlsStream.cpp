@@ -15,11 +15,11 @@
 namespace
 {
 
-/// What the library complained of last, or the system.
-QString LastWords()
+/// What the library complained of first, which is nearest to the cause, or the system.
+QString FirstComplaint()
 {
     const int system = errno;
-    const unsigned long error = ERR_peek_last_error();
+    const unsigned long error = ERR_peek_error();
     ERR_clear_error();
     if (error == 0)
         return qt_error_string(system);
@@ -65,7 +65,7 @@ Result TlsStream::Begin()
     ERR_clear_error();
     m_context.reset(SSL_CTX_new(TLS_client_method()));
     if (!m_context)
-        return Failure{QStringLiteral("TLS is not to be had: ") + LastWords()};
+        return Failure{QStringLiteral("TLS is not to be had: ") + FirstComplaint()};
     SSL_CTX_set_min_proto_version(m_context.get(), TLS1_2_VERSION);
     SSL_CTX_set_verify(m_context.get(), SSL_VERIFY_PEER, nullptr);
     SSL_CTX_set_mode(m_context.get(),
@@ -77,7 +77,7 @@ Result TlsStream::Begin()
         return taken;
     m_tls.reset(SSL_new(m_context.get()));
     if (!m_tls || SSL_set_fd(m_tls.get(), Handle()) != 1 || !ExpectHost(m_address->host))
-        return Failure{QStringLiteral("TLS is not to be had: ") + LastWords()};
+        return Failure{QStringLiteral("TLS is not to be had: ") + FirstComplaint()};
     SSL_set_connect_state(m_tls.get());
     return {};
 }
@@ -91,7 +91,7 @@ Result TlsStream::TakeAuthority(const QString &file)
         return {};
     return Failure{
         QStringLiteral("The authority's certificate in %1 cannot be used: %2")
-            .arg(file.isEmpty() ? QStringLiteral("the system's store") : file, LastWords())};
+            .arg(file.isEmpty() ? QStringLiteral("the system's store") : file, FirstComplaint())};
 }
 
 Result TlsStream::TakeCertificate(const QString &certificate, const QString &key)
@@ -100,7 +100,7 @@ Result TlsStream::TakeCertificate(const QString &certificate, const QString &key
         return {};
     if (SSL_CTX_use_certificate_chain_file(m_context.get(), SystemName(certificate)) != 1)
         return Failure{QStringLiteral("The certificate in %1 cannot be used: %2")
-                           .arg(certificate, LastWords())};
+                           .arg(certificate, FirstComplaint())};
     bool asked = false;
     SSL_CTX_set_default_passwd_cb(m_context.get(), RefusePassphrase);
     SSL_CTX_set_default_passwd_cb_userdata(m_context.get(), &asked);
@@ -112,7 +112,8 @@ Result TlsStream::TakeCertificate(const QString &certificate, const QString &key
                                       "for; use a key without one that only you can read")
                            .arg(key)};
     if (!taken)
-        return Failure{QStringLiteral("The key in %1 cannot be used: %2").arg(key, LastWords())};
+        return Failure{
+            QStringLiteral("The key in %1 cannot be used: %2").arg(key, FirstComplaint())};
     return {};
 }
 
@@ -152,7 +153,7 @@ QString TlsStream::Complaint() const
 {
     const long verdict = SSL_get_verify_result(m_tls.get());
     if (verdict == X509_V_OK)
-        return QStringLiteral("%1 does not agree upon TLS: %2").arg(Peer(), LastWords());
+        return QStringLiteral("%1 does not agree upon TLS: %2").arg(Peer(), FirstComplaint());
     QString text = QStringLiteral("The certificate of %1 is not accepted: %2")
                        .arg(Peer(), QString::fromLatin1(X509_verify_cert_error_string(verdict)));
     ERR_clear_error();
@@ -182,7 +183,7 @@ qsizetype TlsStream::Judge(int result)
         ERR_clear_error();
         NoteClosed();
     } else {
-        NoteEnd(LastWords());
+        NoteEnd(FirstComplaint());
     }
     return -1;
 }

@@ -94,6 +94,7 @@ void ComPortClient::Judge()
 std::optional<ComPortClient::Piece> ComPortClient::TakeCommand(QByteArrayView words)
 {
     const quint8 command = quint8(words.front());
+    m_commands += 1;
     const QByteArrayView value = words.sliced(1);
     const quint8 byte = value.isEmpty() ? 0 : quint8(value.front());
     switch (command) {

@@ -49,12 +49,10 @@ class ComPortClient
 
     /// Commands to be sent, which are gone then.
     QByteArray TakeOutgoing() { return std::exchange(m_outgoing, {}); }
-    bool HasOutgoing() const { return !m_outgoing.isEmpty(); }
 
     Outcome Verdict() const { return m_verdict; }
     /// Whether the server has agreed to speak of serial lines at all.
     bool IsUnderstood() const;
-    bool Listens() const { return m_request.listens; }
 
     /// As asked, but for what the server has said.
     const LineSettings &Settings() const { return m_settings; }
@@ -63,10 +61,13 @@ class ComPortClient
     {
         return m_answered.test(size_t(setting));
     }
-    /// Latin-1, nothing but what can be seen; empty as long as it has not said its name.
+    /// Nothing but what can be seen; empty as long as it has not said its name.
     const QString &ServerName() const { return m_serverName; }
     /// Whether data must wait until the server takes them again; commands need not.
     bool Suspended() const { return m_suspended; }
+
+    /// Grows whenever the server has said something that may change what is asked below.
+    quint64 CommandCount() const { return m_commands; }
 
     /// Nothing as long as it is not known that there are such lines.
     const std::optional<ModemLines> &Modem() const { return m_modem; }
@@ -96,6 +97,7 @@ class ComPortClient
     std::bitset<ComPortOption::SettingCount> m_answered;
     QString m_serverName;
     bool m_otherTold = false; ///< settings that were not asked for, when all had been as asked
+    quint64 m_commands = 0;
     bool m_suspended = false;
     bool m_hasLines = false; ///< of which a server can tell
     quint8 m_modemState = 0;

@@ -10,6 +10,23 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+/// Whether somebody listens at the port; found out without connecting, which would count as a
+/// client.
+inline bool Listens(quint16 port)
+{
+    const QByteArray place =
+        ':' + QByteArray::number(port, 16).toUpper().rightJustified(4, '0') + ' ';
+    for (const char *list : {"/proc/net/tcp", "/proc/net/tcp6"}) {
+        QFile sockets(QString::fromLatin1(list));
+        if (!sockets.open(QIODevice::ReadOnly))
+            continue;
+        for (const QByteArray &row : sockets.readAll().split('\n'))
+            if (row.contains(":0000 0A") && row.left(row.indexOf(":0000 0A")).contains(place))
+                return true;
+    }
+    return false;
+}
+
 /// A real serial port server over a pseudo-terminal, whose far end the test plays.
 class SerialServer
 {
@@ -49,7 +66,7 @@ class SerialServer
         if (!m_process.waitForStarted())
             qFatal("ser2net does not start");
         const QDeadlineTimer deadline(20000);
-        while (!Listens() && !deadline.hasExpired())
+        while (!Listens(m_port) && !deadline.hasExpired())
             ::usleep(1000);
     }
 
@@ -62,20 +79,6 @@ class SerialServer
     PtyPair line;
 
   private:
-    /// Without connecting, which would count as a client: whether the port is taken.
-    bool Listens() const
-    {
-        QFile sockets(QStringLiteral("/proc/net/tcp"));
-        if (!sockets.open(QIODevice::ReadOnly))
-            qFatal("no list of sockets");
-        const QByteArray place =
-            "0100007F:" + QByteArray::number(m_port, 16).toUpper().rightJustified(4, '0');
-        for (const QByteArray &row : sockets.readAll().split('\n'))
-            if (row.contains(place + " 00000000:0000 0A"))
-                return true;
-        return false;
-    }
-
     QTemporaryDir m_folder;
     quint16 m_port;
     QProcess m_process;
