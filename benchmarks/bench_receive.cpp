@@ -62,7 +62,7 @@ void ReceivePath(benchmark::State &state)
     ScriptedPort portB;
     ScriptedLines lines;
     MdCommunication communication(
-        {comm, display, stamp, tables, views, log, prompts, clock, portA, portB, lines});
+        {comm, display, stamp, tables, &views, log, prompts, clock, portA, portB, lines});
     communication.OpenPorts();
     const QByteArray data = SampleTraffic::Text(random, DataSize);
 

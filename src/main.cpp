@@ -58,6 +58,7 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     const QString settings = QtSettingsStore::UserPath();
     if (line.resetSettings && !ResetSettings(files, settings, *prompts, errors))
         return StartFailed;
+    files.Tidy(settings);
     QtSettingsStore store(files, settings);
     if (store.State().Failed()) {
         prompts->ShowMessage(CriticalMessage(

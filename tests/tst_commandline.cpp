@@ -30,6 +30,26 @@ class tst_commandline : public QObject
                  (QStringList{"a.png", "l.txt", "c.pcapng", "my.sqx"}));
     }
 
+    void WithoutAWindow()
+    {
+        const auto parsed = ParseCommandLine({"serimonde-cli", "--port", "1=x", "--within", "50ms",
+                                              "--timeout", "2min", "--json", "--junit", "j.xml",
+                                              "--quiet", "my.sqx", "send Ping", "expect", "Pong"},
+                                             Program::WithoutWindow);
+        const CommandLine &line = parsed.line;
+        QCOMPARE(parsed.result.Cause(), QString());
+        QCOMPARE(line.project, "my.sqx");
+        QCOMPARE(line.stepWords, QStringList({"send Ping", "expect", "Pong"}));
+        QCOMPARE(*line.within, 50000000);
+        QCOMPARE(*line.timeout, 120000000000);
+        QVERIFY(line.json && line.quiet && line.junit == "j.xml");
+        const auto steps =
+            ParseCommandLine({"serimonde-cli", "--port", "1=x", "close"}, Program::WithoutWindow);
+        QVERIFY(steps.line.project.isEmpty() && steps.line.stepWords == QStringList("close"));
+        QVERIFY(CommandLineHelp(Program::WithoutWindow).contains("--junit FILE") &&
+                !CommandLineHelp().contains("--junit"));
+    }
+
     void NothingIsARunAtTheKeyboard()
     {
         const auto parsed = ParseCommandLine({"serimonde"});

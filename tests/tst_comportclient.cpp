@@ -161,7 +161,10 @@ class tst_comportclient : public QObject
         client.TakeOutgoing();
         client.SetRTS(false);
         client.SetDTR(true);
-        QCOMPARE(client.TakeOutgoing(), Bytes("fffa2c050cfff0 fffa2c0508fff0"));
+        client.SetBreak(true);
+        client.SetBreak(false);
+        QCOMPARE(client.TakeOutgoing(),
+                 Bytes("fffa2c050cfff0 fffa2c0508fff0 fffa2c0505fff0 fffa2c0506fff0"));
         Heard(client, Bytes("fffa2c050bfff0 fffa2c690bfff0 fffa2c6909fff0 fffa2c6cfff0"), 1);
         QVERIFY(client.RTS() && !client.DTR() && client.Modem() && client.Suspended());
         Heard(client, Bytes("fffa2c6dfff0 fffa2c6473657220326e 0a07 fff0"), 1);

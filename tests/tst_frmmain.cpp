@@ -117,7 +117,8 @@ class tst_frmmain : public QObject
                  "&New Project &Open Project... | &Save Project Save Project &As... | "
                  "Print Project... Print Communication... | E&xit");
         QCOMPARE(bench.Entries("mnuTools"),
-                 "&Options... | &Line Status... | &Record Capture... Re&play Capture...");
+                 "&Options... | &Line Status... | &Record Capture... Re&play Capture... "
+                 "&Judge Capture...");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
         for (const QAction *button : bench.Find("tbToolBar")->actions())
             QVERIFY(button->isSeparator() || !button->icon().pixmap(24).isNull());
@@ -192,8 +193,8 @@ class tst_frmmain : public QObject
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
                                   open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
                                   "R&ecord Capture...",
-                                  open ? "Repla&y Capture...-" : "Repla&y Capture...", "|",
-                                  "Cont&rol Characters"}));
+                                  open ? "Repla&y Capture...-" : "Repla&y Capture...",
+                                  "&Judge Capture...", "|", "Cont&rol Characters"}));
             bench.Find<QAction>("mnuViewClean")->trigger();
             QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
         }

@@ -114,7 +114,7 @@ class tst_program : public QObject
         CommunicationBench bench;
         bench.settings.comm.run.mode = CommMode::MonitorReceiveOnly;
         MdCommunication communication({bench.settings.comm, bench.settings.display,
-                                       bench.settings.stamp, bench.tables, bench.views, bench.log,
+                                       bench.settings.stamp, bench.tables, &bench.views, bench.log,
                                        bench.prompts, bench.clock, portA, portB, lines});
         RunState run;
         MainLoop loop(run, communication);

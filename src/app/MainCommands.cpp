@@ -78,6 +78,7 @@ constexpr std::array MenuEntries = {
     Bar("mnuToolsBar1"),
     Tick("mnuToolsRecordCapture", "&Record Capture...", Command::RecordCapture),
     Entry("mnuToolsReplayCapture", "Re&play Capture...", Command::ReplayCapture),
+    Entry("mnuToolsJudgeCapture", "&Judge Capture...", Command::JudgeCapture),
     Menu("mnuHelp", "&Help"),
     Entry("mnuHelpContents", "&Contents", Command::HelpContents),
     Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),
@@ -100,6 +101,7 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewBar1", nullptr, {}, false},
     ViewEntry{"mnuViewRecordCapture", "R&ecord Capture...", Command::RecordCapture, true},
     ViewEntry{"mnuViewReplayCapture", "Repla&y Capture...", Command::ReplayCapture, false},
+    ViewEntry{"mnuViewJudgeCapture", "&Judge Capture...", Command::JudgeCapture, false},
     ViewEntry{"mnuViewBar0", nullptr, {}, false},
     ViewEntry{"mnuViewControls", "Cont&rol Characters", Command::ControlCharacters, true},
 };

@@ -21,6 +21,7 @@ enum class Command {
     LineStatus,
     RecordCapture, ///< or end what is recorded
     ReplayCapture,
+    JudgeCapture,
     Find,
     FindNext,
     Start,

@@ -36,17 +36,18 @@ MdMain::MdMain(const World &world, const CommandLine &line)
                  QStringLiteral("Serimonde ") + ProgramInfo::Version()}),
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
-      m_ports(std::make_unique<SerialPorts>(m_devices, world.prompts)),
-      m_communication(std::make_unique<MdCommunication>(
-          CommunicationParts{m_comm, m_display, m_stamp, m_sequences, m_views, m_log, world.prompts,
-                             world.clock, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
+      m_ports(std::make_unique<SerialPorts>(m_devices, &world.prompts)),
+      m_communication(std::make_unique<MdCommunication>(CommunicationParts{
+          m_comm, m_display, m_stamp, m_sequences, &m_views, m_log, world.prompts, world.clock,
+          m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
       m_recovery({m_projectState, m_sequences, m_project, world.recovery, world.prompts, m_run}),
       m_find(m_sequences, m_views, world.prompts),
       m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, m_printSettings,
                world.prompts, world.clock, m_printOutput,
-               [this](bool busy) { m_window->SetBusy(busy); }})
+               [this](bool busy) { m_window->SetBusy(busy); }}),
+      m_judging({m_sequences, m_projectState, m_files, world.prompts})
 {
 }
 
@@ -85,7 +86,7 @@ void MdMain::EndCommunication()
     m_communication->ClosePorts();
     const bool logged = m_log.Finish();
     const bool captured = m_capture.Finish();
-    m_diskHangs = !logged || !captured || m_print.Hangs();
+    m_diskHangs = !logged || !captured || m_print.Hangs() || m_judging.Hangs();
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
     QCoreApplication::sendPostedEvents(&m_capture);
@@ -219,6 +220,7 @@ void MdMain::WireCommands()
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
         {Command::RecordCapture, [this] { m_capture.Toggle(); }},
         {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
+        {Command::JudgeCapture, [this] { m_judging.Judge(*m_window); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "CaptureJudging.h"
 #include "CaptureSettings.h"
 #include "CommConfiguration.h"
 #include "CommandLine.h"
@@ -147,6 +148,7 @@ class MdMain final : public QObject
     MdFind m_find;
     QtPrintOutput m_printOutput{m_files};
     MdPrint m_print;
+    CaptureJudging m_judging;
     std::map<Command, std::function<void()>> m_commands;
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window

@@ -24,6 +24,14 @@ class CaptureBytes final
         return Load(place, count);
     }
 
+    /// What is in memory from a place on, without asking the file; maybe nothing.
+    QByteArrayView HeldFrom(qint64 place) const
+    {
+        const qint64 offset = place - m_place;
+        return offset >= 0 && offset <= m_piece.size() ? QByteArrayView(m_piece).sliced(offset)
+                                                       : QByteArrayView();
+    }
+
     /// Failed once the system could not read.
     const Result &State() const { return m_state; }
 

@@ -45,7 +45,6 @@ enum Option : quint16 {
 
 constexpr quint32 FlagInbound = 1;
 constexpr quint32 FlagOutbound = 2;
-constexpr quint32 FlagDirections = 3;
 
 /// What starts a file of classic pcap; the resolution of its times.
 constexpr quint32 PcapMicroseconds = 0xA1B2C3D4;

@@ -16,6 +16,7 @@ namespace
 using namespace CaptureFormat;
 
 constexpr quint64 NanosecondsOfASecond = 1'000'000'000;
+constexpr quint8 Nano = 9;                ///< the resolution that nearly all times have
 constexpr quint8 BinaryResolution = 0x80; ///< of times: powers of 2, else of 10
 
 // Sizes in bytes.
@@ -26,9 +27,10 @@ constexpr qsizetype InterfaceHead = 8;
 constexpr qsizetype SimplePacketHead = 4;
 constexpr qsizetype OptionHead = 4;
 
+/// Of what is not negative.
 constexpr qint64 Aligned(qint64 length)
 {
-    return (length + Alignment - 1) / Alignment * Alignment;
+    return (length + Alignment - 1) & ~(Alignment - 1);
 }
 
 /// At most, if it does not fit.
@@ -47,7 +49,6 @@ quint64 PowerOfTen(int exponent)
 
 quint64 FromPowersOfTen(quint64 ticks, int exponent)
 {
-    constexpr int Nano = 9;
     constexpr int Most = 19; ///< that 64 bits hold
     if (exponent > Nano)
         return exponent - Nano > Most ? 0 : ticks / PowerOfTen(exponent - Nano);
@@ -75,9 +76,22 @@ quint64 FromPowersOfTwo(quint64 ticks, int exponent)
 
 qint64 Nanoseconds(quint64 ticks, quint8 resolution)
 {
+    if (resolution == Nano) // the rest divides
+        return Saturated(ticks);
     const int exponent = resolution & ~BinaryResolution;
     return Saturated((resolution & BinaryResolution) != 0 ? FromPowersOfTwo(ticks, exponent)
                                                           : FromPowersOfTen(ticks, exponent));
+}
+
+bool IsPacket(quint32 type)
+{
+    return type == EnhancedPacket || type == SimplePacket || type == ObsoletePacket;
+}
+
+/// Whether the content of a block counts.
+bool IsNeeded(quint32 type)
+{
+    return IsPacket(type) || type == SectionHeader || type == InterfaceDescription;
 }
 
 /// Up to the end of the options or the first that does not fit.
@@ -159,8 +173,7 @@ Result CaptureReader::Begin()
     // The interfaces stand in front of the packets as a rule.
     Block block;
     CapturePacket none;
-    while (FindBlock(block) && block.type != EnhancedPacket && block.type != SimplePacket &&
-           block.type != ObsoletePacket) {
+    while (FindBlock(block) && !IsPacket(block.type)) {
         if (TakeBlock(block, none) == Found::Damage)
             break;
         m_next = block.place + block.length;
@@ -223,8 +236,54 @@ CaptureReader::Step CaptureReader::NextOfPcap(CapturePacket &packet)
     return Step::Packet;
 }
 
+/// Nearly every block is a packet without anything unusual, which lies in memory; what is said
+/// below of all blocks holds for it, and it takes a third of the time. False if it is another one.
+bool CaptureReader::TakeUsual(CapturePacket &packet)
+{
+    constexpr quint32 Before = 8 + PacketHeadLength; // the record
+    const QByteArrayView held = m_bytes.HeldFrom(m_next);
+    if (m_bigEndian || held.size() < qsizetype(Before + BlockFrame + RecordHead))
+        return false;
+    const char *const block = held.data();
+    const auto number = [block](qsizetype place) {
+        return qFromLittleEndian<quint32>(block + place);
+    };
+    const quint32 length = number(4);
+    const quint32 port = number(8);
+    const quint32 captured = number(20);
+    if (number(0) != EnhancedPacket || length > held.size() || length % Alignment != 0 ||
+        captured < RecordHead || length < Aligned(captured) + Before + sizeof(quint32) ||
+        number(24) != captured || number(length - sizeof(quint32)) != length ||
+        port >= quint32(m_interfaces.size()))
+        return false;
+    const Interface &interface = m_interfaces.at(port);
+    const quint64 ticks = quint64(number(12)) << 32 | number(16);
+    if (interface.timeResolution != Nano || interface.timeOffset != 0 || ticks == 0)
+        return false;
+    const QByteArrayView record(block + Before, captured);
+    const quint32 optionsAt = Before + quint32(Aligned(captured));
+    packet.place = m_next;
+    packet.time = Saturated(ticks);
+    packet.port = int(port);
+    packet.record = quint8(record[8]);
+    packet.lines = quint8(record[9]);
+    packet.bytes = record.sliced(RecordHead);
+    packet.missing = 0;
+    packet.options = held.sliced(optionsAt, length - quint32(sizeof(quint32)) - optionsAt);
+    constexpr qsizetype Flags = OptionHead + sizeof(quint32); // which nobody asks for
+    if (packet.options.size() >= Flags &&
+        number(optionsAt) == (quint32(sizeof(quint32)) << 16 | PacketFlags))
+        packet.options = packet.options.sliced(Flags);
+    if (packet.options.size() == OptionHead) // the end of them
+        packet.options = {};
+    m_next += length;
+    return true;
+}
+
 CaptureReader::Step CaptureReader::NextOfPcapNg(CapturePacket &packet)
 {
+    if (TakeUsual(packet))
+        return Step::Packet;
     Block block;
     while (FindBlock(block)) {
         const Found found = TakeBlock(block, packet);
@@ -251,14 +310,19 @@ bool CaptureReader::FindBlock(Block &block)
     block = {m_next, NumberAt<quint32>(head, 0), NumberAt<quint32>(head, 4)};
     if (block.length < BlockFrame || block.length % Alignment != 0)
         return Refused(QStringLiteral("the length of a block cannot be right"));
-    const bool isNeeded = block.type == SectionHeader || block.type == InterfaceDescription ||
-                          block.type == SimplePacket || block.type == ObsoletePacket ||
-                          block.type == EnhancedPacket;
-    if (isNeeded && block.length > LongestBlock)
+    if (IsNeeded(block.type) && block.length > LongestBlock)
         return Refused(QStringLiteral("the length of a block cannot be right"));
-    if (block.place + block.length > m_file.Size())
+    if (EndsBefore(block.place + block.length))
         return Refused(QStringLiteral("it ends in the middle of a block"));
     return true;
+}
+
+/// To ask the system for each block would cost more than to read it.
+bool CaptureReader::EndsBefore(qint64 place)
+{
+    if (place > m_size)
+        m_size = m_file.Size();
+    return place > m_size;
 }
 
 /// Each section has its own.
@@ -274,24 +338,18 @@ bool CaptureReader::FindByteOrder(qint64 place)
 
 CaptureReader::Found CaptureReader::TakeBlock(const Block &block, CapturePacket &packet)
 {
-    const auto end = m_bytes.At(block.place + block.length - 4, 4);
-    if (end.size() < 4)
+    // Of what is not needed only the end is read.
+    const qint64 wanted = IsNeeded(block.type) ? block.length : qint64(sizeof(quint32));
+    const QByteArrayView bytes = m_bytes.At(block.place + block.length - wanted, qsizetype(wanted));
+    if (bytes.size() < wanted)
         return Spoilt(QStringLiteral("it ends in the middle of a block"));
-    if (NumberAt<quint32>(end, 0) != block.length)
+    if (NumberAt<quint32>(bytes, bytes.size() - qsizetype(sizeof(quint32))) != block.length)
         return Spoilt(QStringLiteral("a block has two lengths"));
-    const auto body = [this, &block] {
-        return m_bytes.At(block.place, block.length).sliced(8, block.length - BlockFrame);
-    };
-    switch (block.type) {
-    case InterfaceDescription:
-        return TakeInterface(body());
-    case ObsoletePacket:
-    case SimplePacket:
-    case EnhancedPacket:
-        return TakePacket(block, body(), packet);
-    default:
+    if (!IsNeeded(block.type) || block.type == SectionHeader)
         return Found::Nothing;
-    }
+    const QByteArrayView body = bytes.sliced(8, bytes.size() - BlockFrame);
+    return block.type == InterfaceDescription ? TakeInterface(body)
+                                              : TakePacket(block, body, packet);
 }
 
 CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
@@ -324,6 +382,10 @@ CaptureReader::Found CaptureReader::TakeInterface(QByteArrayView body)
         else if (walk.code == InterfaceTimeOffset && walk.value.size() == sizeof(qint64))
             interface.timeOffset = NumberAt<qint64>(walk.value, 0);
     }
+    constexpr qint64 Furthest =
+        std::numeric_limits<qint64>::max() / qint64(NanosecondsOfASecond) / 2;
+    if (interface.timeOffset > Furthest || interface.timeOffset < -Furthest)
+        interface.timeOffset = 0;
     if (m_interfaces.size() == m_ports.size()) // a later section tells of the same ones again
         m_ports << port;
     m_interfaces << interface;
@@ -361,24 +423,22 @@ CaptureReader::Found CaptureReader::TakePacket(const Block &block, QByteArrayVie
         return Spoilt(QStringLiteral("a packet is longer than its block"));
     if (head.interface >= quint32(m_interfaces.size()))
         return Spoilt(QStringLiteral("a packet belongs to an interface that is not described"));
-    const Interface &interface = m_interfaces[head.interface];
+    const Interface &interface = m_interfaces.at(qsizetype(head.interface)); // without detaching
     packet = {};
     packet.place = block.place;
     packet.port = int(head.interface);
-    if (!ReadRecord(body.sliced(head.data, head.captured), head.whole, packet))
-        return Found::Damage;
     if (head.timed) {
         packet.time = Nanoseconds(head.ticks, interface.timeResolution);
-        constexpr auto Second = qint64(NanosecondsOfASecond);
-        if (qAbs(interface.timeOffset) < std::numeric_limits<qint64>::max() / Second / 2)
+        if (interface.timeOffset != 0)
             packet.time = std::min(packet.time, std::numeric_limits<qint64>::max() / 2) +
-                          interface.timeOffset * Second;
+                          interface.timeOffset * qint64(NanosecondsOfASecond);
     }
+    if (!ReadRecord(body.sliced(head.data, head.captured), head.whole, packet))
+        return Found::Damage;
     if (block.type != SimplePacket) {
         const qsizetype end =
             qsizetype(std::min<qint64>(Aligned(head.captured) + head.data, body.size()));
         packet.options = body.sliced(end);
-        packet.directions = DirectionsOf(packet.options);
     }
     return Found::Packet;
 }
@@ -388,11 +448,11 @@ bool CaptureReader::ReadRecord(QByteArrayView record, qint64 whole, CapturePacke
 {
     if (record.size() < RecordHead)
         return Refused(QStringLiteral("a packet is too short for what serial lines record"));
-    const qint64 time =
-        qint64(qFromBigEndian<quint32>(record.data())) * qint64(NanosecondsOfASecond) +
-        qint64(qFromBigEndian<quint32>(record.data() + 4)) * 1000;
-    if (packet.time == 0)
-        packet.time = time;
+    if (packet.time == 0) {
+        packet.time =
+            qint64(qFromBigEndian<quint32>(record.data())) * qint64(NanosecondsOfASecond) +
+            qint64(qFromBigEndian<quint32>(record.data() + 4)) * 1000;
+    }
     packet.record = quint8(record[8]);
     packet.lines = quint8(record[9]);
     packet.bytes = record.sliced(RecordHead);
@@ -400,16 +460,16 @@ bool CaptureReader::ReadRecord(QByteArrayView record, qint64 whole, CapturePacke
     return true;
 }
 
-quint32 CaptureReader::DirectionsOf(QByteArrayView options) const
+bool CaptureReader::HasComments(const CapturePacket &packet) const
 {
-    OptionWalk walk(options, [this](QByteArrayView bytes, qsizetype place) {
+    OptionWalk walk(packet.options, [this](QByteArrayView bytes, qsizetype place) {
         return NumberAt<quint16>(bytes, place);
     });
     while (walk.Next()) {
-        if (walk.code == PacketFlags && walk.value.size() == sizeof(quint32))
-            return NumberAt<quint32>(walk.value, 0) & FlagDirections;
+        if (walk.code == Comment)
+            return true;
     }
-    return 0;
+    return false;
 }
 
 QStringList CaptureReader::CommentsOf(const CapturePacket &packet) const
@@ -423,6 +483,23 @@ QStringList CaptureReader::CommentsOf(const CapturePacket &packet) const
             comments << Text(walk.value);
     }
     return comments;
+}
+
+CaptureReader::Mark CaptureReader::MarkOf(const CapturePacket &packet) const
+{
+    Mark mark;
+    mark.m_place = packet.place;
+    mark.m_bigEndian = m_bigEndian;
+    mark.m_interfaces = m_interfaces;
+    return mark;
+}
+
+void CaptureReader::GoTo(const Mark &mark)
+{
+    m_next = mark.m_place;
+    m_bigEndian = mark.m_bigEndian;
+    m_interfaces = mark.m_interfaces;
+    m_damage = {};
 }
 
 bool CaptureReader::Refused(const QString &cause)

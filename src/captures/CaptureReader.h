@@ -11,15 +11,15 @@
 
 /// One record of a capture as it stands in the file.
 struct CapturePacket {
-    qint64 place = 0;       ///< of its block in the file
-    qint64 time = 0;        ///< in nanoseconds since 1970
-    int port = 0;           ///< index in CaptureReader::Ports
-    quint8 record = 0;      ///< CaptureFormat::RecordEvent
-    quint8 lines = 0;       ///< CaptureFormat::RecordLine
-    quint32 directions = 0; ///< CaptureFormat::FlagInbound and so on; 0 if not told
-    QByteArrayView bytes;   ///< of the line; valid until the next packet
-    qint64 missing = 0;     ///< bytes that the capture leaves out
-    QByteArrayView options; ///< for CommentsOf; valid until the next packet
+    qint64 place = 0;     ///< of its block in the file
+    qint64 time = 0;      ///< in nanoseconds since 1970
+    int port = 0;         ///< index in CaptureReader::Ports
+    quint8 record = 0;    ///< CaptureFormat::RecordEvent
+    quint8 lines = 0;     ///< CaptureFormat::RecordLine
+    QByteArrayView bytes; ///< of the line; valid until the next packet
+    qint64 missing = 0;   ///< bytes that the capture leaves out
+    QByteArrayView
+        options; ///< for CommentsOf, empty if there are none; valid until the next packet
 };
 
 /// Reads captures of serial lines, ours and those of others: pcapng and classic pcap, in both byte
@@ -33,7 +33,10 @@ class CaptureReader final
     static constexpr qsizetype MostPorts = 2;
 
     /// The file lives longer than the reader.
-    explicit CaptureReader(const InputDevice &file) : m_bytes(file), m_file(file) {}
+    explicit CaptureReader(const InputDevice &file)
+        : m_bytes(file), m_file(file), m_size(file.Size())
+    {
+    }
 
     /// Whether the file is a capture by its first bytes.
     static bool Knows(const InputDevice &file);
@@ -52,14 +55,32 @@ class CaptureReader final
     /// Those that have been told of by now: all of them, as a rule, once the first packet is read.
     const QList<TrafficPort> &Ports() const { return m_ports; }
 
+    /// Few packets have any.
+    bool HasComments(const CapturePacket &packet) const;
     QStringList CommentsOf(const CapturePacket &packet) const;
 
   private:
     struct Interface {
         quint32 snapLength = 0;    ///< 0 for none
         quint8 timeResolution = 6; ///< as the option has it
-        qint64 timeOffset = 0;     ///< in seconds
+        qint64 timeOffset = 0;     ///< in seconds; 0 if it leads out of what can be told
     };
+
+  public:
+    /// Where a packet is, with all that is needed to read on from it.
+    class Mark
+    {
+        friend class CaptureReader;
+        qint64 m_place = 0;
+        bool m_bigEndian = false;
+        QList<Interface> m_interfaces;
+    };
+    /// Of the packet that was read last.
+    Mark MarkOf(const CapturePacket &packet) const;
+    /// The packet with the mark is the next one. The reader has begun, of the same file.
+    void GoTo(const Mark &mark);
+
+  private:
     /// Of pcapng.
     struct Block {
         qint64 place = 0;
@@ -82,6 +103,7 @@ class CaptureReader final
     Result BeginPcap();
     Step NextOfPcap(CapturePacket &packet);
     Step NextOfPcapNg(CapturePacket &packet);
+    bool TakeUsual(CapturePacket &packet);
     bool FindBlock(Block &block);
     bool FindByteOrder(qint64 place);
     Found TakeBlock(const Block &block, CapturePacket &packet);
@@ -89,7 +111,7 @@ class CaptureReader final
     Found TakePacket(const Block &block, QByteArrayView body, CapturePacket &packet);
     bool ReadHead(quint32 type, QByteArrayView body, PacketHead &head) const;
     bool ReadRecord(QByteArrayView record, qint64 whole, CapturePacket &packet);
-    quint32 DirectionsOf(QByteArrayView options) const;
+    bool EndsBefore(qint64 place);
 
     Step Stop(const QString &cause);
     Found Spoilt(const QString &cause);
@@ -97,6 +119,7 @@ class CaptureReader final
 
     CaptureBytes m_bytes;
     const InputDevice &m_file;
+    qint64 m_size; ///< of the file when it was last asked for; it may grow
     bool m_isPcap = false;
     bool m_bigEndian = false;
     qint64 m_next = 0;             ///< place of what is read next

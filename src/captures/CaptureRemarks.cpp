@@ -84,11 +84,6 @@ QByteArray AsName(const QString &text)
 namespace CaptureRemarks
 {
 
-bool MayBeSeveral(TrafficEvent::Kind kind)
-{
-    return kind == Kind::Damaged || kind == Kind::Break || kind == Kind::Overrun;
-}
-
 QStringList Of(const TrafficEvent &event)
 {
     QStringList remarks;

@@ -13,7 +13,11 @@ namespace CaptureRemarks
 {
 
 /// Whether one event can tell of several of its kind; its count is 1 at least.
-bool MayBeSeveral(TrafficEvent::Kind kind);
+constexpr bool MayBeSeveral(TrafficEvent::Kind kind)
+{
+    using Kind = TrafficEvent::Kind;
+    return kind == Kind::Damaged || kind == Kind::Break || kind == Kind::Overrun;
+}
 
 /// The comments on an event's packet, in order.
 QStringList Of(const TrafficEvent &event);

@@ -9,35 +9,25 @@
 #include "CaptureRemarks.h"
 #include "TextStyle.h"
 
+#include <algorithm>
+#include <array>
 #include <utility>
-
-namespace
-{
 
 using namespace CaptureFormat;
 using Kind = TrafficEvent::Kind;
 
-/// What the record says, unless a remark knows better.
-Kind KindOf(const CapturePacket &packet)
+namespace
 {
-    switch (packet.record) {
-    case SentStart:
-    case SentEnd:
-        return Kind::Sent;
-    case DataLost:
-        return Kind::Lost;
-    case FramingError:
-    case ParityError:
-        return Kind::Damaged;
-    case BreakCondition:
-        return Kind::Break;
-    case Overflow:
-        return Kind::Overrun;
-    case StatusChange:
-        return Kind::ModemLines;
-    default:
-        return Kind::Received;
-    }
+
+/// By RecordEvent; all others are bytes that were received.
+constexpr std::array KindsOfRecords = {Kind::ModemLines, Kind::Sent,  Kind::Received, Kind::Sent,
+                                       Kind::Received,   Kind::Lost,  Kind::Received, Kind::Damaged,
+                                       Kind::Damaged,    Kind::Break, Kind::Overrun};
+static_assert(KindsOfRecords.size() == size_t(Overflow) + 1);
+
+bool HasBytes(Kind kind)
+{
+    return kind == Kind::Sent || kind == Kind::Received;
 }
 
 /// A longer send comes in pieces.
@@ -59,47 +49,96 @@ bool GoesOn(const TrafficEvent &sent, const TrafficEvent &next)
 
 } // namespace
 
+Kind CaptureTraffic::KindOf(const CapturePacket &packet)
+{
+    return packet.record < KindsOfRecords.size() ? KindsOfRecords[packet.record] : Kind::Received;
+}
+
+/// Nearly every packet is one event, which is made where it is wanted.
 CaptureReader::Step CaptureTraffic::Next(TrafficEvent &event)
 {
     while (m_waiting.empty() || (m_waiting.size() == 1 && MayGoOn(m_waiting.front()))) {
         CapturePacket packet;
         const CaptureReader::Step step = m_reader.Next(packet);
-        if (step == CaptureReader::Step::Packet)
-            Queue(EventOf(packet), packet);
-        else if (m_waiting.empty())
-            return step;
-        else
+        if (step != CaptureReader::Step::Packet) {
+            if (m_waiting.empty())
+                return step;
             break;
+        }
+        Fill(packet, event);
+        if (m_waiting.empty() && TakeBytes(packet, event))
+            return step;
+        Queue(packet, event);
     }
     event = std::move(m_waiting.front());
     m_waiting.pop_front();
     return CaptureReader::Step::Packet;
 }
 
-TrafficEvent CaptureTraffic::EventOf(const CapturePacket &packet)
+/// False if the packet is not this one event, or may not be all of it.
+bool CaptureTraffic::TakeBytes(const CapturePacket &packet, TrafficEvent &event)
 {
-    TrafficEvent event;
-    event.kind = KindOf(packet);
+    const bool hasBytes = HasBytes(event.kind);
+    const QByteArrayView bytes = hasBytes ? packet.bytes : QByteArrayView();
+    const qsizetype most = event.kind == Kind::Sent ? CaptureEncoder::MostBytesOfAPacket - 1
+                                                    : TrafficEvent::MostBytesOfAChunk;
+    if (packet.missing > 0 || bytes.size() > most || (hasBytes && bytes.isEmpty()))
+        return false;
+    if (event.bytes.size() != bytes.size())
+        event.bytes.resize(bytes.size()); // keeps its room
+    std::copy(bytes.begin(), bytes.end(), event.bytes.data());
+    return true;
+}
+
+void CaptureTraffic::Take(const CapturePacket &packet, TrafficEvent &event)
+{
+    Fill(packet, event);
+    event.bytes = HasBytes(event.kind) ? packet.bytes.toByteArray() : QByteArray();
+}
+
+/// All but the bytes.
+void CaptureTraffic::Fill(const CapturePacket &packet, TrafficEvent &event)
+{
+    Kind kind = KindOf(packet);
+    event.kind = kind;
     event.channel = packet.port;
-    event.count = CaptureRemarks::MayBeSeveral(event.kind) ? 1 : 0;
+    event.orderUncertain = false;
+    if (!event.stamp.isEmpty())
+        event.stamp.clear();
+    if (!event.comment.isEmpty())
+        event.comment.clear();
+    event.answer = false;
+    event.names.clear();
+    event.cause.clear();
+    event.count = CaptureRemarks::MayBeSeveral(kind) ? 1 : 0;
     event.modem = CaptureLines::From(packet.lines);
-    for (const QString &remark : m_reader.CommentsOf(packet))
-        CaptureRemarks::Apply(remark, event);
-    if (event.kind == Kind::ClockSet)
+    if (!packet.options.isEmpty()) {
+        ApplyRemarks(packet, event);
+        kind = event.kind;
+    }
+    if (kind == Kind::ClockSet)
         m_clockSet += quint64(event.count);
     event.time = {qint64(quint64(packet.time) - m_clockSet), packet.time};
-    const bool sent = event.kind == Kind::Sent || event.kind == Kind::NotSent;
+    const bool sent = kind == Kind::Sent || kind == Kind::NotSent;
     if (TwoChannels())
         event.direction = sent ? StyleIndex::Direction1 : packet.port;
     else
         event.direction = sent ? StyleIndex::Direction1 : StyleIndex::Direction2;
-    return event;
+}
+
+void CaptureTraffic::ApplyRemarks(const CapturePacket &packet, TrafficEvent &event) const
+{
+    if (!m_reader.HasComments(packet))
+        return;
+    for (const QString &remark : m_reader.CommentsOf(packet))
+        CaptureRemarks::Apply(remark, event);
 }
 
 /// The names belong to the last chunk of what was received, which completed them.
-void CaptureTraffic::Queue(TrafficEvent event, const CapturePacket &packet)
+void CaptureTraffic::Queue(const CapturePacket &packet, const TrafficEvent &head)
 {
-    const bool hasBytes = event.kind == Kind::Sent || event.kind == Kind::Received;
+    TrafficEvent event = head;
+    const bool hasBytes = HasBytes(event.kind);
     QByteArrayView rest = hasBytes ? packet.bytes : QByteArrayView();
     if (!m_waiting.empty() && GoesOn(m_waiting.back(), event)) {
         m_waiting.back().bytes.append(rest);

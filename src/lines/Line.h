@@ -132,6 +132,8 @@ class Line
     /// Switches the lines by which the program tells of itself. Fails where there are none.
     virtual Result SetRTS(bool on) = 0;
     virtual Result SetDTR(bool on) = 0;
+    /// Begins or ends a break at once, whatever still waits to be sent. Fails where there is none.
+    virtual Result SetBreak(bool on) = 0;
 
     /// May be called from any thread.
     virtual LineCounts Counts() const = 0;

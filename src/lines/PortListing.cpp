@@ -5,6 +5,17 @@
 
 #include <QFileInfo>
 
+namespace
+{
+
+/// The target is what the name leads to if it is a link.
+bool LeadsTo(const QString &name, const QString &target, const FoundPort &port)
+{
+    return name == port.device || name == port.stableName || target == port.device;
+}
+
+} // namespace
+
 QList<ListedPort> ListPorts(const PortFinder &finder, const QMap<int, QString> &devices)
 {
     QList<ListedPort> ports;
@@ -15,10 +26,19 @@ QList<ListedPort> ListPorts(const PortFinder &finder, const QMap<int, QString> &
             continue;
         const QString target = QFileInfo(*device).canonicalFilePath();
         for (ListedPort &listed : ports) {
-            const FoundPort &port = listed.port;
-            if (*device == port.device || *device == port.stableName || target == port.device)
+            if (LeadsTo(*device, target, listed.port))
                 listed.numbers.append(device.key());
         }
     }
     return ports;
+}
+
+QString DeviceText(const QString &name, const QList<FoundPort> &ports)
+{
+    const QString target = QFileInfo(name).canonicalFilePath();
+    for (const FoundPort &port : ports) {
+        if (LeadsTo(name, target, port) && !port.description.isEmpty())
+            return name + QStringLiteral(" (%1)").arg(port.description);
+    }
+    return name;
 }

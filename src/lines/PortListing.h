@@ -15,3 +15,7 @@ struct ListedPort {
 
 /// The ports of this machine. The map holds the devices of the COM numbers.
 QList<ListedPort> ListPorts(const PortFinder &finder, const QMap<int, QString> &devices);
+
+/// A device by whatever name, with what it says of itself if it is one of the ports:
+/// "/dev/ttyUSB0 (Maker of USB Serial)".
+QString DeviceText(const QString &name, const QList<FoundPort> &ports);

@@ -6,17 +6,25 @@
 #include "FileName.h"
 #include "PathParts.h"
 #include "PortNumber.h"
+#include "StepParser.h"
+#include "StepWords.h"
 
 #include <QCommandLineParser>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace
 {
 
 using Apply = Result (*)(CommandLine &, const QString &value);
+
+/// Whose option it is.
+constexpr int Window = int(Program::Window);
+constexpr int WithoutWindow = int(Program::WithoutWindow);
+constexpr int Both = Window | WithoutWindow;
 
 /// One option: how it is written, what it means and what it does. Apply fails if something is wrong
 /// with the value.
@@ -25,6 +33,7 @@ struct OptionRow {
     const char *value; ///< name of its value, null if it takes none
     const char *help;
     Apply apply;
+    int programs = Both;
 };
 
 /// A year; longer runs are a slip of the hand and would overflow a timer.
@@ -80,12 +89,6 @@ Result MustNameAFile(bool names)
     return names ? Result() : Failure{QStringLiteral("it must name a file")};
 }
 
-Result ApplyScreenshot(CommandLine &line, const QString &value)
-{
-    line.screenshot = value;
-    return MustNameAFile(!value.isEmpty());
-}
-
 Result ApplyLog(CommandLine &line, const QString &value)
 {
     line.log = value;
@@ -96,6 +99,19 @@ Result ApplyCapture(CommandLine &line, const QString &value)
 {
     line.capture = value;
     return MustNameAFile(!PathParts::FileName(value).trimmed().isEmpty());
+}
+
+template <auto File> Result ApplyFile(CommandLine &line, const QString &value)
+{
+    line.*File = value;
+    return MustNameAFile(!value.isEmpty());
+}
+
+template <auto Time> Result ApplyTime(CommandLine &line, const QString &value)
+{
+    StepWords::Time read = StepWords::FromTime(value);
+    line.*Time = read.nanoseconds;
+    return std::move(read.result);
 }
 
 template <auto Flag> Result ApplyFlag(CommandLine &line, const QString &)
@@ -121,7 +137,7 @@ constexpr std::array OptionRows = {
     OptionRow{"mode", "0|1|2", "communication mode of this run", ApplyMode},
     OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings},
     OptionRow{"start", nullptr, "start communication when the window is up",
-              ApplyFlag<&CommandLine::start>},
+              ApplyFlag<&CommandLine::start>, Window},
     OptionRow{"reconnect", nullptr, "reopen a device that comes back, in this run",
               ApplyFlag<&CommandLine::reconnect>},
     OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog},
@@ -129,16 +145,45 @@ constexpr std::array OptionRows = {
               ApplyCapture},
     OptionRow{"overwrite", nullptr, "let --log and --capture overwrite existing files",
               ApplyFlag<&CommandLine::overwrite>},
-    OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter},
+    OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter, Window},
     OptionRow{"screenshot", "FILE", "write a PNG of the window just before closing",
-              ApplyScreenshot},
+              ApplyFile<&CommandLine::screenshot>, Window},
+    OptionRow{"steps", "FILE", "read the steps from FILE, one a line",
+              ApplyFile<&CommandLine::steps>, WithoutWindow},
+    OptionRow{"within", "TIME", "how long an expectation waits that says nothing of it: 1s",
+              ApplyTime<&CommandLine::within>, WithoutWindow},
+    OptionRow{"timeout", "TIME", "end after TIME, such as 30s or 5min",
+              ApplyTime<&CommandLine::timeout>, WithoutWindow},
+    OptionRow{"junit", "FILE", "write a JUnit report of the steps", ApplyFile<&CommandLine::junit>,
+              WithoutWindow},
+    OptionRow{"json", nullptr, "tell all that happens as JSON, an object a line",
+              ApplyFlag<&CommandLine::json>, WithoutWindow},
+    OptionRow{"commands", nullptr, "read steps as JSON objects from standard input",
+              ApplyFlag<&CommandLine::commands>, WithoutWindow},
+    OptionRow{"quiet", nullptr, "tell nothing but why the run failed",
+              ApplyFlag<&CommandLine::quiet>, WithoutWindow},
     OptionRow{"demo", nullptr, "attach the simulated instrument and start",
               ApplyFlag<&CommandLine::demo>},
     OptionRow{"reset-settings", nullptr, "start with defaults; the old settings are kept beside",
-              ApplyFlag<&CommandLine::resetSettings>},
+              ApplyFlag<&CommandLine::resetSettings>, Window},
     OptionRow{"help", nullptr, "show this text", ApplyHelp},
     OptionRow{"version", nullptr, "show the version", ApplyVersion},
 };
+
+constexpr const char *StepsHelp = R"(
+Steps:
+  send NAME | send-hex "01 03" | send-text "ATZ\r"
+  expect WHAT [on 1|2] [within TIME]
+  forbid WHAT [on 1|2] | allow WHAT [on 1|2]
+  quiet TIME | wait TIME | break TIME
+  rts on|off | dtr on|off | close | open
+  repeat N ... end
+WHAT is the name of a sequence of the project, hex:BYTES or text:TEXT; send:NAME and
+receive:NAME tell sequences of one name apart.
+
+Exit status: 0 passed, 1 a step failed, 2 wrong usage, 3 a port could not be opened or
+went away, 4 a file could not be written.
+)";
 
 /// Options that the toolkit takes for itself, with a value each.
 constexpr std::array<const char *, 6> ToolkitOptions = {"platform",   "platformtheme", "style",
@@ -157,8 +202,23 @@ QString NameOf(const OptionRow &row)
     return QString::fromLatin1(row.name);
 }
 
+/// How many ports the mode takes: the lowest COM number is channel 1.
+Result CheckPorts(const CommandLine &line)
+{
+    const bool two = line.mode.value_or(CommMode::SendReceive) != CommMode::SendReceive;
+    if (line.demo && line.ports.isEmpty())
+        return {};
+    if (line.demo)
+        return Failure{QStringLiteral("--demo has its own ports, so --port means nothing")};
+    if (line.ports.size() == (two ? 2 : 1))
+        return {};
+    return Failure{two ? QStringLiteral("this mode needs two ports: --port 1=DEVICE and --port "
+                                        "2=DEVICE")
+                       : QStringLiteral("mode 0 needs one port: --port 1=DEVICE")};
+}
+
 /// What no option can tell by itself.
-Result CheckWhole(const CommandLine &line, const QStringList &projects)
+Result CheckWhole(const CommandLine &line, const QStringList &projects, Program program)
 {
     if (line.overwrite && line.log.isEmpty() && line.capture.isEmpty())
         return Failure{
@@ -166,19 +226,43 @@ Result CheckWhole(const CommandLine &line, const QStringList &projects)
     if (projects.size() > 1)
         return Failure{
             QStringLiteral("one project or capture at most: %1").arg(projects.join(u' '))};
-    return {};
+    if (program == Program::Window)
+        return {};
+    if (line.commands + !line.steps.isEmpty() + !line.stepWords.isEmpty() > 1)
+        return Failure{QStringLiteral("steps come from the command line, from --steps or from "
+                                      "--commands, but from one of them alone")};
+    return CheckPorts(line);
+}
+
+/// Behind the project, if there is one, stand steps.
+QStringList TakeProjects(CommandLine &line, QStringList words, Program program)
+{
+    if (program == Program::Window)
+        return words;
+    const bool project = !words.isEmpty() && !StepParser::BeginsStep(words.first());
+    line.stepWords = words.sliced(project ? 1 : 0);
+    return words.first(project ? 1 : 0);
+}
+
+bool Belongs(const OptionRow &row, Program program)
+{
+    return (row.programs & int(program)) != 0;
 }
 
 } // namespace
 
-ParsedCommandLine ParseCommandLine(const QStringList &arguments)
+ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program)
 {
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    for (const OptionRow &row : OptionRows)
-        parser.addOption(OptionOf(row.name, row.value));
-    for (const char *name : ToolkitOptions)
-        parser.addOption(OptionOf(name, "value"));
+    for (const OptionRow &row : OptionRows) {
+        if (Belongs(row, program))
+            parser.addOption(OptionOf(row.name, row.value));
+    }
+    for (const char *name : ToolkitOptions) {
+        if (program == Program::Window)
+            parser.addOption(OptionOf(name, "value"));
+    }
 
     ParsedCommandLine parsed;
     if (!parser.parse(arguments)) {
@@ -186,7 +270,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
         return parsed;
     }
     for (const OptionRow &row : OptionRows) {
-        if (!parser.isSet(NameOf(row)))
+        if (!Belongs(row, program) || !parser.isSet(NameOf(row)))
             continue;
         const QStringList values = row.value ? parser.values(NameOf(row)) : QStringList(QString());
         for (const QString &value : values) {
@@ -196,24 +280,34 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments)
                     Failure{QStringLiteral("--%1 %2: %3").arg(NameOf(row), value, applied.Cause())};
         }
     }
-    const QStringList projects = parser.positionalArguments();
-    if (!parsed.result.Failed())
-        parsed.result = CheckWhole(parsed.line, projects);
+    const QStringList projects = TakeProjects(parsed.line, parser.positionalArguments(), program);
+    const bool runs = parsed.line.action == CommandLine::Action::Run;
+    if (!parsed.result.Failed() && runs)
+        parsed.result = CheckWhole(parsed.line, projects, program);
     parsed.line.project = projects.value(0);
     if (parsed.result.Failed())
         parsed.result = Failure{FileName::Shown(parsed.result.Cause())};
     return parsed;
 }
 
-QString CommandLineHelp()
+QString CommandLineHelp(Program program)
 {
-    QString text = QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
-                                  "Tests and monitors serial communication.\n\nOptions:\n");
+    QString text =
+        program == Program::Window
+            ? QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
+                             "Tests and monitors serial communication.\n\nOptions:\n")
+            : QStringLiteral("Usage: serimonde-cli [options] [project.sqx] [STEP...]\n\n"
+                             "Tests and monitors serial communication without a "
+                             "window.\n\nOptions:\n");
     for (const OptionRow &row : OptionRows) {
+        if (!Belongs(row, program))
+            continue;
         QString usage = QStringLiteral("  --") + NameOf(row);
         if (row.value)
             usage += u' ' + QString::fromLatin1(row.value);
         text += usage.leftJustified(25) + QString::fromLatin1(row.help) + u'\n';
     }
+    if (program == Program::WithoutWindow)
+        text += QLatin1String(StepsHelp);
     return text;
 }

@@ -31,6 +31,16 @@ struct CommandLine {
     QString project;                        ///< project file to open, empty for none
     bool resetSettings = false;             ///< sets the user's settings aside
 
+    // Of the program without a window alone.
+    QStringList stepWords;         ///< steps, as they stand on the command line
+    QString steps;                 ///< file of them, empty for none
+    QString junit;                 ///< report, empty for none
+    bool json = false;             ///< tells what happens as JSON lines
+    bool commands = false;         ///< reads steps as JSON lines
+    bool quiet = false;            ///< tells nothing but why it failed
+    std::optional<qint64> within;  ///< nanoseconds that an expectation waits
+    std::optional<qint64> timeout; ///< nanoseconds that the run takes at most
+
     bool Unattended() const { return quitAfterSeconds.has_value(); }
 };
 
@@ -40,9 +50,12 @@ struct ParsedCommandLine {
     Result result{};
 };
 
+/// The programs, which share most of their options.
+enum class Program { Window = 1, WithoutWindow = 2 };
+
 /// Reads the arguments, the program's own name first. Options of the toolkit, such as -platform,
-/// are let through.
-ParsedCommandLine ParseCommandLine(const QStringList &arguments);
+/// are let through by the program that has a window.
+ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program = Program::Window);
 
 /// The text of --help.
-QString CommandLineHelp();
+QString CommandLineHelp(Program program = Program::Window);

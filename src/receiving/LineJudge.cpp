@@ -117,18 +117,19 @@ void LineJudge::TellHeldBack(const QString &cause)
     m_reports.notice(m_session.names[0] + QStringLiteral(" sends nothing"), cause);
 }
 
-void LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
+Result LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
 {
     const Result written = m_lineA->Write(bytes);
     if (IsHeldBack(written)) {
         TellHeldBack(written.Cause());
-        return;
+        return written;
     }
     TrafficEvent sent;
     sent.time = m_lineA->Now();
     sent.bytes = bytes;
     sent.names = {name};
     TellSent(std::move(sent), written);
+    return written;
 }
 
 /// What a line refuses is shown all the same, and told.

@@ -55,8 +55,8 @@ class LineJudge final
     std::function<bool()> HasRoom = [] { return true; };
 
     /// Sends on the first line what the user wants sent; shown whether the line takes it or not,
-    /// but not while its device is away.
-    void Send(const QByteArray &bytes, const QByteArray &name);
+    /// but not while its device is away. Fails if the line does not take it.
+    Result Send(const QByteArray &bytes, const QByteArray &name);
 
   private:
     class Ear final : public LineListener

@@ -16,7 +16,8 @@ MdCommunication::MdCommunication(const CommunicationParts &parts)
       m_ports(PortParts()),
       m_source(&m_ports)
 {
-    m_stream.Feed(m_feed);
+    if (parts.views)
+        m_stream.Feed(m_feed);
     m_stream.Feed(parts.log);
     m_watch = parts.sequences.Watch([this] { Publish(); });
     Publish();
@@ -54,7 +55,8 @@ void MdCommunication::Start(TrafficSource &source)
         ShowStatus();
         Q_EMIT ToolbarStateChanged(ToolbarState::Open);
         m_feed.Clear();
-        m_parts.views.SetCommunicating(true);
+        if (m_parts.views)
+            m_parts.views->SetCommunicating(true);
     } else {
         Q_EMIT PortStatusChanged(
             m_parts.comm.TwoChannels()
@@ -81,13 +83,15 @@ void MdCommunication::Resume()
 
 void MdCommunication::StageTraffic()
 {
-    m_feed.StageInto(m_parts.views, m_parts.display);
+    if (m_parts.views)
+        m_feed.StageInto(*m_parts.views, m_parts.display);
 }
 
 void MdCommunication::ShowTraffic()
 {
     StageTraffic();
-    m_parts.views.MoveStagedText();
+    if (m_parts.views)
+        m_parts.views->MoveStagedText();
 }
 
 void MdCommunication::ClosePorts()
@@ -105,7 +109,8 @@ void MdCommunication::ClosePorts()
                                      ? QStringLiteral("Communication ports are closed")
                                      : QStringLiteral("Communication port is closed"));
         Q_EMIT ToolbarStateChanged(ToolbarState::Closed);
-        m_parts.views.SetCommunicating(false);
+        if (m_parts.views)
+            m_parts.views->SetCommunicating(false);
     } else {
         Q_EMIT PortStatusChanged(QStringLiteral("Failure during closing the communication port"));
     }
@@ -116,7 +121,14 @@ void MdCommunication::Transmit(const QByteArray &bytes, const QByteArray &name)
 {
     OpenPorts();
     if (Running() && m_parts.comm.MaySend())
-        m_source.load()->Send(bytes, name);
+        Send(bytes, name).Ignore(); // the judge has told
+}
+
+Result MdCommunication::Send(const QByteArray &bytes, const QByteArray &name)
+{
+    if (!Running() || !m_parts.comm.MaySend())
+        return Failure{QStringLiteral("The port is closed, or the mode is one that only listens")};
+    return m_source.load()->Send(bytes, name);
 }
 
 void MdCommunication::OnDisconnected(const QString &text)

@@ -28,7 +28,7 @@ struct CommunicationParts {
     const DisplaySettings &display;
     const StampSettings &stamp;
     MdSequenceEdition &sequences;
-    CommunicationViews &views;
+    CommunicationViews *views; ///< null for a program without a window
     CommunicationLog &log;
     UserPrompts &prompts;
     const Clock &clock;
@@ -68,6 +68,8 @@ class MdCommunication final : public QObject
     /// Shows the bytes of a send sequence as direction 0 and sends them on channel 1; starts
     /// communication first if it is stopped. In mode 1 nothing is sent.
     void Transmit(const QByteArray &bytes, const QByteArray &name = {});
+    /// The same where somebody wants to know whether the line took it; starts nothing.
+    Result Send(const QByteArray &bytes, const QByteArray &name);
 
     /// Stages what has happened for the views.
     void StageTraffic();

@@ -193,9 +193,11 @@ void PortTraffic::Resume()
     });
 }
 
-void PortTraffic::Send(const QByteArray &bytes, const QByteArray &name)
+Result PortTraffic::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    m_parts.lines.Do([&] { m_judge.Send(bytes, name); });
+    Result sent;
+    m_parts.lines.Do([&] { sent = m_judge.Send(bytes, name); });
+    return sent;
 }
 
 QString PortTraffic::Status() const

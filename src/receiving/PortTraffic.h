@@ -47,7 +47,7 @@ class PortTraffic final : public TrafficSource
     void End() override;
     bool Close() override;
     void Resume() override;
-    void Send(const QByteArray &bytes, const QByteArray &name) override;
+    Result Send(const QByteArray &bytes, const QByteArray &name) override;
     /// As it is now, whatever has led here: devices may go and come back faster than the window
     /// hears of it.
     QString Status() const override;

@@ -36,50 +36,58 @@ void ReceiveDetection::Clear(int direction)
 ReceiveDetection::Result ReceiveDetection::Feed(int direction, QByteArrayView bytes,
                                                 const WatchSnapshot &watch)
 {
+    std::vector<int> detected;
+    const qsizetype consumed = Find(direction, bytes, watch, detected);
+    Result result = Evaluate(detected, watch);
+    result.consumed = consumed;
+    return result;
+}
+
+qsizetype ReceiveDetection::Find(int direction, QByteArrayView bytes, const WatchSnapshot &watch,
+                                 std::vector<int> &detected)
+{
+    detected.clear();
     if (bytes.isEmpty())
-        return {};
+        return 0;
     const SequenceMatcher &matcher = watch.Matcher();
     Memory &memory = m_memories[size_t(direction)];
     Compact(memory);
     const qsizetype oldSize = memory.window.size();
     memory.window.append(bytes);
 
-    std::vector<int> found;
     qsizetype hit = oldSize;
     if (memory.revision != watch.Revision())
-        found = CheckFirstAfterChange(memory, oldSize, watch);
-    if (found.empty()) {
+        CheckFirstAfterChange(memory, oldSize, watch, detected);
+    if (detected.empty()) {
         const char *const window = memory.window.constData();
         const char *const begin = window + memory.held;
         const char *const end = window + memory.window.size();
         const char *const byte = matcher.FindEnd(begin, window + oldSize, end);
         hit = byte - window;
         if (byte != end)
-            matcher.CollectAt(begin, byte, found);
+            matcher.CollectAt(begin, byte, detected);
     }
+    std::sort(detected.begin(), detected.end());
+    detected.erase(std::unique(detected.begin(), detected.end()), detected.end());
 
     memory.window.truncate(hit + 1); // keeps all of it when nothing was found
     const qsizetype end = memory.window.size();
-    memory.held = found.empty() ? std::max(memory.held, end - matcher.Longest()) : end;
-    Result result = Evaluate(std::move(found), watch);
-    result.consumed = end - oldSize;
-    return result;
+    memory.held = detected.empty() ? std::max(memory.held, end - matcher.Longest()) : end;
+    return end - oldSize;
 }
 
 /// The remembered bytes hold no sequence of the old tables, but may hold some of the new ones
 /// anywhere; so every place is searched once, with the newest byte included.
-std::vector<int> ReceiveDetection::CheckFirstAfterChange(Memory &memory, qsizetype newest,
-                                                         const WatchSnapshot &watch)
+void ReceiveDetection::CheckFirstAfterChange(Memory &memory, qsizetype newest,
+                                             const WatchSnapshot &watch, std::vector<int> &found)
 {
     memory.held = std::max(memory.held, newest - memory.longest);
     memory.longest = watch.Matcher().Longest();
     memory.revision = watch.Revision();
 
-    std::vector<int> found;
     const char *const window = memory.window.constData();
     for (qsizetype place = memory.held; place <= newest; ++place)
         watch.Matcher().CollectAt(window + memory.held, window + place, found);
-    return found;
 }
 
 void ReceiveDetection::Compact(Memory &memory)
@@ -91,12 +99,9 @@ void ReceiveDetection::Compact(Memory &memory)
     memory.held = SequenceMatcher::Padding;
 }
 
-ReceiveDetection::Result ReceiveDetection::Evaluate(std::vector<int> detected,
+ReceiveDetection::Result ReceiveDetection::Evaluate(const std::vector<int> &detected,
                                                     const WatchSnapshot &watch)
 {
-    std::sort(detected.begin(), detected.end());
-    detected.erase(std::unique(detected.begin(), detected.end()), detected.end());
-
     Result result;
     result.detected = !detected.empty();
     for (const int index : detected) {

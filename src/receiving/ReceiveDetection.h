@@ -39,6 +39,10 @@ class ReceiveDetection
 
     /// Takes bytes up to the first detection, all of them if there is none. No bytes: no result.
     Result Feed(int direction, QByteArrayView bytes, const WatchSnapshot &watch);
+    /// The same for whoever needs no more than the places in the table of what was detected, in
+    /// table order; returns the bytes taken.
+    qsizetype Find(int direction, QByteArrayView bytes, const WatchSnapshot &watch,
+                   std::vector<int> &detected);
 
   private:
     struct Memory {
@@ -48,10 +52,10 @@ class ReceiveDetection
         quint64 revision = 0;  ///< of what was watched then
     };
 
-    static std::vector<int> CheckFirstAfterChange(Memory &memory, qsizetype newest,
-                                                  const WatchSnapshot &watch);
+    static void CheckFirstAfterChange(Memory &memory, qsizetype newest, const WatchSnapshot &watch,
+                                      std::vector<int> &found);
     static void Compact(Memory &memory);
-    static Result Evaluate(std::vector<int> detected, const WatchSnapshot &watch);
+    static Result Evaluate(const std::vector<int> &detected, const WatchSnapshot &watch);
 
     std::array<Memory, 2> m_memories;
 };

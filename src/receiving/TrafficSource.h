@@ -27,7 +27,8 @@ class TrafficSource
     /// The consumers have room again. May be called from any thread.
     virtual void Resume() = 0;
     /// Shows and sends, on channel 1; or tells the user that this cannot be, and shows nothing.
-    virtual void Send(const QByteArray &bytes, const QByteArray &name) = 0;
+    /// Fails if it is not sent.
+    virtual Result Send(const QByteArray &bytes, const QByteArray &name) = 0;
 
     /// How it stands while it is open, for the first status panel.
     virtual QString Status() const = 0;

@@ -232,13 +232,12 @@ void MdReplay::Resume()
     replay->Resume();
 }
 
-void MdReplay::Send(const QByteArray &, const QByteArray &)
+Result MdReplay::Send(const QByteArray &, const QByteArray &)
 {
-    if (std::exchange(m_refusalTold, true))
-        return;
-    m_parts.prompts.ShowNotice(
-        QStringLiteral("replay"),
-        ExclamationMessage(QStringLiteral("Nothing is sent while a capture is replayed.")));
+    const QString cause = QStringLiteral("Nothing is sent while a capture is replayed.");
+    if (!std::exchange(m_refusalTold, true))
+        m_parts.prompts.ShowNotice(QStringLiteral("replay"), ExclamationMessage(cause));
+    return Failure{cause};
 }
 
 QString MdReplay::Status() const

@@ -77,7 +77,7 @@ class MdReplay final : public QObject, private TrafficSource
     void End() override;
     bool Close() override;
     void Resume() override;
-    void Send(const QByteArray &bytes, const QByteArray &name) override;
+    Result Send(const QByteArray &bytes, const QByteArray &name) override;
     QString Status() const override;
 
     void Run(std::unique_ptr<InputDevice> file);

@@ -24,18 +24,6 @@ QString KindOf(const MessagePrompt &prompt)
     }
 }
 
-/// Note and details stand behind the text, each in brackets. What others have named must not take a
-/// terminal over.
-QString OneLine(const MessagePrompt &prompt)
-{
-    QString line = prompt.text;
-    for (const QString &further : {prompt.note, prompt.details}) {
-        if (!further.isEmpty())
-            line += QStringLiteral(" (%1)").arg(further.split(u'\n').join(QLatin1String("; ")));
-    }
-    return PlainText(line.replace(u'\r', u' ').replace(u'\n', u' '));
-}
-
 QString AnswerText(PromptAnswer answer)
 {
     switch (answer) {
@@ -52,6 +40,17 @@ QString AnswerText(PromptAnswer answer)
 }
 
 } // namespace
+
+/// What others have named must not take a terminal over.
+QString ConsolePrompts::OneLine(const MessagePrompt &prompt)
+{
+    QString line = prompt.text;
+    for (const QString &further : {prompt.note, prompt.details}) {
+        if (!further.isEmpty())
+            line += QStringLiteral(" (%1)").arg(further.split(u'\n').join(QLatin1String("; ")));
+    }
+    return PlainText(line.replace(u'\r', u' ').replace(u'\n', u' '));
+}
 
 PromptAnswer ConsolePrompts::ShowMessage(const MessagePrompt &prompt)
 {

@@ -16,6 +16,9 @@ class ConsolePrompts final : public UserPrompts
     /// The stream must live as long as this object.
     explicit ConsolePrompts(QTextStream &out) : m_out(out) {}
 
+    /// The whole message as one line: note and details stand behind the text, each in brackets.
+    static QString OneLine(const MessagePrompt &prompt);
+
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override;
     /// One line, and no other about the same until it has something else to say: a log on a full
     /// disk must not flood what nobody may be reading.

@@ -33,6 +33,7 @@ class PortLine final : public Line
     LineTime Now() const override { return Chosen().Now(); }
     Result SetRTS(bool on) override { return Chosen().SetRTS(on); }
     Result SetDTR(bool on) override { return Chosen().SetDTR(on); }
+    Result SetBreak(bool on) override { return Chosen().SetBreak(on); }
     LineCounts Counts() const override { return Chosen().Counts(); }
 
   private:

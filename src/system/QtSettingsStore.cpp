@@ -32,7 +32,6 @@ QString QtSettingsStore::UserPath()
 QtSettingsStore::QtSettingsStore(FileSystem &fileSystem, QString path)
     : m_path(std::move(path)), m_files(fileSystem)
 {
-    fileSystem.Tidy(m_path);
     if (const Result read = ReadFile(); read.Failed())
         m_state = Named(read);
 }

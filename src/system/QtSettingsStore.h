@@ -16,7 +16,8 @@ class QtSettingsStore final : public SettingsStore
     /// Where the store of this user is.
     static QString UserPath();
 
-    /// Reads the file, which need not exist. The file system must outlive the store.
+    /// Reads the file, which need not exist; nothing is written before Flush. The file system must
+    /// outlive the store.
     QtSettingsStore(FileSystem &fileSystem, QString path);
 
     std::optional<QString> Read(const QString &section, const QString &key) const override;

@@ -206,10 +206,23 @@ Result RemoteLine::Switch(void (ComPortClient::*line)(bool), bool on, const char
         return Failure{peer + QStringLiteral(" is only listened to; no signals are sent there")};
     if (!m_link.client || !m_link.client->Modem())
         return Failure{QStringLiteral("%1 has no %2 line").arg(peer, QLatin1String(name))};
+    Command(line, on);
+    return {};
+}
+
+void RemoteLine::Command(void (ComPortClient::*line)(bool), bool on)
+{
     (*m_link.client.*line)(on);
     m_wire += m_link.client->TakeOutgoing();
     SendWire();
     NoteSignals();
+}
+
+Result RemoteLine::SetBreak(bool on)
+{
+    if (!m_link.client || m_request.address.listens)
+        return Failure{PeerText(m_request.address) + QStringLiteral(" takes no break")};
+    Command(&ComPortClient::SetBreak, on);
     return {};
 }
 

@@ -32,6 +32,7 @@ class RemoteLine final : public DescriptorLine
     Result Write(const QByteArray &bytes) override;
     Result SetRTS(bool on) override;
     Result SetDTR(bool on) override;
+    Result SetBreak(bool on) override;
 
   private:
     bool Remote() const override { return true; }
@@ -56,6 +57,7 @@ class RemoteLine final : public DescriptorLine
     void TellLineState(quint8 state, const LineTime &time);
     void NoteSignals();
     bool SendWire();
+    void Command(void (ComPortClient::*line)(bool), bool on);
     Result Switch(void (ComPortClient::*line)(bool), bool on, const char *name);
 
     RemoteRequest m_request;

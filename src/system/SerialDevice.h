@@ -35,12 +35,14 @@ QByteArray SightOfLinks(const QString &name);
 /// Whether the name of the device is lent: once it has gone, another program gets it.
 bool HasLentName(const QString &canonicalName);
 
+enum class Access { ReadAndWrite, ReadOnly };
+
 /// Opens a device and asks the system why it cannot be used.
 class Probe
 {
   public:
     /// The alias is the name that the user gave; locks may stand under it too.
-    Probe(const QString &canonicalName, const QString &alias);
+    Probe(const QString &canonicalName, const QString &alias, Access access);
     ~Probe();
     Q_DISABLE_COPY_MOVE(Probe)
 
@@ -51,7 +53,7 @@ class Probe
     SerialDevice::Handle Release();
 
   private:
-    Result Open(const QString &canonicalName, const QString &alias);
+    Result Open(const QString &canonicalName, const QString &alias, Access access);
 
     SerialDevice::Handle m_handle;
     Result m_state;
@@ -122,6 +124,8 @@ std::optional<ModemLines> ReadModemLines(Handle handle);
 /// The lines by which this side tells of itself.
 enum class OwnLine { RTS, DTR };
 Result SwitchLine(Handle handle, OwnLine line, bool on);
+/// Fails for a pseudo-terminal that has no wire.
+Result SwitchBreak(Handle handle, bool on);
 
 /// Bytes that the system still has to send, and those that it has received.
 int UnsentBytes(Handle handle);

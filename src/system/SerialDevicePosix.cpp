@@ -106,8 +106,8 @@ bool SerialDevice::HasLentName(const QString &canonicalName)
     return canonicalName.startsWith(QLatin1String("/dev/pts/"));
 }
 
-SerialDevice::Probe::Probe(const QString &canonicalName, const QString &alias)
-    : m_handle(-1), m_state(Open(canonicalName, alias))
+SerialDevice::Probe::Probe(const QString &canonicalName, const QString &alias, Access access)
+    : m_handle(-1), m_state(Open(canonicalName, alias, access))
 {
 }
 
@@ -117,15 +117,16 @@ SerialDevice::Probe::~Probe()
         ::close(m_handle);
 }
 
-Result SerialDevice::Probe::Open(const QString &canonicalName, const QString &alias)
+Result SerialDevice::Probe::Open(const QString &canonicalName, const QString &alias, Access access)
 {
     if (!IsCharacterDevice(canonicalName))
         return NotSerial(canonicalName);
     if (const QString owner = LockOwner(canonicalName, alias); !owner.isEmpty())
         return InUse(canonicalName, owner);
 
+    const int mode = access == Access::ReadOnly ? O_RDONLY : O_RDWR;
     m_handle = ::open(QFile::encodeName(canonicalName).constData(),
-                      O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+                      mode | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (m_handle < 0)
         return OpenFailure(canonicalName);
 

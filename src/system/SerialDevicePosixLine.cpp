@@ -99,6 +99,15 @@ void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
     ::ioctl(handle, TCSETS2, &line);
 }
 
+Result SerialDevice::SwitchBreak(Handle handle, bool on)
+{
+    if (!MayComeDamaged(handle)) // the system would take it as done
+        return Failure{QStringLiteral("A pseudo-terminal has no wire")};
+    if (::ioctl(handle, on ? TIOCSBRK : TIOCCBRK) == 0)
+        return {};
+    return Failure{qt_error_string(errno)};
+}
+
 bool SerialDevice::MarksDamage(Handle handle)
 {
     termios2 line = {};

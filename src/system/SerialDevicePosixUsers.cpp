@@ -69,12 +69,25 @@ bool IsOtherLiveProcess(qint64 process)
            (::kill(pid_t(process), 0) == 0 || errno == EPERM);
 }
 
+QByteArray Told(qint64 process, const char *what)
+{
+    QFile file(QStringLiteral("/proc/%1/%2").arg(process).arg(QLatin1StringView(what)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// The system keeps the first 15 characters of a name; how the program was called has all of it.
+QString NameOf(qint64 process)
+{
+    constexpr qsizetype MostCharacters = 15;
+    const QByteArray name = Told(process, "comm").trimmed();
+    const QByteArray called = Told(process, "cmdline").split('\0').first().split('/').last();
+    return QString::fromLocal8Bit(name.size() == MostCharacters && called.startsWith(name) ? called
+                                                                                           : name);
+}
+
 QString Describe(qint64 process)
 {
-    QFile file(QStringLiteral("/proc/%1/comm").arg(process));
-    const QString name = file.open(QIODevice::ReadOnly)
-                             ? QString::fromLocal8Bit(file.readAll()).trimmed()
-                             : QString();
+    const QString name = NameOf(process);
     return name.isEmpty() ? QStringLiteral("process %1").arg(process)
                           : QStringLiteral("%1 (process %2)").arg(name).arg(process);
 }

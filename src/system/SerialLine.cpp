@@ -196,6 +196,11 @@ Result SerialLine::SetDTR(bool on)
     return switched;
 }
 
+Result SerialLine::SetBreak(bool on)
+{
+    return SerialDevice::SwitchBreak(m_handle, on);
+}
+
 /// Some devices leave without a word; counters and lines have to be asked for.
 void SerialLine::Tick()
 {

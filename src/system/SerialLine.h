@@ -33,6 +33,7 @@ class SerialLine final : public DescriptorLine
     void EndReading() override;
     Result SetRTS(bool on) override;
     Result SetDTR(bool on) override;
+    Result SetBreak(bool on) override;
 
   private:
     void Tick() override;

@@ -22,11 +22,14 @@ SerialOpening::~SerialOpening()
 
 Result SerialOpening::Open(const LineRequest &request)
 {
-    SerialDevice::Probe probe(request.device, request.alias);
+    using SerialDevice::Access;
+    SerialDevice::Probe probe(request.device, request.alias,
+                              request.listensOnly ? Access::ReadOnly : Access::ReadAndWrite);
     if (probe.State().Failed())
         return probe.State();
-    m_lock = std::make_unique<SerialDevice::Lock>(request.device);
-    if (!m_lock->Held())
+    if (!request.listensOnly)
+        m_lock = std::make_unique<SerialDevice::Lock>(request.device);
+    if (m_lock && !m_lock->Held())
         return SerialDevice::LockFailure(request.device, request.alias);
 
     // Bytes that came in before the opening are left to the system: it keeps or drops them.

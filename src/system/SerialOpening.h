@@ -21,6 +21,9 @@ struct LineRequest {
     LineSettings settings;
     bool requestToSend = true;
     bool reopens = false; ///< a device that went away is opened again when it is back
+    /// Opened for reading alone, so that nothing can be written to it, and without a lock file of
+    /// this program's. Others are kept away all the same.
+    bool listensOnly = false;
 };
 
 /// Opens a serial device for this program alone and sets it up. That may take seconds, on whatever
@@ -56,7 +59,7 @@ class SerialOpening final
 
     QString m_device;
     SerialDevice::Handle m_handle = SerialDevice::NoHandle;
-    std::unique_ptr<SerialDevice::Lock> m_lock;
+    std::unique_ptr<SerialDevice::Lock> m_lock; ///< null for one that only listens
     QByteArray m_lineBefore;
     Marks m_marks;
     Result m_state;

@@ -181,7 +181,8 @@ Result SerialPort::OpenAs(const QString &device,
 
 Result SerialPort::OpenLocal(const QString &device, const QString &alias, const LineSettings &line)
 {
-    return m_line.ChooseLocal().Open({m_commPort, device, alias, line, m_rtsEnable, m_reopens});
+    return m_line.ChooseLocal().Open(
+        {m_commPort, device, alias, line, m_rtsEnable, m_reopens, m_listensOnly});
 }
 
 /// The opening goes on by itself if the program ends meanwhile.
@@ -190,6 +191,7 @@ Result SerialPort::OpenRemote(const RemoteAddress &address, const LineSettings &
     RemoteRequest request;
     request.comNumber = m_commPort;
     request.address = address;
+    request.address.listens = address.listens || m_listensOnly;
     request.settings = line;
     request.requestToSend = m_rtsEnable;
     request.reopens = m_reopens;

@@ -38,6 +38,8 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     Result SetInputLen(int bytes) override;
     void SetReopens(bool on) override { m_reopens = on; }
     void SetDeadSeconds(int seconds) override { m_deadSeconds = seconds; }
+    /// See LineRequest.
+    void SetListensOnly(bool on) { m_listensOnly = on; }
 
     Result SetPortOpen(bool open) override;
     bool PortOpen() const override { return m_open; }
@@ -88,7 +90,8 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     int m_inputMode = 0;
     int m_inBufferSize = 512;
     int m_inputLen = 0;
-    bool m_reopens = false; ///< of the next opening
+    bool m_reopens = false; ///< of the next opening, as is what follows
+    bool m_listensOnly = false;
     int m_deadSeconds = RemoteRequest().deadSeconds;
 
     bool m_open = false;

@@ -9,12 +9,15 @@
 
 /// The two serial ports of the program, on the one loop that serves them.
 struct SerialPorts {
-    /// Both live longer than the ports.
-    SerialPorts(const PortDevices &devices, UserPrompts &prompts)
+    /// Both live longer than the ports. Without prompts nothing is shown while an opening takes
+    /// long.
+    explicit SerialPorts(const PortDevices &devices, UserPrompts *prompts = nullptr)
         : MSCommA(lines, hub, devices), MSCommB(lines, hub, devices)
     {
-        MSCommA.WaitThrough(prompts);
-        MSCommB.WaitThrough(prompts);
+        if (!prompts)
+            return;
+        MSCommA.WaitThrough(*prompts);
+        MSCommB.WaitThrough(*prompts);
     }
 
     LineLoop lines;

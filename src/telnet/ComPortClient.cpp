@@ -181,3 +181,8 @@ void ComPortClient::SetDTR(bool on)
     m_dtr = on;
     Send(on ? Control::DTROn : Control::DTROff);
 }
+
+void ComPortClient::SetBreak(bool on)
+{
+    Send(on ? Control::BreakOn : Control::BreakOff);
+}

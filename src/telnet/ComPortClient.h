@@ -76,6 +76,8 @@ class ComPortClient
     bool DTR() const { return m_dtr; }
     void SetRTS(bool on);
     void SetDTR(bool on);
+    /// Begins or ends a break.
+    void SetBreak(bool on);
 
   private:
     std::optional<Piece> TakeCommand(QByteArrayView words);

@@ -36,7 +36,15 @@ enum class Setting { BaudRate, DataSize, Parity, StopSize };
 constexpr size_t SettingCount = 4;
 
 /// Values of SetControl.
-enum class Control : quint8 { NoFlowControl = 1, DTROn = 8, DTROff = 9, RTSOn = 11, RTSOff = 12 };
+enum class Control : quint8 {
+    NoFlowControl = 1,
+    BreakOn = 5,
+    BreakOff = 6,
+    DTROn = 8,
+    DTROff = 9,
+    RTSOn = 11,
+    RTSOff = 12
+};
 
 /// Bits of NotifyLineState.
 constexpr quint8 Overrun = 0x02;

@@ -31,7 +31,7 @@ class CommunicationBench
     ScriptedPort portA;
     ScriptedPort portB;
     ScriptedLines lines;
-    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
+    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, &views,
                                    log, prompts, clock, portA, portB, lines}};
     QStringList statusTexts;
     QList<MdCommunication::ToolbarState> toolbarStates;

@@ -47,6 +47,7 @@ class ScriptedLine final : public Line
     LineTime Now() const override { return now; }
     Result SetRTS(bool) override { return {}; }
     Result SetDTR(bool) override { return {}; }
+    Result SetBreak(bool) override { return {}; }
     LineCounts Counts() const override { return counts; }
 
     void Arrive(const QByteArray &bytes)

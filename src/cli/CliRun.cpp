@@ -1,0 +1,453 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "CliRun.h"
+
+#include "ByteLook.h"
+#include "CaptureFile.h"
+#include "Demo.h"
+#include "DemoInstrument.h"
+#include "FileName.h"
+#include "LineClock.h"
+#include "LongDelay.h"
+#include "ProgramInfo.h"
+#include "ProjectFile.h"
+#include "StepCommand.h"
+#include "StepParser.h"
+#include "TerminationWatch.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace
+{
+
+constexpr qint64 MostBytesOfSteps = 16 * 1024 * 1024;
+/// Commands that may wait for their turn before no more are read.
+constexpr qsizetype MostCommands = 1000;
+
+/// What came instead of what was expected, as far as it goes into a line.
+QString InsteadOf(const StepOutcome &outcome)
+{
+    constexpr qsizetype most = 32;
+    if (outcome.step.kind != Step::Kind::Expect)
+        return {};
+    if (outcome.heard.isEmpty())
+        return QStringLiteral("; nothing came");
+    const QByteArray last = outcome.heard.right(most);
+    return QStringLiteral("; what came ends in %1 \"%2\"")
+        .arg(QString::fromLatin1(last.toHex(' ').toUpper()), ByteLook::ToPictures(last));
+}
+
+/// The devices of a run are those of its command line.
+QString NoSystemName(int)
+{
+    return {};
+}
+
+} // namespace
+
+CliRun::CliRun(const CommandLine &line, QTextStream &errors)
+    : m_line(line),
+      m_errors(errors),
+      m_output({[this](const QString &cause) {
+                    QMetaObject::invokeMethod(this, [this, cause] {
+                        StopFor(ExitStatus::FileFailed,
+                                QStringLiteral("standard output cannot be written: ") + cause);
+                    });
+                },
+                [this] { m_communication.Resume(); }}),
+      m_report(m_line, [this](const QByteArray &bytes) { m_output.Write(bytes); }),
+      m_prompts({[this](const QString &text) { OnFailed(text); },
+                 [this](const QString &text) {
+                     if (!m_line.quiet)
+                         m_errors << "serimonde-cli: " << text << Qt::endl;
+                 }}),
+      m_devices(m_settings, NoSystemName),
+      m_feed([this] { QMetaObject::invokeMethod(this, &CliRun::Drain, Qt::QueuedConnection); }),
+      m_log({m_logSettings, m_prompts, m_files, m_state,
+             [this] { return m_communication.Running(); }}),
+      m_runLog(m_log, [this] { return m_feed.HasRoom() && m_output.HasRoom(); }),
+      m_ports(m_devices),
+      m_communication({m_comm, m_display, m_stamp, m_sequences, nullptr, m_runLog, m_prompts,
+                       m_clock, m_ports.MSCommA, m_ports.MSCommB, m_ports.lines}),
+      m_runner(
+          *this, [this](const StepOutcome &outcome) { OnOutcome(outcome); }, line.commands)
+{
+    m_logSettings.files.fill(true);
+    m_log.RoomAgain = [this] { m_communication.Resume(); };
+    m_communication.Stream().Feed(m_feed);
+    if (!line.capture.isEmpty())
+        MakeCapture();
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &CliRun::Drain);
+}
+
+CliRun::~CliRun() = default;
+
+int CliRun::Run()
+{
+    const Result prepared = Prepare();
+    if (prepared.Failed() && m_report.Cause().isEmpty())
+        m_report.Fail(ExitStatus::WrongUsage, prepared.Cause());
+    if (prepared.Failed()) {
+        m_errors << "serimonde-cli: " << FileName::Shown(m_report.Cause()) << Qt::endl;
+        m_hangs = !m_output.Finish();
+        return m_report.Status();
+    }
+    const TerminationWatch termination;
+    connect(&termination, &TerminationWatch::Terminating, this,
+            [this] { EndEarly(QStringLiteral("it was ended by a signal")); });
+    Begin();
+    if (!m_over)
+        m_loop.exec();
+    return End();
+}
+
+/// All that can be found wrong before a line is opened.
+Result CliRun::Prepare()
+{
+    if (m_line.demo) {
+        m_acting = true;
+        m_demo = AttachDemo({m_comm, m_devices, m_sequences, m_prompts},
+                            m_line.mode.value_or(CommMode::SendReceive));
+        m_acting = false;
+        if (!m_demo) {
+            m_report.Fail(ExitStatus::PortFailed, m_failed.value_or(QString()));
+            return Failure{QStringLiteral("there is no demo")};
+        }
+    }
+    QList<int> ports = m_line.ports.keys();
+    std::sort(ports.begin(), ports.end());
+    for (const int port : std::as_const(ports))
+        m_devices.AssignForRun(port, m_line.ports[port]);
+    if (!ports.isEmpty()) {
+        m_comm.run.portA = ports.first();
+        m_comm.run.portB = ports.last();
+    }
+    m_comm.run.mode = m_line.mode.value_or(CommMode::SendReceive);
+    if (m_line.line)
+        m_comm.run.line = m_line.line;
+    m_comm.run.reopen = m_line.reconnect;
+    if (!m_line.log.isEmpty())
+        m_log.Arm(m_line.log, m_line.overwrite);
+    if (const Result loaded = LoadProject(); loaded.Failed())
+        return loaded;
+    return ReadSteps();
+}
+
+Result CliRun::LoadProject()
+{
+    if (m_line.project.isEmpty())
+        return {};
+    const QString path = m_fileSystem.AbsolutePath(m_line.project);
+    const Result loaded = ProjectFile::LoadProject(m_sequences, m_files, path);
+    if (loaded.Failed()) {
+        return Failure{
+            QStringLiteral("%1: %2. %3").arg(m_line.project, loaded.Message(), loaded.Cause())};
+    }
+    m_sequences.RefreshAnswerNames();
+    return {};
+}
+
+StepMaker CliRun::Maker() const
+{
+    StepRules rules;
+    rules.maySend = m_comm.MaySend();
+    rules.twoChannels = m_comm.TwoChannels();
+    rules.within = m_line.within.value_or(rules.within);
+    return {m_sequences, rules};
+}
+
+Result CliRun::ReadSteps()
+{
+    StepParser::Parsed parsed;
+    QString file;
+    if (m_line.steps.isEmpty()) {
+        parsed = StepParser::FromArguments(m_line.stepWords, Maker());
+    } else {
+        const FileSystem::Content content =
+            m_fileSystem.Read(m_fileSystem.AbsolutePath(m_line.steps), MostBytesOfSteps);
+        if (content.result.Failed())
+            return Failure{m_line.steps + QStringLiteral(": ") + content.result.Cause()};
+        file = m_line.steps + QStringLiteral(": ");
+        parsed = StepParser::FromFile(content.bytes, Maker());
+    }
+    if (parsed.result.Failed())
+        return Failure{file + parsed.result.Cause()};
+    m_program = std::move(parsed.program);
+    return {};
+}
+
+void CliRun::Begin()
+{
+    m_report.Begin(LineNow());
+    m_runner.Begin(std::move(m_program));
+    const Result opened = Open();
+    if (opened.Failed() || m_failed) {
+        StopFor(opened.Failed() ? ExitStatus::PortFailed : ExitStatus::FileFailed,
+                m_failed.value_or(opened.Cause()));
+        return;
+    }
+    if (m_line.timeout) {
+        const std::chrono::nanoseconds most(*m_line.timeout);
+        CallAfter(std::chrono::duration_cast<std::chrono::milliseconds>(most), this,
+                  [this] { EndEarly(QStringLiteral("the time of the run is over")); });
+    }
+    if (m_line.commands)
+        BeginInput();
+    Drain();
+}
+
+void CliRun::BeginInput()
+{
+    connect(&m_input, &StandardInput::LineRead, this, &CliRun::OnCommand);
+    connect(&m_input, &StandardInput::LineTooLong, this, [this] {
+        ++m_commandLines;
+        Refuse(QJsonValue::Undefined, QStringLiteral("the line is longer than 1 MiB"));
+    });
+    connect(&m_input, &StandardInput::Ended, this, [this] {
+        m_inputEnded = true;
+        Advance();
+    });
+    m_input.Start();
+}
+
+/// What happened first, and then the time.
+void CliRun::Drain()
+{
+    const RunFeed::Taken taken = m_feed.TakeAll();
+    QString gone;
+    for (const TrafficEvent &event : taken.events) {
+        m_report.Traffic(event);
+        m_runner.Take(event);
+        // One that is waited for has a comment that says so.
+        if (event.kind == TrafficEvent::Kind::Gone && event.comment.isEmpty())
+            gone = QStringLiteral("The port COM%1 was disconnected. %2")
+                       .arg(event.channel == 0 ? m_comm.PortA() : m_comm.PortB())
+                       .arg(event.cause);
+    }
+    if (taken.wasFull)
+        m_communication.Resume();
+    if (!gone.isEmpty())
+        StopFor(ExitStatus::PortFailed, gone);
+    Advance();
+}
+
+void CliRun::Advance()
+{
+    if (m_over || m_acting)
+        return;
+    m_runner.Advance(MonotonicNow());
+    if (m_runner.Done()) {
+        const bool hadSteps = !m_runner.Program().steps.empty();
+        if (m_line.commands ? m_inputEnded : hadSteps)
+            Over();
+        return;
+    }
+    constexpr qint64 longest = 3'600'000;
+    const qint64 left = m_runner.NextDeadline() - MonotonicNow();
+    m_timer.start(int(std::clamp<qint64>((left + 999'999) / 1'000'000, 0, longest)));
+}
+
+void CliRun::OnOutcome(const StepOutcome &outcome)
+{
+    const StepProgram &program = m_runner.Program();
+    const QString place = program.PlaceOf(outcome.step);
+    m_report.Done(outcome, place);
+    if (m_ids.contains(outcome.step.line))
+        m_report.Answered(outcome, m_ids.take(outcome.step.line));
+    if (m_line.commands && m_ids.size() < MostCommands)
+        m_input.SetReading(!m_inputEnded);
+    if (outcome.verdict != StepOutcome::Verdict::Failed)
+        return;
+    const QString number =
+        program.ofFile ? QStringLiteral("step %1, ").arg(outcome.number) : QString();
+    m_report.Fail(m_stopping != 0 ? m_stopping : ExitStatus::StepFailed,
+                  QStringLiteral("%1%2: ").arg(number, place) + outcome.step.text +
+                      QStringLiteral(": ") + outcome.cause + InsteadOf(outcome));
+}
+
+void CliRun::OnCommand(const QByteArray &line)
+{
+    ++m_commandLines;
+    if (m_over)
+        return;
+    StepCommand command = ReadStepCommand(line, Maker());
+    if (command.result.Failed()) {
+        Refuse(command.id, command.result.Cause());
+        return;
+    }
+    command.step.line = m_commandLines;
+    m_ids.insert(m_commandLines, command.id);
+    if (m_ids.size() >= MostCommands)
+        m_input.SetReading(false);
+    m_runner.Add(std::move(command.step), MonotonicNow());
+    Drain();
+}
+
+void CliRun::Refuse(const QJsonValue &id, const QString &cause)
+{
+    m_report.Refused(m_commandLines, id, cause);
+}
+
+/// Which failure it is tells the moment: while ports are opened it is looked at behind that.
+void CliRun::OnFailed(const QString &text)
+{
+    if (m_acting) {
+        if (!m_failed)
+            m_failed = text;
+        return;
+    }
+    Drain(); // a device that went away is told there
+    StopFor(ExitStatus::FileFailed, text);
+}
+
+/// From outside: that fails the run if there were steps left.
+void CliRun::EndEarly(const QString &cause)
+{
+    Drain();
+    if (m_runner.Done())
+        Over();
+    else
+        StopFor(ExitStatus::StepFailed, cause);
+}
+
+void CliRun::StopFor(int status, const QString &cause)
+{
+    if (m_acting) { // inside a step
+        QMetaObject::invokeMethod(
+            this, [this, status, cause] { StopFor(status, cause); }, Qt::QueuedConnection);
+        return;
+    }
+    m_stopping = status;
+    m_runner.Stop(cause);
+    m_report.Fail(status, cause);
+    Over();
+}
+
+void CliRun::Over()
+{
+    m_over = true;
+    m_timer.stop();
+    m_input.SetReading(false);
+    m_loop.quit();
+}
+
+/// No event loop runs any more, so what the threads have posted is handled here.
+int CliRun::End()
+{
+    m_communication.ClosePorts();
+    Drain();
+    m_runner.Finish();
+    m_log.StopLog();
+    m_hangs = !m_log.Finish();
+    if (m_capture) {
+        m_capture->Close();
+        m_hangs = !m_capture->WaitUntilWritten(CaptureThread::MostTimeToEnd) || m_hangs;
+    }
+    QCoreApplication::sendPostedEvents(this);
+    QCoreApplication::sendPostedEvents(&m_communication);
+    QCoreApplication::sendPostedEvents(&m_log);
+    m_communication.ShowWaitingReports();
+    WriteReport();
+    m_report.End(LineNow());
+    m_hangs = !m_output.Finish() || m_hangs;
+    QCoreApplication::sendPostedEvents(this);
+    if (!m_report.Cause().isEmpty())
+        m_errors << "serimonde-cli: " << FileName::Shown(m_report.Cause()) << Qt::endl;
+    return m_report.Status();
+}
+
+/// One file, however often the ports are closed and opened meanwhile.
+void CliRun::MakeCapture()
+{
+    CaptureFile::Calls calls;
+    calls.failed = [this](CaptureFile::Trouble, const Result &result) {
+        QMetaObject::invokeMethod(this, [this, cause = result.Cause()] {
+            StopFor(
+                ExitStatus::FileFailed,
+                QStringLiteral("the capture %1 cannot be written: %2").arg(m_line.capture, cause));
+        });
+    };
+    calls.finished = [] {};
+    m_capture = std::make_unique<CaptureThread>(
+        std::make_unique<CaptureFile>(m_files, m_fileSystem.AbsolutePath(m_line.capture),
+                                      m_line.overwrite, std::move(calls)),
+        QStringLiteral("Serimonde ") + ProgramInfo::Version());
+    m_communication.Stream().Feed(*m_capture);
+}
+
+void CliRun::WriteReport()
+{
+    if (m_line.junit.isEmpty())
+        return;
+    ClOutputFile file(m_files);
+    Result written = file.OpenForReplacing(m_fileSystem.AbsolutePath(m_line.junit));
+    if (!written.Failed()) {
+        file.WriteInFile(m_report.JUnit());
+        written = file.Commit();
+    }
+    if (written.Failed())
+        m_report.Fail(ExitStatus::FileFailed, QStringLiteral("the report %1 cannot be written: %2")
+                                                  .arg(m_line.junit, written.Cause()));
+}
+
+/// What came until then, and what was sent, is told in front of what follows.
+Result CliRun::Send(const QByteArray &bytes, const QByteArray &name)
+{
+    m_acting = true;
+    Result sent = m_communication.Send(bytes, name);
+    Drain();
+    m_acting = false;
+    return sent;
+}
+
+Result CliRun::OnLine(const std::function<Result(Line &line)> &work)
+{
+    if (!m_communication.Running())
+        return Failure{QStringLiteral("the port is closed")};
+    Result done;
+    m_ports.lines.Do([&] { done = work(m_ports.MSCommA.Wire()); });
+    return done;
+}
+
+Result CliRun::SetRTS(bool on)
+{
+    return OnLine([on](Line &line) { return line.SetRTS(on); });
+}
+
+Result CliRun::SetDTR(bool on)
+{
+    return OnLine([on](Line &line) { return line.SetDTR(on); });
+}
+
+Result CliRun::SetBreak(bool on)
+{
+    return OnLine([on](Line &line) { return line.SetBreak(on); });
+}
+
+Result CliRun::Open()
+{
+    m_failed.reset();
+    m_acting = true;
+    m_communication.OpenPorts();
+    m_acting = false;
+    if (m_communication.Running())
+        return {};
+    m_stopping = ExitStatus::PortFailed;
+    return Failure{m_failed.value_or(QString())};
+}
+
+Result CliRun::Close()
+{
+    m_acting = true;
+    m_communication.ClosePorts();
+    Drain();
+    m_acting = false;
+    return {};
+}

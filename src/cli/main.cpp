@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "CliRun.h"
+#include "CommandLine.h"
+#include "ProgramArguments.h"
+#include "ProgramInfo.h"
+#include "TerminationWatch.h"
+
+#include <QCoreApplication>
+#include <QTextStream>
+
+#include <cstdlib>
+
+int main(int argc, char *argv[])
+{
+    TerminationWatch::OutliveReaders();
+    QTextStream output(stdout);
+    QTextStream errors(stderr);
+    const ParsedCommandLine parsed =
+        ParseCommandLine(ProgramArguments(argc, argv), Program::WithoutWindow);
+    if (parsed.result.Failed()) {
+        errors << "serimonde-cli: " << parsed.result.Cause()
+               << "\nserimonde-cli --help shows the options.\n";
+        return ExitStatus::WrongUsage;
+    }
+    if (parsed.line.action == CommandLine::Action::ShowHelp) {
+        output << CommandLineHelp(Program::WithoutWindow);
+        return 0;
+    }
+    if (parsed.line.action == CommandLine::Action::ShowVersion) {
+        output << "Serimonde " << ProgramInfo::Version() << '\n';
+        return 0;
+    }
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
+    QCoreApplication::setApplicationVersion(ProgramInfo::Version());
+    CliRun run(parsed.line, errors);
+    const int status = run.Run();
+    if (run.Hangs()) {
+        errors.flush();
+        std::_Exit(status);
+    }
+    return status;
+}
