@@ -88,7 +88,7 @@ class LiveProgram
     LineLoop lines;
     SerialPort portA{lines, hub, devices};
     SerialPort portB{lines, hub, devices};
-    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, views,
+    MdCommunication communication{{settings.comm, settings.display, settings.stamp, tables, &views,
                                    log, prompts, clock, portA, portB, lines}};
     SystemFiles system;
     OpenFiles files{system};

@@ -24,8 +24,10 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # that of everything else: with the former alone a bare system shows all of it in a fixed pitch.
 set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS
     "libqt6sql6-sqlite, libqt6svg6, fonts-liberation, fonts-dejavu-core")
-set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "serimonde-cli")
+set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "serimonde-cli, ca-certificates")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "qt6-wayland")
+# Whom a server over TLS may be certified by.
+set(CPACK_DEBIAN_CLI_PACKAGE_RECOMMENDS "ca-certificates")
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "wireshark")
 
 include(CPack)

@@ -1,12 +1,17 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "RemoteAddress.h"
 #include "SystemPortFinder.h"
 #include "frmDevices.h"
+#include "frmNetworkPort.h"
 #include "support/ScriptedFinder.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -44,6 +49,33 @@ class tst_devices : public QObject
         const auto *list = second.findChild<QTreeWidget *>("lstDevices");
         const QString tip = list->topLevelItem(0)->toolTip(3);
         QCOMPARE(QTextDocumentFragment::fromHtml(tip).toPlainText(), "/by-id/<i>d</i>");
+    }
+
+    void AnAddressIsPutTogetherAndTried()
+    {
+        const auto finder = std::make_shared<ScriptedFinder>();
+        frmNetworkPort port(ParseRemoteAddress("tls://bench:1?listen&authority=/a").address,
+                            finder);
+        const auto *meaning = port.findChild<QLabel *>("lblMeaning");
+        auto *cmdOK = port.findChild<QPushButton *>("cmdOK");
+        QCOMPARE(port.Address(), "tls://bench:1?listen&authority=/a");
+        QVERIFY(meaning->text().startsWith("Listening only: "));
+        port.findChild<QPushButton *>("cmdTest")->click();
+        QCOMPARE(meaning->text(), "Connecting to bench:1 ...");
+        QTRY_COMPARE(meaning->text(), "tried tls://bench:1?listen&authority=/a");
+        port.findChild<QLineEdit *>("txtPort")->setText("70000");
+        QVERIFY(!cmdOK->isEnabled() && meaning->text().contains("is wrong: "));
+        port.findChild<QLineEdit *>("txtPort")->setText("4001");
+        port.findChild<QComboBox *>("lstKind")->setCurrentIndex(0);
+        port.findChild<QCheckBox *>("chkListen")->setChecked(false);
+        QCOMPARE(port.Address(), "rfc2217://bench:4001");
+        QVERIFY(cmdOK->isEnabled() && meaning->text().startsWith("Settings, signals and breaks"));
+
+        frmDevices devices({5, {}, {}}, finder);
+        const auto *note = devices.findChild<QLabel *>("lblMeaning");
+        QVERIFY(note->isHidden());
+        devices.findChild<QLineEdit *>("txtDevice")->setText("tcp://bench:1");
+        QVERIFY(note->text().startsWith("Bytes alone: ") && !note->isHidden());
     }
 
     /// A system with a built-in port, a place without a chip, a USB adapter and a console.

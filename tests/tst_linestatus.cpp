@@ -100,6 +100,12 @@ class tst_linestatus : public QObject
         QVERIFY(desk.Find<QCheckBox>("chk_0RTS")->isChecked());
         QVERIFY(!desk.Find<QCheckBox>("chk_0DTR")->isChecked());
 
+        const QString remote = "tcp://bench:1";
+        desk.lines = {
+            {"COM7", PortState::Open, remote, remote, "set by the other side", {}, "ser2net"}};
+        QTRY_COMPARE(desk.Texts(who),
+                     "open|tcp://bench:1|ser2net|not available|set by the other side");
+
         // A device that tells nothing, without a description, behind a link.
         desk.lines = {{"COM7", PortState::Open, "/dev/link5", "/dev/tty5", "", {}}, OpenLine()};
         const QString none = "not available";

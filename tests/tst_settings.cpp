@@ -36,7 +36,7 @@ QMap<QString, QString> Defaults()
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
           "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False",
-          "Captures Folder=", "Record MostMegabytes=1024"}) {
+          "Captures Folder=", "Record MostMegabytes=1024", "NetworkPorts DeadAfterSeconds=10"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);

@@ -5,6 +5,7 @@
 
 #include "CommConfiguration.h"
 #include "PortDevices.h"
+#include "RemoteAddress.h"
 #include "SerialDevice.h"
 #include "SerialPortControl.h"
 #include "frmLineStatus.h"
@@ -42,7 +43,11 @@ LineStatus LineStatusWindow::StatusOf(SerialPortControl &port, int comNumber) co
     status.caption = QStringLiteral("COM%1").arg(comNumber);
     status.name = m_parts.devices.DeviceOf(comNumber);
     status.device = port.Device();
-    status.settings = m_parts.comm.PortSettings();
+    status.settings = port.SettingsNote();
+    if (status.settings.isEmpty())
+        status.settings = m_parts.comm.PortSettings();
+    if (IsRemoteAddress(status.device))
+        status.description = port.Description();
     status.counts = port.Wire().Counts();
     if (port.PortOpen())
         status.state = status.counts.away ? PortState::Waiting : PortState::Open;

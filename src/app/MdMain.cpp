@@ -39,7 +39,7 @@ MdMain::MdMain(const World &world, const CommandLine &line)
           world.record, QStringLiteral("Serimonde ") + ProgramInfo::Version()),
       m_devices(world.store, SystemPortName),
       m_finder(std::make_shared<SystemPortFinder>()),
-      m_ports(std::make_unique<SerialPorts>(m_devices)),
+      m_ports(std::make_unique<SerialPorts>(m_devices, &world.prompts)),
       m_communication(std::make_unique<MdCommunication>(CommunicationParts{
           m_comm, m_display, m_stamp, m_sequences, &m_views, m_log, world.prompts, world.clock,
           m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),

@@ -25,7 +25,8 @@ struct CommSettings {
     qint32 CommParity = 2; ///< index, 2 is None
     qint32 CommDataBits = 4;
     qint32 CommStopBits = 0;
-    bool CommReopen = false; ///< a device that went away is opened again when it is back
+    qint32 CommDeadSeconds = 10; ///< a connection without a word for so long counts as lost
+    bool CommReopen = false;     ///< a device that went away is opened again when it is back
 
     bool operator==(const CommSettings &) const = default;
 };

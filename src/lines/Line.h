@@ -57,6 +57,9 @@ struct LineCounts {
     bool away = false; ///< the device has gone and is waited for
 };
 
+/// Failure number of a write: the line only listens, whatever it is given.
+constexpr int LineOnlyListens = 8021;
+
 /// Hears what happens on a line. All calls come on the lines' thread, which must not be kept
 /// waiting: a line that is not read loses bytes.
 class LineListener
@@ -79,6 +82,9 @@ class LineListener
     virtual void OnBack(const LineTime &) {}
     /// It is back, but for some time now it could not be opened, for that cause. The line waits on.
     virtual void OnRefused(const QString &) {}
+
+    /// The other side has changed the settings of its own; in words.
+    virtual void OnOtherSettings(const QString &) {}
 
     /// Asked before each read. After a no the line is not read until Resume is called.
     virtual bool HasRoom() const { return true; }

@@ -12,6 +12,8 @@
 
 /// Failure number: the port does not take the line settings asked for.
 constexpr int RefusedLineSettings = 8015;
+/// Failure number: the user did not want to wait for the opening any more.
+constexpr int OpeningCancelled = 8022;
 
 /// What CommEvent tells inside a handler of CommEventRaised. Only Receive leads to an action.
 namespace CommEvents
@@ -58,6 +60,8 @@ class SerialPortControl : public QObject
     /// Whether a device that goes away is waited for and opened again when it is back, instead of
     /// being reported. A port that cannot do so reports it.
     virtual void SetReopens(bool) {}
+    /// Seconds after which a connection that says nothing counts as lost.
+    virtual void SetDeadSeconds(int) {}
 
     /// Opens or closes. Closing first raises the events for what has been received, then waits
     /// for bytes still to be sent, one second at most. Inside a receive event closing raises none;
@@ -89,6 +93,9 @@ class SerialPortControl : public QObject
     virtual QString Device() const = 0;
     /// What that device is, in its own words; empty if it has none.
     virtual QString Description() const { return {}; }
+    /// What there is to say of the settings of an open port that are not as asked by this side;
+    /// empty if there is nothing.
+    virtual QString SettingsNote() const { return {}; }
 
   Q_SIGNALS:
     void CommEventRaised();

@@ -18,10 +18,11 @@ enum class PortState { Closed, Open, Waiting };
 struct LineStatus {
     QString caption; ///< "COM1"
     PortState state = PortState::Closed;
-    QString name;      ///< of its device, as the user gave it; empty if the port has none
-    QString device;    ///< canonical name, of one that is waited for too; empty while closed
-    QString settings;  ///< "9600,N,8,1"
-    LineCounts counts; ///< since the last opening
+    QString name;          ///< of its device, as the user gave it; empty if the port has none
+    QString device;        ///< canonical name, of one that is waited for too; empty while closed
+    QString settings;      ///< "9600,N,8,1", or what there is to say in its place
+    LineCounts counts;     ///< since the last opening
+    QString description{}; ///< what the other side calls itself, of a remote line alone
 };
 
 /// The lines by which this side tells of itself.

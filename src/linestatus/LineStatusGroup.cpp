@@ -66,7 +66,10 @@ constexpr std::array FieldRows = {
                                                           : shown.line.device);
              }},
     FieldRow{"txtDescription", "Description", Place::Both,
-             [](const Shown &shown) { return Known(shown.identity.description); }},
+             [](const Shown &shown) {
+                 return Known(shown.line.description.isEmpty() ? shown.identity.description
+                                                               : shown.line.description);
+             }},
     FieldRow{"txtStableName", "Stable name", Place::Both,
              [](const Shown &shown) { return Known(shown.identity.stableName); }},
     FieldRow{"txtSettings", "Settings", Place::Both,

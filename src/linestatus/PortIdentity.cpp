@@ -3,6 +3,8 @@
 
 #include "PortIdentity.h"
 
+#include "RemoteAddress.h"
+
 #include <algorithm>
 
 QList<PortIdentity> IdentitiesOf(const QStringList &names, const PortFinder &finder,
@@ -12,6 +14,11 @@ QList<PortIdentity> IdentitiesOf(const QStringList &names, const PortFinder &fin
     QList<PortIdentity> identities;
     for (const QString &name : names) {
         PortIdentity identity;
+        if (IsRemoteAddress(name)) {
+            identity.device = name;
+            identities.append(identity);
+            continue;
+        }
         identity.device = name.isEmpty() ? QString() : canonicalName(name);
         const auto port = std::find_if(ports.begin(), ports.end(), [&](const FoundPort &each) {
             return each.device == identity.device;

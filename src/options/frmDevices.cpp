@@ -6,6 +6,8 @@
 #include "NamedButton.h"
 #include "PlainText.h"
 #include "PlainToolTip.h"
+#include "RemoteAddress.h"
+#include "frmNetworkPort.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -47,6 +49,7 @@ frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder>
       lblState(new QLabel),
       txtDevice(new QLineEdit),
       m_reopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
+      lblMeaning(new QLabel),
       cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
     for (auto meaning = port.meanings.cbegin(); meaning != port.meanings.cend(); ++meaning)
@@ -97,11 +100,12 @@ void frmDevices::MakeField(const ChosenPort &port)
     txtDevice->setPlaceholderText(ofSystem.device);
     if (meaning.source != PortDevices::Source::SystemName)
         txtDevice->setText(meaning.device);
-    auto *note = new QLabel(
-        QStringLiteral("Choose a port or type the path of a device. While the field is empty, ") +
-        (ofSystem.device.isEmpty()
-             ? QStringLiteral("COM%1 has no device.").arg(comNumber)
-             : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem.device + u'.'));
+    auto *note =
+        new QLabel(QStringLiteral("Choose a port, or type the path of a device or the address of a "
+                                  "network port. While the field is empty, ") +
+                   (ofSystem.device.isEmpty()
+                        ? QStringLiteral("COM%1 has no device.").arg(comNumber)
+                        : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem.device + u'.'));
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     auto *row = new QHBoxLayout;
@@ -110,6 +114,12 @@ void frmDevices::MakeField(const ChosenPort &port)
     auto *column = static_cast<QVBoxLayout *>(layout());
     column->addLayout(row);
     column->addWidget(note);
+    lblMeaning->setObjectName(QStringLiteral("lblMeaning"));
+    lblMeaning->setTextFormat(Qt::PlainText);
+    lblMeaning->setWordWrap(true);
+    column->addWidget(lblMeaning);
+    connect(txtDevice, &QLineEdit::textChanged, this, &frmDevices::ShowMeaning);
+    ShowMeaning();
     m_reopen->setObjectName(QStringLiteral("chkReopen"));
     m_reopen->setToolTip(QStringLiteral("Holds for all ports. Communication then goes on while a "
                                         "device is unplugged."));
@@ -123,12 +133,15 @@ void frmDevices::MakeButtons()
     QPushButton *cmdCancel = NamedButton("cmdCancel", "Cancel");
     cmdOK->setDefault(true);
     auto *row = new QHBoxLayout;
+    QPushButton *cmdNetworkPort = NamedButton("cmdNetworkPort", "&Network Port...");
     row->addWidget(cmdLookAgain);
+    row->addWidget(cmdNetworkPort);
     row->addStretch();
     row->addWidget(cmdOK);
     row->addWidget(cmdCancel);
     static_cast<QVBoxLayout *>(layout())->addLayout(row);
     connect(cmdLookAgain, &QPushButton::clicked, this, &frmDevices::Look);
+    connect(cmdNetworkPort, &QPushButton::clicked, this, &frmDevices::ChooseNetworkPort);
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -175,6 +188,26 @@ void frmDevices::Take(const QTreeWidgetItem &port)
 {
     txtDevice->setText(port.data(0, AssignedName).toString());
     txtDevice->setModified(true);
+}
+
+void frmDevices::ChooseNetworkPort()
+{
+    frmNetworkPort port(ParseRemoteAddress(Device()).address, m_finder, this);
+    if (port.exec() != QDialog::Accepted)
+        return;
+    txtDevice->setText(port.Address());
+    txtDevice->setModified(true);
+}
+
+/// Of an address what it means, or what is wrong with it.
+void frmDevices::ShowMeaning()
+{
+    const bool remote = IsRemoteAddress(Device());
+    const ParsedAddress parsed = ParseRemoteAddress(Device());
+    lblMeaning->setVisible(remote);
+    lblMeaning->setText(!remote                 ? QString()
+                        : parsed.state.Failed() ? parsed.state.Cause()
+                                                : RemoteMeaningText(parsed.address));
 }
 
 bool frmDevices::IsChosen() const

@@ -50,6 +50,8 @@ class frmDevices final : public QDialog
     void Look();
     void ShowPorts();
     void Take(const QTreeWidgetItem &port);
+    void ChooseNetworkPort();
+    void ShowMeaning();
 
     QMap<int, QString> m_numbers; ///< devices of all COM numbers
     std::shared_ptr<const PortFinder> m_finder;
@@ -58,5 +60,6 @@ class frmDevices final : public QDialog
     QLabel *lblState;
     QLineEdit *txtDevice;
     QCheckBox *m_reopen;
+    QLabel *lblMeaning;
     QPushButton *cmdLookAgain;
 };

@@ -47,6 +47,7 @@ void LineJudge::Begin(const Session &session)
     m_session = session;
     m_refused = false;
     m_lineAAway = false;
+    m_heldBackTold = false;
     m_lineAGone = false;
     m_detection.Clear();
 }
@@ -104,15 +105,16 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
     }
 }
 
-/// What is not sent because the device is away is nothing that happened on the line.
+/// What is not sent because the device is away, or only listened to, is nothing that happened on
+/// the line.
 bool LineJudge::IsHeldBack(const Result &written) const
 {
-    return m_lineAAway && written.Failed();
+    return written.Failed() && (m_lineAAway || written.Number() == LineOnlyListens);
 }
 
 void LineJudge::TellHeldBack(const QString &cause)
 {
-    m_reports.notice(m_session.names[0] + QStringLiteral(" is away"), cause);
+    m_reports.notice(m_session.names[0] + QStringLiteral(" sends nothing"), cause);
 }
 
 Result LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
@@ -222,6 +224,12 @@ void LineJudge::Ear::OnBack(const LineTime &time)
     if (m_channel == 0)
         m_judge.m_lineAAway = false;
     m_judge.m_reports.awayOrBack();
+}
+
+void LineJudge::Ear::OnOtherSettings(const QString &what)
+{
+    m_judge.m_reports.notice(Name() + QStringLiteral(" has other settings"),
+                             Name() + QStringLiteral(" has other settings: ") + what);
 }
 
 void LineJudge::Ear::OnRefused(const QString &cause)

@@ -71,6 +71,7 @@ class LineJudge final
         void OnAway(const QString &cause, qint64 unsent, const LineTime &time) override;
         void OnBack(const LineTime &time) override;
         void OnRefused(const QString &cause) override;
+        void OnOtherSettings(const QString &what) override;
         bool HasRoom() const override { return m_judge.HasRoom(); }
 
       private:
@@ -99,5 +100,5 @@ class LineJudge final
     bool m_refused = false; ///< the line refused what it was given last
     bool m_lineAAway = false;
     bool m_lineAGone = false;    ///< for good: it would take answers in silence
-    bool m_heldBackTold = false; ///< that answers are not sent, while the device is away
+    bool m_heldBackTold = false; ///< that answers are not sent, for now or at all
 };

@@ -99,8 +99,11 @@ bool PortTraffic::ConfigurePort(SerialPortControl &port, Channel channel)
         [&] { return port.SetPortOpen(true); },
     };
     port.SetReopens(m_parts.comm.Reopens());
+    port.SetDeadSeconds(m_parts.comm.stored.CommDeadSeconds);
     for (const auto &step : steps) {
         if (const Result done = step(); done.Failed()) {
+            if (done.Number() == OpeningCancelled)
+                return false;
             m_parts.prompts.ShowMessage(
                 CriticalMessage(OpenFailureText(PortNumber(channel), done)));
             return false;
@@ -118,7 +121,8 @@ TrafficSession PortTraffic::Session() const
         QString description = port.Device();
         if (const QString own = port.Description(); !own.isEmpty())
             description += QStringLiteral(" (%1)").arg(own);
-        session.ports.append({PortName(channel), description, line ? quint64(line->baud) : 0});
+        const bool known = line && port.SettingsNote().isEmpty();
+        session.ports.append({PortName(channel), description, known ? quint64(line->baud) : 0});
     }
     return session;
 }

@@ -223,6 +223,9 @@ constexpr std::array SettingRows = {
     AtLeast(0,
             ForgivingRow("Record", "MostMegabytes",
                          Field<&StoredSettings::record, &RecordSettings::MostMegabytes>, "1024")),
+
+    AtLeast(1, ForgivingRow("NetworkPorts", "DeadAfterSeconds",
+                            Field<&StoredSettings::comm, &CommSettings::CommDeadSeconds>, "10")),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

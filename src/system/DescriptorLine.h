@@ -68,6 +68,8 @@ class DescriptorLine : public Line, protected LineLoop::Source
     /// Between BeginReading and EndReading, as long as the other side is there.
     bool Reading() const { return m_reading; }
     bool Paused() const { return m_paused; }
+    /// Whether bytes wait that the system has not taken.
+    bool HasUnsent() const { return !m_unsent.isEmpty(); }
     /// Counts what waits to be sent.
     void CountWaiting();
 
@@ -113,7 +115,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
   private:
     int Descriptor() const override { return m_handle; }
     bool WantsToRead() const override { return m_reading && !m_paused; }
-    bool WantsToWrite() const override { return !m_unsent.isEmpty(); }
+    bool WantsToWrite() const override { return HasUnsent(); }
     void Readable(const LineLoop::Wake &wake) override;
     void Writable() override;
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 
+#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -57,6 +58,14 @@ Descriptor::~Descriptor()
 {
     if (IsOpen())
         ::close(m_number);
+}
+
+void BlockBrokenPipes()
+{
+    sigset_t set = {};
+    ::sigemptyset(&set);
+    ::sigaddset(&set, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
 }
 
 Failure SystemFailure()

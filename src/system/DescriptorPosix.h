@@ -41,6 +41,9 @@ class Descriptor
     int m_number;
 };
 
+/// Has this thread told of a broken pipe by errno alone; the system would end the program.
+void BlockBrokenPipes();
+
 /// What errno says.
 Failure SystemFailure();
 

@@ -3,6 +3,7 @@
 
 #include "LineLoop.h"
 
+#include "DescriptorPosix.h"
 #include "LineClock.h"
 
 #include <algorithm>
@@ -137,6 +138,7 @@ void LineLoop::Wakeup() const
 void LineLoop::Run()
 {
     ::pthread_setname_np(::pthread_self(), "lines");
+    BlockBrokenPipes();
     while (!m_ending) {
         const bool ticks = !m_sources.empty();
         const qint64 left = (m_nextTick - MonotonicNow()) / NanosecondsOfAMillisecond + 1;

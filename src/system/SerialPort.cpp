@@ -9,10 +9,12 @@
 #include "SerialDevice.h"
 #include "SerialPortHub.h"
 #include "SystemPortFinder.h"
+#include "UserPrompts.h"
 
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <atomic>
 
 namespace
 {
@@ -87,9 +89,29 @@ Result SerialPort::SetInputLen(int bytes)
     return Set(m_inputLen, bytes, bytes >= 0);
 }
 
+QString SerialPort::Device() const
+{
+    if (!m_open)
+        return {};
+    return m_line.IsRemote() ? RemoteAddressText(m_line.Remote().Address())
+                             : m_line.Local().Device();
+}
+
 QString SerialPort::Description() const
 {
-    return SystemPortFinder().DescriptionOf(Device());
+    return m_open && m_line.IsRemote() ? m_line.Remote().ServerName()
+                                       : SystemPortFinder().DescriptionOf(Device());
+}
+
+QString SerialPort::SettingsNote() const
+{
+    if (!m_open || !m_line.IsRemote())
+        return {};
+    const RemoteAddress &address = m_line.Remote().Address();
+    if (address.listens)
+        return QStringLiteral("listening only, set by the other side");
+    return address.kind == RemoteAddress::Kind::Bytes ? QStringLiteral("set by the other side")
+                                                      : QString();
 }
 
 Result SerialPort::SetPortOpen(bool open)
@@ -108,20 +130,32 @@ Result SerialPort::SetPortOpen(bool open)
 
 Result SerialPort::Open()
 {
-    const QString alias = m_devices.DeviceOf(m_commPort);
-    if (alias.isEmpty())
-        return Failure{NoDevice(m_commPort)};
-    const QString device = SerialDevice::CanonicalName(alias);
+    const QString name = m_devices.DeviceOf(m_commPort);
+    return name.isEmpty() ? Result(Failure{NoDevice(m_commPort)}) : OpenNamed(name);
+}
+
+Result SerialPort::OpenNamed(const QString &name)
+{
+    if (IsRemoteAddress(name)) {
+        const ParsedAddress parsed = ParseRemoteAddress(name);
+        if (parsed.state.Failed())
+            return parsed.state;
+        return OpenAs(RemoteAddressText(parsed.address),
+                      [&](const LineSettings &line) { return OpenRemote(parsed.address, line); });
+    }
+    const QString device = SerialDevice::CanonicalName(name);
     if (device.isEmpty())
-        return Failure{QStringLiteral("There is no device %1").arg(alias)};
+        return Failure{QStringLiteral("There is no device %1").arg(name)};
+    return OpenAs(device, [&](const LineSettings &line) { return OpenLocal(device, name, line); });
+}
+
+/// By its canonical name.
+Result SerialPort::OpenAs(const QString &device,
+                          const std::function<Result(const LineSettings &)> &open)
+{
     if (const int user = m_hub.UserOf(device); user != 0)
         return Failure{
             QStringLiteral("%1 is already open in this program as COM%2").arg(device).arg(user)};
-    return OpenDevice(device, alias);
-}
-
-Result SerialPort::OpenDevice(const QString &device, const QString &alias)
-{
     const auto line = ParseLineSettings(m_settings);
     if (!line)
         return Failure{QStringLiteral("The settings %1 do not have the form of 9600,N,8,1 (baud "
@@ -131,8 +165,7 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
 
     m_inBuffer.clear();
     m_hub.Arrivals().Attach(this, m_inBufferSize - 1); // a full buffer means overflow to readers
-    Result opened =
-        m_line.Open({m_commPort, device, alias, *line, m_rtsEnable, m_reopens, m_listensOnly});
+    Result opened = open(*line);
     if (opened.Failed())
         return opened;
     m_hub.Claim(device, m_commPort);
@@ -143,6 +176,43 @@ Result SerialPort::OpenDevice(const QString &device, const QString &alias)
         if (m_line.Listener() == this)
             m_line.BeginReading();
     });
+    return {};
+}
+
+Result SerialPort::OpenLocal(const QString &device, const QString &alias, const LineSettings &line)
+{
+    return m_line.ChooseLocal().Open(
+        {m_commPort, device, alias, line, m_rtsEnable, m_reopens, m_listensOnly});
+}
+
+/// The opening goes on by itself if the program ends meanwhile.
+Result SerialPort::OpenRemote(const RemoteAddress &address, const LineSettings &line)
+{
+    RemoteRequest request;
+    request.comNumber = m_commPort;
+    request.address = address;
+    request.address.listens = address.listens || m_listensOnly;
+    request.settings = line;
+    request.requestToSend = m_rtsEnable;
+    request.reopens = m_reopens;
+    request.deadSeconds = m_deadSeconds;
+    const auto opening = std::make_shared<RemoteOpening>(request);
+    const auto wanted = std::make_shared<std::atomic<bool>>(false);
+    const auto work = [opening, wanted](WorkProgress &progress) {
+        opening->Open([&progress] { return progress.Wanted(); });
+        *wanted = progress.Settle();
+    };
+    WorkProgress unseen;
+    if (m_prompts)
+        m_prompts->DoWork(QStringLiteral("Connecting to %1 ...").arg(PeerText(address)), work);
+    else
+        work(unseen);
+    if (!*wanted) // cancelled, or the program ends
+        return Failure{QStringLiteral("The opening of %1 was cancelled").arg(PeerText(address)),
+                       OpeningCancelled};
+    if (opening->State().Failed())
+        return opening->State();
+    m_line.ChooseRemote().Open(request, opening->TakeLink());
     return {};
 }
 

@@ -4,11 +4,12 @@
 #pragma once
 
 #include "ArrivalPort.h"
-#include "SerialLine.h"
+#include "PortLine.h"
 #include "SerialPortControl.h"
 
 class PortDevices;
 class SerialPortHub;
+class UserPrompts;
 
 /// The real serial port: a line on the loop of lines, and the events of the control for those who
 /// want them, which the hub raises on the window's thread. Whoever listens to the line itself gets
@@ -24,6 +25,10 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
                QObject *parent = nullptr);
     ~SerialPort() override;
 
+    /// Shows what is waited for while an opening takes long; without it nothing is shown. It
+    /// outlives this object.
+    void WaitThrough(UserPrompts &prompts) { m_prompts = &prompts; }
+
     Result SetCommPort(int number) override;
     Result SetSettings(const QString &settings) override;
     Result SetRThreshold(int bytes) override;
@@ -32,6 +37,7 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     Result SetInBufferSize(int bytes) override;
     Result SetInputLen(int bytes) override;
     void SetReopens(bool on) override { m_reopens = on; }
+    void SetDeadSeconds(int seconds) override { m_deadSeconds = seconds; }
     /// See LineRequest.
     void SetListensOnly(bool on) { m_listensOnly = on; }
 
@@ -48,8 +54,9 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
 
     Line &Wire() override { return m_line; }
     qint64 ThrownAway() const override { return m_thrownAway; }
-    QString Device() const override { return m_open ? m_line.Device() : QString(); }
+    QString Device() const override;
     QString Description() const override;
+    QString SettingsNote() const override;
 
   private:
     void RaiseReceive(const QByteArray &bytes) override;
@@ -62,13 +69,17 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
 
     template <typename Value> Result Set(Value &property, const Value &value, bool inRange);
     Result Open();
-    Result OpenDevice(const QString &device, const QString &alias);
+    Result OpenNamed(const QString &name);
+    Result OpenAs(const QString &device, const std::function<Result(const LineSettings &)> &open);
+    Result OpenLocal(const QString &device, const QString &alias, const LineSettings &line);
+    Result OpenRemote(const RemoteAddress &address, const LineSettings &line);
     void Close();
 
     LineLoop &m_loop;
     SerialPortHub &m_hub;
     const PortDevices &m_devices;
-    SerialLine m_line;
+    UserPrompts *m_prompts = nullptr;
+    PortLine m_line;
     bool m_hasRoom = true; ///< in the queue of arrivals; belongs to the lines' thread
     qint64 m_thrownAway = 0;
 
@@ -81,6 +92,7 @@ class SerialPort final : public SerialPortControl, private ArrivalPort, private 
     int m_inputLen = 0;
     bool m_reopens = false; ///< of the next opening, as is what follows
     bool m_listensOnly = false;
+    int m_deadSeconds = RemoteRequest().deadSeconds;
 
     bool m_open = false;
     QString m_claimed; ///< canonical name of the device, as it was opened

@@ -9,10 +9,15 @@
 
 /// The two serial ports of the program, on the one loop that serves them.
 struct SerialPorts {
-    /// The devices live longer than the ports.
-    explicit SerialPorts(const PortDevices &devices)
+    /// Both live longer than the ports. Without prompts nothing is shown while an opening takes
+    /// long.
+    explicit SerialPorts(const PortDevices &devices, UserPrompts *prompts = nullptr)
         : MSCommA(lines, hub, devices), MSCommB(lines, hub, devices)
     {
+        if (!prompts)
+            return;
+        MSCommA.WaitThrough(*prompts);
+        MSCommB.WaitThrough(*prompts);
     }
 
     LineLoop lines;

@@ -17,6 +17,7 @@ class SystemPortFinder final : public PortFinder
     }
 
     QList<FoundPort> FindPorts() const override;
+    QString TryRemote(const QString &address) const override;
 
     /// What a device is, in words; empty if the system knows nothing of it.
     QString DescriptionOf(const QString &device) const;

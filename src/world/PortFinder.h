@@ -21,4 +21,11 @@ class PortFinder
     virtual ~PortFinder() = default;
 
     virtual QList<FoundPort> FindPorts() const = 0;
+
+    /// Connects to a port on another machine and leaves it as it was. What was found, in words.
+    virtual QString TryRemote(const QString &address) const
+    {
+        Q_UNUSED(address)
+        return {};
+    }
 };

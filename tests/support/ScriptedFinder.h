@@ -23,6 +23,7 @@ class ScriptedFinder final : public PortFinder
         allowed.acquire();
         return ports;
     }
+    QString TryRemote(const QString &address) const override { return "tried " + address; }
 };
 
 /// The list of the dialog of devices, a text for each row.

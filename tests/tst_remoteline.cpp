@@ -3,9 +3,9 @@
 
 #include "LineJudge.h"
 #include "LineLoop.h"
+#include "RemoteLine.h"
 #include "SerialDevice.h"
 #include "SerialLine.h"
-#include "TcpLine.h"
 #include "TrafficStream.h"
 #include "support/Cases.h"
 #include "support/FixedClock.h"
@@ -151,7 +151,7 @@ struct Desk {
     PtyPair pty;
     TcpPair tcp;
     SerialLine local{loop};
-    TcpLine remote{loop};
+    RemoteLine remote{loop};
     LineJudge judge{board, stream, &local, {[](auto...) {}, [](auto...) {}, [](auto...) {}}};
 
     explicit Desk(bool answers = false)
@@ -163,9 +163,10 @@ struct Desk {
         WatchSequence(tables, "ask", "asked", "YES");
         board.Publish(std::make_shared<const WatchSnapshot>(tables));
         const QString device = SerialDevice::CanonicalName(pty.DeviceName());
-        if (local.Open({1, device, device, {}}).Failed() ||
-            remote.Open(2, Peer, tcp.Socket()).Failed())
+        RemoteLink link = {std::make_unique<RemoteStream>(Descriptor(tcp.Socket()), Peer), nullptr};
+        if (local.Open({1, device, device, {}}).Failed() || link.stream->Prepare(10).Failed())
             qFatal("a line cannot be opened");
+        remote.Open({.comNumber = 2}, std::move(link));
         loop.Do([&] {
             judge.Begin({true, answers});
             local.BeginReading();
@@ -193,7 +194,7 @@ struct Desk {
 
 } // namespace
 
-class tst_tcpline : public QObject
+class tst_remoteline : public QObject
 {
     Q_OBJECT
 
@@ -220,6 +221,11 @@ class tst_tcpline : public QObject
         QCOMPARE(desk.remote.Counts().receivedBytes, all.size() + 3);
         QVERIFY(desk.tcp.Option(IPPROTO_TCP, TCP_NODELAY) != 0);
         QVERIFY(desk.tcp.Option(SOL_SOCKET, SO_KEEPALIVE) != 0);
+        QCOMPARE(desk.tcp.Option(IPPROTO_TCP, TCP_USER_TIMEOUT), 10'000);
+        QCOMPARE(desk.tcp.Option(IPPROTO_TCP, TCP_KEEPIDLE) +
+                     desk.tcp.Option(IPPROTO_TCP, TCP_KEEPCNT) *
+                         desk.tcp.Option(IPPROTO_TCP, TCP_KEEPINTVL),
+                 10);
 
         desk.remote.Close();
         const auto known = [&] { // but for a pass that was late
@@ -295,6 +301,6 @@ class tst_tcpline : public QObject
     }
 };
 
-QTEST_GUILESS_MAIN(tst_tcpline)
+QTEST_GUILESS_MAIN(tst_remoteline)
 
-#include "tst_tcpline.moc"
+#include "tst_remoteline.moc"
