@@ -147,12 +147,3 @@ class LiveProgram
         }
     }
 };
-
-/// The value that the given share of all values does not exceed.
-inline double Percentile(std::vector<double> values, double share)
-{
-    if (values.empty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, size_t(share * double(values.size())))];
-}
