@@ -20,10 +20,10 @@ set(CPACK_DEBIAN_PACKAGE_SECTION comm)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "${SERIMONDE_WEB}")
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# Plug-ins that no link names (the data base of the help, the icons); the font of the views, and
+# Plug-ins that no link names (the data base of the help); the font of the views, and
 # that of everything else: with the former alone a bare system shows all of it in a fixed pitch.
 set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS
-    "libqt6sql6-sqlite, libqt6svg6, fonts-liberation, fonts-dejavu-core")
+    "libqt6sql6-sqlite, fonts-liberation, fonts-dejavu-core")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "serimonde-cli, ca-certificates")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "qt6-wayland")
 # Whom a server over TLS may be certified by.

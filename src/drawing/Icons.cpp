@@ -3,14 +3,78 @@
 
 #include "Icons.h"
 
-/// The icons stand in a static library, which nothing else would pull in.
-static void LoadIcons()
+#include <QDir>
+#include <QIconEngine>
+#include <QImageReader>
+#include <QPainter>
+
+#include <algorithm>
+#include <map>
+#include <utility>
+#include <vector>
+
+namespace
 {
-    Q_INIT_RESOURCE(icons);
-}
+
+/// A folder with a picture in each size. One is read when it is first shown: the toolkit's own
+/// icon of several files reads all of them at once, which the first window would wait for.
+class PictureIcon final : public QIconEngine
+{
+  public:
+    explicit PictureIcon(const QDir &folder) : m_folder(folder)
+    {
+        for (const QFileInfo &picture : folder.entryInfoList())
+            m_sides.push_back(picture.baseName().toInt());
+        std::sort(m_sides.begin(), m_sides.end());
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const qreal scale = painter->device()->devicePixelRatioF();
+        painter->drawPixmap(rect, pixmap((QSizeF(rect.size()) * scale).toSize(), mode, state));
+    }
+
+    /// Square, and no larger than the largest picture; between two sizes the larger is scaled
+    /// down. What is disabled looks as the style has it.
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State) override
+    {
+        if (m_sides.empty())
+            return {};
+        const int side = std::min({size.width(), size.height(), m_sides.back()});
+        QPixmap &kept = m_kept[{side, mode}];
+        if (kept.isNull() && side > 0)
+            kept = mode == QIcon::Normal ? Read(side) : QIcon(Read(side)).pixmap(size, 1.0, mode);
+        return kept;
+    }
+
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
+    {
+        QList<QSize> sizes;
+        for (const int side : m_sides)
+            sizes.append({side, side});
+        return sizes;
+    }
+
+    QIconEngine *clone() const override { return new PictureIcon(*this); }
+
+  private:
+    QPixmap Read(int side) const
+    {
+        const int stored = *std::lower_bound(m_sides.cbegin(), m_sides.cend(), side);
+        QImageReader reader(m_folder.filePath(QStringLiteral("%1.png").arg(stored)), "png");
+        reader.setAutoDetectImageFormat(false); // else all plug-ins would be loaded and asked
+        reader.setScaledSize({side, side});
+        return QPixmap::fromImageReader(&reader);
+    }
+
+    QDir m_folder;
+    std::vector<int> m_sides; ///< in pixels, ascending
+    std::map<std::pair<int, QIcon::Mode>, QPixmap> m_kept;
+};
+
+} // namespace
 
 QIcon Icons::Named(const char *name)
 {
-    LoadIcons();
-    return QIcon(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(name)));
+    return QIcon(new PictureIcon(QDir(QStringLiteral(":/icons/") + QLatin1String(name))));
 }

@@ -9,7 +9,8 @@
 namespace Icons
 {
 
-/// The icon of that name; every drawing under drawing/icons is one.
+/// The icon of that name: a drawing under drawing/icons, or "about", the program's own for the
+/// about box.
 QIcon Named(const char *name);
 
 } // namespace Icons

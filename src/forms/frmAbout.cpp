@@ -4,12 +4,12 @@
 #include "frmAbout.h"
 
 #include "ClickLabel.h"
+#include "Icons.h"
 #include "NamedButton.h"
 #include "Shell.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QIcon>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -45,7 +45,7 @@ frmAbout::frmAbout(const Texts &texts, Shell &shell, UserPrompts &prompts, QWidg
 void frmAbout::MakeTitle(QVBoxLayout *page, const Texts &texts)
 {
     auto *picture = MakeLabel("imgSerimonde", QString());
-    picture->setPixmap(QIcon(QStringLiteral(":/icons/serimonde.svg")).pixmap(IconSize));
+    picture->setPixmap(Icons::Named("about").pixmap(IconSize));
     picture->setAccessibleName(QStringLiteral("Icon of Serimonde"));
 
     auto *title = MakeLabel("lblTitle", QStringLiteral("Serimonde"));

@@ -6,6 +6,7 @@
 #include "DialogPage.h"
 #include "HelpBrowser.h"
 #include "HelpFile.h"
+#include "Icons.h"
 #include "ReadingOrder.h"
 #include "Shell.h"
 
@@ -55,7 +56,7 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
 {
     setObjectName(QStringLiteral("frmHelp"));
     setWindowTitle(QStringLiteral("Serimonde Help"));
-    setWindowIcon(QIcon(QStringLiteral(":/icons/serimonde.svg")));
+    setWindowIcon(Icons::Named("serimonde"));
     resize(UsualSize.boundedTo(screen()->availableSize()));
     MakeBrowser();
     MakePanes();
