@@ -5,6 +5,7 @@
 #include "ConsolePrompts.h"
 #include "Display.h"
 #include "FileName.h"
+#include "HeadStart.h"
 #include "MdMain.h"
 #include "ProgramArguments.h"
 #include "ProgramInfo.h"
@@ -23,8 +24,11 @@
 #include <QRegularExpression>
 #include <QTextStream>
 
+#include <array>
 #include <cstdlib>
 #include <memory>
+#include <thread>
+#include <utility>
 
 namespace
 {
@@ -130,7 +134,12 @@ int main(int argc, char *argv[])
         return StartFailed;
     }
 
+    std::jthread fonts = HeadStart::Fonts();
+    // The menu bar stands in the window; for another place the session's bus would be waited for.
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
+    // They end before the application does.
+    const std::array begun = {std::move(fonts), HeadStart::SessionBus()};
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
     QGuiApplication::setDesktopFileName(QStringLiteral("org.serimonde.Serimonde"));

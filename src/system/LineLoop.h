@@ -6,6 +6,7 @@
 #include "Line.h"
 
 #include <condition_variable>
+#include <future>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -64,7 +65,7 @@ class LineLoop final : public LineThread
     /// not keep them waiting. Nobody waits for it, not even the end of the program.
     static void RunBeside(std::function<void()> work);
 
-    QString Priority() const override { return m_priority; }
+    QString Priority() const override { return m_priority.get(); }
 
   private:
     void Run();
@@ -84,7 +85,7 @@ class LineLoop final : public LineThread
     std::vector<std::function<void()>> m_posted;
     bool m_ending = false;
 
-    int m_wakeup = -1; ///< a descriptor that ends the waiting
-    QString m_priority;
+    int m_wakeup = -1;                      ///< a descriptor that ends the waiting
+    std::shared_future<QString> m_priority; ///< comes as soon as the thread runs
     std::thread m_thread;
 };

@@ -68,8 +68,12 @@ bool AnyToBeRead(std::vector<pollfd> &waited)
 
 LineLoop::LineLoop() : m_wakeup(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
 {
-    m_thread = std::thread([this] { Run(); });
-    Do([this] { m_priority = RaisePriority(); });
+    std::promise<QString> raised;
+    m_priority = raised.get_future().share();
+    m_thread = std::thread([this, raised = std::move(raised)]() mutable {
+        raised.set_value(RaisePriority());
+        Run();
+    });
 }
 
 LineLoop::~LineLoop()
