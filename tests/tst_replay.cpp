@@ -244,7 +244,7 @@ class tst_replay : public QObject
         QCOMPARE(bench.settings.comm.ModeOfPorts(), own);
         QCOMPARE(bench.statusTexts, QStringList{"Replaying x.pcapng"});
         QCOMPARE(bench.toolbarStates.last(), MdCommunication::ToolbarState::Open);
-        QTRY_VERIFY(!bench.log.events.isEmpty());
+        QTRY_VERIFY(bench.log.hasEvents);
 
         bench.communication.Transmit("unseen");
         bench.communication.Transmit("unseen");
@@ -272,7 +272,7 @@ class tst_replay : public QObject
         bench.replay.Stop(); // before it was open
         QCOMPARE(bench.replay.Stands(), State::Stopped);
         bench.Start();
-        QTRY_VERIFY(!bench.log.events.isEmpty());
+        QTRY_VERIFY(bench.log.hasEvents);
         bench.communication.ClosePorts();
         QCOMPARE(bench.replay.Stands(), State::Stopped);
         QCOMPARE(bench.Shown(), "one ");

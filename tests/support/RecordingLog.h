@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <array>
+#include <atomic>
 
 /// Keeps what would have been logged, and may hand it on to a log.
 class RecordingLog final : public CommunicationLog
@@ -16,8 +17,9 @@ class RecordingLog final : public CommunicationLog
   public:
     std::array<QByteArray, RepresentationCount> texts;
     QStringList calls;
-    QList<TrafficEvent> events;   ///< without those about the ports
-    QList<TrafficEvent> openings; ///< those
+    QList<TrafficEvent> events;          ///< without those about the ports
+    QList<TrafficEvent> openings;        ///< those
+    std::atomic<bool> hasEvents = false; ///< may be asked while another thread hands them over
     QList<TrafficSession> sessions;
     int sessionsEnded = 0;
     bool hasRoom = true;
@@ -29,6 +31,7 @@ class RecordingLog final : public CommunicationLog
     {
         using Kind = TrafficEvent::Kind;
         (event.kind == Kind::Opened || event.kind == Kind::Closed ? openings : events) << event;
+        hasEvents = !events.isEmpty();
         for (const Representation r : AllRepresentations)
             TrafficText::Append(texts[size_t(r)], r, event);
         if (next)
