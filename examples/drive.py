@@ -15,7 +15,9 @@ class Line:
     def do(self, step, what=None, **more):
         command = {"step": step, **({"what": what} if what else {}), **more}
         print(json.dumps(command), file=self.program.stdin, flush=True)
-        return json.loads(self.program.stdout.readline())
+        for told in map(json.loads, self.program.stdout):
+            if told["event"] == "answer":  # else something that happened meanwhile
+                return told
 
     def end(self):
         self.program.stdin.close()

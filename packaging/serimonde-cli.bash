@@ -9,9 +9,41 @@ _serimonde_cli_devices() {
     compgen -G '/dev/tty[SUA]*'
 }
 
+# Behind judge, export and replay, which work on a capture.
+_serimonde_cli_command() {
+    local -A options=(
+        [judge]='--strict --help --version'
+        [export]='--csv --help --version'
+        [replay]='--port --settings --reconnect --log --capture --overwrite --within --timeout --json
+            --quiet --speed --in-step --channel --help --version'
+    )
+    case $prev in
+        --speed) COMPREPLY=($(compgen -W '1 10 max' -- "$cur")) ;;
+        --channel) COMPREPLY=($(compgen -W '1 2' -- "$cur")) ;;
+        --port) COMPREPLY=($(compgen -S = -W '{1..8}' -- "$cur")) && compopt -o nospace ;;
+        --settings | --within | --timeout) ;;
+        *)
+            if [[ $cur == -* ]]; then
+                COMPREPLY=($(compgen -W "${options[$1]}" -- "$cur"))
+            else
+                _filedir
+            fi
+            ;;
+    esac
+}
+
 _serimonde_cli() {
     local cur prev words cword
     _init_completion -n = || return
+
+    case ${words[1]} in
+        judge | export | replay)
+            if ((cword > 1)); then
+                _serimonde_cli_command "${words[1]}"
+                return
+            fi
+            ;;
+    esac
 
     local option=$prev value=$cur
     if [[ $cur == --*=* ]]; then
@@ -47,7 +79,7 @@ _serimonde_cli() {
                     --help --version' -- "$cur"))
             else
                 COMPREPLY=($(compgen -W 'send send-hex send-text expect forbid allow quiet wait rts
-                    dtr break close open repeat end' -- "$cur"))
+                    dtr break close open repeat end group judge export replay' -- "$cur"))
                 _filedir sqx
             fi
             ;;

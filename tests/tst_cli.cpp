@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Cases.h"
+#include "support/CliProgram.h"
 #include "support/PtyPair.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -29,37 +29,6 @@ constexpr const char *Project =
     "COMMENT \r\n\r\n"
     "RECEIVE\r\n1\r\nReady\r\n082 | 069 | 065 | 068 | 089 | 063\r\n2\r\n1\r\n"
     "COMMENT \r\n\r\n";
-
-/// The program, as another one starts it.
-class Program : public QProcess
-{
-  public:
-    int Finished()
-    {
-        return waitForFinished(20000) && exitStatus() == NormalExit ? exitCode() : -1;
-    }
-    /// The next line of output, without the times, which no test can know.
-    QByteArray NextLine()
-    {
-        while (!canReadLine() && waitForReadyRead(20000)) {
-        }
-        static const QRegularExpression times(",?\"(us|wall|took)\":\\d+");
-        return QString::fromUtf8(readLine())
-            .remove(times)
-            .replace("{,", "{")
-
-            .trimmed()
-            .toUtf8();
-    }
-    QStringList Lines()
-    {
-        QStringList lines;
-        for (QByteArray line = NextLine(); !line.isEmpty(); line = NextLine())
-            lines << QString::fromUtf8(line);
-        return lines;
-    }
-    QString Errors() { return QString::fromUtf8(readAllStandardError()).trimmed(); }
-};
 
 } // namespace
 
@@ -394,6 +363,66 @@ class tst_cli : public QObject
         QString report = QString::fromUtf8(Content("j.xml"));
         static const QRegularExpression times(" time(stamp)?=\"[^\"]*\"");
         QCOMPARE(report.remove(times).trimmed(), Expected("cli-junit.xml"));
+    }
+
+    void Groups()
+    {
+        Write("g.steps", "send Ping\nrepeat 2\ngroup \"Say <A>\"\nwait 1ms\nexpect text:A within "
+                         "50ms\nend\nwait 0ms\ngroup last\nclose\nopen\n");
+        Program program;
+        StartOnLine(program, {"--steps", "g.steps", "--junit", "g.xml"});
+        QCOMPARE(m_line->Read(4), "PING");
+        QVERIFY(m_line->Write("AB"));
+        QCOMPARE(program.Finished(), 1);
+        static const QRegularExpression cases("<testcase classname=\"g.steps\" (name=\"[^\"]*\") "
+                                              "[^>]*>\\s*(<skipped|<failure message=\"[^\"]*)?");
+        QStringList told;
+        QString report = QString::fromUtf8(Content("g.xml"));
+        for (const auto &match : cases.globalMatch(report))
+            told << match.captured(1) + match.captured(2);
+        QCOMPARE(told,
+                 QStringList({"name=\"line 1: send Ping\"", "name=\"Say &lt;A&gt;\"",
+                              "name=\"Say &lt;A&gt;\"<failure message=\"line 5: expect text:A "
+                              "within 50ms: it did not come in time",
+                              "name=\"line 7: wait 0ms\"<skipped", "name=\"last\"<skipped"}));
+    }
+
+    /// A device that is unplugged between two steps, and comes back under its name.
+    void Reconnect()
+    {
+        QFile::remove(PathOf("device"));
+        QVERIFY(QFile::link(m_line->DeviceName(), PathOf("device")));
+        Program program;
+        Start(program, {"--port", "1=" + PathOf("device"), "--reconnect", "p.sqx", "--json",
+                        "--capture", "again.pcapng", "send Ping", "expect Pong within 20s",
+                        "expect text:2 within 20s", "send Ping"});
+        QCOMPARE(m_line->Read(4), "PING");
+        QVERIFY(m_line->Write("PONG1"));
+        QVERIFY(program.Tells("\"line\":2"));
+        QFile::remove(PathOf("device"));
+        m_line->Unplug();
+        QVERIFY(program.Tells("gone"));
+        PtyPair again;
+        QVERIFY(QFile::link(again.DeviceName(), PathOf("device")));
+        QVERIFY(program.Tells("back"));
+        QVERIFY(again.Write("2"));
+        QCOMPARE(again.Read(4), "PING");
+        QCOMPARE(program.Finished(), 0);
+        QVERIFY(Content("again.pcapng").contains("went away"));
+    }
+
+    /// What came while no command waited is told at once, and fails the run.
+    void ForbiddenBetweenCommands()
+    {
+        Program program;
+        StartOnLine(program, {"--commands"});
+        program.write("{\"step\":\"forbid\",\"what\":\"text:NAK\"}\n");
+        QVERIFY(program.NextLine().contains("\"ok\":true"));
+        QVERIFY(m_line->Write("xNAK"));
+        QCOMPARE(program.NextLine(), R"({"event":"forbidden","heard":{"hex":"784E414B","text":)"
+                                     R"("xNAK"},"line":1,"step":"forbid text:NAK"})");
+        program.closeWriteChannel();
+        QCOMPARE(program.Finished(), 1);
     }
 
     void ExampleOfSteps()

@@ -354,6 +354,7 @@ class tst_steps : public QObject
         row("another key", R"({"step":"close","name":"x"})", "\"name\" means nothing here");
         row("a value of another kind", R"({"step":["close"]})", "\"step\" is neither");
         row("a repeat", R"({"step":"repeat","what":3})", "repeat is no command");
+        row("a group alone", R"({"step":"group","what":"A"})", "group is no command");
         row("a wrong step", R"({"step":"wait"})", "wait needs something behind it");
     }
 

@@ -137,7 +137,8 @@ Result CliRun::Prepare()
         m_log.Arm(m_line.log, m_line.overwrite);
     if (const Result loaded = LoadProject(); loaded.Failed())
         return loaded;
-    return ReadSteps();
+    m_hasSteps = !m_line.input.isEmpty() || !m_line.steps.isEmpty() || !m_line.stepWords.isEmpty();
+    return m_line.input.isEmpty() ? ReadSteps() : OpenReplay();
 }
 
 Result CliRun::LoadProject()
@@ -181,6 +182,30 @@ Result CliRun::ReadSteps()
         return Failure{file + parsed.result.Cause()};
     m_program = std::move(parsed.program);
     return {};
+}
+
+Result CliRun::OpenReplay()
+{
+    const QString path = m_fileSystem.AbsolutePath(m_line.input);
+    const auto same = [&](const QString &other) {
+        return !other.isEmpty() && m_fileSystem.CanonicalPath(m_fileSystem.AbsolutePath(other)) ==
+                                       m_fileSystem.CanonicalPath(path);
+    };
+    if (same(m_line.capture))
+        return Failure{QStringLiteral("the capture that is replayed would be overwritten")};
+    FileSystem::Opened opened = m_fileSystem.Open(path);
+    ReplaySteps::Options options;
+    options.speed = m_line.speed;
+    options.inStep = m_line.inStep;
+    options.within = m_line.within.value_or(options.within);
+    options.channel = m_line.channel;
+    Result result = std::move(opened.result);
+    if (!result.Failed()) {
+        m_replay = std::make_unique<ReplaySteps>(std::move(opened.device), options);
+        result = m_replay->Open();
+    }
+    return result.Failed() ? Failure{m_line.input + QStringLiteral(": ") + result.Cause()}
+                           : Result();
 }
 
 void CliRun::Begin()
@@ -230,6 +255,8 @@ void CliRun::Drain()
             gone = QStringLiteral("The port COM%1 was disconnected. %2")
                        .arg(event.channel == 0 ? m_comm.PortA() : m_comm.PortB())
                        .arg(event.cause);
+        if (event.kind == TrafficEvent::Kind::NotSent)
+            m_notSent = event.cause;
     }
     if (taken.wasFull)
         m_communication.Resume();
@@ -243,15 +270,66 @@ void CliRun::Advance()
     if (m_over || m_acting)
         return;
     m_runner.Advance(MonotonicNow());
-    if (m_runner.Done()) {
-        const bool hadSteps = !m_runner.Program().steps.empty();
-        if (m_line.commands ? m_inputEnded : hadSteps)
-            Over();
+    qint64 next = m_replay ? AdvanceReplay() : m_runner.NextDeadline();
+    if (m_over)
         return;
+    if (m_runner.Done() && !m_replay) {
+        if (m_line.commands ? !m_inputEnded : !m_hasSteps)
+            return;
+        const std::optional<qint64> left = m_report.Status() == 0 ? UntilSent(0) : std::nullopt;
+        if (!left) {
+            Over();
+            return;
+        }
+        next = MonotonicNow() + *left;
     }
     constexpr qint64 longest = 3'600'000;
-    const qint64 left = m_runner.NextDeadline() - MonotonicNow();
+    const qint64 left = next - MonotonicNow();
     m_timer.start(int(std::clamp<qint64>((left + 999'999) / 1'000'000, 0, longest)));
+}
+
+/// The capture's next steps, until one waits; when to go on.
+qint64 CliRun::AdvanceReplay()
+{
+    for (int i = 0; i < StepRunner::MostStepsAtOnce; ++i) {
+        if (!m_runner.Done())
+            return m_runner.NextDeadline();
+        if (m_report.Status() != ExitStatus::Passed) {
+            Over();
+            return 0;
+        }
+        if (const std::optional<qint64> left = UntilSent(SendWatch::Ahead))
+            return MonotonicNow() + *left;
+        if (m_sending.StandsStill(MonotonicNow())) {
+            StopFor(
+                ExitStatus::StepFailed,
+                QStringLiteral("%1 bytes wait, and none of them leaves").arg(m_sending.Waiting()));
+            return 0;
+        }
+        ReplaySteps::Next next = m_replay->Take(MonotonicNow());
+        if (next.over) {
+            if (!m_replay->Damage().isEmpty())
+                m_report.Fail(ExitStatus::StepFailed,
+                              m_line.input + QStringLiteral(": ") + m_replay->Damage());
+            m_replay.reset();
+            return 0;
+        }
+        if (!next.step)
+            return MonotonicNow() + next.wait;
+        m_runner.Add(std::move(*next.step), MonotonicNow());
+    }
+    return 0;
+}
+
+/// How long until it is worth looking whether more than so many bytes still wait to leave; nothing
+/// if no more do, or they stand still.
+std::optional<qint64> CliRun::UntilSent(qint64 most)
+{
+    if (!m_communication.Running())
+        return {};
+    qint64 waiting = 0;
+    m_ports.lines.Do([&] { waiting = m_ports.MSCommA.Wire().Waiting(); });
+    return m_sending.Until(waiting, most, MonotonicNow());
 }
 
 void CliRun::OnOutcome(const StepOutcome &outcome)
@@ -261,6 +339,8 @@ void CliRun::OnOutcome(const StepOutcome &outcome)
     m_report.Done(outcome, place);
     if (m_ids.contains(outcome.step.line))
         m_report.Answered(outcome, m_ids.take(outcome.step.line));
+    else if (m_line.commands)
+        m_report.ForbiddenCame(outcome);
     if (m_line.commands && m_ids.size() < MostCommands)
         m_input.SetReading(!m_inputEnded);
     if (outcome.verdict != StepOutcome::Verdict::Failed)
@@ -311,7 +391,9 @@ void CliRun::OnFailed(const QString &text)
 void CliRun::EndEarly(const QString &cause)
 {
     Drain();
-    if (m_runner.Done())
+    if (m_over)
+        return;
+    if (m_runner.Done() && !m_replay)
         Over();
     else
         StopFor(ExitStatus::StepFailed, cause);
@@ -341,8 +423,11 @@ void CliRun::Over()
 /// No event loop runs any more, so what the threads have posted is handled here.
 int CliRun::End()
 {
+    m_notSent.clear();
     m_communication.ClosePorts();
     Drain();
+    if (!m_notSent.isEmpty() && (m_hasSteps || m_line.commands))
+        m_report.Fail(ExitStatus::StepFailed, m_notSent);
     m_runner.Finish();
     m_log.StopLog();
     m_hangs = !m_log.Finish();
@@ -446,8 +531,9 @@ Result CliRun::Open()
 Result CliRun::Close()
 {
     m_acting = true;
+    m_notSent.clear();
     m_communication.ClosePorts();
     Drain();
     m_acting = false;
-    return {};
+    return m_notSent.isEmpty() ? Result() : Failure{m_notSent};
 }

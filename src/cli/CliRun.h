@@ -15,11 +15,13 @@
 #include "OpenFiles.h"
 #include "OutputThread.h"
 #include "PortDevices.h"
+#include "ReplaySteps.h"
 #include "RunFeed.h"
 #include "RunLog.h"
 #include "RunPrompts.h"
 #include "RunReport.h"
 #include "RunState.h"
+#include "SendWatch.h"
 #include "SerialPorts.h"
 #include "StampText.h"
 #include "StandardInput.h"
@@ -57,6 +59,7 @@ class CliRun final : public QObject, private StepActions
     Result Prepare();
     Result LoadProject();
     Result ReadSteps();
+    Result OpenReplay();
     StepMaker Maker() const;
     void Begin();
     void BeginInput();
@@ -66,6 +69,8 @@ class CliRun final : public QObject, private StepActions
 
     void Drain();
     void Advance();
+    qint64 AdvanceReplay();
+    std::optional<qint64> UntilSent(qint64 most);
     void OnOutcome(const StepOutcome &outcome);
     void OnCommand(const QByteArray &line);
     void Refuse(const QJsonValue &id, const QString &cause);
@@ -109,6 +114,10 @@ class CliRun final : public QObject, private StepActions
 
     StepProgram m_program; ///< until the run begins
     StepRunner m_runner;
+    std::unique_ptr<ReplaySteps> m_replay; ///< null if steps come from elsewhere
+    bool m_hasSteps = false;               ///< the run is over when all are done
+    SendWatch m_sending;
+    QString m_notSent; ///< why bytes were not sent, since it was last cleared
     StandardInput m_input;
     QHash<int, QJsonValue> m_ids; ///< of commands that have no answer yet, by their line
     int m_commandLines = 0;

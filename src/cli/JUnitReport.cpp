@@ -51,7 +51,22 @@ QString Details(const StepOutcome &outcome)
 
 void JUnitReport::Add(const StepOutcome &outcome, const QString &place)
 {
-    m_cases.push_back({outcome, place});
+    const QString name = QStringLiteral("%1: %2").arg(place, outcome.step.text);
+    const QString &group = outcome.step.group;
+    const bool goesOn = !m_cases.empty() && !group.isEmpty() && m_cases.back().group == group &&
+                        m_cases.back().turn == outcome.group;
+    if (!goesOn) {
+        m_cases.push_back({group.isEmpty() ? name : group, group, outcome.group, outcome.verdict,
+                           outcome.began, outcome.ended});
+    }
+    Case &last = m_cases.back();
+    if (outcome.verdict != Verdict::NotRun)
+        last.ended = outcome.ended;
+    if (outcome.verdict != Verdict::Failed || !last.cause.isEmpty())
+        return;
+    last.verdict = Verdict::Failed;
+    last.cause = group.isEmpty() ? outcome.cause : name + QStringLiteral(": ") + outcome.cause;
+    last.details = Details(outcome);
 }
 
 QByteArray JUnitReport::Written(qint64 began) const
@@ -59,11 +74,11 @@ QByteArray JUnitReport::Written(qint64 began) const
     const auto count = [this](Verdict verdict) {
         return QString::number(
             std::count_if(m_cases.begin(), m_cases.end(),
-                          [verdict](const Case &each) { return each.outcome.verdict == verdict; }));
+                          [verdict](const Case &each) { return each.verdict == verdict; }));
     };
     qint64 time = 0;
     for (const Case &each : m_cases)
-        time += each.outcome.ended - each.outcome.began;
+        time += each.ended - each.began;
     const auto when = QDateTime::fromMSecsSinceEpoch(began / 1'000'000, Qt::UTC);
 
     QByteArray report;
@@ -80,19 +95,17 @@ QByteArray JUnitReport::Written(qint64 began) const
     xml.writeAttribute(QStringLiteral("time"), Seconds(time));
     xml.writeAttribute(QStringLiteral("timestamp"), when.toString(u"yyyy-MM-ddTHH:mm:ss"));
     for (const Case &each : m_cases) {
-        const StepOutcome &outcome = each.outcome;
         xml.writeStartElement(QStringLiteral("testcase"));
         xml.writeAttribute(QStringLiteral("classname"), Allowed(m_name));
-        xml.writeAttribute(QStringLiteral("name"),
-                           Allowed(QStringLiteral("%1: %2").arg(each.place, outcome.step.text)));
-        xml.writeAttribute(QStringLiteral("time"), Seconds(outcome.ended - outcome.began));
-        if (outcome.verdict == Verdict::NotRun)
+        xml.writeAttribute(QStringLiteral("name"), Allowed(each.name));
+        xml.writeAttribute(QStringLiteral("time"), Seconds(each.ended - each.began));
+        if (each.verdict == Verdict::NotRun)
             xml.writeEmptyElement(QStringLiteral("skipped"));
-        if (outcome.verdict == Verdict::Failed) {
+        if (each.verdict == Verdict::Failed) {
             xml.writeStartElement(QStringLiteral("failure"));
-            xml.writeAttribute(QStringLiteral("message"), Allowed(outcome.cause));
+            xml.writeAttribute(QStringLiteral("message"), Allowed(each.cause));
             xml.writeAttribute(QStringLiteral("type"), QStringLiteral("step"));
-            xml.writeCharacters(Allowed(Details(outcome)));
+            xml.writeCharacters(Allowed(each.details));
             xml.writeEndElement();
         }
         xml.writeEndElement();

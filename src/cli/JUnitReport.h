@@ -10,7 +10,7 @@
 #include <vector>
 
 /// The report of a run in the form that servers for continuous integration read: a test case a
-/// step.
+/// step, or a turn of a group of them.
 class JUnitReport
 {
   public:
@@ -25,8 +25,14 @@ class JUnitReport
 
   private:
     struct Case {
-        StepOutcome outcome;
-        QString place;
+        QString name;
+        QString group; ///< empty for a step alone
+        int turn;      ///< of groups, see StepOutcome
+        StepOutcome::Verdict verdict;
+        qint64 began; ///< nanoseconds
+        qint64 ended;
+        QString cause{}; ///< Failed
+        QString details{};
     };
 
     QString m_name;

@@ -26,15 +26,6 @@ constexpr std::array KindNames = {
     std::pair{Kind::Back, "back"},         std::pair{Kind::Lost, "lost"},
     std::pair{Kind::ClockSet, "clock-set"}};
 
-QString NameOf(Kind kind)
-{
-    for (const auto &[row, name] : KindNames) {
-        if (row == kind)
-            return QLatin1String(name);
-    }
-    return {};
-}
-
 QByteArray LineOf(const QJsonObject &object)
 {
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
@@ -66,6 +57,15 @@ void PutLines(QJsonObject &object, const ModemLines &lines)
 }
 
 } // namespace
+
+QString JsonLines::NameOf(Kind kind)
+{
+    for (const auto &[row, name] : KindNames) {
+        if (row == kind)
+            return QLatin1String(name);
+    }
+    return {};
+}
 
 QString JsonLines::Hex(const QByteArray &bytes)
 {
@@ -103,6 +103,8 @@ QByteArray JsonLines::StepDone(const StepOutcome &outcome) const
         {QStringLiteral("step"), outcome.step.text},
         {QStringLiteral("result"), QLatin1String(verdicts[size_t(outcome.verdict)])},
         {QStringLiteral("us"), Microseconds(outcome.ended)}};
+    if (!outcome.step.group.isEmpty())
+        object[QStringLiteral("group")] = outcome.step.group;
     if (outcome.verdict == StepOutcome::Verdict::NotRun)
         return LineOf(object);
     object[QStringLiteral("number")] = outcome.number;
@@ -131,6 +133,15 @@ QByteArray JsonLines::Answer(const StepOutcome &outcome, const QJsonValue &id) c
         object[QStringLiteral("heard")] = BytesOf(outcome.heard);
     }
     return LineOf(object);
+}
+
+QByteArray JsonLines::Forbidden(const StepOutcome &outcome) const
+{
+    return LineOf({{QStringLiteral("event"), QStringLiteral("forbidden")},
+                   {QStringLiteral("line"), outcome.step.line},
+                   {QStringLiteral("step"), outcome.step.text},
+                   {QStringLiteral("us"), Microseconds(outcome.ended)},
+                   {QStringLiteral("heard"), BytesOf(outcome.heard)}});
 }
 
 QByteArray JsonLines::Refusal(int line, const QJsonValue &id, const QString &cause) const

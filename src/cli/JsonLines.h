@@ -21,6 +21,8 @@ class JsonLines
     QByteArray StepDone(const StepOutcome &outcome) const;
     /// To a command.
     QByteArray Answer(const StepOutcome &outcome, const QJsonValue &id) const;
+    /// Something forbidden came while no command waited.
+    QByteArray Forbidden(const StepOutcome &outcome) const;
     QByteArray Refusal(int line, const QJsonValue &id, const QString &cause) const;
 
     /// What a run came to.
@@ -34,6 +36,8 @@ class JsonLines
     };
     QByteArray Ended(const End &end) const;
 
+    /// What an event is called.
+    static QString NameOf(TrafficEvent::Kind kind);
     /// Bytes as hexadecimal digits.
     static QString Hex(const QByteArray &bytes);
 

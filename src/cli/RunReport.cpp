@@ -22,7 +22,7 @@ QString Milliseconds(qint64 nanoseconds)
 
 QString SuiteName(const CommandLine &line)
 {
-    for (const QString &file : {line.steps, line.project}) {
+    for (const QString &file : {line.steps, line.project, line.input}) {
         if (!file.isEmpty())
             return FileName::Shown(PathParts::FileName(file));
     }
@@ -65,7 +65,9 @@ void RunReport::Done(const StepOutcome &outcome, const QString &place)
         m_write(m_json.StepDone(outcome));
         return;
     }
-    if (m_line.quiet || m_line.commands)
+    // Of a replay, which may be long, a step for each packet is no news.
+    const bool expected = !m_line.input.isEmpty() && outcome.verdict == Verdict::Passed;
+    if (m_line.quiet || m_line.commands || expected)
         return;
     constexpr std::array words = {"ok      ", "FAILED  ", "not run "};
     QString text = QLatin1String(words[size_t(outcome.verdict)]) + place + QStringLiteral(": ") +
@@ -78,6 +80,11 @@ void RunReport::Done(const StepOutcome &outcome, const QString &place)
 void RunReport::Answered(const StepOutcome &outcome, const QJsonValue &id)
 {
     m_write(m_json.Answer(outcome, id));
+}
+
+void RunReport::ForbiddenCame(const StepOutcome &outcome)
+{
+    m_write(m_json.Forbidden(outcome));
 }
 
 void RunReport::Refused(int line, const QJsonValue &id, const QString &cause)

@@ -35,6 +35,8 @@ class RunReport
     void Done(const StepOutcome &outcome, const QString &place);
     /// One that a command asked for.
     void Answered(const StepOutcome &outcome, const QJsonValue &id);
+    /// One that has its answer long since: what it forbids has come while no command waited.
+    void ForbiddenCame(const StepOutcome &outcome);
     void Refused(int line, const QJsonValue &id, const QString &cause);
     void Fail(int status, const QString &cause);
     /// The last word.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureCommands.h"
 #include "CliRun.h"
 #include "CommandLine.h"
 #include "ProgramArguments.h"
@@ -17,15 +18,16 @@ int main(int argc, char *argv[])
     TerminationWatch::OutliveReaders();
     QTextStream output(stdout);
     QTextStream errors(stderr);
-    const ParsedCommandLine parsed =
-        ParseCommandLine(ProgramArguments(argc, argv), Program::WithoutWindow);
+    QStringList arguments = ProgramArguments(argc, argv);
+    const Program program = TakeCommand(arguments);
+    const ParsedCommandLine parsed = ParseCommandLine(arguments, program);
     if (parsed.result.Failed()) {
         errors << "serimonde-cli: " << parsed.result.Cause()
                << "\nserimonde-cli --help shows the options.\n";
         return ExitStatus::WrongUsage;
     }
     if (parsed.line.action == CommandLine::Action::ShowHelp) {
-        output << CommandLineHelp(Program::WithoutWindow);
+        output << CommandLineHelp(program);
         return 0;
     }
     if (parsed.line.action == CommandLine::Action::ShowVersion) {
@@ -35,6 +37,10 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
+    if (program == Program::Judge)
+        return CaptureCommands::Judge(parsed.line, errors);
+    if (program == Program::Export)
+        return CaptureCommands::Export(parsed.line, errors);
     CliRun run(parsed.line, errors);
     const int status = run.Run();
     if (run.Hangs()) {

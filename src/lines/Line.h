@@ -129,6 +129,9 @@ class Line
     /// The time on the clocks of the line.
     virtual LineTime Now() const = 0;
 
+    /// Bytes that have not left yet, counted now, as far as the system knows.
+    virtual qint64 Waiting() { return Counts().waiting; }
+
     /// Switches the lines by which the program tells of itself. Fails where there are none.
     virtual Result SetRTS(bool on) = 0;
     virtual Result SetDTR(bool on) = 0;

@@ -24,7 +24,13 @@ using Apply = Result (*)(CommandLine &, const QString &value);
 /// Whose option it is.
 constexpr int Window = int(Program::Window);
 constexpr int WithoutWindow = int(Program::WithoutWindow);
+constexpr int Judge = int(Program::Judge);
+constexpr int Export = int(Program::Export);
+constexpr int Replay = int(Program::Replay);
 constexpr int Both = Window | WithoutWindow;
+/// Whatever opens a line without a window.
+constexpr int Runs = WithoutWindow | Replay;
+constexpr int All = Both | Judge | Export | Replay;
 
 /// One option: how it is written, what it means and what it does. Apply fails if something is wrong
 /// with the value.
@@ -114,6 +120,22 @@ template <auto Time> Result ApplyTime(CommandLine &line, const QString &value)
     return std::move(read.result);
 }
 
+Result ApplySpeed(CommandLine &line, const QString &value)
+{
+    line.speed = value == u"max" ? 0 : value.toInt();
+    if (value == u"1" || value == u"10" || value == u"max")
+        return {};
+    return Failure{QStringLiteral("it must be 1, 10 or max")};
+}
+
+Result ApplyChannel(CommandLine &line, const QString &value)
+{
+    line.channel = value.toInt() - 1;
+    if (value == u"1" || value == u"2")
+        return {};
+    return Failure{QStringLiteral("it must be 1 or 2")};
+}
+
 template <auto Flag> Result ApplyFlag(CommandLine &line, const QString &)
 {
     line.*Flag = true;
@@ -133,41 +155,53 @@ Result ApplyVersion(CommandLine &line, const QString &)
 }
 
 constexpr std::array OptionRows = {
-    OptionRow{"port", "N=DEVICE", "COM N is DEVICE in this run (repeatable)", ApplyPort},
+    OptionRow{"port", "N=DEVICE", "COM N is DEVICE in this run (repeatable)", ApplyPort,
+              Window | Runs},
     OptionRow{"mode", "0|1|2", "communication mode of this run", ApplyMode},
-    OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings},
+    OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings,
+              Window | Runs},
     OptionRow{"start", nullptr, "start communication when the window is up",
               ApplyFlag<&CommandLine::start>, Window},
     OptionRow{"reconnect", nullptr, "reopen a device that comes back, in this run",
-              ApplyFlag<&CommandLine::reconnect>},
-    OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog},
+              ApplyFlag<&CommandLine::reconnect>, Window | Runs},
+    OptionRow{"log", "FILE", "start logging once the ports are open", ApplyLog, Window | Runs},
     OptionRow{"capture", "FILE", "record a capture from the first opening of the ports on",
-              ApplyCapture},
+              ApplyCapture, Window | Runs},
     OptionRow{"overwrite", nullptr, "let --log and --capture overwrite existing files",
-              ApplyFlag<&CommandLine::overwrite>},
+              ApplyFlag<&CommandLine::overwrite>, Window | Runs},
     OptionRow{"quit-after", "SECONDS", "close by itself; unattended", ApplyQuitAfter, Window},
     OptionRow{"screenshot", "FILE", "write a PNG of the window just before closing",
               ApplyFile<&CommandLine::screenshot>, Window},
     OptionRow{"steps", "FILE", "read the steps from FILE, one a line",
               ApplyFile<&CommandLine::steps>, WithoutWindow},
     OptionRow{"within", "TIME", "how long an expectation waits that says nothing of it: 1s",
-              ApplyTime<&CommandLine::within>, WithoutWindow},
+              ApplyTime<&CommandLine::within>, Runs},
     OptionRow{"timeout", "TIME", "end after TIME, such as 30s or 5min",
-              ApplyTime<&CommandLine::timeout>, WithoutWindow},
+              ApplyTime<&CommandLine::timeout>, Runs},
     OptionRow{"junit", "FILE", "write a JUnit report of the steps", ApplyFile<&CommandLine::junit>,
               WithoutWindow},
     OptionRow{"json", nullptr, "tell all that happens as JSON, an object a line",
-              ApplyFlag<&CommandLine::json>, WithoutWindow},
+              ApplyFlag<&CommandLine::json>, Runs},
     OptionRow{"commands", nullptr, "read steps as JSON objects from standard input",
               ApplyFlag<&CommandLine::commands>, WithoutWindow},
     OptionRow{"quiet", nullptr, "tell nothing but why the run failed",
-              ApplyFlag<&CommandLine::quiet>, WithoutWindow},
+              ApplyFlag<&CommandLine::quiet>, Runs},
+    OptionRow{"strict", nullptr, "fail if a watched sequence never fired, or nearly did",
+              ApplyFlag<&CommandLine::strict>, Judge},
+    OptionRow{"csv", nullptr, "as comma-separated values, a row for all that happened",
+              ApplyFlag<&CommandLine::csv>, Export},
+    OptionRow{"speed", "1|10|max", "at its own speed, ten times as fast, or as fast as it goes",
+              ApplySpeed, Replay},
+    OptionRow{"in-step", nullptr, "wait for what the other side said in the capture",
+              ApplyFlag<&CommandLine::inStep>, Replay},
+    OptionRow{"channel", "1|2", "the line whose device is played, of a capture of two",
+              ApplyChannel, Replay},
     OptionRow{"demo", nullptr, "attach the simulated instrument and start",
               ApplyFlag<&CommandLine::demo>},
     OptionRow{"reset-settings", nullptr, "start with defaults; the old settings are kept beside",
               ApplyFlag<&CommandLine::resetSettings>, Window},
-    OptionRow{"help", nullptr, "show this text", ApplyHelp},
-    OptionRow{"version", nullptr, "show the version", ApplyVersion},
+    OptionRow{"help", nullptr, "show this text", ApplyHelp, All},
+    OptionRow{"version", nullptr, "show the version", ApplyVersion, All},
 };
 
 constexpr const char *StepsHelp = R"(
@@ -177,13 +211,63 @@ Steps:
   forbid WHAT [on 1|2] | allow WHAT [on 1|2]
   quiet TIME | wait TIME | break TIME
   rts on|off | dtr on|off | close | open
-  repeat N ... end
+  repeat N ... end | group NAME
 WHAT is the name of a sequence of the project, hex:BYTES or text:TEXT; send:NAME and
 receive:NAME tell sequences of one name apart.
 
 Exit status: 0 passed, 1 a step failed, 2 wrong usage, 3 a port could not be opened or
 went away, 4 a file could not be written.
 )";
+
+constexpr const char *JudgeHelp = R"(
+Exit status: 0 the whole capture was judged, 1 it is damaged, or --strict found something,
+2 wrong usage, no capture or no project, 4 the output could not be written.
+)";
+
+constexpr const char *ExportHelp = R"(
+Exit status: 0 the whole capture was written, 1 it is damaged, 2 wrong usage or no capture,
+4 the output could not be written.
+)";
+
+constexpr const char *ReplayHelp = R"(
+Sends on the port what was received in the capture. With --in-step what the other side said
+there must come first, within as much more time than there as --within says.
+
+Exit status: 0 all was sent, 1 something did not come or was not sent, or the capture is
+damaged, 2 wrong usage or no capture, 3 the port could not be opened or went away, 4 a file
+could not be written.
+)";
+
+/// How a program is called, and what it does.
+struct ProgramRow {
+    Program program;
+    const char *command; ///< null for those that are no command of another one
+    const char *usage;
+    const char *purpose;
+    const char *more; ///< behind the options
+};
+
+constexpr std::array ProgramRows = {
+    ProgramRow{Program::Window, nullptr, "serimonde [options] [project.sqx|capture.pcapng]",
+               "Tests and monitors serial communication.", ""},
+    ProgramRow{Program::WithoutWindow, nullptr,
+               "serimonde-cli [options] [project.sqx] [STEP...]\n"
+               "       serimonde-cli judge|export|replay [options] capture.pcapng ...",
+               "Tests and monitors serial communication without a window.", StepsHelp},
+    ProgramRow{Program::Judge, "judge", "serimonde-cli judge [options] capture.pcapng project.sqx",
+               "Tells where the project's receive sequences fire in a capture.", JudgeHelp},
+    ProgramRow{Program::Export, "export", "serimonde-cli export --csv capture.pcapng",
+               "Writes a capture to standard output.", ExportHelp},
+    ProgramRow{Program::Replay, "replay",
+               "serimonde-cli replay [options] --port N=DEVICE capture.pcapng",
+               "Plays the device of a capture.", ReplayHelp},
+};
+
+const ProgramRow &RowOf(Program program)
+{
+    return *std::find_if(ProgramRows.begin(), ProgramRows.end(),
+                         [program](const ProgramRow &row) { return row.program == program; });
+}
 
 /// Options that the toolkit takes for itself, with a value each.
 constexpr std::array<const char *, 6> ToolkitOptions = {"platform",   "platformtheme", "style",
@@ -217,12 +301,24 @@ Result CheckPorts(const CommandLine &line)
                        : QStringLiteral("mode 0 needs one port: --port 1=DEVICE")};
 }
 
+/// The commands name their files, and all that they name is needed.
+Result CheckCommand(const CommandLine &line, const QStringList &words, Program program)
+{
+    if (words.size() != (program == Program::Judge ? 2 : 1))
+        return Failure{QStringLiteral("it is called so: ") + QLatin1String(RowOf(program).usage)};
+    if (program == Program::Export && !line.csv)
+        return Failure{QStringLiteral("there is one form to export to: --csv")};
+    return program == Program::Replay ? CheckPorts(line) : Result();
+}
+
 /// What no option can tell by itself.
 Result CheckWhole(const CommandLine &line, const QStringList &projects, Program program)
 {
     if (line.overwrite && line.log.isEmpty() && line.capture.isEmpty())
         return Failure{
             QStringLiteral("--overwrite has a meaning only together with --log or --capture")};
+    if (RowOf(program).command)
+        return CheckCommand(line, projects, program);
     if (projects.size() > 1)
         return Failure{
             QStringLiteral("one project or capture at most: %1").arg(projects.join(u' '))};
@@ -237,7 +333,9 @@ Result CheckWhole(const CommandLine &line, const QStringList &projects, Program 
 /// Behind the project, if there is one, stand steps.
 QStringList TakeProjects(CommandLine &line, QStringList words, Program program)
 {
-    if (program == Program::Window)
+    if (RowOf(program).command)
+        line.input = words.value(0);
+    if (program != Program::WithoutWindow)
         return words;
     const bool project = !words.isEmpty() && !StepParser::BeginsStep(words.first());
     line.stepWords = words.sliced(project ? 1 : 0);
@@ -250,6 +348,17 @@ bool Belongs(const OptionRow &row, Program program)
 }
 
 } // namespace
+
+Program TakeCommand(QStringList &arguments)
+{
+    for (const ProgramRow &row : ProgramRows) {
+        if (row.command && arguments.value(1) == QLatin1String(row.command)) {
+            arguments.removeAt(1);
+            return row.program;
+        }
+    }
+    return Program::WithoutWindow;
+}
 
 ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program)
 {
@@ -284,7 +393,7 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program
     const bool runs = parsed.line.action == CommandLine::Action::Run;
     if (!parsed.result.Failed() && runs)
         parsed.result = CheckWhole(parsed.line, projects, program);
-    parsed.line.project = projects.value(0);
+    parsed.line.project = projects.value(RowOf(program).command ? 1 : 0);
     if (parsed.result.Failed())
         parsed.result = Failure{FileName::Shown(parsed.result.Cause())};
     return parsed;
@@ -292,13 +401,9 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program
 
 QString CommandLineHelp(Program program)
 {
-    QString text =
-        program == Program::Window
-            ? QStringLiteral("Usage: serimonde [options] [project.sqx|capture.pcapng]\n\n"
-                             "Tests and monitors serial communication.\n\nOptions:\n")
-            : QStringLiteral("Usage: serimonde-cli [options] [project.sqx] [STEP...]\n\n"
-                             "Tests and monitors serial communication without a "
-                             "window.\n\nOptions:\n");
+    const ProgramRow &about = RowOf(program);
+    QString text = QStringLiteral("Usage: %1\n\n%2\n\nOptions:\n")
+                       .arg(QLatin1String(about.usage), QLatin1String(about.purpose));
     for (const OptionRow &row : OptionRows) {
         if (!Belongs(row, program))
             continue;
@@ -307,7 +412,5 @@ QString CommandLineHelp(Program program)
             usage += u' ' + QString::fromLatin1(row.value);
         text += usage.leftJustified(25) + QString::fromLatin1(row.help) + u'\n';
     }
-    if (program == Program::WithoutWindow)
-        text += QLatin1String(StepsHelp);
-    return text;
+    return text + QLatin1String(about.more);
 }

@@ -41,6 +41,14 @@ struct CommandLine {
     std::optional<qint64> within;  ///< nanoseconds that an expectation waits
     std::optional<qint64> timeout; ///< nanoseconds that the run takes at most
 
+    // Of its commands that work on a capture.
+    QString input;              ///< the capture
+    bool csv = false;           ///< exports it as such
+    bool strict = false;        ///< judges that all that is watched for came
+    bool inStep = false;        ///< replays what answers when what it answers has come
+    int speed = 1;              ///< of a replay; 0 for as fast as it goes
+    std::optional<int> channel; ///< 0 or 1: the line of the capture that is replayed
+
     bool Unattended() const { return quitAfterSeconds.has_value(); }
 };
 
@@ -50,8 +58,13 @@ struct ParsedCommandLine {
     Result result{};
 };
 
-/// The programs, which share most of their options.
-enum class Program { Window = 1, WithoutWindow = 2 };
+/// The programs, which share most of their options; the commands of the one without a window count
+/// as programs.
+enum class Program { Window = 1, WithoutWindow = 2, Judge = 4, Export = 8, Replay = 16 };
+
+/// The program without a window, or the command of it that the first argument behind the name asks
+/// for, which is taken away.
+Program TakeCommand(QStringList &arguments);
 
 /// Reads the arguments, the program's own name first. Options of the toolkit, such as -platform,
 /// are let through by the program that has a window.

@@ -24,7 +24,8 @@ struct Step {
         Close, ///< the ports
         Open,
         Repeat, ///< what stands up to the End that belongs to it
-        End
+        End,
+        Group ///< names what follows, for reports
     };
 
     Kind kind = Kind::Wait;
@@ -37,9 +38,10 @@ struct Step {
     bool on = false;            ///< RTS, DTR
     int count = 0;              ///< Repeat: 1 and up
     size_t partner = 0;         ///< Repeat and End: the place of the other
+    QString group;              ///< that it belongs to; empty for none
 
-    /// Whether it is something that passes or fails, and no bracket.
-    bool Counts() const { return kind != Kind::Repeat && kind != Kind::End; }
+    /// Whether it is something that passes or fails, and nothing that orders the others.
+    bool Counts() const { return kind != Kind::Repeat && kind != Kind::End && kind != Kind::Group; }
 };
 
 /// The steps of a run, in order; each Repeat has its End.

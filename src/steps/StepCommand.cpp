@@ -40,6 +40,8 @@ Result ReadParts(StepParts &parts, const QJsonObject &object)
             parts.on = text;
         else if (key.key() == u"within")
             parts.within = text;
+        else if (key.key() == u"group")
+            parts.group = *text;
         else
             return Failure{QStringLiteral("\"%1\" means nothing here").arg(key.key())};
     }

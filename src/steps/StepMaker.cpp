@@ -35,6 +35,7 @@ constexpr std::array Verbs = {
     StepMaker::Verb{"open", Kind::Open, Operand::None, false, false},
     StepMaker::Verb{"repeat", Kind::Repeat, Operand::Count, false, false},
     StepMaker::Verb{"end", Kind::End, Operand::None, false, false},
+    StepMaker::Verb{"group", Kind::Group, Operand::Group, false, false},
 };
 
 Result FillSwitch(Step &step, const QString &text)
@@ -90,6 +91,7 @@ StepMaker::Made StepMaker::Make(const StepParts &parts) const
         return made;
     }
     made.step.kind = verb->kind;
+    made.step.group = parts.group;
     if (verb->operand != Operand::None && !parts.operand)
         made.result = Failure{QStringLiteral("%1 needs something behind it").arg(parts.verb)};
     else if (verb->operand == Operand::None && parts.operand)
@@ -116,6 +118,9 @@ Result StepMaker::FillOperand(Step &step, const Verb &verb, const StepWords::Wor
         return FillSwitch(step, word.text);
     case Operand::Count:
         return FillCount(step, word.text);
+    case Operand::Group:
+        step.group = word.Name().trimmed();
+        return {};
     case Operand::None:
         return {};
     case Operand::SendName:

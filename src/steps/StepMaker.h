@@ -26,6 +26,7 @@ struct StepParts {
     std::optional<StepWords::Word> operand;
     std::optional<QString> on;     ///< a channel
     std::optional<QString> within; ///< a time
+    QString group;                 ///< that it belongs to
 };
 
 /// Makes steps of their parts: looks up what they name, and refuses what cannot be done.
@@ -33,7 +34,7 @@ class StepMaker
 {
   public:
     /// What a verb works on.
-    enum class Operand { None, SendName, Hex, Text, Sequence, Time, Switch, Count };
+    enum class Operand { None, SendName, Hex, Text, Sequence, Time, Switch, Count, Group };
     struct Verb {
         const char *name;
         Step::Kind kind;

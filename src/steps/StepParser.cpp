@@ -49,6 +49,9 @@ class Builder
             Open(line);
         if (made.step.kind == Step::Kind::End && !Close(made.step))
             Fail(line, QStringLiteral("there is no repeat that this end belongs to"));
+        if (made.step.kind == Step::Kind::Group)
+            m_group = made.step.group;
+        made.step.group = m_group;
         m_parsed.program.steps.push_back(std::move(made.step));
     }
 
@@ -76,12 +79,14 @@ class Builder
         end.partner = m_open.back();
         m_parsed.program.steps[end.partner].partner = m_parsed.program.steps.size();
         m_open.pop_back();
+        m_group = m_parsed.program.steps[end.partner].group;
         return true;
     }
 
     const StepMaker &m_maker;
     StepParser::Parsed m_parsed;
     std::vector<size_t> m_open; ///< the repeats that have no end yet
+    QString m_group;            ///< the one that steps belong to; a repeat's own end with it
 };
 
 /// Takes a step off the beginning of the words; the options stand in any order.

@@ -68,6 +68,11 @@ bool StepRunner::RunOne()
         EndRepeat(step);
         return true;
     }
+    if (step.kind == Step::Kind::Group) {
+        ++m_group;
+        ++m_place;
+        return true;
+    }
     Progress progress = Progress::Waits;
     if (!std::exchange(m_started, true)) {
         m_began = m_now;
@@ -247,6 +252,7 @@ void StepRunner::LookBehindLastStep()
         outcome.step = m_forbidden[forbidden->which].step;
         outcome.verdict = StepOutcome::Verdict::Failed;
         outcome.number = ++m_number;
+        outcome.group = m_group;
         outcome.began = outcome.ended = m_now;
         outcome.cause = m_cause;
         outcome.heard = m_heard.Last(StepOutcome::MostHeard, {}, m_matched);
@@ -261,6 +267,7 @@ void StepRunner::EndStep(StepOutcome::Verdict verdict)
     outcome.step = m_program.steps[m_place];
     outcome.verdict = verdict;
     outcome.number = m_number;
+    outcome.group = m_group;
     outcome.began = m_began;
     outcome.ended = m_now;
     const bool failed = verdict == StepOutcome::Verdict::Failed;
@@ -287,6 +294,8 @@ void StepRunner::EndRun()
         StepOutcome outcome;
         outcome.step = m_program.steps[m_place];
         outcome.verdict = StepOutcome::Verdict::NotRun;
+        m_group += outcome.step.kind == Step::Kind::Group;
+        outcome.group = m_group;
         outcome.began = outcome.ended = m_now;
         if (outcome.step.Counts())
             m_report(outcome);

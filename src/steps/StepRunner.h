@@ -34,6 +34,7 @@ struct StepOutcome {
     Step step;
     Verdict verdict = Verdict::Passed;
     int number = 0;   ///< of the turns, from 1; NotRun: 0
+    int group = 0;    ///< turns of groups by then: tells two turns of one group apart
     qint64 began = 0; ///< nanoseconds of LineTime::monotonic
     qint64 ended = 0;
     QString cause{};    ///< Failed
@@ -128,6 +129,7 @@ class StepRunner
     bool m_started = false;  ///< the step that stands there
     qint64 m_began = 0;      ///< that step
     int m_number = 0;        ///< of that step
+    int m_group = 0;         ///< turns of groups
     QString m_cause;         ///< why it fails
     std::vector<int> m_left; ///< by place of a Repeat: turns left
     bool m_ended = false;

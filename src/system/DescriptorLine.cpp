@@ -223,6 +223,13 @@ void DescriptorLine::CountWaiting()
     m_tally.waiting = m_handle == NoHandle ? 0 : m_unsent.size() + UnsentInSystem();
 }
 
+qint64 DescriptorLine::Waiting()
+{
+    if (m_open)
+        CountWaiting();
+    return m_tally.waiting;
+}
+
 LineTime DescriptorLine::Now() const
 {
     return LineNow();

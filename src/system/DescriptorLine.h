@@ -35,6 +35,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     void EndReading() override;
     void Resume() override;
     Result Write(const QByteArray &bytes) override;
+    qint64 Waiting() override;
     LineTime Now() const override;
     LineCounts Counts() const override;
 

@@ -1,0 +1,179 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Cases.h"
+#include "support/CliProgram.h"
+#include "support/PtyPair.h"
+#include "support/TestCapture.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace
+{
+
+constexpr qint64 Began = 1'700'000'000'000'000'000;
+
+/// Two sequences are watched for, and one of them never comes.
+constexpr const char *Project =
+    "VERSION\r\n3\r\n\r\n"
+    "SEND\r\n0\r\nPing\r\n080 | 073 | 078 | 071\r\n\r\n"
+    "SEND\r\n1\r\nYes\r\n089 | 069 | 083\r\n\r\n"
+    "RECEIVE\r\n0\r\nPong\r\n080 | 079 | 078 | 071\r\n0\r\n1\r\n"
+    "COMMENT \r\n\r\n"
+    "RECEIVE\r\n1\r\nReady\r\n082 | 069 | 065 | 068 | 089 | 063\r\n2\r\n1\r\n"
+    "COMMENT \r\n\r\n";
+
+/// Ping is answered after 30 ms; the second one comes in two pieces.
+QList<TrafficEvent> Dialogue()
+{
+    QList<TrafficEvent> events;
+    const auto add = [&events](TrafficEvent::Kind kind, int milliseconds, const QByteArray &bytes) {
+        TrafficEvent event;
+        event.kind = kind;
+        event.time.wall = event.time.monotonic = Began + milliseconds * 1'000'000;
+        event.bytes = bytes;
+        events << event;
+    };
+    add(TrafficEvent::Kind::Opened, 0, {});
+    add(TrafficEvent::Kind::Sent, 10, "PING");
+    add(TrafficEvent::Kind::Received, 40, "PONG.");
+    add(TrafficEvent::Kind::Sent, 60, "PI");
+    add(TrafficEvent::Kind::Sent, 70, "NG2");
+    add(TrafficEvent::Kind::Received, 100, "PONG2");
+    return events;
+}
+
+} // namespace
+
+class tst_capturecommands : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+
+    void Write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(m_folder.filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("no file");
+    }
+    static QByteArray Content(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
+    }
+    void Start(Program &program, const QStringList &arguments) const
+    {
+        program.setWorkingDirectory(m_folder.path());
+        program.start(SERIMONDE_CLI, arguments);
+    }
+
+  private Q_SLOTS:
+    void initTestCase() { Write("p.sqx", Project); }
+
+    void Export()
+    {
+        QList<TrafficEvent> events(5);
+        for (int i = 0; i < events.size(); ++i)
+            events[i].time = {Began + i * 1'234'567'000, Began + i * 1'234'567'000};
+        events[0].bytes = "=1+1, \"a\"\r\n";
+        events[0].names = {"-Ping"};
+        events[1].kind = TrafficEvent::Kind::Sent;
+        events[1].bytes = QByteArray("\x1B[2J\x80", 5);
+        events[1].names = {"Yes"};
+        events[1].answer = true;
+        events[2].kind = TrafficEvent::Kind::ModemLines;
+        events[2].modem.CTS = true;
+        events[3].kind = TrafficEvent::Kind::Gone;
+        events[3].cause = "@un\u202Eplugged";
+        events[4].kind = TrafficEvent::Kind::Sent;
+        events[4].bytes = QByteArray(10000, 'A');
+        Write("e.pcapng", CaptureOf(events, {{"COM1,x", "device", 9600}}));
+        Program program;
+        QProcessEnvironment world = QProcessEnvironment::systemEnvironment();
+        world.insert("TZ", "XXX-05:30");
+        program.setProcessEnvironment(world);
+        Start(program, {"export", "e.pcapng", "--csv"});
+        QCOMPARE(program.Finished(), 0);
+        const QString written = QString::fromUtf8(program.readAllStandardOutput());
+        const QString many = "2023-11-15T03:43:24.938268+05:30,1,\"COM1,x\",sent,out,";
+        QCOMPARE(
+            written,
+            QString::fromUtf8(Content(SERIMONDE_TEST_FOLDER "/support/cli-export.csv")).trimmed() +
+                '\n' + many + QString("41 ").repeated(8192).trimmed() + ',' +
+                QString("A").repeated(8192) + ",,\n" + many +
+                QString("41 ").repeated(1808).trimmed() + ',' + QString("A").repeated(1808) +
+                ",,\n");
+    }
+
+    void WhatWorksOnACapture_data()
+    {
+        const Cases<QStringList, int, QString> row("arguments", "status", "told");
+        row("judged", {"judge", "c.pcapng", "p.sqx"}, 0, "");
+        row("judged, nothing missed", {"judge", "--strict", "c.pcapng", "p.sqx"}, 1, "never fired");
+        row("judged without a project", {"judge", "c.pcapng"}, 2, "project.sqx");
+        row("no project", {"judge", "c.pcapng", "c.pcapng"}, 2, "c.pcapng: ");
+        row("no capture", {"export", "--csv", "p.sqx"}, 2, "p.sqx: ");
+        row("a damaged one", {"export", "--csv", "cut.pcapng"}, 1, "cut.pcapng: ");
+        row("a damaged one judged", {"judge", "cut.pcapng", "p.sqx"}, 1, "cut.pcapng: ");
+        row("without a form", {"export", "c.pcapng"}, 2, "--csv");
+        row("replayed without a port", {"replay", "c.pcapng"}, 2, "one port");
+        row("no such line", {"replay", "--port", "1=none", "--channel", "2", "c.pcapng"}, 2,
+            "no channel 2");
+        row("one of two", {"replay", "--port", "1=none", "two.pcapng"}, 2, "--channel");
+        row("into itself",
+            {"replay", "--port", "1=none", "c.pcapng", "--overwrite", "--capture", "./c.pcapng"}, 2,
+            "overwritten");
+        row("a port that is not there", {"replay", "--port", "1=none", "c.pcapng"}, 3, "COM1");
+    }
+
+    void WhatWorksOnACapture()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        const QByteArray capture = CaptureOf(Dialogue(), {{"COM1", "", 9600}});
+        Write("c.pcapng", capture);
+        Write("cut.pcapng", capture.chopped(6));
+        Write("two.pcapng", CaptureOf(Dialogue(), {{"COM1", "", 9600}, {"COM2", "", 9600}}));
+        Program program;
+        Start(program, arguments);
+        QTEST(program.Finished(), "status");
+        const QString errors = program.Errors();
+        QVERIFY2(told.isEmpty() ? errors.isEmpty() : errors.contains(told), qPrintable(errors));
+        QCOMPARE(program.readAllStandardOutput().contains("Pong"),
+                 arguments[0] == "judge" && !told.contains("c.pcapng: ") && arguments.size() > 2);
+        QCOMPARE(Content(m_folder.filePath("c.pcapng")), capture);
+    }
+
+    void Replay()
+    {
+        PtyPair line;
+        Write("r.pcapng", CaptureOf(Dialogue(), {{"COM1", "", 9600}}));
+        Program atOnce;
+        Start(atOnce, {"replay", "r.pcapng", "--port", "1=" + line.DeviceName(), "--speed", "max"});
+        QCOMPARE(line.Read(10), "PONG.PONG2");
+        QCOMPARE(atOnce.Finished(), 0);
+        Program inStep;
+        Start(inStep, {"replay", "r.pcapng", "--port", "1=" + line.DeviceName(), "--in-step",
+                       "--speed", "10", "--json"});
+        QVERIFY(inStep.NextLine().contains("opened"));
+        QVERIFY(line.Write("xPIN"));
+        QVERIFY(inStep.NextLine().contains("received"));
+        QVERIFY(line.Write("G"));
+        QCOMPARE(line.Read(5), "PONG.");
+        QVERIFY(line.Write("PING2"));
+        QCOMPARE(line.Read(5), "PONG2");
+        QCOMPARE(inStep.Finished(), 0);
+        Program late;
+        Start(late, {"replay", "r.pcapng", "--port", "1=" + line.DeviceName(), "--in-step",
+                     "--within", "20ms"});
+        QVERIFY(line.Write("PING"));
+        QCOMPARE(line.Read(5), "PONG.");
+        QCOMPARE(late.Finished(), 1);
+        QVERIFY(late.Errors().contains("step 3: expect hex:50494E4732: it did not come in time"));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_capturecommands)
+#include "tst_capturecommands.moc"
