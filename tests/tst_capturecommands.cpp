@@ -76,7 +76,7 @@ class tst_capturecommands : public QObject
     {
         QList<TrafficEvent> events(5);
         for (int i = 0; i < events.size(); ++i)
-            events[i].time = {Began + i * 1'234'567'000, Began + i * 1'234'567'000};
+            events[i].time = {Began + i * qint64(1'234'567'000), Began + i * qint64(1'234'567'000)};
         events[0].bytes = "=1+1, \"a\"\r\n";
         events[0].names = {"-Ping"};
         events[1].kind = TrafficEvent::Kind::Sent;
@@ -96,15 +96,16 @@ class tst_capturecommands : public QObject
         program.setProcessEnvironment(world);
         Start(program, {"export", "e.pcapng", "--csv"});
         QCOMPARE(program.Finished(), 0);
-        const QString written = QString::fromUtf8(program.readAllStandardOutput());
-        const QString many = "2023-11-15T03:43:24.938268+05:30,1,\"COM1,x\",sent,out,";
-        QCOMPARE(
-            written,
-            QString::fromUtf8(Content(SERIMONDE_TEST_FOLDER "/support/cli-export.csv")).trimmed() +
-                '\n' + many + QString("41 ").repeated(8192).trimmed() + ',' +
-                QString("A").repeated(8192) + ",,\n" + many +
-                QString("41 ").repeated(1808).trimmed() + ',' + QString("A").repeated(1808) +
-                ",,\n");
+        QStringList expected =
+            QString::fromUtf8(Content(SERIMONDE_TEST_FOLDER "/support/cli-export.csv"))
+                .trimmed()
+                .split('\n');
+        for (const int count : {8192, 1808}) // of one event
+            expected << "2023-11-15T03:43:24.938268+05:30,1,\"COM1,x\",sent,out," +
+                            QString("41 ").repeated(count).trimmed() + ',' +
+                            QString("A").repeated(count) + ",,";
+        const QByteArray written = program.readAllStandardOutput();
+        QCOMPARE(QString::fromUtf8(written).split('\n'), expected << QString());
     }
 
     void WhatWorksOnACapture_data()
