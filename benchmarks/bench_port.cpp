@@ -202,7 +202,7 @@ void BlastWithTheRecord(benchmark::State &state)
     constexpr double Megabytes = double(Size) * 1e-6;
     for (auto _ : state) {
         std::vector<double> with, without, seconds, passes;
-        for (int turn = 0; turn < 7; ++turn) {
+        for (int turn = 0; turn < 11; ++turn) {
             const Taken bare = RunBlast(Size, {});
             const QTemporaryDir folder;
             const Taken recorded = RunBlast(Size, {}, folder.filePath("record"));
