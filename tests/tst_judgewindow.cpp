@@ -11,6 +11,7 @@
 #include "support/ScriptedPrompts.h"
 
 #include <QClipboard>
+#include <QLabel>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
@@ -86,6 +87,8 @@ class tst_judgewindow : public QObject
         QCOMPARE(desk.Text(places, 20, 6), "41 4C [45] 52 4D 0D");
         const QTreeView *telegrams = desk.List("lstTelegrams");
         QTRY_COMPARE(desk.Text(telegrams, telegrams->currentIndex().row(), 6), "[ALERM<CR>]");
+        const auto *caption = telegrams->parentWidget()->findChild<QLabel *>();
+        QVERIFY(caption->text().endsWith("expected 41 4C 41 52 4D 0D, found 41 4C [45] 52 4D 0D"));
 
         // Quickly on to others: the last one counts.
         for (const int row : {3, 28, 5})

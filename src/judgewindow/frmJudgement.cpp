@@ -216,7 +216,7 @@ QTreeView *frmJudgement::MakeList(const List &list, QSplitter &splitter)
 
 QLayout *frmJudgement::MakeFoot()
 {
-    QPushButton *cmdSave = NamedButton("cmdSave", "Save &Report...");
+    QPushButton *cmdSave = NamedButton("cmdSave", "&Save Report...");
     QPushButton *cmdCopy = NamedButton("cmdCopy", "&Copy Report");
     QPushButton *cmdClose = NamedButton("cmdClose", "Close");
     connect(cmdSave, &QPushButton::clicked, this, [this] { m_parts.SaveReport(Report()); });
@@ -292,10 +292,7 @@ void frmJudgement::ShowTelegrams()
     m_telegrams->SetCount(0);
     m_around = m_watcher.result();
     m_telegrams->SetCount(int(m_around.telegrams.size()));
-    lblTelegrams->setText(
-        QStringLiteral("&Telegrams around the place") +
-        (m_around.result.Failed() ? QStringLiteral(": ") + m_around.result.Cause() : QString()));
-    FitColumns(*lstTelegrams);
+    lblTelegrams->setText(TelegramsCaption());
     const auto here = std::find_if(m_around.telegrams.begin(), m_around.telegrams.end(),
                                    [](const PlaceTelegram &telegram) { return telegram.isHere; });
     if (here != m_around.telegrams.end()) {
@@ -303,6 +300,7 @@ void frmJudgement::ShowTelegrams()
         lstTelegrams->setCurrentIndex(at);
         lstTelegrams->scrollTo(at, QAbstractItemView::PositionAtCenter);
     }
+    FitColumns(*lstTelegrams); // by what is seen now
     const int shown = std::exchange(m_reading, -1);
     if (shown != m_chosen)
         ReadTelegrams();
