@@ -244,6 +244,7 @@ class tst_record : public QObject
         session.prompts.answers = {PromptAnswer::No, PromptAnswer::Yes};
         session.record.ChangeBound(0);
         QCOMPARE(session.settings.MostMegabytes, most);
+        QVERIFY(session.prompts.shown.last().text.endsWith("it, and keep nothing from now on?"));
         session.record.ChangeBound(0);
         QTRY_COMPARE(folder->Segments().size(), 1);
         session.Receive("not kept");

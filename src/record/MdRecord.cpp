@@ -35,6 +35,27 @@ class SharedSink final : public CaptureSink
     std::shared_ptr<CaptureSink> m_sink;
 };
 
+QString DeletionQuestion(qint64 size, qint32 megabytes)
+{
+    const QString what =
+        megabytes == 0
+            ? QStringLiteral("it, and keep nothing from now on?")
+            : QStringLiteral("what is more than %1 MiB, the oldest first?").arg(megabytes);
+    return QStringLiteral("The record of this session has %1. Do you want to delete %2")
+        .arg(RecordText::Size(size), what);
+}
+
+/// Why there is no record.
+QString EmptyText(const RecordState &state)
+{
+    if (state.bound == 0)
+        return QStringLiteral("the session's record is switched off. Tools, Session Record... "
+                              "switches it on.");
+    if (state.ended.Failed())
+        return QStringLiteral("the session's record cannot be written: ") + state.ended.Cause();
+    return QStringLiteral("nothing has been recorded in this session.");
+}
+
 /// By its time, so that names are in the order of the sessions.
 QString NewSession()
 {
@@ -72,14 +93,10 @@ void MdRecord::ChangeBound(qint32 megabytes)
         return;
     const RecordState state = m_segments->State();
     if (state.size > bytes &&
-        m_parts.prompts.ShowMessage(
-            {.text = QStringLiteral("The record of this session has %1. Do you want to delete "
-                                    "what is more than %2 MiB, the oldest first?")
-                         .arg(RecordText::Size(state.size))
-                         .arg(megabytes),
-             .icon = PromptIcon::Exclamation,
-             .buttons = PromptButtons::YesNo,
-             .defaultAnswer = PromptAnswer::No}) != PromptAnswer::Yes)
+        m_parts.prompts.ShowMessage({.text = DeletionQuestion(state.size, megabytes),
+                                     .icon = PromptIcon::Exclamation,
+                                     .buttons = PromptButtons::YesNo,
+                                     .defaultAnswer = PromptAnswer::No}) != PromptAnswer::Yes)
         return;
     m_parts.settings.MostMegabytes = megabytes;
     m_background.Post([segments = m_segments, bytes] { segments->SetBound(bytes); });
@@ -90,13 +107,9 @@ void MdRecord::SaveCapture()
     if (m_saving)
         return;
     const QScopedValueRollback<bool> saving(m_saving, true);
-    if (m_segments->State().since == 0) {
-        const bool off = m_parts.settings.MostMegabytes == 0;
-        m_parts.prompts.ShowMessage(InformationMessage(
-            off ? QStringLiteral("There is nothing to save: the session's record is switched off. "
-                                 "Tools, Session Record... switches it on.")
-                : QStringLiteral("There is nothing to save: nothing has been recorded in this "
-                                 "session.")));
+    if (const RecordState state = m_segments->State(); state.since == 0) {
+        m_parts.prompts.ShowMessage(
+            InformationMessage(QStringLiteral("There is nothing to save: ") + EmptyText(state)));
         return;
     }
     const QStringList paths = m_saver.ChooseFiles(1);

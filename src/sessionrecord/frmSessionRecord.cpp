@@ -48,6 +48,8 @@ constexpr std::array FieldRows = {
         [](const RecordState &state, const QString &) { return RecordText::Size(state.taken); }},
     FieldRow{"txtState", "State",
              [](const RecordState &state, const QString &) {
+                 if (state.bound == 0)
+                     return QStringLiteral("switched off");
                  return state.ended.Failed() ? QStringLiteral("ended: ") + state.ended.Cause()
                                              : QStringLiteral("in order");
              }},
