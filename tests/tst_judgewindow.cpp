@@ -60,7 +60,8 @@ struct Desk {
     ScriptedPrompts prompts;
     ProjectState project;
     MdSequenceEdition sequences;
-    CaptureJudging judging{{sequences, project, files, prompts}};
+    QString remembered;
+    CaptureJudging judging{{sequences, project, remembered, files, prompts}};
     QWidget owner;
 };
 

@@ -51,7 +51,8 @@ class ReplayBench : public CommunicationBench
 {
   public:
     ScriptedDisk disk;
-    MdReplay replay{{communication, settings.comm, log, prompts, disk}};
+    QString folder;
+    MdReplay replay{{communication, settings.comm, log, prompts, disk, folder}};
 
     explicit ReplayBench(const QByteArray &capture = Telegrams())
     {

@@ -50,7 +50,7 @@ void CaptureJudging::Judge(QWidget &owner)
     const QString path = ChooseCapture();
     if (path.isEmpty())
         return;
-    m_folder = PathParts::Folder(path);
+    m_parts.folder = PathParts::Folder(path);
     const auto judge = std::make_shared<const CaptureJudge>(m_parts.sequences);
     const auto outcome = std::make_shared<Outcome>();
     const QString name = FileName::Shown(PathParts::FileName(path));
@@ -83,7 +83,7 @@ void CaptureJudging::Judge(QWidget &owner)
 
 QString CaptureJudging::ChooseCapture() const
 {
-    const QString &folder = m_folder.isEmpty() ? m_parts.project.LastFolder : m_folder;
+    const QString &folder = m_parts.folder;
     const bool canBeShown = !folder.isEmpty() && FileName::IsText(folder);
     return m_parts.prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Open,
                                        .dialog = QStringLiteral("dlgJudgeCapture"),

@@ -18,6 +18,7 @@ struct ProjectState;
 struct CaptureJudgingParts {
     const MdSequenceEdition &sequences;
     const ProjectState &project;
+    QString &folder; ///< of captures, with trailing separator; empty before the first one
     OpenFiles &files;
     UserPrompts &prompts;
 };
@@ -43,7 +44,6 @@ class CaptureJudging
     void Tell(const QString &text, const QString &path, const Result &failed) const;
 
     CaptureJudgingParts m_parts;
-    QString m_folder; ///< of the last capture in this run
     QPointer<frmJudgement> m_window;
     bool m_hangs = false;
 };

@@ -50,7 +50,7 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_print({m_projectState, m_display, m_sequenceSettings, m_sequences, m_views, m_printSettings,
                world.prompts, world.clock, m_printOutput,
                [this](bool busy) { m_window->SetBusy(busy); }}),
-      m_judging({m_sequences, m_projectState, m_files, world.prompts})
+      m_judging({m_sequences, m_projectState, m_captureSettings.Folder, m_files, world.prompts})
 {
 }
 
@@ -177,8 +177,10 @@ void MdMain::MakeWindow()
     m_lineStatus = std::make_unique<LineStatusWindow>(
         LineStatusWindowParts{m_comm, m_devices, m_ports->MSCommA, m_ports->MSCommB, m_ports->lines,
                               m_finder, m_world.prompts});
-    m_replay = std::make_unique<ReplayWindow>(
-        ReplayParts{*m_communication, m_comm, m_log, m_world.prompts, m_fileSystem}, *m_window);
+    m_replay =
+        std::make_unique<ReplayWindow>(ReplayParts{*m_communication, m_comm, m_log, m_world.prompts,
+                                                   m_fileSystem, m_captureSettings.Folder},
+                                       *m_window);
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)

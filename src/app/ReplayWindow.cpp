@@ -5,6 +5,7 @@
 
 #include "frmReplay.h"
 
+#include <QStyle>
 #include <QWidget>
 
 ReplayWindow::ReplayWindow(const ReplayParts &parts, QWidget &owner)
@@ -25,8 +26,11 @@ void ReplayWindow::Show()
 {
     if (!m_window) {
         m_window = new frmReplay(m_replay, &m_owner);
-        const int above = m_owner.height() - m_window->sizeHint().height();
-        m_window->move(m_owner.mapToGlobal(QPoint(0, above))); // beside the views
+        // Beside the views; the title of the one and the status bar of the other are as high as
+        // that.
+        const int frames = 3 * m_owner.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        const int above = m_owner.height() - m_window->sizeHint().height() - frames;
+        m_window->move(m_owner.mapToGlobal(QPoint(0, above)));
     }
     m_window->show();
     m_window->raise();

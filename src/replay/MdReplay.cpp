@@ -43,15 +43,17 @@ bool MdReplay::Knows(const QString &path) const
 
 void MdReplay::Choose()
 {
-    const QString folder = PathParts::Folder(m_path);
+    const QString &folder = m_parts.folder;
     const QString path = m_parts.prompts.ChooseFile(
         {.purpose = FileDialogRequest::Purpose::Open,
          .dialog = QStringLiteral("dlgReplayCapture"),
          .title = QStringLiteral("Replay Capture"),
          .filter = QStringLiteral("Captures | *.pcapng *.pcap"),
          .folder = folder.isEmpty() || !FileName::IsText(folder) ? MdGetSpecialFolders() : folder});
-    if (!path.isEmpty())
-        Start(path);
+    if (path.isEmpty())
+        return;
+    m_parts.folder = PathParts::Folder(path);
+    Start(path);
 }
 
 void MdReplay::Start(const QString &path)

@@ -24,6 +24,7 @@ struct ReplayParts {
     CommunicationLog &log;
     UserPrompts &prompts;
     FileSystem &files;
+    QString &folder; ///< of captures, with trailing separator; empty before the first one
 };
 
 /// Replays captures: stands in for the ports while communication runs on one, in the mode that the
