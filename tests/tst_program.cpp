@@ -18,17 +18,11 @@
 #include "support/NamesIn.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
-#include "support/TestCapture.h"
 
-#include <QAbstractButton>
 #include <QAction>
 #include <QFile>
 #include <QImage>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QRandomGenerator>
-#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -341,53 +335,6 @@ class tst_program : public QObject
                    }}});
     }
 
-    /// Leaves one behind, has it offered after the project, looks at it, and ends by hand.
-    void TheRecordIsThereUntilAnEndByHand()
-    {
-        PtyPair line;
-        ProgramBench bench;
-        bench.AssignPort(1, line.DeviceName());
-        bench.line.start = true;
-        const ProgramBench::Step send = {[&] { line.Write("bytes"); },
-                                         [&] { return bench.Shown().contains("bytes"); }};
-        bench.Run({bench.Started(), send});
-        bench.program.reset();
-        QCOMPARE(bench.record->Segments().size(), 1);
-        QVERIFY(!bench.record->Segments().first().held);
-
-        MdSequenceEdition tables;
-        tables.AddSend({"a", "b"});
-        bench.recovery.files = {{"a", UnsavedProject::Of(tables, {}).ToText()}};
-        bench.prompts.laterAnswers = {PromptAnswer::No, PromptAnswer::No};
-        const auto inDialog = [&] {
-            QWidget *dialog = QApplication::activeModalWidget();
-            const auto field = [&](const char *name) {
-                return dialog->findChild<QLineEdit *>(name)->text();
-            };
-            QVERIFY(field("txtSince").contains(QString::number(QDate::currentDate().year() % 100)));
-            QCOMPARE(field("txtFolder"), "/cache/record");
-            auto *bound = dialog->findChild<QSpinBox *>("spnBound");
-            bench.prompts.answers = {PromptAnswer::No};
-            bound->setValue(0);
-            QCOMPARE(bound->value(), 1024);
-            bound->setValue(7);
-            QVERIFY(dialog->findChild<QPushButton *>("cmdSave")->isEnabled());
-            dialog->close();
-        };
-        bench.Run({{.goal = [&] { return bench.prompts.questions.size() == 2; }},
-                   {.goal = [&] { return bench.record->Segments().size() == 1; }},
-                   {send.act, [&] { return bench.program->Record().State().since > 0; }},
-                   {[&] {
-                       QTimer::singleShot(0, bench.program.get(), inDialog);
-                       bench.program->Execute(Command::SessionRecord);
-                       bench.program->Execute(Command::Exit);
-                   }}});
-        QVERIFY(!bench.stuck);
-        QVERIFY(bench.prompts.questions[1].text.contains("Save its capture?"));
-        QCOMPARE(bench.record->Segments().size(), 0);
-        QCOMPARE(bench.store.texts["Record/MostMegabytes"], "7");
-    }
-
     void TheLogHasItsButtonsAndItsEnd()
     {
         const QTemporaryDir folder;
@@ -497,95 +444,6 @@ class tst_program : public QObject
         QCOMPARE(NamesIn(folder.path()),
                  QByteArrayList({"caf\xE9.png", "caf\xE9.sqx", "caf\xE9_asc.txt"}));
         QCOMPARE(bench.store.texts["Settings/ProjectPath"], folder.path() + '/');
-    }
-
-    void ACaptureIsReplayedWhateverItsName_data()
-    {
-        const Cases<QString, bool> row("name", "isCapture");
-        row("a capture", "x.pcapng", true);
-        row("a capture by another name", "x.sqx", true);
-        row("a project", "x.sqx", false);
-    }
-
-    void ACaptureIsReplayedWhateverItsName()
-    {
-        QFETCH(QString, name);
-        QFETCH(bool, isCapture);
-        const QTemporaryDir folder;
-        TrafficEvent ask, answer;
-        ask.bytes = "who? ";
-        answer.bytes = "I AM";
-        answer.channel = 1;
-        answer.time.wall = 300'000'000;
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(isCapture ? CaptureOf({ask, answer}, {{"A", {}, 0}, {"B", {}, 0}})
-                             : "VERSION\r\n3\r\n");
-        file.close();
-        ProgramBench bench;
-        bench.line.project = file.fileName();
-        bench.line.log = folder.filePath("log.txt");
-        QStringList seen;
-        const auto see = [&] {
-            const frmMain &window = *bench.program->Window();
-            seen << window.windowTitle();
-            for (const char *panel : {"sbStatusBar_1", "sbStatusBar_2"})
-                seen << window.findChild<QLabel *>(panel)->text();
-            seen << (window.SendList().isHidden() ? "covered" : "open");
-        };
-        bench.Run({{.goal = [&] { return bench.Running() == isCapture; }},
-                   {see, [&] { return !bench.Running(); }},
-                   {see}});
-        QVERIFY(!bench.stuck && bench.prompts.shown.isEmpty() && bench.prompts.notices.isEmpty());
-        const QStringList stopped = {isCapture ? "Serimonde" : "Serimonde - x",
-                                     "Communication port is closed", "COM1", "open"};
-        const QStringList replaying = {"Serimonde", "Replaying " + name, "COM1", "covered"};
-        QCOMPARE(seen, (isCapture ? replaying : stopped) + stopped);
-        QCOMPARE(bench.Shown(), isCapture ? "who? I AM" : "");
-        QFile log(folder.filePath("log_asc.txt"));
-        QCOMPARE(log.open(QIODevice::ReadOnly), isCapture);
-        QCOMPARE(log.isOpen() ? log.readAll() : QByteArray(), bench.Shown());
-        QCOMPARE(bench.store.texts["Communication/CommType"], "0");
-    }
-
-    void TheReplayWindowHasHandsOnIt()
-    {
-        const QTemporaryDir folder;
-        QList<TrafficEvent> events(3);
-        for (qint64 hour : {0, 1, 2}) {
-            events[hour].bytes = QByteArray::number(hour);
-            events[hour].time.wall = hour * 3600 * 1'000'000'000;
-        }
-        QFile file(folder.filePath("x.pcapng"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(CaptureOf(events, {{"COM1", {}, 0}}));
-        file.close();
-        ProgramBench bench;
-        bench.prompts.chosen << file.fileName();
-        const auto click = [&](const char *name) {
-            return [&bench, name] {
-                bench.program->Window()->findChild<QAbstractButton *>(name)->click();
-            };
-        };
-        const auto says = [&](const char *state) {
-            return [&bench, state] {
-                return bench.program->Window()->findChild<QLabel *>("lblState")->text() == state;
-            };
-        };
-        const auto shows = [&](const char *text) {
-            return [&bench, text] { return bench.Shown() == text; };
-        };
-        bench.Run({{[&] { bench.program->Execute(Command::ReplayCapture); }, shows("0")},
-                   {click("cmdPause"), says("Paused")},
-                   {click("cmdNext"), shows("01")},
-                   {click("cmdStop"), [&] { return !bench.Running() && says("Stopped")(); }},
-                   {click("cmdPause"), shows("010")},
-                   {click("cmdNext"), shows("0101")},
-                   {click("cmdNext"), says("At the end; communication is stopped")},
-                   {click("cmdPause"), bench.Started().goal},
-                   {click("cmdClose"), [&] { return !bench.Running(); }}});
-        QVERIFY(!bench.stuck);
-        QCOMPARE(bench.Shown(), "010120");
     }
 
     void TheDemoIsLive()
