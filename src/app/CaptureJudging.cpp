@@ -117,7 +117,7 @@ QString CaptureJudging::ChooseReport(const QString &capture) const
                                  .folder = PathParts::Folder(capture),
                                  .name = PathParts::WithoutExtension(PathParts::FileName(capture)) +
                                          QStringLiteral(" judged.txt")};
-    const QString path = m_parts.prompts.ChooseFile(request);
+    QString path = m_parts.prompts.ChooseFile(request);
     if (path.isEmpty() || !m_parts.files.System().Exists(path))
         return path;
     const PromptAnswer answer = m_parts.prompts.ShowMessage(

@@ -256,7 +256,7 @@ bool CaptureReader::TakeUsual(CapturePacket &packet)
     const quint32 captured = number(20);
     if (number(0) != EnhancedPacket || length > held.size() || length % Alignment != 0 ||
         captured < RecordHead || length < Aligned(captured) + Before + qint64(sizeof(quint32)) ||
-        number(24) != captured || number(length - sizeof(quint32)) != length ||
+        number(24) != captured || number(length - qsizetype(sizeof(quint32))) != length ||
         port >= quint32(m_interfaces.size()))
         return false;
     const Interface &interface = m_interfaces.at(port);

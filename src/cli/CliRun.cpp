@@ -32,12 +32,12 @@ constexpr qsizetype MostCommands = 1000;
 /// What came instead of what was expected, as far as it goes into a line.
 QString InsteadOf(const StepOutcome &outcome)
 {
-    constexpr qsizetype most = 32;
+    constexpr qsizetype Most = 32;
     if (outcome.step.kind != Step::Kind::Expect)
         return {};
     if (outcome.heard.isEmpty())
         return QStringLiteral("; nothing came");
-    const QByteArray last = outcome.heard.right(most);
+    const QByteArray last = outcome.heard.right(Most);
     return QStringLiteral("; what came ends in %1 \"%2\"")
         .arg(QString::fromLatin1(last.toHex(' ').toUpper()), ByteLook::ToPictures(last));
 }
@@ -135,7 +135,7 @@ Result CliRun::Prepare()
     m_comm.run.reopen = m_line.reconnect;
     if (!m_line.log.isEmpty())
         m_log.Arm(m_line.log, m_line.overwrite);
-    if (const Result loaded = LoadProject(); loaded.Failed())
+    if (Result loaded = LoadProject(); loaded.Failed())
         return loaded;
     m_hasSteps = !m_line.input.isEmpty() || !m_line.steps.isEmpty() || !m_line.stepWords.isEmpty();
     return m_line.input.isEmpty() ? ReadSteps() : OpenReplay();
@@ -283,9 +283,9 @@ void CliRun::Advance()
         }
         next = MonotonicNow() + *left;
     }
-    constexpr qint64 longest = 3'600'000;
+    constexpr qint64 Longest = 3'600'000;
     const qint64 left = next - MonotonicNow();
-    m_timer.start(int(std::clamp<qint64>((left + 999'999) / 1'000'000, 0, longest)));
+    m_timer.start(int(std::clamp<qint64>((left + 999'999) / 1'000'000, 0, Longest)));
 }
 
 /// The capture's next steps, until one waits; when to go on.

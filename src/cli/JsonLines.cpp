@@ -96,12 +96,12 @@ QByteArray JsonLines::Traffic(const TrafficEvent &event) const
 
 QByteArray JsonLines::StepDone(const StepOutcome &outcome) const
 {
-    constexpr std::array verdicts = {"passed", "failed", "not-run"};
+    constexpr std::array Verdicts = {"passed", "failed", "not-run"};
     QJsonObject object = {
         {QStringLiteral("event"), QStringLiteral("step")},
         {QStringLiteral("line"), outcome.step.line},
         {QStringLiteral("step"), outcome.step.text},
-        {QStringLiteral("result"), QLatin1String(verdicts[size_t(outcome.verdict)])},
+        {QStringLiteral("result"), QLatin1String(Verdicts[size_t(outcome.verdict)])},
         {QStringLiteral("us"), Microseconds(outcome.ended)}};
     if (!outcome.step.group.isEmpty())
         object[QStringLiteral("group")] = outcome.step.group;

@@ -69,8 +69,8 @@ void RunReport::Done(const StepOutcome &outcome, const QString &place)
     const bool expected = !m_line.input.isEmpty() && outcome.verdict == Verdict::Passed;
     if (m_line.quiet || m_line.commands || expected)
         return;
-    constexpr std::array words = {"ok      ", "FAILED  ", "not run "};
-    QString text = QLatin1String(words[size_t(outcome.verdict)]) + place + QStringLiteral(": ") +
+    constexpr std::array Words = {"ok      ", "FAILED  ", "not run "};
+    QString text = QLatin1String(Words[size_t(outcome.verdict)]) + place + QStringLiteral(": ") +
                    outcome.step.text;
     if (outcome.verdict != Verdict::NotRun)
         text += QStringLiteral(" (%1)").arg(Milliseconds(outcome.ended - outcome.began));

@@ -135,7 +135,7 @@ Complaint JudgeFiles(const RemoteAddress &address)
 Complaint TakeAll(RemoteAddress &address, QStringView text)
 {
     const qsizetype schemeEnd = text.indexOf(Separator);
-    if (const Complaint wrong = TakeScheme(address, text.first(std::max<qsizetype>(schemeEnd, 0)));
+    if (Complaint wrong = TakeScheme(address, text.first(std::max<qsizetype>(schemeEnd, 0)));
         !wrong.isEmpty())
         return wrong;
     const QStringView rest = text.sliced(schemeEnd + Separator.size());
@@ -143,11 +143,11 @@ Complaint TakeAll(RemoteAddress &address, QStringView text)
     QStringView place = question < 0 ? rest : rest.first(question);
     if (place.endsWith(u'/'))
         place.chop(1);
-    if (const Complaint wrong = TakePlace(address, place); !wrong.isEmpty())
+    if (Complaint wrong = TakePlace(address, place); !wrong.isEmpty())
         return wrong;
     if (question >= 0)
         for (const QStringView wish : rest.sliced(question + 1).split(u'&'))
-            if (const Complaint wrong = TakeWish(address, wish); !wrong.isEmpty())
+            if (Complaint wrong = TakeWish(address, wish); !wrong.isEmpty())
                 return wrong;
     return JudgeFiles(address);
 }

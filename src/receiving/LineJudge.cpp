@@ -119,7 +119,7 @@ void LineJudge::TellHeldBack(const QString &cause)
 
 Result LineJudge::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    const Result written = m_lineA->Write(bytes);
+    Result written = m_lineA->Write(bytes);
     if (IsHeldBack(written)) {
         TellHeldBack(written.Cause());
         return written;

@@ -47,7 +47,7 @@ QStringList RecordSaver::ChooseFiles(int count)
             break;
         if (!path.endsWith(Extension, Qt::CaseInsensitive))
             path += Extension;
-        const QStringList paths = Numbered(path, count);
+        QStringList paths = Numbered(path, count);
         request.folder = PathParts::Folder(path);
         request.name = PathParts::FileName(path);
         if (!MayReplace(paths))

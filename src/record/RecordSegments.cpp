@@ -124,7 +124,7 @@ Result RecordSegments::Write(QByteArrayView packets)
 Result RecordSegments::WriteLost(QByteArrayView packets)
 {
     const LineTime time = {0, CaptureBlocks::PacketOf(packets).time};
-    const Result written = WritePiece(LostPackets(State().lost, time));
+    Result written = WritePiece(LostPackets(State().lost, time));
     if (!written.Failed()) {
         const std::lock_guard guard(m_lock);
         m_state.lost = {};
@@ -138,7 +138,7 @@ Result RecordSegments::WritePiece(QByteArrayView piece)
     if (const std::optional<qint64> size = SizeToGoOn()) {
         const QByteArray blocks = CapturePages::Fill(piece, *size);
         const bool fits = *size + blocks.size() <= SegmentSize(State().bound);
-        const Result written = fits ? Append(blocks) : Result();
+        Result written = fits ? Append(blocks) : Result();
         if (fits && written.Number() != FileMissing)
             return written;
     }

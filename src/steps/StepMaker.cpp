@@ -172,9 +172,9 @@ Result StepMaker::CheckMode(const Step &step) const
 StepMaker::Found StepMaker::FindSequence(const StepWords::Word &word) const
 {
     using Reader = StepWords::Bytes (*)(QStringView);
-    constexpr std::pair<QStringView, Reader> readers[] = {{u"hex:", StepWords::FromHex},
+    constexpr std::pair<QStringView, Reader> Readers[] = {{u"hex:", StepWords::FromHex},
                                                           {u"text:", StepWords::FromText}};
-    for (const auto &[prefix, reader] : readers) {
+    for (const auto &[prefix, reader] : Readers) {
         if (!word.text.startsWith(prefix))
             continue;
         Step written;

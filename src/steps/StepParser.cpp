@@ -97,7 +97,7 @@ struct Taken {
 Taken TakeStep(std::span<const Word> &words)
 {
     const auto next = [&words] {
-        const Word word = words.front();
+        Word word = words.front();
         words = words.subspan(1);
         return word;
     };

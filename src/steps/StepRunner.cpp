@@ -104,7 +104,7 @@ StepRunner::Progress StepRunner::Start(const Step &step)
         return begun == Progress::Passed ? Progress::Waits : begun;
     }
     case Step::Kind::Close: {
-        const Progress closed = Act(m_actions.Close(), QStringLiteral("not closed: "));
+        Progress closed = Act(m_actions.Close(), QStringLiteral("not closed: "));
         m_reached = m_heard.End();
         return closed;
     }

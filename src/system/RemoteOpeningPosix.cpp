@@ -72,12 +72,12 @@ Result RemoteOpening::OpenAll()
                            .arg(m_peer, LineSettingsText(m_request.settings)),
                        RefusedLineSettings};
     Lookup found;
-    if (const Result done = LookUp(found); done.Failed())
+    if (Result done = LookUp(found); done.Failed())
         return done;
-    if (const Result done = Connect(found); done.Failed())
+    if (Result done = Connect(found); done.Failed())
         return done;
     m_reached = true;
-    if (const Result done = Secure(); done.Failed())
+    if (Result done = Secure(); done.Failed())
         return done;
     return server ? Converse() : Result();
 }
@@ -145,7 +145,7 @@ Result RemoteOpening::Connect(const Lookup &found)
 
 Result RemoteOpening::ConnectTo(Descriptor &socket, QDeadlineTimer until) const
 {
-    const Result waited = Given(
+    Result waited = Given(
         WaitFor(socket.Number(), POLLOUT, until),
         QStringLiteral("%1 cannot be reached: no answer within %2").arg(m_peer, MostTimeText()));
     if (waited.Failed())
@@ -165,15 +165,15 @@ Result RemoteOpening::Secure()
         return m_link.stream->Prepare(m_request.deadSeconds);
     }
     auto tls = std::make_unique<TlsStream>(std::move(m_socket), m_request.address);
-    if (const Result prepared = tls->Prepare(m_request.deadSeconds); prepared.Failed())
+    if (Result prepared = tls->Prepare(m_request.deadSeconds); prepared.Failed())
         return prepared;
-    if (const Result begun = tls->Begin(); begun.Failed())
+    if (Result begun = tls->Begin(); begun.Failed())
         return begun;
     for (TlsStream::Step step = tls->Agree(); step != TlsStream::Step::Done; step = tls->Agree()) {
         if (step == TlsStream::Step::Failed)
             return tls->Agreement();
         const short event = step == TlsStream::Step::WantsToRead ? POLLIN : POLLOUT;
-        const Result waited = Given(
+        Result waited = Given(
             WaitFor(tls->Handle(), event, m_deadline),
             QStringLiteral("%1 did not agree upon TLS within %2").arg(m_peer, MostTimeText()));
         if (waited.Failed())
@@ -188,7 +188,7 @@ Result RemoteOpening::Converse()
     m_link.client = std::make_unique<ComPortClient>(
         ComPortRequest{m_request.settings, m_request.requestToSend, m_request.address.listens});
     while (m_link.client->Verdict() == ComPortClient::Outcome::Opening)
-        if (const Result done = ConverseOnce(); done.Failed())
+        if (Result done = ConverseOnce(); done.Failed())
             return done;
     if (m_link.client->Verdict() != ComPortClient::Outcome::Ready)
         return Refusal();
@@ -208,7 +208,7 @@ void RemoteOpening::AskName()
 
 Result RemoteOpening::ConverseOnce()
 {
-    if (const Result sent = SendOutgoing(); sent.Failed())
+    if (Result sent = SendOutgoing(); sent.Failed())
         return sent;
     const Waited waited = WaitFor(m_link.stream->Handle(), POLLIN, m_deadline);
     if (waited == Waited::Late)
@@ -235,8 +235,8 @@ Result RemoteOpening::SendOutgoing()
         words.remove(0, taken);
         if (words.isEmpty())
             break;
-        const Result waited = Given(WaitFor(m_link.stream->Handle(), POLLOUT, m_deadline),
-                                    QStringLiteral("%1 does not take anything").arg(m_peer));
+        Result waited = Given(WaitFor(m_link.stream->Handle(), POLLOUT, m_deadline),
+                              QStringLiteral("%1 does not take anything").arg(m_peer));
         if (waited.Failed())
             return waited;
     }

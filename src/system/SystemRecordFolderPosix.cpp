@@ -65,7 +65,7 @@ class HeldSegment final : public RecordFolder::File
             return Failure{QStringLiteral("The file has been deleted"), FileMissing};
         if (::lseek(m_file.Number(), status.st_size, SEEK_SET) >= 0 && WriteAll(m_file, bytes))
             return {};
-        const Failure failure = SystemFailure();
+        Failure failure = SystemFailure();
         if (::ftruncate(m_file.Number(), status.st_size) != 0)
             return Failure{failure.cause + QStringLiteral("; its end is torn")};
         return failure;

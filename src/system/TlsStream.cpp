@@ -70,10 +70,9 @@ Result TlsStream::Begin()
     SSL_CTX_set_verify(m_context.get(), SSL_VERIFY_PEER, nullptr);
     SSL_CTX_set_mode(m_context.get(),
                      SSL_MODE_ENABLE_PARTIAL_WRITE | SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER);
-    if (const Result taken = TakeAuthority(m_address->authority); taken.Failed())
+    if (Result taken = TakeAuthority(m_address->authority); taken.Failed())
         return taken;
-    if (const Result taken = TakeCertificate(m_address->certificate, m_address->key);
-        taken.Failed())
+    if (Result taken = TakeCertificate(m_address->certificate, m_address->key); taken.Failed())
         return taken;
     m_tls.reset(SSL_new(m_context.get()));
     if (!m_tls || SSL_set_fd(m_tls.get(), Handle()) != 1 || !ExpectHost(m_address->host))

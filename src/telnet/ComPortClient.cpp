@@ -48,7 +48,7 @@ std::optional<ComPortClient::Piece> ComPortClient::Next()
         case TelnetReader::Kind::Subnegotiation:
             if (item->option != Telnet::ComPort || item->bytes.isEmpty())
                 break;
-            if (const auto piece = TakeCommand(item->bytes))
+            if (auto piece = TakeCommand(item->bytes))
                 return piece;
             break;
         }
