@@ -9,7 +9,7 @@ repo=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 
 # Debian's names; each command needs those of the list "run" and its own.
 run_packages=(ca-certificates g++ cmake ninja-build qt6-base-dev qt6-tools-dev libfontconfig-dev
-              libssl-dev libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
+              libssl-dev libboost-dev libqt6sql6-sqlite libqt6svg6 fonts-liberation fonts-dejavu-core)
 test_packages=(libxml2-utils openssl poppler-utils python3 ser2net tshark)
 bench_packages=(libbenchmark-dev ser2net xvfb)
 lint_packages=(clang-format clang-tidy shellcheck)
