@@ -9,52 +9,12 @@ _serimonde_cli_devices() {
     compgen -G '/dev/tty[SUA]*'
 }
 
-# Behind judge, export and replay, which work on a capture.
-_serimonde_cli_command() {
-    local -A options=(
-        [judge]='--strict --help --version'
-        [export]='--csv --help --version'
-        [replay]='--port --settings --reconnect --log --capture --overwrite --within --timeout --json
-            --quiet --speed --in-step --channel --help --version'
-    )
-    case $prev in
-        --speed) COMPREPLY=($(compgen -W '1 10 max' -- "$cur")) ;;
-        --channel) COMPREPLY=($(compgen -W '1 2' -- "$cur")) ;;
-        --port) COMPREPLY=($(compgen -S = -W '{1..8}' -- "$cur")) && compopt -o nospace ;;
-        --settings | --within | --timeout) ;;
-        *)
-            if [[ $cur == -* ]]; then
-                COMPREPLY=($(compgen -W "${options[$1]}" -- "$cur"))
-            else
-                _filedir
-            fi
-            ;;
-    esac
-}
-
-_serimonde_cli() {
-    local cur prev words cword
-    _init_completion -n = || return
-
-    case ${words[1]} in
-        judge | export | replay)
-            if ((cword > 1)); then
-                _serimonde_cli_command "${words[1]}"
-                return
-            fi
-            ;;
-    esac
-
-    local option=$prev value=$cur
-    if [[ $cur == --*=* ]]; then
-        option=${cur%%=*} value=${cur#*=}
-    fi
-    # Bash completes what stands behind the last "=".
-    local behind=${value##*=}
-
-    case $option in
+# Value OPTION TEXT: what may stand behind an option; fails if nothing does.
+_serimonde_cli_value() {
+    local behind=${2##*=} # bash completes what stands behind the last "="
+    case $1 in
         --port)
-            if [[ $value == *=* ]]; then
+            if [[ $2 == *=* ]]; then
                 COMPREPLY=($(compgen -W "$(_serimonde_cli_devices)" -- "$behind"))
             else
                 COMPREPLY=($(compgen -S = -W '{1..8}' -- "$behind"))
@@ -67,21 +27,51 @@ _serimonde_cli() {
         --settings)
             COMPREPLY=($(compgen -W '{9600,19200,38400,57600,115200},N,8,1' -- "$behind"))
             ;;
+        --speed)
+            COMPREPLY=($(compgen -W '1 10 max' -- "$behind"))
+            ;;
+        --channel)
+            COMPREPLY=($(compgen -W '1 2' -- "$behind"))
+            ;;
         --log | --capture | --steps | --junit)
             cur=$behind
             _filedir
             ;;
         --within | --timeout | --help | --version) ;;
-        *)
-            if [[ $cur == -* ]]; then
-                COMPREPLY=($(compgen -W '--port --mode --settings --reconnect --log --capture
-                    --overwrite --steps --within --timeout --junit --json --commands --quiet --demo
-                    --help --version' -- "$cur"))
-            else
-                COMPREPLY=($(compgen -W 'send send-hex send-text expect forbid allow quiet wait rts
-                    dtr break close open repeat end group judge export replay' -- "$cur"))
-                _filedir sqx
-            fi
-            ;;
+        *) return 1 ;;
     esac
+}
+
+_serimonde_cli() {
+    local cur prev words cword
+    _init_completion -n = || return
+
+    local option=$prev value=$cur
+    if [[ $cur == --*=* ]]; then
+        option=${cur%%=*} value=${cur#*=}
+    fi
+    _serimonde_cli_value "$option" "$value" && return
+
+    # Commands work on a capture and have options of their own.
+    local -A options=(
+        [run]='--port --mode --settings --reconnect --log --capture --overwrite --steps --within
+            --timeout --junit --json --commands --quiet --demo --help --version'
+        [judge]='--strict --help --version'
+        [export]='--csv --help --version'
+        [replay]='--port --settings --reconnect --log --capture --overwrite --within --timeout --json
+            --quiet --speed --in-step --channel --help --version'
+    )
+    local command=run
+    case ${words[1]} in
+        judge | export | replay) ((cword > 1)) && command=${words[1]} ;;
+    esac
+    if [[ $cur == -* ]]; then
+        COMPREPLY=($(compgen -W "${options[$command]}" -- "$cur"))
+    elif [[ $command != run ]]; then
+        _filedir '@(sqx|pcapng|pcap)'
+    else
+        COMPREPLY=($(compgen -W 'send send-hex send-text expect forbid allow quiet wait rts dtr break
+            close open repeat end group judge export replay' -- "$cur"))
+        _filedir sqx
+    fi
 } && complete -F _serimonde_cli serimonde-cli

@@ -64,9 +64,11 @@ struct Script {
     {
         const StepMaker maker(tables, {.twoChannels = true});
         auto parsed = StepParser::FromFile(QString(steps).replace(';', '\n').toUtf8(), maker);
+        if (goesOn && steps.isEmpty()) // they come one by one
+            parsed = {};
         if (parsed.result.Failed())
             told << parsed.result.Cause();
-        runner.Begin(std::move(parsed.program));
+        runner.Begin(std::move(parsed.program), 0);
         runner.Advance(0);
     }
 
@@ -246,6 +248,8 @@ class tst_steps : public QObject
     void Wrong_data()
     {
         const Cases<QString, QString> row("steps", "cause");
+        row("no steps", "", "line 1: there are no steps");
+        row("none that could fail", "group a;repeat 2;end # wait 1s", "line 1: there are no steps");
         row("no verb", "wait 1ms;sned Ping", "line 2: \"sned\" is no step");
         row("an unknown name", "send Pang", "line 1: the project has no send sequence named");
         row("a receive sequence sent", "send Pong", "no send sequence named \"Pong\"");
@@ -346,6 +350,7 @@ class tst_steps : public QObject
         const Cases<QByteArray, QString> row("line", "read");
         row("a step", R"({"step":"expect","what":"Pong","on":1,"within":"5ms","id":[7]})",
             "expect Pong on 1 within 5ms");
+        row("in a group", R"({"step":"wait","what":"1ms","group":"A"})", "A: wait 1ms");
         row("a name as it is", "{\"step\":\"expect\",\"what\":\"say \\\"a\\\\b\\\"\"}",
             "expect say \"a\\b\"");
         row("no object", "[1]", "the line is no JSON object");
@@ -364,7 +369,9 @@ class tst_steps : public QObject
         QFETCH(QString, read);
         const Tables tables;
         const StepCommand command = ReadStepCommand(line, StepMaker(tables, {}));
-        const QString told = command.result.Failed() ? command.result.Cause() : command.step.text;
+        QString told = command.result.Failed() ? command.result.Cause() : command.step.text;
+        if (!command.result.Failed() && !command.step.group.isEmpty())
+            told.prepend(command.step.group + ": ");
         QVERIFY2(told.startsWith(read), qPrintable(told));
         QCOMPARE(command.id.isArray(), line.contains("[7]"));
     }

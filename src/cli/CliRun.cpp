@@ -5,6 +5,7 @@
 
 #include "ByteLook.h"
 #include "CaptureFile.h"
+#include "CodePage1252.h"
 #include "Demo.h"
 #include "DemoInstrument.h"
 #include "FileName.h"
@@ -42,6 +43,11 @@ QString InsteadOf(const StepOutcome &outcome)
         .arg(QString::fromLatin1(last.toHex(' ').toUpper()), ByteLook::ToPictures(last));
 }
 
+QString NamesOf(const TrafficEvent &event)
+{
+    return QStringLiteral("\"%1\"").arg(CodePage1252::ToUnicode(event.names.join("\", \"")));
+}
+
 /// The devices of a run are those of its command line.
 QString NoSystemName(int)
 {
@@ -71,7 +77,7 @@ CliRun::CliRun(const CommandLine &line, QTextStream &errors)
       m_log({m_logSettings, m_prompts, m_files, m_state,
              [this] { return m_communication.Running(); }}),
       m_runLog(m_log, [this] { return m_feed.HasRoom() && m_output.HasRoom(); }),
-      m_ports(m_devices),
+      m_ports(m_devices, &m_prompts),
       m_communication({m_comm, m_display, m_stamp, m_sequences, nullptr, m_runLog, m_prompts,
                        m_clock, m_ports.MSCommA, m_ports.MSCommB, m_ports.lines}),
       m_runner(
@@ -210,18 +216,27 @@ Result CliRun::OpenReplay()
 
 void CliRun::Begin()
 {
-    m_report.Begin(LineNow());
-    m_runner.Begin(std::move(m_program));
-    const Result opened = Open();
-    if (opened.Failed() || m_failed) {
-        StopFor(opened.Failed() ? ExitStatus::PortFailed : ExitStatus::FileFailed,
-                m_failed.value_or(opened.Cause()));
-        return;
-    }
+    const LineTime now = LineNow();
+    m_report.Begin(now);
+    m_runner.Begin(std::move(m_program), now.monotonic);
     if (m_line.timeout) {
         const std::chrono::nanoseconds most(*m_line.timeout);
         CallAfter(std::chrono::duration_cast<std::chrono::milliseconds>(most), this,
                   [this] { EndEarly(QStringLiteral("the time of the run is over")); });
+    }
+    if (!m_line.junit.isEmpty()) {
+        const Result made = m_junit.OpenForReplacing(m_fileSystem.AbsolutePath(m_line.junit));
+        if (made.Failed()) {
+            StopFor(ExitStatus::FileFailed, ReportFailure(made));
+            return;
+        }
+    }
+    const Result opened = Open();
+    if (opened.Failed() || m_failed) {
+        const int status = opened.Failed() ? ExitStatus::PortFailed : ExitStatus::FileFailed;
+        StopFor(m_endedOpening && m_hasSteps ? ExitStatus::StepFailed : status,
+                m_failed.value_or(opened.Cause()));
+        return;
     }
     if (m_line.commands)
         BeginInput();
@@ -257,6 +272,9 @@ void CliRun::Drain()
                        .arg(event.cause);
         if (event.kind == TrafficEvent::Kind::NotSent)
             m_notSent = event.cause;
+        if (event.kind == TrafficEvent::Kind::NotSent && event.answer)
+            OnNotAnswered(QStringLiteral("the answer to %1 was not sent: %2")
+                              .arg(NamesOf(event), event.cause));
     }
     if (taken.wasFull)
         m_communication.Resume();
@@ -387,9 +405,17 @@ void CliRun::OnFailed(const QString &text)
     StopFor(ExitStatus::FileFailed, text);
 }
 
-/// From outside: that fails the run if there were steps left.
+/// From outside: that fails the run if there were steps left. Ports that are still being opened
+/// are not waited for.
 void CliRun::EndEarly(const QString &cause)
 {
+    if (m_acting) {
+        if (!m_later)
+            m_later = [this, cause] { EndEarly(cause); };
+        m_endedOpening = cause + QStringLiteral(" while a port was being opened");
+        m_prompts.EndWork();
+        return;
+    }
     Drain();
     if (m_over)
         return;
@@ -399,11 +425,20 @@ void CliRun::EndEarly(const QString &cause)
         StopFor(ExitStatus::StepFailed, cause);
 }
 
+/// What answers by itself and cannot is no longer the device, or the host, that it stands for.
+void CliRun::OnNotAnswered(const QString &cause)
+{
+    if (m_hasSteps)
+        StopFor(ExitStatus::StepFailed, cause);
+    else
+        m_report.Fail(ExitStatus::StepFailed, cause);
+}
+
 void CliRun::StopFor(int status, const QString &cause)
 {
     if (m_acting) { // inside a step
-        QMetaObject::invokeMethod(
-            this, [this, status, cause] { StopFor(status, cause); }, Qt::QueuedConnection);
+        if (!m_later)
+            m_later = [this, status, cause] { StopFor(status, cause); };
         return;
     }
     m_stopping = status;
@@ -469,26 +504,35 @@ void CliRun::MakeCapture()
 
 void CliRun::WriteReport()
 {
-    if (m_line.junit.isEmpty())
+    if (!m_junit.IsOpen())
         return;
-    ClOutputFile file(m_files);
-    Result written = file.OpenForReplacing(m_fileSystem.AbsolutePath(m_line.junit));
-    if (!written.Failed()) {
-        file.WriteInFile(m_report.JUnit());
-        written = file.Commit();
-    }
-    if (written.Failed())
-        m_report.Fail(ExitStatus::FileFailed, QStringLiteral("the report %1 cannot be written: %2")
-                                                  .arg(m_line.junit, written.Cause()));
+    if (const Result written = m_report.WriteJUnit(m_junit); written.Failed())
+        m_report.Fail(ExitStatus::FileFailed, ReportFailure(written));
+}
+
+QString CliRun::ReportFailure(const Result &result) const
+{
+    return QStringLiteral("the report %1 cannot be written: %2").arg(m_line.junit, result.Cause());
+}
+
+/// Does something to the lines; what would stop the run meanwhile does so when the step is over.
+void CliRun::Act(const std::function<void()> &work)
+{
+    m_acting = true;
+    work();
+    m_acting = false;
+    if (m_later)
+        QMetaObject::invokeMethod(this, std::exchange(m_later, {}), Qt::QueuedConnection);
 }
 
 /// What came until then, and what was sent, is told in front of what follows.
 Result CliRun::Send(const QByteArray &bytes, const QByteArray &name)
 {
-    m_acting = true;
-    Result sent = m_communication.Send(bytes, name);
-    Drain();
-    m_acting = false;
+    Result sent;
+    Act([&] {
+        sent = m_communication.Send(bytes, name);
+        Drain();
+    });
     return sent;
 }
 
@@ -519,21 +563,19 @@ Result CliRun::SetBreak(bool on)
 Result CliRun::Open()
 {
     m_failed.reset();
-    m_acting = true;
-    m_communication.OpenPorts();
-    m_acting = false;
+    Act([this] { m_communication.OpenPorts(); });
     if (m_communication.Running())
         return {};
-    m_stopping = ExitStatus::PortFailed;
-    return Failure{m_failed.value_or(QString())};
+    m_stopping = m_endedOpening ? ExitStatus::StepFailed : ExitStatus::PortFailed;
+    return Failure{m_failed.value_or(m_endedOpening.value_or(QString()))};
 }
 
 Result CliRun::Close()
 {
-    m_acting = true;
-    m_notSent.clear();
-    m_communication.ClosePorts();
-    Drain();
-    m_acting = false;
+    Act([this] {
+        m_notSent.clear();
+        m_communication.ClosePorts();
+        Drain();
+    });
     return m_notSent.isEmpty() ? Result() : Failure{m_notSent};
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "CaptureThread.h"
+#include "ClOutputFile.h"
 #include "CommConfiguration.h"
 #include "CommandLine.h"
 #include "DisplaySettings.h"
@@ -66,6 +67,7 @@ class CliRun final : public QObject, private StepActions
     int End();
     void MakeCapture();
     void WriteReport();
+    QString ReportFailure(const Result &result) const;
 
     void Drain();
     void Advance();
@@ -76,6 +78,7 @@ class CliRun final : public QObject, private StepActions
     void Refuse(const QJsonValue &id, const QString &cause);
     void OnFailed(const QString &text);
     void EndEarly(const QString &cause);
+    void OnNotAnswered(const QString &cause);
     void StopFor(int status, const QString &cause);
     void Over();
 
@@ -86,6 +89,7 @@ class CliRun final : public QObject, private StepActions
     Result Open() override;
     Result Close() override;
     Result OnLine(const std::function<Result(Line &line)> &work);
+    void Act(const std::function<void()> &work);
 
     const CommandLine m_line;
     QTextStream &m_errors;
@@ -109,6 +113,7 @@ class CliRun final : public QObject, private StepActions
     MdLogFile m_log;
     std::unique_ptr<CaptureThread> m_capture; ///< null if none is wanted
     RunLog m_runLog;
+    ClOutputFile m_junit{m_files}; ///< open from the beginning, so that it is sure to be written
     SerialPorts m_ports;
     MdCommunication m_communication;
 
@@ -127,7 +132,9 @@ class CliRun final : public QObject, private StepActions
     QEventLoop m_loop;
     bool m_over = false;
     bool m_hangs = false;
-    bool m_acting = false;           ///< the runner is doing something to the lines
+    bool m_acting = false;                 ///< something is being done to the lines
+    std::function<void()> m_later;         ///< what would stop the run meanwhile; null for nothing
+    std::optional<QString> m_endedOpening; ///< why ports were not waited for any longer
     int m_stopping = 0;              ///< the status of what stops the run; 0 for steps that fail
     std::optional<QString> m_failed; ///< what went wrong while ports were opened
 };

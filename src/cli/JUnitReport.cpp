@@ -4,20 +4,21 @@
 #include "JUnitReport.h"
 
 #include "ByteLook.h"
+#include "ClOutputFile.h"
 #include "Common_Function.h"
 
 #include <QDateTime>
-#include <QXmlStreamWriter>
-
-#include <algorithm>
 
 namespace
 {
 
 using Verdict = StepOutcome::Verdict;
 
+/// Of cases in memory, in bytes.
+constexpr qsizetype MostInMemory = 256 * 1024;
+
 /// What an XML file cannot hold becomes a picture of it.
-QString Allowed(QString text)
+QString Escaped(QString text)
 {
     for (QChar &c : text) {
         if (c.unicode() < 32 && c != u'\n' && c != u'\t')
@@ -25,7 +26,21 @@ QString Allowed(QString text)
         else if (c.isSurrogate() || c.unicode() >= 0xFFFE)
             c = QChar::ReplacementCharacter;
     }
-    return text;
+    return text.toHtmlEscaped();
+}
+
+/// Readers take a line end inside of quotes for a blank, unless it is written by its number.
+QString Attribute(const char *name, const QString &value)
+{
+    return QStringLiteral(" %1=\"%2\"")
+        .arg(QLatin1String(name), Escaped(value)
+                                      .replace(u'\n', QLatin1String("&#10;"))
+                                      .replace(u'\t', QLatin1String("&#9;")));
+}
+
+QString Attribute(const char *name, int count)
+{
+    return Attribute(name, QString::number(count));
 }
 
 QString Seconds(qint64 nanoseconds)
@@ -53,63 +68,93 @@ void JUnitReport::Add(const StepOutcome &outcome, const QString &place)
 {
     const QString name = QStringLiteral("%1: %2").arg(place, outcome.step.text);
     const QString &group = outcome.step.group;
-    const bool goesOn = !m_cases.empty() && !group.isEmpty() && m_cases.back().group == group &&
-                        m_cases.back().turn == outcome.group;
+    const bool goesOn =
+        m_case && !group.isEmpty() && m_case->group == group && m_case->turn == outcome.group;
     if (!goesOn) {
-        m_cases.push_back({group.isEmpty() ? name : group, group, outcome.group, outcome.verdict,
-                           outcome.began, outcome.ended});
+        EndCase();
+        m_case = Case{group.isEmpty() ? name : group,
+                      group,
+                      outcome.group,
+                      outcome.verdict,
+                      outcome.began,
+                      outcome.ended};
     }
-    Case &last = m_cases.back();
     if (outcome.verdict != Verdict::NotRun)
-        last.ended = outcome.ended;
-    if (outcome.verdict != Verdict::Failed || !last.cause.isEmpty())
+        m_case->ended = outcome.ended;
+    if (outcome.verdict != Verdict::Failed || !m_case->cause.isEmpty())
         return;
-    last.verdict = Verdict::Failed;
-    last.cause = group.isEmpty() ? outcome.cause : name + QStringLiteral(": ") + outcome.cause;
-    last.details = Details(outcome);
+    m_case->verdict = Verdict::Failed;
+    m_case->cause = group.isEmpty() ? outcome.cause : name + QStringLiteral(": ") + outcome.cause;
+    m_case->details = Details(outcome);
 }
 
-QByteArray JUnitReport::Written(qint64 began) const
+void JUnitReport::EndCase()
 {
-    const auto count = [this](Verdict verdict) {
-        return QString::number(
-            std::count_if(m_cases.begin(), m_cases.end(),
-                          [verdict](const Case &each) { return each.verdict == verdict; }));
-    };
-    qint64 time = 0;
-    for (const Case &each : m_cases)
-        time += each.ended - each.began;
-    const auto when = QDateTime::fromMSecsSinceEpoch(began / 1'000'000, Qt::UTC);
+    if (!m_case)
+        return;
+    ++m_counts[size_t(m_case->verdict)];
+    m_time += m_case->ended - m_case->began;
+    m_latest += Written(*m_case).toUtf8();
+    m_case.reset();
+    if (m_latest.size() >= MostInMemory)
+        Spool();
+}
 
-    QByteArray report;
-    QXmlStreamWriter xml(&report);
-    xml.setAutoFormatting(true);
-    xml.writeStartDocument();
-    xml.writeStartElement(QStringLiteral("testsuites"));
-    xml.writeStartElement(QStringLiteral("testsuite"));
-    xml.writeAttribute(QStringLiteral("name"), Allowed(m_name));
-    xml.writeAttribute(QStringLiteral("tests"), QString::number(m_cases.size()));
-    xml.writeAttribute(QStringLiteral("failures"), count(Verdict::Failed));
-    xml.writeAttribute(QStringLiteral("errors"), QStringLiteral("0"));
-    xml.writeAttribute(QStringLiteral("skipped"), count(Verdict::NotRun));
-    xml.writeAttribute(QStringLiteral("time"), Seconds(time));
-    xml.writeAttribute(QStringLiteral("timestamp"), when.toString(u"yyyy-MM-ddTHH:mm:ss"));
-    for (const Case &each : m_cases) {
-        xml.writeStartElement(QStringLiteral("testcase"));
-        xml.writeAttribute(QStringLiteral("classname"), Allowed(m_name));
-        xml.writeAttribute(QStringLiteral("name"), Allowed(each.name));
-        xml.writeAttribute(QStringLiteral("time"), Seconds(each.ended - each.began));
-        if (each.verdict == Verdict::NotRun)
-            xml.writeEmptyElement(QStringLiteral("skipped"));
-        if (each.verdict == Verdict::Failed) {
-            xml.writeStartElement(QStringLiteral("failure"));
-            xml.writeAttribute(QStringLiteral("message"), Allowed(each.cause));
-            xml.writeAttribute(QStringLiteral("type"), QStringLiteral("step"));
-            xml.writeCharacters(Allowed(each.details));
-            xml.writeEndElement();
+QString JUnitReport::Written(const Case &each) const
+{
+    const QString text = QStringLiteral("        <testcase") + Attribute("classname", m_name) +
+                         Attribute("name", each.name) +
+                         Attribute("time", Seconds(each.ended - each.began));
+    if (each.verdict == Verdict::Passed)
+        return text + QStringLiteral("/>\n");
+    QString within = QStringLiteral("<skipped/>");
+    if (each.verdict == Verdict::Failed)
+        within = QStringLiteral("<failure") + Attribute("message", each.cause) +
+                 QStringLiteral(" type=\"step\">") + Escaped(each.details) +
+                 QStringLiteral("</failure>");
+    return text + QStringLiteral(">\n            ") + within +
+           QStringLiteral("\n        </testcase>\n");
+}
+
+/// Once it has failed the cases are not kept any more, only counted.
+void JUnitReport::Spool()
+{
+    const bool spooled = !m_spooled.Failed() && (m_spool.isOpen() || m_spool.open()) &&
+                         m_spool.write(m_latest) == m_latest.size() && m_spool.flush();
+    if (!spooled && !m_spooled.Failed())
+        m_spooled = Failure{m_spool.errorString()};
+    m_latest.clear();
+}
+
+QByteArray JUnitReport::Head(qint64 began) const
+{
+    const auto when = QDateTime::fromMSecsSinceEpoch(began / 1'000'000, Qt::UTC);
+    const auto &[passed, failed, notRun] = m_counts;
+    const QString text = QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                        "<testsuites>\n    <testsuite") +
+                         Attribute("name", m_name) + Attribute("tests", passed + failed + notRun) +
+                         Attribute("failures", failed) + Attribute("errors", 0) +
+                         Attribute("skipped", notRun) + Attribute("time", Seconds(m_time)) +
+                         Attribute("timestamp", when.toString(u"yyyy-MM-ddTHH:mm:ss"));
+    return (text + QStringLiteral(">\n")).toUtf8();
+}
+
+Result JUnitReport::WriteTo(ClOutputFile &file, qint64 began)
+{
+    EndCase();
+    if (m_spooled.Failed())
+        return m_spooled;
+    file.WriteInFile(Head(began));
+    if (m_spool.isOpen()) {
+        m_spool.seek(0);
+        while (!m_spool.atEnd()) {
+            const QByteArray part = m_spool.read(MostInMemory);
+            if (part.isEmpty())
+                return Failure{m_spool.errorString()};
+            file.WriteInFile(part);
         }
-        xml.writeEndElement();
     }
-    xml.writeEndDocument();
-    return report;
+    file.WriteInFile(m_latest);
+    file.WriteInFile("    </testsuite>\n</testsuites>\n");
+    return file.Commit();
 }

@@ -3,14 +3,20 @@
 
 #pragma once
 
+#include "Result.h"
 #include "StepRunner.h"
 
 #include <QByteArray>
+#include <QTemporaryFile>
 
-#include <vector>
+#include <array>
+#include <optional>
+
+class ClOutputFile;
 
 /// The report of a run in the form that servers for continuous integration read: a test case a
-/// step, or a turn of a group of them.
+/// step, or a turn of a group of them. However long the run is, only the latest cases are in
+/// memory; those before them wait in a temporary file.
 class JUnitReport
 {
   public:
@@ -20,8 +26,9 @@ class JUnitReport
     /// The program tells what the place of a step is called.
     void Add(const StepOutcome &outcome, const QString &place);
 
-    /// The whole report; began is the wall time of the run in nanoseconds since 1970.
-    QByteArray Written(qint64 began) const;
+    /// Writes the whole report, once, and commits the file, which is open for replacing; began is
+    /// the wall time of the run in nanoseconds since 1970.
+    Result WriteTo(ClOutputFile &file, qint64 began);
 
   private:
     struct Case {
@@ -35,6 +42,16 @@ class JUnitReport
         QString details{};
     };
 
+    void EndCase();
+    QString Written(const Case &each) const;
+    QByteArray Head(qint64 began) const;
+    void Spool();
+
     QString m_name;
-    std::vector<Case> m_cases;
+    std::optional<Case> m_case;    ///< the latest one, which may go on
+    std::array<int, 3> m_counts{}; ///< of cases, by verdict
+    qint64 m_time = 0;             ///< of all cases
+    QByteArray m_latest;           ///< as they will be written
+    QTemporaryFile m_spool;        ///< those before them
+    Result m_spooled;
 };

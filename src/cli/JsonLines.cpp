@@ -83,7 +83,7 @@ QByteArray JsonLines::Traffic(const TrafficEvent &event) const
     PutNames(object, event.names);
     if (event.orderUncertain)
         object[QStringLiteral("uncertain")] = true;
-    if (event.kind == Kind::Sent)
+    if (event.kind == Kind::Sent || event.answer)
         object[QStringLiteral("answer")] = event.answer;
     if (event.count != 0)
         object[QStringLiteral("count")] = event.count;

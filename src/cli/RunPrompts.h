@@ -19,6 +19,11 @@ class RunPrompts final : public UserPrompts
 
     explicit RunPrompts(Calls calls) : m_calls(std::move(calls)) {}
 
+    /// Events go on meanwhile, signals and time limits among them.
+    bool DoWork(const QString &what, const Work &work) override;
+    /// Work is not wanted any more, be it under way or yet to come.
+    void EndWork();
+
     PromptAnswer ShowMessage(const MessagePrompt &prompt) override
     {
         NoteIcon(prompt.icon);
@@ -33,4 +38,6 @@ class RunPrompts final : public UserPrompts
 
   private:
     Calls m_calls;
+    WorkProgress *m_progress = nullptr; ///< of the work that is under way
+    bool m_workEnded = false;
 };

@@ -118,7 +118,7 @@ void RunReport::End(const LineTime &now)
                 .toUtf8());
 }
 
-QByteArray RunReport::JUnit() const
+Result RunReport::WriteJUnit(ClOutputFile &file)
 {
-    return m_junit ? m_junit->Written(m_begin.wall) : QByteArray();
+    return m_junit ? m_junit->WriteTo(file, m_begin.wall) : Result();
 }

@@ -44,8 +44,8 @@ class RunReport
 
     int Status() const { return m_end.status; }
     const QString &Cause() const { return m_end.cause; }
-    /// The report for servers; empty if none is wanted.
-    QByteArray JUnit() const;
+    /// The report for servers, if one is wanted, into a file that is open for replacing.
+    Result WriteJUnit(ClOutputFile &file);
 
   private:
     void Count(const StepOutcome &outcome);

@@ -143,6 +143,8 @@ void LineJudge::TellSent(TrafficEvent sent, const Result &result)
     refused.time = sent.time;
     refused.count = sent.bytes.size();
     refused.cause = result.Cause();
+    refused.names = sent.names;
+    refused.answer = sent.answer;
     m_stream.Append(std::move(sent));
     if (result.Failed()) {
         m_stream.Append(std::move(refused));

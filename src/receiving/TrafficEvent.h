@@ -40,10 +40,10 @@ struct TrafficEvent {
     /// Text behind the bytes, in the style of comments, blanks around it; empty for none.
     QByteArray comment;
 
-    /// Received: the sequences that its last byte completed. Sent: the one that was sent, or the
-    /// answered ones if answer is set. 8-bit texts.
+    /// Received: the sequences that its last byte completed. Sent, and NotSent where a line refused
+    /// it: the one that was sent, or the answered ones if answer is set. 8-bit texts.
     QList<QByteArray> names;
-    bool answer = false; ///< Sent: by itself, not by hand
+    bool answer = false; ///< Sent, NotSent: by itself, not by hand
     QString cause;       ///< NotSent and Gone: why
     bool ends = false;   ///< Gone: for good, communication ends
     /// NotSent and Lost: bytes; Damaged, Break, Overrun: how many at once; ClockSet: nanoseconds.

@@ -8,6 +8,8 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+#include <functional>
 #include <span>
 #include <utility>
 
@@ -61,6 +63,11 @@ class Builder
             Fail(m_parsed.program.steps[m_open.back()].line,
                  QStringLiteral("the repeat has no end"));
         }
+        // What checks nothing must not pass.
+        const std::vector<Step> &steps = m_parsed.program.steps;
+        const bool mayBeEmpty = steps.empty() && !m_parsed.program.ofFile;
+        if (!mayBeEmpty && std::none_of(steps.begin(), steps.end(), std::mem_fn(&Step::Counts)))
+            Fail(1, QStringLiteral("there are no steps"));
         return std::move(m_parsed);
     }
 

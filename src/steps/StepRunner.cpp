@@ -6,8 +6,9 @@
 #include <algorithm>
 #include <utility>
 
-void StepRunner::Begin(StepProgram program)
+void StepRunner::Begin(StepProgram program, qint64 now)
 {
+    m_now = now;
     m_program = std::move(program);
     m_left.assign(m_program.steps.size(), 0);
 }

@@ -69,7 +69,7 @@ class StepRunner
     }
 
     /// The steps of the run; the first Advance begins them.
-    void Begin(StepProgram program);
+    void Begin(StepProgram program, qint64 now);
     /// Puts a step behind all others.
     void Add(Step step, qint64 now);
 
