@@ -14,16 +14,6 @@ namespace
 
 constexpr qint64 Began = 1'700'000'000'000'000'000;
 
-/// Two sequences are watched for, and one of them never comes.
-constexpr const char *Project =
-    "VERSION\r\n3\r\n\r\n"
-    "SEND\r\n0\r\nPing\r\n080 | 073 | 078 | 071\r\n\r\n"
-    "SEND\r\n1\r\nYes\r\n089 | 069 | 083\r\n\r\n"
-    "RECEIVE\r\n0\r\nPong\r\n080 | 079 | 078 | 071\r\n0\r\n1\r\n"
-    "COMMENT \r\n\r\n"
-    "RECEIVE\r\n1\r\nReady\r\n082 | 069 | 065 | 068 | 089 | 063\r\n2\r\n1\r\n"
-    "COMMENT \r\n\r\n";
-
 /// Ping is answered after 30 ms; the second one comes in two pieces.
 QList<TrafficEvent> Dialogue()
 {
@@ -70,7 +60,7 @@ class tst_capturecommands : public QObject
     }
 
   private Q_SLOTS:
-    void initTestCase() { Write("p.sqx", Project); }
+    void initTestCase() { Write("p.sqx", PingProject); }
 
     void Export()
     {
