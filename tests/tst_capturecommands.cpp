@@ -7,6 +7,7 @@
 #include "support/TestCapture.h"
 
 #include <QFile>
+#include <QJsonDocument>
 #include <QTemporaryDir>
 
 namespace
@@ -163,6 +164,50 @@ class tst_capturecommands : public QObject
         QCOMPARE(line.Read(5), "PONG.");
         QCOMPARE(late.Finished(), 1);
         QVERIFY(late.Errors().contains("step 3: expect hex:50494E4732: it did not come in time"));
+    }
+
+    void ReplayAtItsOwnPace()
+    {
+        PtyPair line;
+        Write("r.pcapng", CaptureOf(Dialogue(), {{"COM1", "", 9600}}));
+        Program program;
+        Start(program, {"replay", "r.pcapng", "--port", "1=" + line.DeviceName(), "--json"});
+        QCOMPARE(line.Read(10), "PONG.PONG2");
+        QCOMPARE(program.Finished(), 0);
+        QList<int> times;
+        for (const QByteArray &told : program.readAllStandardOutput().split('\n')) {
+            if (told.contains("\"sent\""))
+                times << QJsonDocument::fromJson(told)["us"].toInt();
+        }
+        QCOMPARE(times.size(), 2);
+        const int pause = times[1] - times[0];
+        QVERIFY2(pause >= 59'000 && pause < 1'000'000, qPrintable(QString::number(pause)));
+    }
+
+    /// Each of two lines has a device, and what that said came to the other one.
+    void ReplayOfTwoLines()
+    {
+        QList<TrafficEvent> events(3);
+        for (int i = 0; i < events.size(); ++i)
+            events[i].time = {Began + i, Began + i};
+        events[0].bytes = "ASK";
+        events[1].bytes = "ANSWER";
+        events[1].channel = 1;
+        events[2].bytes = "THANKS";
+        Write("two.pcapng", CaptureOf(events, {{"COM1", "", 9600}, {"COM2", "", 9600}}));
+        for (const bool second : {false, true}) {
+            PtyPair line;
+            Program program;
+            Start(program, {"replay", "two.pcapng", "--in-step", "--port", "1=" + line.DeviceName(),
+                            "--channel", second ? "2" : "1", "--within", "20s"});
+            if (second)
+                QVERIFY(line.Write("ASK"));
+            QCOMPARE(line.Read(second ? 6 : 3), second ? "ANSWER" : "ASK");
+            QVERIFY(line.Write(second ? "THANKS" : "ANSWER"));
+            if (!second)
+                QCOMPARE(line.Read(6), "THANKS");
+            QCOMPARE(program.Finished(), 0);
+        }
     }
 };
 

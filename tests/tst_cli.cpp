@@ -5,6 +5,7 @@
 #include "support/CliProgram.h"
 #include "support/PtyPair.h"
 #include "support/RunStory.h"
+#include "support/TcpServer.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -116,6 +117,8 @@ class tst_cli : public QObject
         row("no port", {"wait 1s"}, "mode 0 needs one port");
         row("no second port", {"--mode", "1", "--port", port}, "needs two ports");
         row("no project", {"--port", port, "none.sqx"}, "none.sqx: Errow while loading");
+        row("nothing to be done", {"--port", port, "--steps", "empty"},
+            "empty: line 1: there are no");
         row("no step file", {"--port", port, "--steps", "none"}, "none: ");
         row("an unknown name", {"--port", port, "p.sqx", "send", "Pang"}, "step 1: the project");
         row("sending while only listening",
@@ -131,6 +134,7 @@ class tst_cli : public QObject
     {
         QFETCH(QStringList, arguments);
         QFETCH(QString, told);
+        Write("empty", {});
         Program program;
         Start(program, QStringList{"--log", "wrong.txt", "--json"} + arguments);
         QCOMPARE(program.Finished(), 2);
@@ -222,7 +226,7 @@ class tst_cli : public QObject
     void Commands()
     {
         Program program;
-        StartOnLine(program, {"--commands"});
+        StartOnLine(program, {"--commands", "--junit", "c.xml"});
         const auto ask = [&program](const QByteArray &line) {
             program.write(line + '\n');
             return program.NextLine();
@@ -237,12 +241,13 @@ class tst_cli : public QObject
         QCOMPARE(ask("what?"), R"({"error":"the line is no JSON: illegal value","event":"answer",)"
                                R"("line":4,"ok":false})");
         QVERIFY(ask(QByteArray(1024 * 1024 + 1, 'x')).contains("longer than 1 MiB"));
-        QVERIFY(ask(R"({"step":"wait","what":"1ms"})").contains(R"("ok":true)"));
+        QVERIFY(ask(R"({"step":"wait","what":"1ms","group":"A"})").contains(R"("ok":true)"));
         program.write(R"({"step":"close"})"); // the end of input ends the line
         program.closeWriteChannel();
         QCOMPARE(program.Finished(), 1);
         QVERIFY(program.NextLine().contains(R"("line":7,"ok":true)"));
         QCOMPARE(QJsonDocument::fromJson(program.NextLine())["status"].toInt(), 1);
+        QCOMPARE(CasesOfReport(PathOf("c.xml")).mid(3), QStringList({"A", "close"}));
         Program refused;
         StartOnLine(refused, {"--commands"});
         refused.write("{}\n");
@@ -285,6 +290,66 @@ class tst_cli : public QObject
             StartOnLine(program, QStringList{"--timeout", "20ms"} + steps);
             QCOMPARE(program.Finished(), status);
         }
+    }
+
+    void OpeningEnds_data()
+    {
+        const Cases<int, QStringList, int> row("signal", "arguments", "status");
+        row("time is over", 0, {"--timeout", "200ms", "wait 1s"}, 1);
+        row("time of a monitor", 0, {"--timeout", "200ms"}, 3);
+        row("a signal", SIGINT, {"wait 1s"}, 1);
+        row("a signal to a monitor", SIGTERM, {}, 3);
+    }
+
+    /// A server that says nothing is not waited for any longer.
+    void OpeningEnds()
+    {
+        QFETCH(int, signal);
+        QFETCH(QStringList, arguments);
+        std::atomic<bool> reached = false;
+        const TcpServer server([&reached](const TcpServer::Client &client) {
+            reached = true;
+            client.Hear();
+        });
+        Program program;
+        const QString port = "1=rfc2217://127.0.0.1:" + QString::number(server.Port());
+        Start(program, QStringList{"--port", port} + arguments);
+        QTRY_VERIFY(reached);
+        if (signal != 0)
+            ::kill(pid_t(program.processId()), signal);
+        QTEST(program.Finished(), "status");
+        const QString errors = program.Errors();
+        QVERIFY2(errors.endsWith("while a port was being opened"), qPrintable(errors));
+    }
+
+    void WhatIsNotSent_data()
+    {
+        const Cases<int, QStringList, QString> row("questions", "arguments", "told");
+        row("an answer", 12, {"expect text:Z within 20s"},
+            "step 1: expect text:Z within 20s: the answer to \"Ready\" was not sent: COM1");
+        row("an answer of who takes no steps", 12, {},
+            "the answer to \"Ready\" was not sent: COM1");
+        row("bytes at the end", 1, {"--timeout", "500ms", "expect Ready"}, "COM1 was closed while");
+    }
+
+    /// The device asks, and does not read the long answers.
+    void WhatIsNotSent()
+    {
+        QFETCH(int, questions);
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, told);
+        Write("p.sqx", QByteArray(PingProject)
+                           .replace("089 | 069", QByteArray("089 | ").repeated(99999) + "069"));
+        Program program;
+        StartOnLine(program, QStringList{"--json"} + arguments);
+        QVERIFY(m_line->Write(QByteArray("READY?").repeated(questions)));
+        if (arguments.isEmpty()) {
+            QVERIFY(program.Tells("not-sent"));
+            ::kill(pid_t(program.processId()), SIGTERM);
+        }
+        QCOMPARE(program.Finished(), 1);
+        const QString errors = program.Errors();
+        QVERIFY2(errors.contains("serimonde-cli: " + told), qPrintable(errors));
     }
 
     void WhatCannotBeWritten()
