@@ -116,6 +116,8 @@ template <typename Read> class OptionWalk
         return true;
     }
 
+    QByteArrayView Rest() const { return m_rest; }
+
     quint16 code = 0;
     QByteArrayView value;
 
@@ -337,6 +339,7 @@ bool CaptureReader::FindByteOrder(qint64 place)
         return Refused(QStringLiteral("a section begins without a byte order"));
     m_interfaces.clear();
     m_ports.clear();
+    ++m_portsVersion;
     return true;
 }
 
@@ -404,6 +407,7 @@ CaptureReader::Found CaptureReader::AddInterface(Interface interface, const Traf
     if (m_ports.size() == MostPorts || m_interfaces.size() == MostInterfaces)
         return Spoilt(QStringLiteral("it has more than %1 interfaces").arg(MostPorts));
     m_ports << port;
+    ++m_portsVersion;
     m_described = true;
     m_interfaces << interface;
     return Found::Nothing;
@@ -479,12 +483,22 @@ bool CaptureReader::ReadRecord(QByteArrayView record, qint64 whole, CapturePacke
 
 bool CaptureReader::HasComments(const CapturePacket &packet) const
 {
-    OptionWalk walk(packet.options, [this](QByteArrayView bytes, qsizetype place) {
+    QByteArrayView rest = packet.options;
+    QByteArrayView comment;
+    return NextComment(rest, comment);
+}
+
+bool CaptureReader::NextComment(QByteArrayView &rest, QByteArrayView &comment) const
+{
+    OptionWalk walk(rest, [this](QByteArrayView bytes, qsizetype place) {
         return NumberAt<quint16>(bytes, place);
     });
     while (walk.Next()) {
-        if (walk.code == Comment)
+        if (walk.code == Comment) {
+            rest = walk.Rest();
+            comment = walk.value;
             return true;
+        }
     }
     return false;
 }
@@ -492,13 +506,10 @@ bool CaptureReader::HasComments(const CapturePacket &packet) const
 QStringList CaptureReader::CommentsOf(const CapturePacket &packet) const
 {
     QStringList comments;
-    OptionWalk walk(packet.options, [this](QByteArrayView bytes, qsizetype place) {
-        return NumberAt<quint16>(bytes, place);
-    });
-    while (walk.Next()) {
-        if (walk.code == Comment)
-            comments << Text(walk.value);
-    }
+    QByteArrayView rest = packet.options;
+    QByteArrayView comment;
+    while (NextComment(rest, comment))
+        comments << Text(comment);
     return comments;
 }
 
@@ -518,6 +529,7 @@ void CaptureReader::GoTo(const Mark &mark)
     m_bigEndian = mark.m_bigEndian;
     m_interfaces = mark.m_interfaces;
     m_ports = mark.m_ports;
+    ++m_portsVersion;
     m_damage = {};
 }
 

@@ -55,9 +55,14 @@ class CaptureReader final
     /// By channel, those that the latest packet is of: a capture may go on with others. All of them
     /// are known, as a rule, once the first packet is read.
     const QList<TrafficPort> &Ports() const { return m_ports; }
+    /// Another number wherever Ports may have become others.
+    int PortsVersion() const { return m_portsVersion; }
 
     /// Few packets have any.
     bool HasComments(const CapturePacket &packet) const;
+    /// One after the other, without a copy; the rest begins as CapturePacket::options. False at
+    /// their end.
+    bool NextComment(QByteArrayView &rest, QByteArrayView &comment) const;
     QStringList CommentsOf(const CapturePacket &packet) const;
 
   private:
@@ -130,5 +135,6 @@ class CaptureReader final
     QList<Interface> m_interfaces; ///< of the section
     QList<TrafficPort> m_ports;
     bool m_described = false; ///< a port has been told of
+    int m_portsVersion = 0;
     Failure m_damage;
 };

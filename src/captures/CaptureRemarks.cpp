@@ -12,7 +12,8 @@ namespace
 
 using Kind = TrafficEvent::Kind;
 
-const QString OrderUncertain = QStringLiteral("order uncertain");
+constexpr QByteArrayView OrderUncertainBytes = "order uncertain";
+const QString OrderUncertain = QString::fromLatin1(OrderUncertainBytes);
 const QString AnswerTo = QStringLiteral("answer to ");
 const QString Times = QStringLiteral(" times");
 constexpr std::array Channels = {"channel 1", "channel 2"};
@@ -117,6 +118,11 @@ int ChannelOf(const QString &remark)
             return int(channel);
     }
     return -1;
+}
+
+bool IsOrderUncertain(QByteArrayView comment)
+{
+    return comment == OrderUncertainBytes;
 }
 
 void Apply(const QString &remark, TrafficEvent &event)

@@ -22,6 +22,9 @@ constexpr bool MayBeSeveral(TrafficEvent::Kind kind)
 /// The comments on an event's packet, in order.
 QStringList Of(const TrafficEvent &event);
 
+/// Whether a comment, in UTF-8, says that the order is uncertain.
+bool IsOrderUncertain(QByteArrayView comment);
+
 /// Completes an event that was read with what its comments say; what is no remark of ours counts as
 /// a name on received and sent bytes, and as nothing elsewhere.
 void Apply(const QString &remark, TrafficEvent &event);

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TelegramSource.h"
+
+#include <memory>
+
+class RecordSegments;
+
+/// The record of this session, while it is written.
+class RecordSource final : public TelegramSource
+{
+  public:
+    explicit RecordSource(std::shared_ptr<const RecordSegments> segments);
+
+    QList<Part> Parts() const override;
+    FileSystem::Opened Open(qint64 number) const override;
+    bool Grows() const override { return true; }
+
+  private:
+    const std::shared_ptr<const RecordSegments> m_segments;
+};

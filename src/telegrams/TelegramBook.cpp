@@ -1,0 +1,460 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "TelegramBook.h"
+
+#include "BackgroundWork.h"
+#include "TelegramMail.h"
+#include "TelegramSource.h"
+#include "TelegramView.h"
+
+#include <QTimer>
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <utility>
+
+namespace
+{
+
+constexpr int FollowMs = 33; ///< between two looks at what is new, and ...
+constexpr int IdleMs = 100;  ///< ... while nothing comes
+constexpr qint64 RowsOfAPage = 32;
+constexpr size_t PagesWanted = 6;
+constexpr qsizetype MostBytesAtHand = 16 * 1024 * 1024;
+
+using Wanted = std::shared_ptr<std::atomic<bool>>;
+
+Wanted NewWanted()
+{
+    return std::make_shared<std::atomic<bool>>(true);
+}
+
+/// Rows that were fetched.
+struct Page {
+    std::vector<Telegram> rows;
+    qsizetype bytes = 0; ///< of memory, about
+    quint64 used = 0;    ///< when it was asked for last
+    bool isOld = false;  ///< to be fetched again
+};
+
+using Block = TelegramView::Block;
+
+std::optional<qint64> FindForward(const TelegramView &view, const TelegramSearch &search,
+                                  qint64 fromRow, const std::atomic<bool> &wanted)
+{
+    std::optional<qint64> found;
+    TelegramReading reading(view);
+    std::optional<Block> block = view.BlockOf(fromRow + 1);
+    while (block && !found && wanted) {
+        reading.Visit(*block, [&](qint64 row, const Telegram &telegram) {
+            if (row > fromRow && search.Finds(telegram))
+                found = row;
+            return !found && wanted;
+        });
+        block = view.BlockAt(block->telegrams.number + 1);
+    }
+    return found;
+}
+
+std::optional<qint64> FindBackward(const TelegramView &view, const TelegramSearch &search,
+                                   qint64 fromRow, const std::atomic<bool> &wanted)
+{
+    std::optional<qint64> found;
+    TelegramReading reading(view);
+    std::optional<Block> block = view.BlockOf(fromRow - 1);
+    while (block && !found && wanted) {
+        reading.Visit(*block, [&](qint64 row, const Telegram &telegram) {
+            if (row < fromRow && search.Finds(telegram))
+                found = row;
+            return row + 1 < fromRow && wanted;
+        });
+        block = view.BlockAt(block->telegrams.number - 1);
+    }
+    return found;
+}
+
+/// The first row from a block on that is meant, else the last row that there is.
+std::optional<qint64> FirstOrLast(const TelegramView &view, qint64 number,
+                                  const std::atomic<bool> &wanted,
+                                  const std::function<bool(const Telegram &)> &isMeant)
+{
+    std::optional<qint64> found;
+    TelegramReading reading(view);
+    for (std::optional<Block> block = view.BlockAt(number); block && !found && wanted;
+         block = view.BlockAt(block->telegrams.number + 1)) {
+        reading.Visit(*block, [&](qint64 row, const Telegram &telegram) {
+            if (isMeant(telegram))
+                found = row;
+            return !found && wanted;
+        });
+    }
+    const auto last = view.BlockOf(std::numeric_limits<qint64>::max());
+    return found || !last || last->end == 0 ? found : last->end - 1;
+}
+
+TelegramBook::Totals SumOf(const TelegramView &view, qint64 first, qint64 last,
+                           const std::atomic<bool> &wanted)
+{
+    TelegramBook::Totals totals;
+    qint64 begin = 0;
+    TelegramReading(view).Visit(first, last + 1, [&](qint64, const Telegram &telegram) {
+        begin = totals.rows == 0 ? telegram.time : begin;
+        ++totals.rows;
+        totals.bytes += telegram.bytes.size();
+        totals.apart = telegram.time - begin;
+        return bool(wanted);
+    });
+    return totals;
+}
+
+} // namespace
+
+struct TelegramBook::State {
+    explicit State(TelegramBook *book) : mail(std::make_shared<TelegramMail<TelegramBook>>(book)) {}
+
+    std::shared_ptr<const TelegramSource> source;
+    TelegramRule rule;
+    TelegramFilter filter;
+    TelegramView view; ///< index is null without a source
+    int version = 0;   ///< of the view
+
+    // What was told by Changed.
+    TelegramIndex::Extent known;
+    qint64 first = 0;
+    qint64 end = 0;
+
+    std::map<qint64, Page> pages;    ///< by number: rows from RowsOfAPage times it on
+    std::vector<qint64> wantedPages; ///< the latest is the last
+    bool isFetching = false;
+    quint64 uses = 0;
+
+    bool isWorking = false;
+    bool isSearching = false;
+    Wanted worksOn = NewWanted();
+    Wanted asksFor = NewWanted();
+    Wanted sums = NewWanted();
+    QTimer timer;
+
+    std::shared_ptr<TelegramMail<TelegramBook>> mail;
+    BackgroundWork working;
+    BackgroundWork fetching;
+    BackgroundWork asking;
+};
+
+TelegramBook::TelegramBook() : m_state(std::make_unique<State>(this))
+{
+    m_state->timer.setTimerType(Qt::CoarseTimer);
+    connect(&m_state->timer, &QTimer::timeout, this, &TelegramBook::Tick);
+}
+
+TelegramBook::~TelegramBook()
+{
+    *m_state->worksOn = *m_state->asksFor = *m_state->sums = false;
+    m_state->mail->Close();
+}
+
+void TelegramBook::Show(std::shared_ptr<const TelegramSource> source)
+{
+    m_state->source = std::move(source);
+    m_state->view.index =
+        m_state->source ? std::make_shared<TelegramIndex>(m_state->source, m_state->rule) : nullptr;
+    Begin();
+}
+
+const std::shared_ptr<const TelegramSource> &TelegramBook::Source() const
+{
+    return m_state->source;
+}
+
+void TelegramBook::SetRule(const TelegramRule &rule)
+{
+    m_state->rule = rule;
+    Show(m_state->source);
+}
+
+const TelegramRule &TelegramBook::Rule() const
+{
+    return m_state->rule;
+}
+
+void TelegramBook::SetFilter(const TelegramFilter &filter)
+{
+    m_state->filter = filter;
+    Begin();
+}
+
+const TelegramFilter &TelegramBook::Filter() const
+{
+    return m_state->filter;
+}
+
+/// All rows are others from now on.
+void TelegramBook::Begin()
+{
+    State &state = *m_state;
+    *std::exchange(state.worksOn, NewWanted()) = false;
+    *state.asksFor = *state.sums = false;
+    state.isSearching = false;
+    ++state.version;
+    state.view.matches.reset();
+    if (state.view.index && !state.filter.IsEmpty())
+        state.view.matches = std::make_shared<TelegramMatches>(state.view.index, state.filter);
+    state.pages.clear();
+    state.wantedPages.clear();
+    state.known = {};
+    state.first = state.end = 0;
+    state.isWorking = false;
+    Q_EMIT Reset();
+    Work(true);
+    state.timer.start(FollowMs);
+}
+
+/// Cuts and filters what is new.
+void TelegramBook::Work(bool anew)
+{
+    State &state = *m_state;
+    if (!state.view.index || state.isWorking || (!anew && !state.source->Grows()))
+        return;
+    state.isWorking = true;
+    state.working.Post([view = state.view, wanted = state.worksOn, mail = state.mail,
+                        version = state.version, anew] {
+        if (view.index->Advance(*wanted) && view.matches)
+            view.matches->Advance(*wanted);
+        mail->Send([version, anew](TelegramBook &book) {
+            if (book.m_state->version != version)
+                return;
+            book.m_state->isWorking = false;
+            if (anew)
+                book.Tick();
+        });
+    });
+}
+
+void TelegramBook::Tick()
+{
+    State &state = *m_state;
+    if (!state.view.index) {
+        state.timer.stop();
+        return;
+    }
+    const TelegramIndex::Extent known = state.view.index->Known();
+    qint64 first = known.first;
+    qint64 end = known.end;
+    if (state.view.matches) {
+        const TelegramMatches::Extent rows = state.view.matches->Known();
+        first = rows.first;
+        end = rows.end;
+    }
+    const bool hasChanged = first != state.first || end != state.end ||
+                            known.first != state.known.first || known.end != state.known.end ||
+                            known.bytes != state.known.bytes;
+    state.timer.setInterval(hasChanged || state.isWorking ? FollowMs : IdleMs);
+    if (!state.isWorking && !state.source->Grows())
+        state.timer.stop();
+    Work(false);
+    if (hasChanged) {
+        for (auto page = state.pages.lower_bound((state.end - 1) / RowsOfAPage);
+             page != state.pages.end(); ++page)
+            page->second.isOld = true;
+        state.known = known;
+        state.first = first;
+        state.end = end;
+        Q_EMIT Changed();
+    }
+}
+
+qint64 TelegramBook::First() const
+{
+    return m_state->first;
+}
+
+qint64 TelegramBook::End() const
+{
+    return m_state->end;
+}
+
+qint64 TelegramBook::CountOfAll() const
+{
+    return m_state->known.end - m_state->known.first;
+}
+
+const Telegram *TelegramBook::Row(qint64 row)
+{
+    State &state = *m_state;
+    if (row < state.first || row >= state.end)
+        return nullptr;
+    const qint64 number = row / RowsOfAPage;
+    const auto page = state.pages.find(number);
+    const auto place = size_t(row % RowsOfAPage);
+    const bool isThere = page != state.pages.end() && place < page->second.rows.size();
+    if (!isThere || page->second.isOld)
+        Fetch(number);
+    if (!isThere)
+        return nullptr;
+    page->second.used = ++state.uses;
+    const Telegram &telegram = page->second.rows[place];
+    return telegram.number > 0 ? &telegram : nullptr;
+}
+
+/// One page at a time, the one asked for last first: the others may be out of sight by then.
+void TelegramBook::Fetch(qint64 number)
+{
+    State &state = *m_state;
+    std::vector<qint64> &wanted = state.wantedPages;
+    wanted.erase(std::remove(wanted.begin(), wanted.end(), number), wanted.end());
+    wanted.push_back(number);
+    if (wanted.size() > PagesWanted)
+        wanted.erase(wanted.begin());
+    FetchNext();
+}
+
+void TelegramBook::FetchNext()
+{
+    State &state = *m_state;
+    if (state.isFetching || state.wantedPages.empty())
+        return;
+    const qint64 number = state.wantedPages.back();
+    state.wantedPages.pop_back();
+    state.isFetching = true;
+    state.fetching.Post([view = state.view, mail = state.mail, version = state.version, number] {
+        const qint64 first = number * RowsOfAPage;
+        auto rows = std::make_shared<std::vector<Telegram>>(size_t(RowsOfAPage));
+        TelegramReading(view).Visit(first, first + RowsOfAPage,
+                                    [&](qint64 row, const Telegram &telegram) {
+                                        rows->at(size_t(row - first)) = telegram;
+                                        return true;
+                                    });
+        mail->Send([version, number, rows](TelegramBook &book) {
+            book.m_state->isFetching = false;
+            if (version == book.m_state->version)
+                book.TakeRows(number, std::move(*rows));
+            book.FetchNext();
+        });
+    });
+}
+
+void TelegramBook::TakeRows(qint64 number, std::vector<Telegram> rows)
+{
+    State &state = *m_state;
+    Page page;
+    page.rows = std::move(rows);
+    page.used = ++state.uses;
+    for (const Telegram &telegram : page.rows)
+        page.bytes += qsizetype(sizeof telegram) + telegram.bytes.size() +
+                      telegram.reads.size() * qsizetype(sizeof(Telegram::Read));
+    state.pages[number] = std::move(page);
+    qsizetype bytes = 0;
+    for (const auto &each : state.pages)
+        bytes += each.second.bytes;
+    while (bytes > MostBytesAtHand && state.pages.size() > 1) {
+        const auto oldest = std::min_element(
+            state.pages.begin(), state.pages.end(),
+            [](const auto &a, const auto &b) { return a.second.used < b.second.used; });
+        bytes -= oldest->second.bytes;
+        state.pages.erase(oldest);
+    }
+    Q_EMIT Fetched();
+}
+
+TelegramBook::Progress TelegramBook::Background() const
+{
+    const State &state = *m_state;
+    if (state.isSearching)
+        return {Progress::Work::Searching, 0, 0};
+    if (!state.view.index || !state.isWorking)
+        return {};
+    const TelegramIndex::Extent known = state.view.index->Known();
+    if (!known.isWhole)
+        return {Progress::Work::Cutting, known.read, known.whole};
+    if (!state.view.matches || state.view.matches->Known().isWhole)
+        return {};
+    const auto [first, end] = state.view.index->Blocks();
+    const qint64 done = state.view.matches->Known().blocks;
+    return {Progress::Work::Filtering, known.whole * done / std::max<qint64>(1, end - first),
+            known.whole};
+}
+
+void TelegramBook::Cancel()
+{
+    State &state = *m_state;
+    if (state.isSearching) {
+        *state.asksFor = false;
+        return;
+    }
+    const Progress::Work work = Background().work;
+    if (work == Progress::Work::Filtering)
+        SetFilter({});
+    else if (work == Progress::Work::Cutting)
+        *state.worksOn = false;
+}
+
+/// A question that a disk may keep waiting. Empty: there is no such row.
+void TelegramBook::Ask(Question question)
+{
+    State &state = *m_state;
+    *std::exchange(state.asksFor, NewWanted()) = false;
+    if (!state.view.index) {
+        Q_EMIT NotFound();
+        return;
+    }
+    state.isSearching = true;
+    state.asking.Post([question = std::move(question), view = state.view, mail = state.mail,
+                       wanted = state.asksFor] {
+        const std::optional<qint64> row = *wanted ? question(view, *wanted) : std::nullopt;
+        mail->Send([row, wanted](TelegramBook &book) {
+            if (book.m_state->asksFor != wanted || !book.m_state->isSearching)
+                return;
+            book.m_state->isSearching = false;
+            if (row)
+                Q_EMIT book.Found(*row);
+            else
+                Q_EMIT book.NotFound();
+        });
+    });
+}
+
+void TelegramBook::Find(const TelegramSearch &search, qint64 fromRow, bool forward)
+{
+    Ask([search, fromRow, forward](const TelegramView &view, const std::atomic<bool> &wanted) {
+        return forward ? FindForward(view, search, fromRow, wanted)
+                       : FindBackward(view, search, fromRow, wanted);
+    });
+}
+
+void TelegramBook::FindTime(qint64 wall)
+{
+    Ask([wall](const TelegramView &view, const std::atomic<bool> &wanted) {
+        const auto block = view.index->BlockBefore(wall);
+        return block ? FirstOrLast(view, block->number, wanted,
+                                   [wall](const Telegram &each) { return each.wall >= wall; })
+                     : std::nullopt;
+    });
+}
+
+void TelegramBook::FindNumber(qint64 number)
+{
+    Ask([number](const TelegramView &view, const std::atomic<bool> &wanted) {
+        const auto block = view.index->BlockOf(number - 1);
+        return block ? FirstOrLast(view, block->number, wanted,
+                                   [number](const Telegram &each) { return each.number >= number; })
+                     : std::nullopt;
+    });
+}
+
+void TelegramBook::Sum(qint64 firstRow, qint64 lastRow)
+{
+    State &state = *m_state;
+    *std::exchange(state.sums, NewWanted()) = false;
+    if (!state.view.index)
+        return;
+    state.asking.Post(
+        [firstRow, lastRow, view = state.view, mail = state.mail, wanted = state.sums] {
+            const Totals totals = SumOf(view, firstRow, lastRow, *wanted);
+            mail->Send([totals, wanted](TelegramBook &book) {
+                if (*wanted)
+                    Q_EMIT book.Summed(totals);
+            });
+        });
+}

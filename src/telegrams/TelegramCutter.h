@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TelegramRule.h"
+#include "TrafficEvent.h"
+
+#include <QByteArrayView>
+#include <QList>
+
+#include <array>
+#include <vector>
+
+/// All that where telegrams end depends on, between one of them and the next.
+struct TelegramCut {
+    qint64 number = 0;     ///< of the latest row; 0 before the first
+    qint64 bytes = 0;      ///< of all rows so far
+    qint64 clockSet = 0;   ///< ns by which the clock on the wall has been set; it may wrap
+    qint64 end = 0;        ///< time of what came last
+    qint32 length = 0;     ///< of the latest row, in bytes
+    qint32 matched = 0;    ///< bytes of the end mark that it ends with
+    qint8 road = -1;       ///< of the latest bytes; negative if what follows is no answer to them
+    bool isOpen = false;   ///< bytes of the same road may belong to the latest row
+    bool hasBytes = false; ///< the latest row
+};
+
+/// Says where telegrams end. It is told of what happens, one after the other, and knows neither
+/// clock nor file; what it says depends on the rule, the speeds and TelegramCut alone.
+class TelegramCutter final
+{
+  public:
+    /// What came in one read or was written at once, or the rest of that.
+    struct Piece {
+        qint8 road = 0; ///< RoadOf
+        qint64 time = 0;
+        QByteArrayView bytes; ///< not empty
+        bool named = false;   ///< a sequence was sent, or completed by its last byte
+        bool isRest = false;
+    };
+    static qint8 RoadOf(int channel, TrafficEvent::Kind kind)
+    {
+        return qint8(channel * 2 + (kind == TrafficEvent::Kind::Sent ? 1 : 0));
+    }
+
+    explicit TelegramCutter(const TelegramRule &rule);
+
+    /// By channel; from now on.
+    void SetPorts(const QList<TrafficPort> &ports);
+
+    enum class Start {
+        No,
+        Plain,
+        AfterGap, ///< silence has ended the row before, of the same road
+        Goes      ///< on, where the row before is full
+    };
+    /// Whether a row begins with the piece, and why.
+    Start StartOf(const Piece &piece) const;
+    /// Takes the bytes that belong to one row, and says how many; the rest is the next piece.
+    qsizetype Take(const Piece &piece, Start start);
+
+    /// Whether something else is a row of its own; else it is said of the latest one.
+    bool IsRow(const TrafficEvent &event, qint64 time) const;
+    void TakeRow(TrafficEvent::Kind kind, qint64 time);
+    void SetClock(qint64 by) { m_cut.clockSet = qint64(quint64(m_cut.clockSet) + quint64(by)); }
+
+    /// Time by a clock that is never set.
+    qint64 TimeOf(qint64 wall) const { return qint64(quint64(wall) - quint64(m_cut.clockSet)); }
+    /// Of a row that begins with the piece, see Telegram::response.
+    qint64 ResponseOf(const Piece &piece) const;
+
+    const TelegramCut &Cut() const { return m_cut; }
+    void SetCut(const TelegramCut &cut) { m_cut = cut; }
+
+  private:
+    bool IsSilent(const Piece &piece) const;
+    qsizetype ToEndMark(QByteArrayView bytes);
+
+    TelegramRule m_rule;
+    TelegramCut m_cut;
+    std::array<qint64, 4> m_gaps;        ///< by road, in ns
+    std::array<qint64, 4> m_ofCharacter; ///< by road: time of a character, in ns; 0 if unknown
+    std::vector<qint32> m_shorter; ///< of the end mark, by matched bytes: the next shorter match
+};

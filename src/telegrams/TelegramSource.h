@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "FileSystem.h"
+
+#include <QList>
+
+/// Where telegrams come from: captures that follow each other, its parts. The first may go at any
+/// time, the last may grow, and others may follow. May be used from any thread, and does not wait
+/// but in Open.
+class TelegramSource
+{
+  public:
+    virtual ~TelegramSource() = default;
+
+    struct Part {
+        qint64 number = 0; ///< goes up
+        qint64 size = 0;   ///< bytes of it that are there, whole blocks
+    };
+    virtual QList<Part> Parts() const = 0;
+    /// One that may have gone meanwhile.
+    virtual FileSystem::Opened Open(qint64 number) const = 0;
+
+    /// Whether more may come.
+    virtual bool Grows() const = 0;
+    /// Whether what came last is kept in memory alone, of which only the last stays.
+    virtual bool IsInMemory() const { return false; }
+};
