@@ -5,8 +5,8 @@
 
 #include "ByteLook.h"
 #include "CodePage1252.h"
+#include "CsvCell.h"
 #include "JsonLines.h"
-#include "PlainText.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -19,17 +19,6 @@ namespace
 using Kind = TrafficEvent::Kind;
 
 constexpr qint64 Second = 1'000'000'000;
-
-/// A cell that a spreadsheet would take for a formula is led by an apostrophe.
-QByteArray Cell(const QString &text)
-{
-    QByteArray cell = PlainText(text).toUtf8();
-    if (!cell.isEmpty() && QByteArrayView("=+-@").contains(cell[0]))
-        cell.prepend('\'');
-    if (cell.contains(',') || cell.contains('"'))
-        cell = '"' + cell.replace('"', "\"\"") + '"';
-    return cell;
-}
 
 QString NamesOf(const TrafficEvent &event)
 {
@@ -110,7 +99,7 @@ QByteArray CsvLines::TimeOf(qint64 wall)
 void CsvLines::Append(QByteArray &rows, const TrafficEvent &event, const QString &port)
 {
     const QByteArray head = TimeOf(event.time.wall) + ',' + QByteArray::number(event.channel + 1) +
-                            ',' + Cell(port) + ',' + JsonLines::NameOf(event.kind).toLatin1() +
+                            ',' + CsvCell(port) + ',' + JsonLines::NameOf(event.kind).toLatin1() +
                             ',' + DirectionOf(event.kind) + ',';
     QByteArrayView rest = event.bytes;
     for (bool last = false; !last;) {
@@ -118,7 +107,8 @@ void CsvLines::Append(QByteArray &rows, const TrafficEvent &event, const QString
         const QByteArrayView bytes = rest.first(std::min(rest.size(), MostBytesOfARow));
         rest = rest.sliced(bytes.size());
         rows += head + bytes.toByteArray().toHex(' ').toUpper() + ',' +
-                Cell(ByteLook::ToPictures(bytes)) + ',' +
-                (last ? Cell(NamesOf(event)) : QByteArray()) + ',' + Cell(DetailsOf(event)) + '\n';
+                CsvCell(ByteLook::ToPictures(bytes)) + ',' +
+                (last ? CsvCell(NamesOf(event)) : QByteArray()) + ',' + CsvCell(DetailsOf(event)) +
+                '\n';
     }
 }

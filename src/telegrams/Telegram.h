@@ -41,6 +41,7 @@ struct Telegram {
     TrafficEvent::Kind kind = TrafficEvent::Kind::Received;
     int channel = 0;   ///< 0 or 1, of the line
     int direction = 0; ///< StyleIndex
+    QString port;      ///< name of the line, a stranger's; empty if the capture has none
     qint64 time = 0;   ///< of its first read, ns by a clock that is never set: for differences
     qint64 wall = 0;   ///< the same in ns since 1970, as it is shown
     qint64 end = 0;    ///< of its last read, as time

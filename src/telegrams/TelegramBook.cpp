@@ -240,13 +240,7 @@ void TelegramBook::Tick()
         return;
     }
     const TelegramIndex::Extent known = state.view.index->Known();
-    qint64 first = known.first;
-    qint64 end = known.end;
-    if (state.view.matches) {
-        const TelegramMatches::Extent rows = state.view.matches->Known();
-        first = rows.first;
-        end = rows.end;
-    }
+    const auto [first, end] = state.view.Rows();
     const bool hasChanged = first != state.first || end != state.end ||
                             known.first != state.known.first || known.end != state.known.end ||
                             known.bytes != state.known.bytes;
@@ -263,6 +257,11 @@ void TelegramBook::Tick()
         state.end = end;
         Q_EMIT Changed();
     }
+}
+
+const TelegramView &TelegramBook::View() const
+{
+    return m_state->view;
 }
 
 qint64 TelegramBook::First() const

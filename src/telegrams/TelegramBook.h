@@ -37,6 +37,9 @@ class TelegramBook final : public TelegramRows
     void SetFilter(const TelegramFilter &filter);
     const TelegramFilter &Filter() const;
 
+    /// What is shown, for work on other threads; its index is null without a source.
+    const TelegramView &View() const;
+
     qint64 First() const override;
     qint64 End() const override;
     qint64 CountOfAll() const override;

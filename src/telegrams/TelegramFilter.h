@@ -11,12 +11,12 @@
 /// Which telegrams are shown. All that is asked for must hold.
 struct TelegramFilter {
     std::array<bool, 2> directions = {true, true}; ///< those shown, by Telegram::direction
-    bool events = true;      ///< whether what has no bytes is shown, if nothing is asked of bytes
-    QList<QByteArray> names; ///< one of these sequences; empty for any
+    bool events = true;        ///< whether what has no bytes is shown, if nothing is asked of bytes
+    QList<QByteArray> names{}; ///< one of these sequences; empty for any
     qsizetype leastLength = 0;
     qsizetype mostLength = std::numeric_limits<qsizetype>::max();
-    QByteArray contains;   ///< bytes; empty for any
-    Telegram::Marks marks; ///< one of these; none for any
+    QByteArray contains{};   ///< bytes; empty for any
+    Telegram::Marks marks{}; ///< one of these; none for any
 
     bool operator==(const TelegramFilter &) const = default;
 
@@ -27,10 +27,10 @@ struct TelegramFilter {
 
 /// What is looked for. All that is asked for must hold; one that asks for nothing finds nothing.
 struct TelegramSearch {
-    QByteArray bytes;      ///< in its bytes; empty for any
-    bool anyCase = false;  ///< for the ASCII letters among them
-    QByteArray name;       ///< in a name of its sequences, in any case; empty for any
-    Telegram::Marks marks; ///< one of these; none for any
+    QByteArray bytes{};      ///< in its bytes; empty for any
+    bool anyCase = false;    ///< for the ASCII letters among them
+    QByteArray name{};       ///< in a name of its sequences, in any case; empty for any
+    Telegram::Marks marks{}; ///< one of these; none for any
 
     bool IsEmpty() const { return bytes.isEmpty() && name.isEmpty() && !marks; }
     bool Finds(const Telegram &telegram) const;

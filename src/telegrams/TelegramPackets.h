@@ -44,7 +44,7 @@ class TelegramPackets final
     /// Another number wherever the ports may have become others.
     int PortsVersion() const { return m_version + (m_reader ? m_reader->PortsVersion() : 0); }
     /// By channel.
-    QList<TrafficPort> Ports() const { return m_reader ? m_reader->Ports() : QList<TrafficPort>(); }
+    const QList<TrafficPort> &Ports() const { return m_reader ? m_reader->Ports() : m_none; }
     /// What has been read of the part, in bytes.
     qint64 Read() const { return m_reader ? m_reader->Place() : 0; }
 
@@ -63,4 +63,5 @@ class TelegramPackets final
     std::optional<CaptureReader> m_reader; ///< none if the part cannot be opened
     bool m_isSpoilt = false;               ///< the part, which has been told
     QString m_cause;
+    const QList<TrafficPort> m_none;
 };

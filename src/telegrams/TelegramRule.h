@@ -14,7 +14,7 @@ struct TelegramRule {
     /// A silence of 3.5 characters, or what TelegramGaps says more of.
     bool automaticGap = true;
     qint64 gap = 0;                ///< otherwise, in ns; 0 for none
-    QByteArray endMark;            ///< the bytes that telegrams end with; empty for none
+    QByteArray endMark{};          ///< the bytes that telegrams end with; empty for none
     int fixedLength = 0;           ///< in bytes; 0 for none
     bool endsWithDetection = true; ///< with what a sequence of the project has told of itself
 

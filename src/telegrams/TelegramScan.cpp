@@ -102,7 +102,7 @@ void TelegramScan::LookAtOther()
     m_event = {};
     m_event.kind = Kind::Lost;
     m_event.channel = m_packet.port;
-    m_event.direction = m_packets.Ports().size() > 1 ? m_packet.port : StyleIndex::Direction2;
+    m_event.direction = TwoChannels() ? m_packet.port : StyleIndex::Direction2;
     m_event.count = m_packet.missing;
     if (m_stage == Stage::Unreadable) {
         m_looked = Item::Unreadable;

@@ -52,6 +52,12 @@ class TelegramScan final
     /// That it is in.
     const CapturePacket &Packet() const { return m_packet; }
     CaptureReader &Reader() { return m_packets.Reader(); }
+    QString PortName() const
+    {
+        const QList<TrafficPort> &ports = m_packets.Ports();
+        return m_packet.port < ports.size() ? ports[m_packet.port].name : QString();
+    }
+    bool TwoChannels() const { return m_packets.Ports().size() > 1; }
     qint64 Time() const { return m_piece.time; } ///< by a clock that is never set
     /// From which to go on with it.
     TelegramPlace Place() const;

@@ -3,6 +3,16 @@
 
 #include "TelegramView.h"
 
+std::pair<qint64, qint64> TelegramView::Rows() const
+{
+    if (!matches) {
+        const TelegramIndex::Extent known = index->Known();
+        return {known.first, known.end};
+    }
+    const TelegramMatches::Extent known = matches->Known();
+    return {known.first, known.end};
+}
+
 std::optional<TelegramView::Block> TelegramView::BlockOf(qint64 row) const
 {
     if (!matches) {

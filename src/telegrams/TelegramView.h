@@ -12,6 +12,9 @@ struct TelegramView {
     std::shared_ptr<TelegramIndex> index;     ///< not null
     std::shared_ptr<TelegramMatches> matches; ///< null without a filter
 
+    /// Rows that there are: from the first to before the second.
+    std::pair<qint64, qint64> Rows() const;
+
     struct Block {
         TelegramIndex::Block telegrams;
         qint64 first = 0; ///< row

@@ -98,6 +98,7 @@ void TelegramWalk::Begin(Telegram &telegram, Kind kind)
     telegram.number = m_scan.Cutter().Cut().number + 1;
     telegram.kind = kind;
     telegram.channel = m_scan.Packet().port;
+    telegram.port = m_scan.PortName();
     telegram.time = m_scan.Time();
     telegram.wall = m_scan.Packet().time;
     telegram.end = telegram.time;
@@ -120,9 +121,9 @@ void TelegramWalk::TakeBytes(Telegram &telegram)
         telegram.response = m_scan.Cutter().ResponseOf(piece);
         telegram.marks.setFlag(Telegram::Gap, m_scan.Start() == TelegramCutter::Start::AfterGap);
         telegram.marks.setFlag(Telegram::Continued, m_scan.Start() == TelegramCutter::Start::Goes);
-        telegram.direction = m_scan.Reader().Ports().size() > 1 && !isSent ? telegram.channel
-                             : isSent                                      ? StyleIndex::Direction1
-                                                                           : StyleIndex::Direction2;
+        telegram.direction = m_scan.TwoChannels() && !isSent ? telegram.channel
+                             : isSent                        ? StyleIndex::Direction1
+                                                             : StyleIndex::Direction2;
     }
     // Valid until the next packet.
     const CapturePacket &packet = m_scan.Packet();
