@@ -120,10 +120,22 @@ class tst_capturethread : public QObject
             capture.Take(Received(7, "replayed"));
             capture.Begin({{{"COM1", {}, 9600}}});
             capture.Take(Received(8, "again"));
+            QVERIFY(capture.WaitUntilWritten(10s));
+            disk->full = true;
+            capture.Take(Received(9, "untold"));
+            QVERIFY(capture.WaitUntilWritten(10s));
+            capture.End(); // the disk takes no word of it either
+            capture.Begin(TwoPorts);
+            capture.Take(Received(10, "and more", 1));
+            QVERIFY(capture.WaitUntilWritten(10s));
+            capture.Begin(TwoPorts);
+            QVERIFY(capture.WaitUntilWritten(10s));
+            disk->full = false;
+            capture.Take(Received(11, "told"));
         }
         QVERIFY(disk->finished);
-        QCOMPARE(Told(disk->bytes),
-                 QStringList({Lost(0, 4), "0 one", Lost(0, 9), Lost(1, 12), "0 again"}));
+        QCOMPARE(Told(disk->bytes), QStringList({Lost(0, 4), "0 one", Lost(0, 9), Lost(1, 12),
+                                                 "0 again", Lost(0, 6), Lost(1, 8), "0 told"}));
     }
 
     /// What does not fit is counted, and half of it must be gone before there is room again.

@@ -32,8 +32,20 @@ void Add(Missing &missing, const Missing &more)
     }
 }
 
+/// What is missing of ports that others have followed: all of it is told on the first of these.
+Missing OfOtherPorts(const Missing &missing)
+{
+    Missing folded;
+    for (const std::optional<qint64> &count : missing) {
+        if (count)
+            folded[0] = folded[0].value_or(0) + *count;
+    }
+    return folded;
+}
+
 /// What is handed to the sink at once.
 struct Piece {
+    int section = 0; ///< see State
     QByteArray head; ///< not empty if a section begins with it
     QByteArray packets;
     Missing told; ///< what would be missing without it
@@ -47,6 +59,7 @@ struct CaptureThread::State {
     {
     }
 
+    void BeginSection(const QByteArray &sectionHead);
     void Encode(const TrafficEvent &event);
     void TellMissing(const LineTime &time);
     void Wake(bool inAHurry);
@@ -61,6 +74,8 @@ struct CaptureThread::State {
     std::mutex lock; ///< guards what follows
     std::condition_variable changed;
     std::optional<CaptureEncoder> encoder; ///< of the session that is taken
+    QByteArray headOfSection;
+    int section = 0; ///< counts what differs in its head, so in its ports, from the one before
     std::deque<Piece> pieces;
     qsizetype waiting = 0; ///< bytes in the pieces, those at work among them
     Missing missing;       ///< and not told yet
@@ -95,8 +110,7 @@ void CaptureThread::Begin(const TrafficSession &session)
     if (session.replay || m_state->closing)
         return;
     m_state->encoder.emplace(session.ports, m_state->program);
-    m_state->missing = {};
-    m_state->pieces.push_back({m_state->encoder->Head(), {}, {}});
+    m_state->BeginSection(m_state->encoder->Head());
     m_state->Wake(false);
 }
 
@@ -148,10 +162,20 @@ bool CaptureThread::WaitUntilWritten(std::chrono::milliseconds most)
     });
 }
 
+/// What is missing of the one before, and could not be told there, is told in this one.
+void CaptureThread::State::BeginSection(const QByteArray &sectionHead)
+{
+    if (std::exchange(headOfSection, sectionHead) != sectionHead) {
+        ++section;
+        missing = OfOtherPorts(missing);
+    }
+    pieces.push_back({section, sectionHead, {}, {}});
+}
+
 void CaptureThread::State::Encode(const TrafficEvent &event)
 {
     if (pieces.empty() || pieces.back().packets.size() >= BytesOfABurst) {
-        pieces.emplace_back();
+        pieces.push_back({section, {}, {}, {}});
         pieces.back().packets.reserve(BytesOfABurst + CaptureEncoder::MostBytesOfAPacket);
     }
     Piece &piece = pieces.back();
@@ -195,7 +219,7 @@ void CaptureThread::State::Run()
             const std::lock_guard guard(lock);
             waiting -= piece.packets.size();
             if (!kept)
-                Add(missing, piece.told);
+                Add(missing, piece.section == section ? piece.told : OfOtherPorts(piece.told));
         }
         const std::lock_guard guard(lock);
         working = false;
