@@ -334,6 +334,25 @@ class tst_receivepath : public QObject
         QTimer::singleShot(0, &bench.communication, [&] { run.QuitRequested = true; });
         loop.Run();
     }
+
+    void WhoRestsUntilThereIsTrafficIsCalledOnce()
+    {
+        CommunicationBench bench;
+        bench.Open(CommMode::SendReceive);
+        int calls = 0;
+        bench.communication.CallOnceFed([&] { ++calls; });
+        QCOMPARE(calls, 0);
+        bench.portA.Receive("first");
+        bench.portA.Receive("second");
+        QCOMPARE(calls, 1);
+        bench.communication.CallOnceFed([&] { ++calls; });
+        QCOMPARE(calls, 2);
+        bench.communication.ShowTraffic();
+        bench.communication.CallOnceFed([&] { ++calls; });
+        bench.communication.CallOnceFed({});
+        bench.portA.Receive("third");
+        QCOMPARE(calls, 2);
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_receivepath)

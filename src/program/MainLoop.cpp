@@ -24,8 +24,23 @@ void Pause(int milliseconds)
 
 void MainLoop::Run()
 {
-    while (!m_run.QuitRequested)
-        Pause(Pass());
+    while (!m_run.QuitRequested) {
+        const int pause = Pass();
+        Pause(pause);
+        if (pause < StoppedPause && !m_run.QuitRequested)
+            Rest();
+    }
+}
+
+/// A pass with nothing to show would change nothing.
+void MainLoop::Rest()
+{
+    QEventLoop events;
+    QTimer::singleShot(StoppedPause - RunningPause, &events, &QEventLoop::quit);
+    m_communication.CallOnceFed(
+        [&events] { QMetaObject::invokeMethod(&events, &QEventLoop::quit, Qt::QueuedConnection); });
+    events.exec();
+    m_communication.CallOnceFed({});
 }
 
 int MainLoop::Pass()

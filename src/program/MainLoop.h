@@ -7,11 +7,12 @@ class MdCommunication;
 struct RunState;
 
 /// The program's beat. Each pass moves the staged text into the views while communication runs
-/// and then pauses; a pause lets window and port events come at once.
+/// and then pauses; a pause lets window and port events come at once. While nothing happens on the
+/// lines it rests, and goes on as soon as something does.
 class MainLoop
 {
   public:
-    /// Pauses in ms.
+    /// Pauses in ms, at the least; the second is also the longest rest.
     static constexpr int RunningPause = 10;
     static constexpr int StoppedPause = 100;
 
@@ -26,6 +27,8 @@ class MainLoop
     int Pass();
 
   private:
+    void Rest();
+
     const RunState &m_run;
     MdCommunication &m_communication;
 };

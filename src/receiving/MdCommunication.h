@@ -12,7 +12,9 @@
 #include <QObject>
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <utility>
 
 class Clock;
 class CommunicationLog;
@@ -75,6 +77,9 @@ class MdCommunication final : public QObject
     void StageTraffic();
     /// The same, and moves it into them; the main loop calls it.
     void ShowTraffic();
+
+    /// Has the call made, on any thread, as soon as there is something to show; see ViewFeed.
+    void CallOnceFed(std::function<void()> call) { m_feed.CallOnceFed(std::move(call)); }
 
     /// What is read is to go on: the log has room again. May be called from any thread.
     void Resume();

@@ -44,6 +44,20 @@ void ViewFeed::Take(const TrafficEvent &event)
     }
     m_events.push_back(event);
     DropUnseen();
+    CallIfFed();
+}
+
+void ViewFeed::CallOnceFed(std::function<void()> call)
+{
+    const std::lock_guard guard(m_lock);
+    m_call = std::move(call);
+    CallIfFed();
+}
+
+void ViewFeed::CallIfFed()
+{
+    if (m_call && !m_events.empty())
+        std::exchange(m_call, {})();
 }
 
 void ViewFeed::DropUnseen()

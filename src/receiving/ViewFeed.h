@@ -8,6 +8,7 @@
 
 #include <array>
 #include <deque>
+#include <functional>
 #include <mutex>
 
 class CommunicationViews;
@@ -28,6 +29,11 @@ class ViewFeed final : public TrafficConsumer
     /// Forgets what waits.
     void Clear();
 
+    /// Has the call made once, as soon as something waits, on the thread that it comes on; at once
+    /// if something does already. An empty one takes back the one before, which is then not made
+    /// any more. It must not use the feed.
+    void CallOnceFed(std::function<void()> call);
+
   private:
     using Lengths = std::array<qint64, RepresentationCount>;
 
@@ -36,8 +42,10 @@ class ViewFeed final : public TrafficConsumer
                        const DisplaySettings &display);
     void Grow(Representation representation, qint64 by);
     void DropUnseen();
+    void CallIfFed();
 
     std::mutex m_lock; ///< guards what follows
+    std::function<void()> m_call;
     std::deque<TrafficEvent> m_events;
     Lengths m_waiting{}; ///< characters of all events here
     Lengths m_staged{};  ///< what of them the staging boxes would still hold
