@@ -9,7 +9,9 @@
 
 #include <csignal>
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 /// The program as it is started, in a home that is not as it should be.
@@ -71,6 +73,40 @@ class tst_start : public QObject
         QCOMPARE(Run({"--demo", "--log", "log.txt", "--screenshot", "missing/a.png"}), 1);
         QVERIFY(QFile::exists(home->filePath("log_asc.txt")));
         QVERIFY(Content("Serimonde.conf").contains("CommSpeed=5\n"));
+    }
+
+    /// It accepts, as a daemon does that the system has stopped.
+    void DoesWithoutABusThatDoesNotAnswer_data()
+    {
+        const Cases<QString> row("address");
+        row("a path", "unix:guid=0,path=%1");
+        row("an abstract name", "unix:abstract=%1;unix:path=/missing");
+        row("the usual place", "");
+    }
+    void DoesWithoutABusThatDoesNotAnswer()
+    {
+        QFETCH(const QString, address);
+        const QByteArray name =
+            (address.contains("abstract") ? QByteArray(1, '\0') : QByteArray()) +
+            QFile::encodeName(home->filePath("bus"));
+        sockaddr_un bus = {};
+        bus.sun_family = AF_UNIX;
+        std::copy(name.cbegin(), name.cend(), std::begin(bus.sun_path));
+        const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        QCOMPARE(::bind(socket, reinterpret_cast<const sockaddr *>(&bus),
+                        socklen_t(offsetof(sockaddr_un, sun_path) + size_t(name.size()))),
+                 0);
+        QCOMPARE(::listen(socket, 5), 0);
+        auto environment = program.processEnvironment();
+        environment.insert("XDG_RUNTIME_DIR", home->path());
+        environment.insert("DBUS_SESSION_BUS_ADDRESS",
+                           QString(address).replace("%1", home->filePath("bus")));
+        program.setProcessEnvironment(environment);
+        const int status = Run({});
+        ::close(socket);
+        QCOMPARE(status, 0);
+        QVERIFY2(errors.startsWith("serimonde: The session's bus does not answer."),
+                 qPrintable(errors));
     }
 
     void ASignalKeepsWhatHasNotBeenSaved()
