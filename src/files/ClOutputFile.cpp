@@ -14,18 +14,10 @@ constexpr qsizetype BufferSize = 64 * 1024;
 constexpr qsizetype MaxHeldBack = 1024 * 1024;
 constexpr int ZoneWidth = 14;
 
-/// Place of the last CR or LF, -1 if there is none. Whole blocks are searched from their front,
-/// which the system does many bytes at a time: long text without a line end is what logs are full
-/// of.
+/// Place of the last CR or LF, -1 if there is none.
 qsizetype LastLineEnd(QByteArrayView text)
 {
-    constexpr qsizetype Block = 4096;
-    for (qsizetype end = text.size(); end > 0; end -= Block) {
-        const QByteArrayView block = text.first(end).last(std::min(Block, end));
-        if (block.contains('\n') || block.contains('\r'))
-            return end - block.size() + std::max(block.lastIndexOf('\n'), block.lastIndexOf('\r'));
-    }
-    return -1;
+    return std::max(text.lastIndexOf('\n'), text.lastIndexOf('\r'));
 }
 
 } // namespace
@@ -65,10 +57,15 @@ Result ClOutputFile::Open(const QString &path, Make make, bool replacing)
 
 bool ClOutputFile::WriteInFile(QByteArrayView text)
 {
-    if (!IsOpen())
-        return false;
     const qsizetype lineEnd = LastLineEnd(text);
     m_column = lineEnd < 0 ? m_column + text.size() : text.size() - lineEnd - 1;
+    return WritePiece(text);
+}
+
+bool ClOutputFile::WritePiece(QByteArrayView text)
+{
+    if (!IsOpen())
+        return false;
     m_written += text.size();
     if (m_buffer.isEmpty() && text.size() >= BufferSize) {
         m_state = HandOn(text);

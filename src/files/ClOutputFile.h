@@ -28,6 +28,8 @@ class ClOutputFile
 
     /// False if the text is lost: the system takes nothing, and too much is held back already.
     bool WriteInFile(QByteArrayView text);
+    /// The same at less cost, for text behind which nobody asks for a zone.
+    bool WritePiece(QByteArrayView text);
     /// Blanks to the start of the next zone of 14 columns, count times; none for 0 and below.
     void WriteTabInFile(qint16 count);
     /// CR LF.

@@ -3,8 +3,6 @@
 
 #include "LogSession.h"
 
-#include "TrafficText.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -35,13 +33,13 @@ Result LogSession::Open(Representation form)
     return Of(form).file.OpenFile(m_names.PathOf(form));
 }
 
-void LogSession::Write(const TrafficEvent &event)
+void LogSession::Write(const TrafficText::Parts &happened)
 {
     for (const Representation form : FileOrder) {
         Form &state = Of(form);
         if (!state.file.IsOpen())
             continue;
-        TrafficText::Append(state.text, form, event);
+        TrafficText::Append(state.text, form, happened);
         const qsizetype end = state.text.size();
         HandOn(form, end - std::min(end, (state.handedOn + end) % PieceSize));
     }
@@ -54,7 +52,7 @@ bool LogSession::HandOn(Representation form, qsizetype count)
     Form &state = Of(form);
     if (count == 0)
         return false;
-    if (!TellOfMissing(form) || !state.file.WriteInFile(QByteArrayView(state.text).first(count)))
+    if (!TellOfMissing(form) || !state.file.WritePiece(QByteArrayView(state.text).first(count)))
         state.missing += count;
     state.handedOn += count;
     // What is left moves to the front: to cut it off there would have the buffer made anew.
@@ -72,7 +70,7 @@ bool LogSession::TellOfMissing(Representation form)
     if (state.file.Flush().Failed())
         return false;
     const QByteArray count = QByteArray::number(std::exchange(state.missing, 0));
-    state.file.WriteInFile("\r\n[" + count + " bytes missing]\r\n");
+    state.file.WritePiece("\r\n[" + count + " bytes missing]\r\n");
     m_report(form, m_names.PathOf(form),
              Failure{QStringLiteral("%1 bytes are missing in it").arg(QString::fromLatin1(count))});
     return true;

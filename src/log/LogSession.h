@@ -6,7 +6,7 @@
 #include "ClOutputFile.h"
 #include "LogNames.h"
 #include "Representation.h"
-#include "TrafficEvent.h"
+#include "TrafficText.h"
 
 #include <QStringList>
 
@@ -32,7 +32,7 @@ class LogSession
     Result Open(Representation form);
 
     /// What happened, as text in every open file.
-    void Write(const TrafficEvent &event);
+    void Write(const TrafficText::Parts &happened);
     /// Hands everything to the system.
     void Flush();
     struct Closing {

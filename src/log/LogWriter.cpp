@@ -3,8 +3,6 @@
 
 #include "LogWriter.h"
 
-#include "TrafficText.h"
-
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -23,16 +21,16 @@ constexpr qint64 BytesOfABurst = 256 * 1024;
 constexpr std::chrono::milliseconds LongestUnflushed{50};
 
 /// What an event costs beside its bytes.
-constexpr qint64 CostOfAnEvent = sizeof(TrafficEvent) + 64;
+constexpr qint64 CostOfAnEvent = sizeof(TrafficText::Parts) + 160;
 
 } // namespace
 
 struct LogWriter::State {
     explicit State(Calls toCall) : calls(std::move(toCall)) {}
 
-    /// What stands in the queue: an event, or the begin or end of a session.
+    /// What stands in the queue: what happened, or the begin or end of a session.
     struct Entry {
-        TrafficEvent event{};
+        TrafficText::Parts happened{};
         std::shared_ptr<LogSession> begins{};
         bool ends = false;
     };
@@ -154,8 +152,9 @@ void LogWriter::State::Run()
         qint64 workBytes = 0;
         qint64 workMemory = 0;
         for (Entry &entry : work) {
-            workBytes += entry.event.bytes.size();
-            workMemory += entry.begins || entry.ends ? 0 : entry.event.bytes.size() + CostOfAnEvent;
+            const qint64 size = entry.happened.bytes.size();
+            workBytes += size;
+            workMemory += entry.begins || entry.ends ? 0 : size + CostOfAnEvent;
             Work(entry);
         }
         const auto now = std::chrono::steady_clock::now();
@@ -192,7 +191,7 @@ void LogWriter::State::Work(Entry &entry)
         session.reset();
         calls.closed(closing);
     } else if (session) {
-        session->Write(entry.event);
+        session->Write(entry.happened);
     }
 }
 

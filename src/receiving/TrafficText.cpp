@@ -13,11 +13,11 @@ qsizetype TrafficText::BytesLength(Representation representation, const TrafficE
     return event.bytes.size() * ViewWidth(representation);
 }
 
-void TrafficText::Append(QByteArray &text, Representation representation, const TrafficEvent &event)
+void TrafficText::Append(QByteArray &text, Representation representation, const Parts &parts)
 {
-    if (!event.stamp.isEmpty())
-        text += event.stamp;
-    RowOf(representation).appendView(text, event.bytes);
-    if (!event.comment.isEmpty())
-        text += event.comment;
+    if (!parts.stamp.isEmpty())
+        text += parts.stamp;
+    RowOf(representation).appendView(text, parts.bytes);
+    if (!parts.comment.isEmpty())
+        text += parts.comment;
 }

@@ -123,9 +123,10 @@ QByteArray SeqToBinaryText(QByteArrayView seq)
 void AppendAsciiView(QByteArray &text, QByteArrayView seq)
 {
     const qsizetype before = text.size();
-    text.resize(before + seq.size());
-    std::transform(seq.begin(), seq.end(), text.begin() + before,
-                   [](char byte) { return byte == '\0' ? HiddenByteMark : byte; });
+    text.append(seq);
+    // Most text has none, which is found out many bytes at a time.
+    if (const qsizetype zero = text.indexOf('\0', before); zero >= 0)
+        std::replace(text.begin() + zero, text.end(), '\0', HiddenByteMark);
 }
 
 void AppendHexView(QByteArray &text, QByteArrayView seq)
