@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 //
 // RenderIcon SVG TARGET SIZE...: draws the icon once for each size in pixels; "@" in TARGET stands
-// for the size. Runs while the program is built and is not installed.
+// for the size. A target that ends in ".rgba" gets the bare pixels, row by row, each as four bytes
+// with its colours multiplied by its opacity. Runs while the program is built and is not installed.
 
 #include <QCoreApplication>
 #include <QDir>
@@ -13,6 +14,17 @@
 namespace
 {
 
+bool Save(const QImage &image, const QString &target)
+{
+    if (!target.endsWith(QLatin1String(".rgba")))
+        return image.save(target);
+    const QImage pixels = image.convertToFormat(QImage::Format_RGBA8888_Premultiplied);
+    QFile file(target);
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(reinterpret_cast<const char *>(pixels.constBits()), pixels.sizeInBytes()) ==
+               pixels.sizeInBytes();
+}
+
 /// Returns what went wrong, or nothing.
 QString Render(const QString &source, const QString &target, int size)
 {
@@ -21,7 +33,7 @@ QString Render(const QString &source, const QString &target, int size)
     const QImage image = reader.read();
     if (image.isNull())
         return source + QStringLiteral(": ") + reader.errorString();
-    if (!QDir().mkpath(QFileInfo(target).path()) || !image.save(target))
+    if (!QDir().mkpath(QFileInfo(target).path()) || !Save(image, target))
         return QStringLiteral("cannot write ") + target;
     return {};
 }

@@ -12,6 +12,7 @@
 #include "QtPrompts.h"
 #include "QtSettingsStore.h"
 #include "QtShell.h"
+#include "SessionBus.h"
 #include "SessionWatch.h"
 #include "SystemClock.h"
 #include "SystemFiles.h"
@@ -19,16 +20,15 @@
 #include "SystemRecoveryFolder.h"
 #include "SystemRegistry.h"
 #include "TerminationWatch.h"
+#include "ThriftyStyle.h"
 
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTextStream>
 
-#include <array>
 #include <cstdlib>
 #include <memory>
 #include <thread>
-#include <utility>
 
 namespace
 {
@@ -133,13 +133,16 @@ int main(int argc, char *argv[])
         errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;
     }
+    if (const Result bus = CheckSessionBus(); bus.Failed())
+        errors << "serimonde: " << bus.Cause() << '\n' << Qt::flush;
 
     std::jthread fonts = HeadStart::Fonts();
     // The menu bar stands in the window; for another place the session's bus would be waited for.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
+    QApplication::setStyle(new ThriftyStyle);
     QApplication application(argc, argv);
-    // They end before the application does.
-    const std::array begun = {std::move(fonts), HeadStart::SessionBus()};
+    const std::jthread bus = HeadStart::SessionBus(); // ends before the application does
+    fonts.join(); // who asks for a font before they are read would read them a second time
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
     QGuiApplication::setDesktopFileName(QStringLiteral("org.serimonde.Serimonde"));

@@ -4,8 +4,8 @@
 #include "Icons.h"
 
 #include <QDir>
+#include <QFile>
 #include <QIconEngine>
-#include <QImageReader>
 #include <QPainter>
 
 #include <algorithm>
@@ -16,15 +16,16 @@
 namespace
 {
 
-/// A folder with a picture in each size. One is read when it is first shown: the toolkit's own
-/// icon of several files reads all of them at once, which the first window would wait for.
+/// A folder with the bare pixels of a picture in each size. One is read when it is first shown: the
+/// toolkit's own icon of several files reads all of them at once, which the first window would wait
+/// for.
 class PictureIcon final : public QIconEngine
 {
   public:
     explicit PictureIcon(const QDir &folder) : m_folder(folder)
     {
-        for (const QFileInfo &picture : folder.entryInfoList())
-            m_sides.push_back(picture.baseName().toInt());
+        for (const QString &picture : folder.entryList())
+            m_sides.push_back(picture.first(picture.indexOf(u'.')).toInt());
         std::sort(m_sides.begin(), m_sides.end());
     }
 
@@ -61,10 +62,15 @@ class PictureIcon final : public QIconEngine
     QPixmap Read(int side) const
     {
         const int stored = *std::lower_bound(m_sides.cbegin(), m_sides.cend(), side);
-        QImageReader reader(m_folder.filePath(QStringLiteral("%1.png").arg(stored)), "png");
-        reader.setAutoDetectImageFormat(false); // else all plug-ins would be loaded and asked
-        reader.setScaledSize({side, side});
-        return QPixmap::fromImageReader(&reader);
+        QFile file(m_folder.filePath(QStringLiteral("%1.rgba").arg(stored)));
+        const QByteArray pixels = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        if (pixels.size() != qsizetype(stored) * stored * 4)
+            return {};
+        const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), stored, stored,
+                           QImage::Format_RGBA8888_Premultiplied);
+        return QPixmap::fromImage(side == stored ? image
+                                                 : image.scaled(side, side, Qt::IgnoreAspectRatio,
+                                                                Qt::SmoothTransformation));
     }
 
     QDir m_folder;

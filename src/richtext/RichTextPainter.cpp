@@ -51,18 +51,22 @@ RichTextPainter::Faces::Faces(const QFont &ofFont, qreal devicePixelRatio,
                               ByteFace::Controls shownControls)
     : font(ofFont), ratio(devicePixelRatio), controls(shownControls)
 {
-    qreal descent = 0;
-    for (size_t i = 0; i < byStyle.size(); ++i) {
-        QFont variant = font;
-        variant.setBold(i & 1U);
-        variant.setItalic(i & 2U);
-        byStyle[i] = ByteFace(variant, ratio, controls);
-        const QRawFont &raw = byStyle[i].Font();
-        ascent = qMax(ascent, raw.ascent());
-        descent = qMax(descent, raw.descent() + raw.leading());
-    }
-    ascent = std::ceil(ascent * ratio) / ratio;
+    const QRawFont &raw = Of(0).Font();
+    ascent = std::ceil(raw.ascent() * ratio) / ratio;
+    const qreal descent = raw.descent() + raw.leading();
     rowHeight = qMax(std::ceil((ascent + descent) * ratio), 1.0) / ratio;
+}
+
+const ByteFace &RichTextPainter::Faces::Of(size_t style) const
+{
+    std::optional<ByteFace> &face = byStyle[style];
+    if (!face) {
+        QFont variant = font;
+        variant.setBold(style & 1U);
+        variant.setItalic(style & 2U);
+        face.emplace(variant, ratio, controls);
+    }
+    return *face;
 }
 
 std::shared_ptr<const RichTextPainter::Faces>
@@ -192,7 +196,7 @@ void RichTextPainter::CollectBreak(RowInks &inks, const RichTextLayout &layout, 
         const TextStyle &style = model.RunAt(at).style;
         const QColor colour = PaleOf(ColourOf(style, IsSelected(model, at, part), part));
         Ink &ink = InkFor(inks.pale, FaceOf(style), colour);
-        ink.bytes.AddPicture(m_faces->byStyle[ink.face], model.ByteAt(at),
+        ink.bytes.AddPicture(m_faces->Of(ink.face), model.ByteAt(at),
                              BreakRect(layout, at, part.width));
     }
 }
@@ -203,7 +207,7 @@ int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
 {
     const RichTextModel &model = layout.Model();
     Ink &ink = InkFor(inks.text, FaceOf(segment.style), segment.colour);
-    const ByteFace &face = m_faces->byStyle[ink.face];
+    const ByteFace &face = m_faces->Of(ink.face);
     const qreal advance = Advance();
     int column = segment.column;
     for (qint64 at = segment.from; at < segment.to && column < layout.Columns(); ++at) {
@@ -228,7 +232,7 @@ int RichTextPainter::CollectSegment(RowInks &inks, const RichTextLayout &layout,
 
 void RichTextPainter::DrawInk(QPainter &painter, Ink &ink) const
 {
-    ink.bytes.Draw(painter, m_faces->byStyle[ink.face], ink.colour);
+    ink.bytes.Draw(painter, m_faces->Of(ink.face), ink.colour);
     for (const QRectF &line : ink.lines)
         painter.fillRect(line, ink.colour);
     ink.lines.clear();

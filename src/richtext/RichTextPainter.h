@@ -9,6 +9,7 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QPainter;
@@ -37,7 +38,7 @@ class RichTextPainter final
     explicit RichTextPainter(const QFont &font, qreal devicePixelRatio = 1,
                              ByteFace::Controls controls = ByteFace::Controls::LaidOutBoxes);
 
-    qreal Advance() const { return m_faces->byStyle[0].Advance(); }
+    qreal Advance() const { return m_faces->Of(0).Advance(); }
     qreal RowHeight() const { return m_faces->rowHeight; }
 
     /// Where the picture of a character of a row's line break stands, from the row's top left
@@ -51,15 +52,19 @@ class RichTextPainter final
     static QColor ToGrey(const QColor &colour);
 
   private:
-    /// A font in all its styles. To make them takes long; painters of the same font and
-    /// thread share them.
+    /// A font in all its styles. To make one takes long, so that is done when it is first painted
+    /// with, and painters of the same font and thread share them. All are as high as the regular
+    /// one; a glyph that is higher overhangs its row.
     struct Faces {
         Faces(const QFont &ofFont, qreal devicePixelRatio, ByteFace::Controls shownControls);
+
+        /// By bold (1) and italic (2).
+        const ByteFace &Of(size_t style) const;
 
         QFont font;
         qreal ratio;
         ByteFace::Controls controls;
-        std::array<ByteFace, 4> byStyle; ///< by bold (1) and italic (2)
+        mutable std::array<std::optional<ByteFace>, 4> byStyle;
         qreal rowHeight = 0;
         qreal ascent = 0;
     };

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QProxyStyle>
+
+/// The desktop's style, or the one that the user asked for. The buttons with which menu bars and
+/// toolbars show what has no room get their icons when these are first painted: to make them, the
+/// toolkit loads all of its picture plug-ins, which the first window would wait for.
+class ThriftyStyle final : public QProxyStyle
+{
+  public:
+    QIcon standardIcon(StandardPixmap which, const QStyleOption *option,
+                       const QWidget *widget) const override;
+};
