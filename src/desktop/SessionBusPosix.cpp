@@ -35,7 +35,7 @@ QByteArray SocketName()
     if (first.first(keys) != "unix:")
         return {};
     for (const QByteArray &key : first.sliced(keys).split(',')) {
-        const QByteArray value = QByteArray::fromPercentEncoding(key.mid(key.indexOf('=') + 1));
+        QByteArray value = QByteArray::fromPercentEncoding(key.mid(key.indexOf('=') + 1));
         if (key.startsWith("path="))
             return value;
         if (key.startsWith("abstract="))

@@ -25,22 +25,26 @@ void Pause(int milliseconds)
 void MainLoop::Run()
 {
     while (!m_run.QuitRequested) {
-        const int pause = Pass();
-        Pause(pause);
-        if (pause < StoppedPause && !m_run.QuitRequested)
-            Rest();
+        Pause(Pass());
+        // A pass with nothing to show would change nothing.
+        while (m_communication.Running() && !m_run.QuitRequested && !Rest()) {
+        }
     }
 }
 
-/// A pass with nothing to show would change nothing.
-void MainLoop::Rest()
+/// Until there is something to show, or for a while; whether there is.
+bool MainLoop::Rest()
 {
+    enum Ended { LongEnough, Fed };
     QEventLoop events;
-    QTimer::singleShot(StoppedPause - RunningPause, &events, &QEventLoop::quit);
-    m_communication.CallOnceFed(
-        [&events] { QMetaObject::invokeMethod(&events, &QEventLoop::quit, Qt::QueuedConnection); });
-    events.exec();
+    QTimer::singleShot(StoppedPause, &events, [&events] { events.exit(LongEnough); });
+    m_communication.CallOnceFed([&events] {
+        QMetaObject::invokeMethod(
+            &events, [&events] { events.exit(Fed); }, Qt::QueuedConnection);
+    });
+    const bool fed = events.exec() == Fed;
     m_communication.CallOnceFed({});
+    return fed;
 }
 
 int MainLoop::Pass()

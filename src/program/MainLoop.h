@@ -12,7 +12,7 @@ struct RunState;
 class MainLoop
 {
   public:
-    /// Pauses in ms, at the least; the second is also the longest rest.
+    /// Pauses in ms. A rest looks as often as a loop that is stopped whether it is to go on.
     static constexpr int RunningPause = 10;
     static constexpr int StoppedPause = 100;
 
@@ -27,7 +27,7 @@ class MainLoop
     int Pass();
 
   private:
-    void Rest();
+    bool Rest();
 
     const RunState &m_run;
     MdCommunication &m_communication;
