@@ -139,8 +139,8 @@ int main(int argc, char *argv[])
     std::jthread fonts = HeadStart::Fonts();
     // The menu bar stands in the window; for another place the session's bus would be waited for.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
-    QApplication::setStyle(new ThriftyStyle);
     QApplication application(argc, argv);
+    QApplication::setStyle(new ThriftyStyle);
     const std::jthread bus = HeadStart::SessionBus(); // ends before the application does
     fonts.join(); // who asks for a font before they are read would read them a second time
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));

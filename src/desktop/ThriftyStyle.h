@@ -8,6 +8,7 @@
 /// The desktop's style, or the one that the user asked for. The buttons with which menu bars and
 /// toolbars show what has no room get their icons when these are first painted: to make them, the
 /// toolkit loads all of its picture plug-ins, which the first window would wait for.
+/// To be made when the toolkit has started and knows the desktop.
 class ThriftyStyle final : public QProxyStyle
 {
   public:
