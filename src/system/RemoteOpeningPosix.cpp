@@ -169,10 +169,11 @@ Result RemoteOpening::Secure()
         return prepared;
     if (Result begun = tls->Begin(); begun.Failed())
         return begun;
-    for (TlsStream::Step step = tls->Agree(); step != TlsStream::Step::Done; step = tls->Agree()) {
-        if (step == TlsStream::Step::Failed)
+    for (TlsSession::Step step = tls->Agree(); step != TlsSession::Step::Done;
+         step = tls->Agree()) {
+        if (step == TlsSession::Step::Failed)
             return tls->Agreement();
-        const short event = step == TlsStream::Step::WantsToRead ? POLLIN : POLLOUT;
+        const short event = step == TlsSession::Step::WantsToRead ? POLLIN : POLLOUT;
         Result waited = Given(
             WaitFor(tls->Handle(), event, m_deadline),
             QStringLiteral("%1 did not agree upon TLS within %2").arg(m_peer, MostTimeText()));
