@@ -44,6 +44,8 @@ class SerialServer
                                   "  connector: serialdev,%3,9600n81,local\n"
                                   "  options:\n"
                                   "    chardelay: false\n"
+                                  "    dev-to-net-bufsize: 65536\n"
+                                  "    net-to-dev-bufsize: 65536\n"
                                   "    max-connections: 2\n")
                        .arg(accepter)
                        .arg(m_port)
