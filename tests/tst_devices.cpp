@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocumentFragment>
@@ -54,8 +55,9 @@ class tst_devices : public QObject
     void AnAddressIsPutTogetherAndTried()
     {
         const auto finder = std::make_shared<ScriptedFinder>();
-        frmNetworkPort port(ParseRemoteAddress("tls://bench:1?listen&authority=/a").address,
+        frmNetworkPort port(ParseRemoteAddress("tls://bench:1?listen&authority=/a").address, 25,
                             finder);
+        QCOMPARE(port.DeadSeconds(), 25);
         const auto *meaning = port.findChild<QLabel *>("lblMeaning");
         auto *cmdOK = port.findChild<QPushButton *>("cmdOK");
         QCOMPARE(port.Address(), "tls://bench:1?listen&authority=/a");
@@ -71,11 +73,19 @@ class tst_devices : public QObject
         QCOMPARE(port.Address(), "rfc2217://bench:4001");
         QVERIFY(cmdOK->isEnabled() && meaning->text().startsWith("Settings, signals and breaks"));
 
-        frmDevices devices({5, {}, {}}, finder);
+        frmDevices devices({5, {}, {}, false, 25}, finder);
         const auto *note = devices.findChild<QLabel *>("lblMeaning");
         QVERIFY(note->isHidden());
         devices.findChild<QLineEdit *>("txtDevice")->setText("tcp://bench:1");
         QVERIFY(note->text().startsWith("Bytes alone: ") && !note->isHidden());
+
+        QTimer::singleShot(0, &devices, [&] {
+            auto *asked = devices.findChild<frmNetworkPort *>();
+            asked->findChild<QSpinBox *>("spnDeadSeconds")->stepBy(-10);
+            asked->accept();
+        });
+        devices.findChild<QPushButton *>("cmdNetworkPort")->click();
+        QCOMPARE(devices.DeadSeconds(), 15);
     }
 
     /// A system with a built-in port, a place without a chip, a USB adapter and a console.

@@ -579,6 +579,7 @@ void tst_options::ADeviceIsAssigned()
     const QMap<int, QString> assigned = bench.confirmed.value(0).devices;
     QCOMPARE(assigned.keys(), chosen ? QList{number} : QList<int>());
     QVERIFY(bench.confirmed.value(0).comm.stored.CommReopen);
+    QCOMPARE(bench.confirmed.value(0).comm.stored.CommDeadSeconds, 10);
     bench.store.flushed = Failure{"no room"};
     OptionsValues taken;
     const OptionsSubjects subjects = {taken.comm, taken.stamp, taken.sequences, taken.log,

@@ -1,14 +1,21 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CommConfiguration.h"
+#include "DisplaySettings.h"
+#include "MdCommunication.h"
 #include "PortDevices.h"
 #include "RemoteOpening.h"
 #include "SerialPort.h"
 #include "SerialPortHub.h"
+#include "StampText.h"
 #include "support/Cases.h"
+#include "support/FixedClock.h"
 #include "support/MemoryStore.h"
+#include "support/RecordingLog.h"
 #include "support/ScriptedPrompts.h"
 #include "support/SerialServer.h"
+#include "support/WatchSequence.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -120,6 +127,9 @@ class Certificates
         Make(sign + "-days 2 -extfile localhost -out good.crt");
         Make(sign + "-days -1 -extfile localhost -out expired.crt");
         Make(sign + "-days 2 -extfile elsewhere -out elsewhere.crt");
+        QDir(m_folder.path()).mkpath("users/bench/allowed_certs");
+        QFile::copy(Path("ca.crt"), Path("users/bench/allowed_certs/ca.crt"));
+        Make("rehash users/bench/allowed_certs");
         Make("pkcs8 -topk8 -in key -passout pass:word -out locked.key");
     }
 
@@ -153,6 +163,41 @@ const Certificates &OfThisRun()
     static const Certificates certificates;
     return certificates;
 }
+
+/// Communication as the program runs it, on two ports of the system.
+struct Bench {
+    CommConfiguration comm;
+    DisplaySettings display;
+    StampSettings stamp;
+    MdSequenceEdition tables;
+    RecordingLog log; ///< on the lines' thread
+    ScriptedPrompts prompts;
+    FixedClock clock;
+    MemoryStore store;
+    PortDevices devices{store, [](int) { return QString(); }};
+    SerialPortHub hub;
+    LineLoop lines;
+    SerialPort portA{lines, hub, devices};
+    SerialPort portB{lines, hub, devices};
+    MdCommunication communication{
+        {comm, display, stamp, tables, nullptr, log, prompts, clock, portA, portB, lines}};
+
+    Bench(CommMode mode, const QString &deviceA, const QString &deviceB)
+    {
+        devices.AssignForRun(1, deviceA);
+        devices.AssignForRun(2, deviceB);
+        comm.run.mode = mode;
+        WatchSequence(tables, "ask", "asked", "YES");
+        communication.OpenPorts();
+    }
+
+    QByteArray Logged()
+    {
+        QByteArray text;
+        lines.Do([&] { text = log.texts[size_t(Representation::Ascii)]; });
+        return text;
+    }
+};
 
 /// An opening that has not much time; the cause of its failure.
 QString Refusal(quint16 port, std::chrono::milliseconds mostTime)
@@ -226,6 +271,51 @@ class tst_serialserver : public QObject
         QVERIFY(::cfgetospeed(&line) == B9600 && (line.c_cflag & CSTOPB) == 0);
     }
 
+    void AnswersGoFromLineToLine_data()
+    {
+        const Cases<bool> row("remoteAnswers");
+        row("of the other machine, here", false);
+        row("of this machine, there", true);
+    }
+    void AnswersGoFromLineToLine()
+    {
+        QFETCH(bool, remoteAnswers);
+        SerialServer server;
+        PtyPair device;
+        const QString remote = Address("rfc2217", server.Port());
+        Bench bench(CommMode::MonitorReceiveAndModify, remoteAnswers ? remote : device.DeviceName(),
+                    remoteAnswers ? device.DeviceName() : remote);
+        QVERIFY(bench.communication.Running());
+        PtyPair &asking = remoteAnswers ? device : server.line;
+        PtyPair &answered = remoteAnswers ? server.line : device;
+        for (int round = 1; round <= 50; ++round) {
+            QVERIFY(asking.Write("ask"));
+            QCOMPARE(answered.Read(3), "YES");
+            QVERIFY(answered.Write("."));
+            QTRY_COMPARE(bench.Logged(), QByteArray("ask asked YES.").repeated(round));
+        }
+        bench.communication.ClosePorts();
+        QVERIFY(bench.prompts.shown.isEmpty());
+    }
+
+    void WhatAListenerWouldSendIsNotShown()
+    {
+        SerialServer server;
+        Desk talker(Address("rfc2217", server.Port()));
+        QCOMPARE(talker.Open().Cause(), "");
+        Bench bench(CommMode::SendReceive, Address("rfc2217", server.Port(), "?listen"), {});
+        QVERIFY(server.line.Write("ask"));
+        QTRY_COMPARE(bench.Logged(), "ask asked ");
+        QTRY_COMPARE(bench.prompts.notices.size(), 1);
+        bench.communication.Transmit("by hand");
+        QCOMPARE(talker.port.Output("said").Cause(), "");
+        QCOMPARE(server.line.Read(4), "said"); // first and alone
+        QVERIFY(server.line.Write("end"));
+        QTRY_COMPARE(bench.Logged(), "ask asked end");
+        QVERIFY(bench.prompts.notices[0].text.contains("nothing is sent there"));
+        bench.communication.ClosePorts();
+    }
+
     void ASecureServerMustBeTheOneThatIsMeant_data()
     {
         const Cases<QString, QString, QString> row("certificate", "query", "cause");
@@ -234,6 +324,9 @@ class tst_serialserver : public QObject
         row("expired", "expired.crt", "?authority=ca.crt", refused + "certificate has expired");
         row("another's", "elsewhere.crt", "?authority=ca.crt", refused + "hostname mismatch");
         row("of an unknown authority", "good.crt", "", refused + "unable to get local issuer");
+        row("asks for ours", "good.crt,clientauth",
+            "?authority=ca.crt&certificate=good.crt&key=key", "");
+        row("asks in vain", "good.crt,clientauth", "?authority=ca.crt", "localhost:PORT closed");
         row("its key has a passphrase", "good.crt",
             "?authority=ca.crt&certificate=good.crt&key=locked.key", "The key in locked.key has a");
         row("its key is another's", "good.crt", "?authority=ca.crt&certificate=good.crt&key=ca.key",
@@ -250,7 +343,7 @@ class tst_serialserver : public QObject
         for (const QString name : {"ca.crt", "good.crt", "locked.key", "ca.key", "none.crt"})
             query.replace('=' + name, '=' + certificates.Path(name));
         query.replace("key=key", "key=" + certificates.Path("key"));
-        SerialServer server(certificates.Accepter(certificate));
+        SerialServer server(certificates.Accepter(certificate), certificates.Path("users"));
         Desk desk(Address("rfc2217s", server.Port(), query));
         QString opened =
             QString(desk.Open().Cause()).replace(QString::number(server.Port()), "PORT");
@@ -380,6 +473,21 @@ class tst_serialserver : public QObject
         taken.start();
         QCOMPARE(desk.Open().Number(), OpeningCancelled);
         QVERIFY(taken.elapsed() < 1000 && !desk.port.PortOpen());
+    }
+
+    void AFloodDoesNotHoldACloseUp()
+    {
+        const TcpServer server([](const TcpServer::Client &client) {
+            client.Say(Agreed);
+            while (client.Say(QByteArray::fromHex("fffd18fffa2c6b10fff0fffe18").repeated(1000))) {
+            }
+        });
+        auto desk = std::make_unique<Desk>(Address("rfc2217", server.Port()));
+        QCOMPARE(desk->Open().Cause(), "");
+        QElapsedTimer taken;
+        taken.start();
+        desk.reset();
+        QVERIFY(taken.elapsed() < 3000);
     }
 
     /// In every phase, in good order and not.

@@ -156,6 +156,7 @@ void CommunicationOptions::Show(const OptionsValues &values)
     const bool twoChannels = ModeFromNumber(stored.CommType) != CommMode::SendReceive;
     m_modes[twoChannels ? 1 : 0]->setChecked(true);
     m_reopens = stored.CommReopen;
+    m_deadSeconds = stored.CommDeadSeconds;
     m_mode = stored.CommType; // which may be one that neither option stands for
     ShowMode();
     m_assigned = values.devices;
@@ -176,6 +177,7 @@ void CommunicationOptions::Store(OptionsValues &values) const
     stored.CommPortA = m_portA->Number();
     stored.CommPortB = m_portB->Number();
     stored.CommReopen = m_reopens;
+    stored.CommDeadSeconds = m_deadSeconds;
     for (size_t i = 0; i < ValueLists.size(); ++i) {
         if (m_lists[i]->currentIndex() >= 0)
             stored.*ValueLists[i].value = m_lists[i]->currentIndex();
@@ -232,13 +234,15 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
     QMap<int, PortDevices::Meaning> meanings;
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)
         meanings[each] = MeaningOf(each);
-    frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString()), m_reopens},
-                       m_finder, window());
+    frmDevices devices(
+        {number, meanings, m_devices.MeaningOfEntry(number, QString()), m_reopens, m_deadSeconds},
+        m_finder, window());
     const bool accepted = devices.exec() == QDialog::Accepted;
     box.Edit()->setFocus(); // on the button, Enter would open the devices again
     if (!accepted)
         return;
     m_reopens = devices.Reopens();
+    m_deadSeconds = devices.DeadSeconds();
     if (!devices.IsChosen())
         return;
     m_assigned[number] = devices.Device();

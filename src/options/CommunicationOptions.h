@@ -46,6 +46,7 @@ class CommunicationOptions final : public OptionsPage
     std::shared_ptr<const PortFinder> m_finder;
     qint32 m_mode = 0;             ///< as stored until the user chooses
     bool m_reopens = false;        ///< as stored until the user chooses
+    qint32 m_deadSeconds = 0;      ///< the same
     QMap<int, QString> m_assigned; ///< in this dialog
     std::array<QRadioButton *, 2> m_modes{};
     QLabel *m_captionSendReceive;

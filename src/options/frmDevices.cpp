@@ -49,6 +49,7 @@ frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder>
       lblState(new QLabel),
       txtDevice(new QLineEdit),
       m_reopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
+      m_deadSeconds(port.deadSeconds),
       lblMeaning(new QLabel),
       cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
 {
@@ -192,9 +193,10 @@ void frmDevices::Take(const QTreeWidgetItem &port)
 
 void frmDevices::ChooseNetworkPort()
 {
-    frmNetworkPort port(ParseRemoteAddress(Device()).address, m_finder, this);
+    frmNetworkPort port(ParseRemoteAddress(Device()).address, m_deadSeconds, m_finder, this);
     if (port.exec() != QDialog::Accepted)
         return;
+    m_deadSeconds = port.DeadSeconds();
     txtDevice->setText(port.Address());
     txtDevice->setModified(true);
 }

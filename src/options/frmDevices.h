@@ -31,6 +31,7 @@ class frmDevices final : public QDialog
         QMap<int, PortDevices::Meaning> meanings; ///< of all COM numbers
         PortDevices::Meaning ofSystem;            ///< while the user assigns nothing to it
         bool reopens = false;                     ///< see Reopens; it holds for all ports
+        int deadSeconds = 10;                     ///< see DeadSeconds
     };
 
     frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
@@ -42,6 +43,8 @@ class frmDevices final : public QDialog
     QString Device() const;
     /// Whether a device that went away is to be opened again when it is back.
     bool Reopens() const;
+    /// After how long without a sign of life the connection of a network port is lost.
+    int DeadSeconds() const { return m_deadSeconds; }
 
   private:
     void MakeList();
@@ -60,6 +63,7 @@ class frmDevices final : public QDialog
     QLabel *lblState;
     QLineEdit *txtDevice;
     QCheckBox *m_reopen;
+    int m_deadSeconds;
     QLabel *lblMeaning;
     QPushButton *cmdLookAgain;
 };

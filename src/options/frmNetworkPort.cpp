@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPromise>
 #include <QPushButton>
+#include <QSpinBox>
 
 #include <thread>
 #include <utility>
@@ -45,7 +46,7 @@ constexpr std::array Files = {
 
 } // namespace
 
-frmNetworkPort::frmNetworkPort(const RemoteAddress &address,
+frmNetworkPort::frmNetworkPort(const RemoteAddress &address, int deadSeconds,
                                std::shared_ptr<const PortFinder> finder, QWidget *parent)
     : QDialog(parent),
       m_finder(std::move(finder)),
@@ -53,6 +54,7 @@ frmNetworkPort::frmNetworkPort(const RemoteAddress &address,
       txtHost(new QLineEdit),
       txtPort(new QLineEdit),
       m_listens(new QCheckBox(QStringLiteral("&Listen only"))),
+      spnDeadSeconds(new QSpinBox),
       lblMeaning(new QLabel),
       cmdTest(NamedButton("cmdTest", "&Test")),
       cmdOK(NamedButton("cmdOK", "OK"))
@@ -60,13 +62,13 @@ frmNetworkPort::frmNetworkPort(const RemoteAddress &address,
     setObjectName(QStringLiteral("frmNetworkPort"));
     setWindowTitle(QStringLiteral("Network Port"));
     new QVBoxLayout(this);
-    MakeFields(address);
+    MakeFields(address, deadSeconds);
     MakeButtons();
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmNetworkPort::ShowTrial);
     Update();
 }
 
-void frmNetworkPort::MakeFields(const RemoteAddress &address)
+void frmNetworkPort::MakeFields(const RemoteAddress &address, int deadSeconds)
 {
     auto *form = new QFormLayout;
     m_kind->setObjectName(QStringLiteral("lstKind"));
@@ -86,6 +88,7 @@ void frmNetworkPort::MakeFields(const RemoteAddress &address)
     form->addRow(QStringLiteral("&Port"), txtPort);
     form->addRow(QString(), m_listens);
     MakeFiles(address, *form);
+    MakeLimit(deadSeconds, *form);
     auto *column = static_cast<QVBoxLayout *>(layout());
     column->addLayout(form);
     lblMeaning->setObjectName(QStringLiteral("lblMeaning"));
@@ -110,6 +113,20 @@ void frmNetworkPort::MakeFiles(const RemoteAddress &address, QFormLayout &form)
         m_files[i]->setPlaceholderText(QString::fromLatin1(Files[i].emptyText));
         form.addRow(QString::fromLatin1(Files[i].caption), m_files[i]);
     }
+}
+
+/// Below the least, too few questions could go unanswered before.
+void frmNetworkPort::MakeLimit(int deadSeconds, QFormLayout &form)
+{
+    constexpr int Least = 4;
+    constexpr int Most = 3600;
+    spnDeadSeconds->setObjectName(QStringLiteral("spnDeadSeconds"));
+    spnDeadSeconds->setRange(Least, Most);
+    spnDeadSeconds->setSuffix(QStringLiteral(" s without a sign of life"));
+    spnDeadSeconds->setToolTip(QStringLiteral("Holds for all network ports. What asks for signs of "
+                                              "life is no data on the line."));
+    spnDeadSeconds->setValue(deadSeconds);
+    form.addRow(QStringLiteral("Lo&st after"), spnDeadSeconds);
 }
 
 void frmNetworkPort::MakeButtons()
@@ -146,6 +163,11 @@ RemoteAddress frmNetworkPort::Typed() const
 QString frmNetworkPort::Address() const
 {
     return RemoteAddressText(Typed());
+}
+
+int frmNetworkPort::DeadSeconds() const
+{
+    return spnDeadSeconds->value();
 }
 
 /// A wrong address cannot be left with.

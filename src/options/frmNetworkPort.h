@@ -18,6 +18,7 @@ class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
+class QSpinBox;
 
 /// Lets the user put together the address of a port on another machine, and try it. A try goes on
 /// in a thread that may outlive the dialog.
@@ -27,14 +28,17 @@ class frmNetworkPort final : public QDialog
 
   public:
     /// Begins with an address; with that of a serial port server if there is none.
-    frmNetworkPort(const RemoteAddress &address, std::shared_ptr<const PortFinder> finder,
-                   QWidget *parent = nullptr);
+    frmNetworkPort(const RemoteAddress &address, int deadSeconds,
+                   std::shared_ptr<const PortFinder> finder, QWidget *parent = nullptr);
 
     /// As typed; it may be wrong while the dialog is open.
     QString Address() const;
+    /// How long a connection may give no sign of life; it holds for all network ports.
+    int DeadSeconds() const;
 
   private:
-    void MakeFields(const RemoteAddress &address);
+    void MakeFields(const RemoteAddress &address, int deadSeconds);
+    void MakeLimit(int deadSeconds, QFormLayout &form);
     void MakeFiles(const RemoteAddress &address, QFormLayout &form);
     void MakeButtons();
     RemoteAddress Typed() const;
@@ -48,6 +52,7 @@ class frmNetworkPort final : public QDialog
     QLineEdit *txtHost;
     QLineEdit *txtPort;
     QCheckBox *m_listens;
+    QSpinBox *spnDeadSeconds;
     std::array<QLineEdit *, 3> m_files{}; ///< authority, certificate, key
     QLabel *lblMeaning;
     QPushButton *cmdTest;

@@ -126,9 +126,9 @@ void DescriptorLine::BeginReading()
 
 void DescriptorLine::EndReading()
 {
-    const qint64 most = m_tally.receivedBytes + MostBytesAtEnd;
-    while (m_reading && m_tally.receivedBytes < most && ReadOnce(m_loop.SeveralSources())) {
-    }
+    qint64 taken = 0;
+    for (qsizetype count = 1; m_reading && count > 0 && taken < MostBytesAtEnd; taken += count)
+        count = ReadOnce(m_loop.SeveralSources());
     m_reading = false;
     EndWaiting();
 }
@@ -152,7 +152,7 @@ void DescriptorLine::Readable(const LineLoop::Wake &wake)
         if (m_paused)
             return;
         // What a further read brings may have come behind something on another line.
-        if (!ReadOnce(wake.orderUncertain || (reads > 0 && m_loop.SeveralSources()))) {
+        if (ReadOnce(wake.orderUncertain || (reads > 0 && m_loop.SeveralSources())) <= 0) {
             if (reads == 0)
                 CheckPresence();
             return;
@@ -160,17 +160,17 @@ void DescriptorLine::Readable(const LineLoop::Wake &wake)
     }
 }
 
-/// False if there was nothing to be read.
-bool DescriptorLine::ReadOnce(bool orderUncertain)
+/// The count as it travelled, whatever was in it; not above 0 if there was nothing to be read.
+qsizetype DescriptorLine::ReadOnce(bool orderUncertain)
 {
     const qsizetype count = Receive(m_part.data(), m_part.size());
     if (count <= 0)
-        return false;
+        return count;
     const qint64 before = m_tally.receivedBytes;
     Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain || Remote()});
     if (m_tally.receivedBytes > before)
         m_tally.receivedChunks += 1;
-    return true;
+    return count;
 }
 
 void DescriptorLine::Deliver(const LineRead &read)

@@ -121,7 +121,7 @@ class DescriptorLine : public Line, protected LineLoop::Source
     void Writable() override;
 
     void ReadWaiting();
-    bool ReadOnce(bool orderUncertain);
+    qsizetype ReadOnce(bool orderUncertain);
     bool Send();
     void Leave(const QString &cause);
     void TellGone();

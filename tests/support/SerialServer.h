@@ -31,8 +31,10 @@ inline bool Listens(quint16 port)
 class SerialServer
 {
   public:
-    /// The accepter in ser2net's words, less its port.
-    explicit SerialServer(const QString &accepter = QStringLiteral("telnet(rfc2217),tcp(nodelay)"))
+    /// The accepter in ser2net's words, less its port. Who must show a certificate is known by its
+    /// name in a folder.
+    explicit SerialServer(const QString &accepter = QStringLiteral("telnet(rfc2217),tcp(nodelay)"),
+                          const QString &users = {})
         : m_port(FreePort())
     {
         QFile file(m_folder.filePath(QStringLiteral("ser2net.yaml")));
@@ -46,10 +48,11 @@ class SerialServer
                                   "    chardelay: false\n"
                                   "    dev-to-net-bufsize: 65536\n"
                                   "    net-to-dev-bufsize: 65536\n"
-                                  "    max-connections: 2\n")
+                                  "    max-connections: 2\n"
+                                  "    authdir: %4/\n")
                        .arg(accepter)
                        .arg(m_port)
-                       .arg(line.DeviceName())
+                       .arg(line.DeviceName(), users)
                        .toUtf8());
         file.close();
         Start();
