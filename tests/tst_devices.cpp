@@ -17,6 +17,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocumentFragment>
+#include <QTimer>
 #include <QTreeWidget>
 
 /// The ports of a machine and the dialog that lists them.
