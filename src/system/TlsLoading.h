@@ -12,6 +12,6 @@ struct LoadedTls {
     Result state;
 };
 
-/// A session of the module that lies beside the program, which stays loaded from then on. On any
+/// A session of the module beside the program, which stays loaded from then on. On any
 /// thread.
 LoadedTls LoadTls();

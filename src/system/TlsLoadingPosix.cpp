@@ -20,7 +20,7 @@ QByteArray ModuleName()
     std::array<char, PATH_MAX> program;
     const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size());
     const QByteArray path(program.data(), std::max<ssize_t>(length, 0));
-    return path.left(path.lastIndexOf('/') + 1) + "serimonde-tls.so";
+    return path.left(path.lastIndexOf('/') + 1) + "modules/serimonde-tls.so";
 }
 
 } // namespace
