@@ -46,7 +46,8 @@ void RunReport::Begin(const LineTime &now)
 
 void RunReport::Traffic(const TrafficEvent &event)
 {
-    if (m_line.json)
+    const bool fails = event.kind == TrafficEvent::Kind::NotSent && event.answer;
+    if (m_line.json || (m_line.commands && fails))
         m_write(m_json.Traffic(event));
 }
 
