@@ -78,20 +78,20 @@ inline QString StoryOfCapture(const QByteArray &capture)
     const auto number = [&capture](qsizetype at) {
         return at + 4 <= capture.size() ? qFromLittleEndian<quint32>(capture.constData() + at) : 0;
     };
-    constexpr quint32 packet = 6;
-    constexpr qsizetype head = 28;
-    constexpr qsizetype recordHead = 12;
+    constexpr quint32 Packet = 6;
+    constexpr qsizetype Head = 28;
+    constexpr qsizetype RecordHead = 12;
     RunStory story;
-    for (qsizetype at = 0; number(at + 4) >= recordHead; at += number(at + 4)) {
-        if (number(at) != packet)
+    for (qsizetype at = 0; number(at + 4) >= RecordHead; at += number(at + 4)) {
+        if (number(at) != Packet)
             continue;
         const int channel = int(number(at + 8));
         const qsizetype length = number(at + 20);
-        const char event = capture[at + head + 8];
-        const qsizetype option = at + head + (length + 3) / 4 * 4;
+        const char event = capture[at + Head + 8];
+        const qsizetype option = at + Head + (length + 3) / 4 * 4;
         if (event == 1 || event == 2)
             story.Bytes(event == 1 ? '>' : '<', channel,
-                        capture.mid(at + head + recordHead, length - recordHead));
+                        capture.mid(at + Head + RecordHead, length - RecordHead));
         else if (number(option) % 65536 == 1) // not of modem lines
             story.Word(QString::fromLatin1(capture.mid(option + 4, number(option) / 65536))
                            .replace("went away for good", "gone")
