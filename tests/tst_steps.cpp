@@ -12,6 +12,8 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 
+#include <functional>
+
 namespace
 {
 
@@ -42,10 +44,15 @@ class Lines final : public StepActions
     Result SetRTS(bool) override { return Failure{QStringLiteral("no such line")}; }
     Result SetDTR(bool on) override { return Note(on ? "DTR" : "dtr"); }
     Result SetBreak(bool on) override { return Note(on ? "BREAK" : "break"); }
-    Result Open() override { return Note("open"); }
+    Result Open() override
+    {
+        opening();
+        return Note("open");
+    }
     Result Close() override { return Note("close"); }
 
     QStringList done;
+    std::function<void()> opening = [] {};
 
   private:
     Result Note(const char *what)
@@ -198,6 +205,15 @@ class tst_steps : public QObject
         stopped.runner.Stop("a signal");
         QCOMPARE(stopped.lines.done, QStringList({"BREAK", "break"}));
         QCOMPARE(stopped.told.join(' '), "1-0 2?");
+    }
+
+    /// What stands behind an opening begins when it is over.
+    void AnOpeningThatTakesLong()
+    {
+        Script script("wait 1ms;open;expect text:A within 5ms;wait 2ms");
+        script.lines.opening = [&script] { script.runner.NoteTime(100 * Millisecond); };
+        script.Play("104:A");
+        QCOMPARE(script.told.join(' '), "1+1 2+100 3+104 4+106");
     }
 
     void WhatIsTold()

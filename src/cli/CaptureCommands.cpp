@@ -17,6 +17,7 @@
 #include "RunReport.h"
 #include "SystemFiles.h"
 #include "WorkProgress.h"
+#include "WriteAll.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -46,7 +47,7 @@ class Output
         m_open = m_file.open(::fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered);
     }
 
-    bool Write(const QByteArray &bytes) { return m_open && m_file.write(bytes) == bytes.size(); }
+    bool Write(const QByteArray &bytes) { return m_open && WriteAll(m_file, bytes); }
     int Fail(QTextStream &errors) const
     {
         return ::Fail(errors, ExitStatus::FileFailed,

@@ -521,6 +521,7 @@ void CliRun::Act(const std::function<void()> &work)
     m_acting = true;
     work();
     m_acting = false;
+    m_runner.NoteTime(MonotonicNow());
     if (m_later)
         QMetaObject::invokeMethod(this, std::exchange(m_later, {}), Qt::QueuedConnection);
 }

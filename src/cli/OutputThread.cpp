@@ -3,6 +3,8 @@
 
 #include "OutputThread.h"
 
+#include "WriteAll.h"
+
 #include <QFile>
 
 #include <condition_variable>
@@ -39,7 +41,7 @@ void OutputThread::State::Run()
         writing = bytes.size();
         const bool skip = failed;
         guard.unlock();
-        const bool written = skip || (opened && output.write(bytes) == bytes.size());
+        const bool written = skip || (opened && WriteAll(output, bytes));
         const QString cause = written ? QString() : output.errorString();
         guard.lock();
         const bool wasFull = std::exchange(writing, 0) + waiting.size() >= MostBytes;

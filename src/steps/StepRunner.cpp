@@ -36,7 +36,7 @@ void StepRunner::Take(const TrafficEvent &event)
 
 void StepRunner::Advance(qint64 now)
 {
-    m_now = std::max(m_now, now);
+    NoteTime(now);
     if (m_busy)
         return;
     m_busy = true;

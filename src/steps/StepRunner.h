@@ -8,12 +8,14 @@
 #include "Step.h"
 #include "TrafficEvent.h"
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <optional>
 #include <vector>
 
-/// What steps do to the lines. A failure fails the step; its cause is told.
+/// What steps do to the lines. A failure fails the step; its cause is told. What takes long notes
+/// the time.
 class StepActions
 {
   public:
@@ -76,6 +78,8 @@ class StepRunner
     void Take(const TrafficEvent &event);
     /// Time has passed.
     void Advance(qint64 now);
+    /// Time has passed inside of an action, and belongs to its step.
+    void NoteTime(qint64 now) { m_now = std::max(m_now, now); }
     /// When Advance is to be called at the latest.
     qint64 NextDeadline() const;
 
