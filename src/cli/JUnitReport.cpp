@@ -15,7 +15,7 @@ namespace
 using Verdict = StepOutcome::Verdict;
 
 /// Of cases in memory, in bytes.
-constexpr qsizetype MostInMemory = 256 * 1024;
+constexpr qsizetype MostInMemory = 64 * 1024;
 
 /// What an XML file cannot hold becomes a picture of it.
 QString Escaped(QString text)
