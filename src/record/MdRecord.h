@@ -45,6 +45,8 @@ class MdRecord final : public QObject
     QString Path() const { return m_segments->Folder().Path(); }
     /// For who reads the record of this session while it is written.
     const RecordSegments &Segments() const { return *m_segments; }
+    /// The same for threads that may outlive this.
+    std::shared_ptr<const RecordSegments> SharedSegments() const { return m_segments; }
 
     /// The end comes, or may come, without the user's wish: the record stays. Returns when it is
     /// with the system, or after CaptureThread::MostTimeToEnd.

@@ -102,8 +102,12 @@ Result RecordSegments::Write(QByteArrayView packets)
 {
     const std::lock_guard work(m_work);
     const RecordState state = State();
-    if (m_removed || state.bound == 0)
+    if (m_removed)
         return {};
+    if (state.bound == 0) {
+        Remember(packets);
+        return {};
+    }
     Result written = state.ended;
     if (!written.Failed() && state.lost != RecordState().lost)
         written = WriteLost(packets);
@@ -191,8 +195,19 @@ void RecordSegments::Note(QByteArrayView blocks)
     m_written += blocks.size();
 }
 
+void RecordSegments::Remember(QByteArrayView packets)
+{
+    qint64 number = 0;
+    {
+        const std::lock_guard guard(m_lock);
+        number = m_number;
+    }
+    m_memory.Write(m_head, packets, number);
+}
+
 void RecordSegments::Fail(const Result &result, QByteArrayView packets)
 {
+    Remember(packets);
     {
         const std::lock_guard guard(m_lock);
         m_state.ended = result;

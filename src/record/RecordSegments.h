@@ -5,6 +5,7 @@
 
 #include "CaptureThread.h"
 #include "RecordFolder.h"
+#include "RecordMemory.h"
 
 #include <QByteArray>
 #include <QList>
@@ -66,6 +67,8 @@ class RecordSegments final : public CaptureSink
     /// One that may have gone meanwhile.
     FileSystem::Opened Open(qint64 number) const;
     const RecordFolder &Folder() const { return *m_folder; }
+    /// What it has not taken: it was switched off, or could not be written.
+    const RecordMemory &Memory() const { return m_memory; }
 
     /// Segments of this size make up a record of that bound, in bytes.
     static qint64 SegmentSize(qint64 bound);
@@ -75,6 +78,7 @@ class RecordSegments final : public CaptureSink
     std::optional<qint64> SizeToGoOn() const;
     Result BeginSegment(qint64 expected);
     Result WriteLost(QByteArrayView packets);
+    void Remember(QByteArrayView packets);
     void Fail(const Result &result, QByteArrayView packets);
     Result Append(QByteArrayView blocks);
     void Note(QByteArrayView blocks);
@@ -86,6 +90,7 @@ class RecordSegments final : public CaptureSink
     const std::shared_ptr<RecordFolder> m_folder;
     const QString m_session;
     const std::function<void(const Result &)> m_ended;
+    RecordMemory m_memory;
 
     std::mutex m_work; ///< guards what follows, while a disk may be waited for
     QByteArray m_head;

@@ -24,6 +24,8 @@ struct Telegram {
         Continued = 64,      ///< it goes on where the row before has MostBytes
         LinesChanged = 128,  ///< of the modem
         Unreadable = 256,    ///< what stood here in the capture is damaged or gone
+        ChecksumRight = 512, ///< by TelegramRule::checksum
+        ChecksumWrong = 1024,
     };
     Q_DECLARE_FLAGS(Marks, Mark)
 
@@ -55,7 +57,8 @@ struct Telegram {
     /// negative if there is none.
     qint64 response = -1;
 
-    QString remark; ///< what events say of themselves: counts, causes, lines. From strangers
+    QString checksum; ///< "CRC right", "CRC wrong: 0B C4 expected"; empty without a rule
+    QString remark;   ///< what events say of themselves: counts, causes, lines. From strangers
     Marks marks;
 
     bool HasBytes() const

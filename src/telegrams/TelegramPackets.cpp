@@ -19,6 +19,8 @@ class TelegramPackets::PartFile final : public InputDevice
     }
     qint64 Size() const override { return size; }
 
+    void TakeAll() { size = m_file->Size(); }
+
     qint64 size = 0;
 
   private:
@@ -67,13 +69,13 @@ TelegramPackets::Step TelegramPackets::NextOfParts(CapturePacket &packet)
             });
         if (next == parts.end())
             return Step::End;
-        if (m_number >= 0 && !isThere && !m_isSpoilt)
+        if (m_number >= 0 && !isThere && !m_isSpoilt && !m_source->Follows(m_number, next->number))
             return Spoil(QStringLiteral("A part of the record went away before it was read"));
         OpenPart(*next);
     }
 }
 
-/// Parts grow. False if the present one has gone.
+/// Parts grow. False if the present one has gone, of which all that there ever was can be read.
 bool TelegramPackets::TakeSizes(const QList<TelegramSource::Part> &parts)
 {
     for (const TelegramSource::Part &part : parts) {
@@ -83,6 +85,8 @@ bool TelegramPackets::TakeSizes(const QList<TelegramSource::Part> &parts)
             m_file->size = part.size;
         return true;
     }
+    if (m_file)
+        m_file->TakeAll();
     return false;
 }
 

@@ -3,8 +3,12 @@
 
 #pragma once
 
+#include "Checksum.h"
+
 #include <QByteArray>
 #include <QtGlobal>
+
+#include <optional>
 
 /// Where telegrams end, other than with the direction.
 struct TelegramRule {
@@ -17,6 +21,8 @@ struct TelegramRule {
     QByteArray endMark{};          ///< the bytes that telegrams end with; empty for none
     int fixedLength = 0;           ///< in bytes; 0 for none
     bool endsWithDetection = true; ///< with what a sequence of the project has told of itself
+    /// What rows are checked for; it cuts nothing.
+    std::optional<ChecksumRule> checksum{};
 
     bool operator==(const TelegramRule &) const = default;
 };

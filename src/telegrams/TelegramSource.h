@@ -23,8 +23,11 @@ class TelegramSource
     /// One that may have gone meanwhile.
     virtual FileSystem::Opened Open(qint64 number) const = 0;
 
+    /// Whether nothing can have been between two parts.
+    virtual bool Follows(qint64 part, qint64 next) const { return next == part + 1; }
+
     /// Whether more may come.
     virtual bool Grows() const = 0;
-    /// Whether what came last is kept in memory alone, of which only the last stays.
+    /// Whether what comes now is kept in memory alone, of which the last 64 MiB stay.
     virtual bool IsInMemory() const { return false; }
 };

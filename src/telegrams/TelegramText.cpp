@@ -144,8 +144,10 @@ QString Details(const Telegram &telegram)
         if (telegram.marks & mark && !isSaid)
             details << QString::fromLatin1(text);
     }
-    if (!telegram.remark.isEmpty())
-        details << telegram.remark;
+    for (const QString &text : {telegram.checksum, telegram.remark}) {
+        if (!text.isEmpty())
+            details << text;
+    }
     return PlainText(details.join(QStringLiteral("; ")));
 }
 

@@ -79,10 +79,8 @@ bool TelegramWalk::Next(Telegram &telegram)
     m_hasBegun = true;
     bool has = false;
     for (Item item = m_scan.Look(); item != Item::None; item = m_scan.Look()) {
-        if (has && m_scan.Begins()) {
-            m_isWhole = true;
-            return true;
-        }
+        if (has && m_scan.Begins())
+            return Finish(telegram, true);
         if (item == Item::Bytes)
             TakeBytes(telegram);
         else
@@ -90,7 +88,19 @@ bool TelegramWalk::Next(Telegram &telegram)
         has = true;
     }
     m_isWhole = !has;
-    return has;
+    return has && Finish(telegram, false);
+}
+
+bool TelegramWalk::Finish(Telegram &telegram, bool isWhole)
+{
+    m_isWhole = isWhole;
+    if (!m_checksum || !telegram.HasBytes())
+        return true;
+    const ChecksumFinding finding = Checksum::Check(*m_checksum, telegram.bytes);
+    const bool isRight = finding.verdict == ChecksumFinding::Verdict::Right;
+    telegram.marks |= isRight ? Telegram::ChecksumRight : Telegram::ChecksumWrong;
+    telegram.checksum = Checksum::Text(*m_checksum, finding);
+    return true;
 }
 
 void TelegramWalk::Begin(Telegram &telegram, Kind kind)
@@ -107,6 +117,7 @@ void TelegramWalk::Begin(Telegram &telegram, Kind kind)
     telegram.names.clear();
     telegram.answer = false;
     telegram.response = -1;
+    telegram.checksum.clear();
     telegram.remark.clear();
     telegram.marks = {};
 }

@@ -12,7 +12,7 @@ class TelegramWalk final
 {
   public:
     TelegramWalk(std::shared_ptr<const TelegramSource> source, const TelegramRule &rule)
-        : m_scan(std::move(source), rule)
+        : m_scan(std::move(source), rule), m_checksum(rule.checksum)
     {
     }
 
@@ -35,7 +35,10 @@ class TelegramWalk final
     void TakeEvent(Telegram &telegram);
     void AddRemarks(Telegram &telegram, bool isFirst, bool isLast);
 
+    bool Finish(Telegram &telegram, bool isWhole);
+
     TelegramScan m_scan;
+    const std::optional<ChecksumRule> m_checksum;
     bool m_hasBegun = false;
     bool m_isWhole = true;
 };
