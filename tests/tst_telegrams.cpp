@@ -1,89 +1,18 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "CaptureRemarks.h"
-#include "CaptureSource.h"
-#include "TelegramIndex.h"
-#include "TelegramView.h"
+#include "OpenFiles.h"
+#include "TelegramExport.h"
+#include "WorkProgress.h"
 #include "support/Cases.h"
-#include "support/ScriptedDisk.h"
-#include "support/TestCapture.h"
+#include "support/TelegramScript.h"
 
-#include <QRegularExpression>
+#include <QRandomGenerator>
 
 namespace
 {
 
-using Kind = TrafficEvent::Kind;
-
-constexpr qint64 Start = 1'700'000'000'000'000'000;
-constexpr qint64 Millisecond = 1'000'000;
-
-const QMap<QByteArray, Kind> Kinds = {
-    {"<", Kind::Received},      {"2<", Kind::Received}, {">", Kind::Sent},
-    {"opened", Kind::Opened},   {"gone", Kind::Gone},   {"break", Kind::Break},
-    {"damaged", Kind::Damaged}, {"lost", Kind::Lost},   {"lines", Kind::ModemLines},
-    {"clock", Kind::ClockSet},  {"not", Kind::NotSent}, {"overrun", Kind::Overrun}};
-
-/// What happened as a text: "12 < abc =Name" is abc, received 12 ms after the start, which
-/// completed the sequence Name; "2<" on channel 2, ">" sent. "12.5 break" and so on.
-QList<TrafficEvent> EventsOf(const QByteArrayList &texts)
-{
-    QList<TrafficEvent> events;
-    qint64 clock = 0;
-    for (const QByteArray &text : texts) {
-        const QByteArrayList words = text.split(' ');
-        TrafficEvent event;
-        event.kind = Kinds.value(words[1]);
-        event.channel = words[1].startsWith('2') ? 1 : 0;
-        event.modem.CTS = event.kind == Kind::ModemLines;
-        event.count = CaptureRemarks::MayBeSeveral(event.kind) ? 1 : words.value(2).toLongLong();
-        clock += event.kind == Kind::ClockSet ? event.count : 0;
-        event.time.wall = Start + qint64(words[0].toDouble() * Millisecond) + clock;
-        if (event.kind == Kind::Received || event.kind == Kind::Sent) {
-            event.bytes = words[2];
-            event.orderUncertain = words.contains("?");
-            if (words.size() > 3 && words[3].startsWith('='))
-                event.names = words[3].sliced(1).split('+');
-        }
-        events << event;
-    }
-    return events;
-}
-
-std::shared_ptr<TelegramSource> SourceOf(const QByteArray &capture)
-{
-    return std::make_shared<CaptureSource>(std::make_shared<ScriptedDisk::Reader>(capture));
-}
-
-QByteArray MillisecondsOf(qint64 time)
-{
-    return QByteArray::number(double(time) / Millisecond);
-}
-
-/// A row as a text: "2 < abc 12-15 +3 =Name (2 reads) [Gap] remark".
-QByteArray TextOf(const Telegram &telegram)
-{
-    static const std::array marks = {"Gap",       "Damaged",   "Break",        "Overrun",   "Lost",
-                                     "Uncertain", "Continued", "LinesChanged", "Unreadable"};
-    const QByteArray road = telegram.channel == 1 ? "2<" : "<";
-    QByteArray text = QByteArray::number(telegram.number) + ' ' +
-                      (telegram.kind == Kind::Received ? road : Kinds.key(telegram.kind));
-    if (telegram.HasBytes())
-        text += ' ' + telegram.bytes;
-    text += ' ' + MillisecondsOf(telegram.time - Start);
-    if (telegram.end != telegram.time)
-        text += '-' + MillisecondsOf(telegram.end - Start);
-    if (telegram.response >= 0)
-        text += " +" + MillisecondsOf(telegram.response);
-    if (!telegram.names.isEmpty())
-        text += " =" + telegram.names.join('+');
-    for (size_t i = 0; i < marks.size(); ++i)
-        text += telegram.marks & Telegram::Mark(1 << i) ? QByteArray(" ") + marks[i] : "";
-    if (!telegram.remark.isEmpty())
-        text += ": " + telegram.remark.toUtf8();
-    return text;
-}
+using namespace TelegramScript;
 
 QByteArrayList RowsOf(TelegramWalk &walk)
 {
@@ -92,6 +21,38 @@ QByteArrayList RowsOf(TelegramWalk &walk)
     while (walk.Next(telegram))
         rows << TextOf(telegram);
     return rows;
+}
+
+/// Numbered telegrams of two lines, "1:00042;" and so on, in reads of any length; the same in every
+/// run. Where reads of one follow late, or the line stands still, only the end mark holds them
+/// together.
+QList<TrafficEvent> NumberedTelegrams(int count, bool areTorn)
+{
+    QRandomGenerator random(7);
+    QList<TrafficEvent> events;
+    qint64 time = Start;
+    for (int i = 0; i < count; ++i) {
+        TrafficEvent event;
+        event.channel = int(random.bounded(2));
+        QByteArray rest = QByteArray::number(event.channel) + ':' +
+                          QByteArray::number(i).rightJustified(6, '0') + ';';
+        time += (random.bounded(1000) == 0 ? 30'000 : 12) * Millisecond;
+        while (!rest.isEmpty()) {
+            event.bytes = rest.first(1 + random.bounded(rest.size()));
+            rest = rest.sliced(event.bytes.size());
+            event.time.wall = time;
+            events << event;
+            time += areTorn && random.bounded(10) == 0 ? 900 * Millisecond : Millisecond;
+        }
+    }
+    return events;
+}
+
+TelegramView ViewOf(const QByteArray &capture, const TelegramRule &rule = {})
+{
+    TelegramView view{std::make_shared<TelegramIndex>(SourceOf(capture), rule), nullptr};
+    const std::atomic<bool> wanted = true;
+    return view.index->Advance(wanted) ? view : TelegramView();
 }
 
 } // namespace
@@ -178,6 +139,109 @@ class tst_telegrams : public QObject
         const QList<TrafficPort> ports(isDouble ? 2 : 1, {"COM1", "/dev/ttyS0", 9600});
         TelegramWalk walk(SourceOf(CaptureOf(EventsOf(events), ports)), rule);
         QCOMPARE(RowsOf(walk), rows);
+    }
+
+    /// In order, none missing, none glued, none torn; and the same from any place on.
+    void ManyTelegrams_data()
+    {
+        const Cases<TelegramRule, bool> row("rule", "areTorn");
+        row("silence", {}, false);
+        row("an end mark, and pauses in the middle", {.automaticGap = false, .endMark = ";"}, true);
+    }
+    void ManyTelegrams()
+    {
+        QFETCH(TelegramRule, rule);
+        QFETCH(bool, areTorn);
+        constexpr int Count = 100'000;
+        const QByteArray capture =
+            CaptureOf(NumberedTelegrams(Count, areTorn), {{"A", {}, 9600}, {"B", {}, 9600}});
+        const TelegramView view = ViewOf(capture, rule);
+        QCOMPARE(view.Rows(), std::pair(qint64(0), qint64(Count)));
+        TelegramWalk walk(view.index->Source(), rule);
+        Telegram telegram;
+        qint64 blocks = 0;
+        for (auto block = view.BlockAt(0); block; block = view.BlockAt(++blocks)) {
+            TelegramReading anew(view); // it knows nothing of what was before
+            anew.Visit(*block, [&](qint64 row, const Telegram &there) {
+                const bool isNext = walk.Next(telegram) && telegram.number == row + 1 &&
+                                    telegram.bytes.sliced(2, 6).toInt() == row &&
+                                    telegram.bytes.size() == 9 && TextOf(telegram) == TextOf(there);
+                if (!isNext)
+                    QTest::qFail(TextOf(telegram) + " is not " + TextOf(there), __FILE__, __LINE__);
+                return isNext;
+            });
+        }
+        QVERIFY(blocks > 100 && !walk.Next(telegram));
+    }
+
+    void Damage()
+    {
+        QByteArray capture = CaptureOf(EventsOf({"0 < a", "100 < b", "200 < c"}), {{"A", {}, 0}});
+        capture.chop(10);
+        TelegramWalk walk(SourceOf(capture), {});
+        const QByteArrayList rows = RowsOf(walk);
+        QCOMPARE(rows.size(), 3);
+        QVERIFY2(rows[2].startsWith("3 lost 100 Lost Unreadable: The capture is damaged from byte"),
+                 rows[2]);
+    }
+
+    void Checksums()
+    {
+        const QByteArray capture =
+            CaptureOf(EventsOf({"0 > a\x61", "1 < ab", "2 lost 1"}), {{"A", {}, 0}});
+        TelegramWalk walk(SourceOf(capture), {.checksum = Checksum::UsualRule(ChecksumKind::Sum)});
+        Telegram telegram;
+        QVERIFY(walk.Next(telegram) && telegram.marks == Telegram::ChecksumRight);
+        QVERIFY(walk.Next(telegram) && telegram.marks == Telegram::ChecksumWrong);
+        QCOMPARE(telegram.checksum, "Checksum wrong: 61 expected");
+        QVERIFY(walk.Next(telegram) && telegram.checksum.isEmpty());
+    }
+
+    void Exports_data()
+    {
+        const Cases<TelegramWriter::Form, QByteArray> row("form", "text");
+        row("text", TelegramWriter::Form::Text,
+            "1  2023-11-14 22:13:20.000000  0.000000  =COM,1  sent  3  3D 31 09  =1\u2409  -Ask\n"
+            "2  2023-11-14 22:13:20.010500  0.010500  =COM,1  received  2  2A 2F  */  after "
+            "0.010500 s\n"
+            "3  2023-11-14 22:13:20.011000  0.000500  =COM,1  break\n");
+        row("cells that are no formulas", TelegramWriter::Form::Csv,
+            "number,time,difference,port,event,length,hex,text,names,response,details\n"
+            "1,2023-11-14 22:13:20.000000,0.000000,\"'=COM,1\",sent,3,3D 31 09,'=1\u2409,'-Ask,,\n"
+            "2,2023-11-14 22:13:20.010500,0.010500,\"'=COM,1\",received,2,2A 2F,*/,,0.010500,\n"
+            "3,2023-11-14 22:13:20.011000,0.000500,\"'=COM,1\",break,0,,,,,\n");
+        row("arrays of C", TelegramWriter::Form::CArray,
+            "/* 1: 2023-11-14 22:13:20.000000, =COM,1, sent, 3 bytes, -Ask */\n"
+            "static const unsigned char telegram_1[3] = {\n    0x3D, 0x31, 0x09\n};\n"
+            "/* 2: 2023-11-14 22:13:20.010500, =COM,1, received, 2 bytes, after 0.010500 s */\n"
+            "static const unsigned char telegram_2[2] = {\n    0x2A, 0x2F\n};\n"
+            "/* 3: 2023-11-14 22:13:20.011000, =COM,1, break */\n");
+    }
+    void Exports()
+    {
+        QFETCH(TelegramWriter::Form, form);
+        QFETCH(QByteArray, text);
+        qputenv("TZ", "UTC");
+        const TelegramView view = ViewOf(CaptureOf(
+            EventsOf({"0 > =1\t =-Ask", "10.5 < */", "11 break"}), {{"=COM,1", {}, 9600}}));
+        ScriptedDisk disk;
+        OpenFiles files(disk);
+        const TelegramExport all = TelegramExport::All(view, form);
+        WorkProgress progress;
+        QVERIFY(!all.WriteTo(files, "/a", progress).Failed());
+        QCOMPARE(disk.files["/a"], text);
+        WorkProgress copying;
+        QCOMPARE(all.Copy(text.size() - 1, copying).text,
+                 text.first(text.chopped(1).lastIndexOf('\n') + 1));
+
+        disk.Reset();
+        disk.room = 10;
+        WorkProgress full;
+        QVERIFY(all.WriteTo(files, "/a", full).Failed());
+        WorkProgress cancelled;
+        cancelled.Cancel();
+        QVERIFY(!all.WriteTo(files, "/a", cancelled).Failed());
+        QCOMPARE(disk.files.size() + disk.unfinished, 0);
     }
 };
 

@@ -40,34 +40,43 @@ struct Page {
 };
 
 using Block = TelegramView::Block;
+using Answer = TelegramBook::Answer;
 
-std::optional<qint64> FindForward(const TelegramView &view, const TelegramSearch &search,
-                                  qint64 fromRow, const std::atomic<bool> &wanted)
+void Look(const TelegramSearch &search, qint64 row, const Telegram &telegram, Answer &answer)
 {
-    std::optional<qint64> found;
+    if (search.Finds(telegram))
+        answer.row = row;
+    if (telegram.marks & Telegram::Unreadable && answer.unread.isEmpty())
+        answer.unread = telegram.remark;
+}
+
+Answer FindForward(const TelegramView &view, const TelegramSearch &search, qint64 fromRow,
+                   const std::atomic<bool> &wanted)
+{
+    Answer found;
     TelegramReading reading(view);
     std::optional<Block> block = view.BlockOf(fromRow + 1);
-    while (block && !found && wanted) {
+    while (block && !found.row && wanted) {
         reading.Visit(*block, [&](qint64 row, const Telegram &telegram) {
-            if (row > fromRow && search.Finds(telegram))
-                found = row;
-            return !found && wanted;
+            if (row > fromRow)
+                Look(search, row, telegram, found);
+            return !found.row && wanted;
         });
         block = view.BlockAt(block->telegrams.number + 1);
     }
     return found;
 }
 
-std::optional<qint64> FindBackward(const TelegramView &view, const TelegramSearch &search,
-                                   qint64 fromRow, const std::atomic<bool> &wanted)
+Answer FindBackward(const TelegramView &view, const TelegramSearch &search, qint64 fromRow,
+                    const std::atomic<bool> &wanted)
 {
-    std::optional<qint64> found;
+    Answer found;
     TelegramReading reading(view);
     std::optional<Block> block = view.BlockOf(fromRow - 1);
-    while (block && !found && wanted) {
+    while (block && !found.row && wanted) {
         reading.Visit(*block, [&](qint64 row, const Telegram &telegram) {
-            if (row < fromRow && search.Finds(telegram))
-                found = row;
+            if (row < fromRow)
+                Look(search, row, telegram, found);
             return row + 1 < fromRow && wanted;
         });
         block = view.BlockAt(block->telegrams.number - 1);
@@ -76,9 +85,8 @@ std::optional<qint64> FindBackward(const TelegramView &view, const TelegramSearc
 }
 
 /// The first row from a block on that is meant, else the last row that there is.
-std::optional<qint64> FirstOrLast(const TelegramView &view, qint64 number,
-                                  const std::atomic<bool> &wanted,
-                                  const std::function<bool(const Telegram &)> &isMeant)
+Answer FirstOrLast(const TelegramView &view, qint64 number, const std::atomic<bool> &wanted,
+                   const std::function<bool(const Telegram &)> &isMeant)
 {
     std::optional<qint64> found;
     TelegramReading reading(view);
@@ -90,20 +98,46 @@ std::optional<qint64> FirstOrLast(const TelegramView &view, qint64 number,
             return !found && wanted;
         });
     }
-    const auto last = view.BlockOf(std::numeric_limits<qint64>::max());
-    return found || !last || last->end == 0 ? found : last->end - 1;
+    const auto [first, end] = view.Rows();
+    if (!found && first < end)
+        found = end - 1;
+    return {found};
+}
+
+/// Bytes of all rows before one, which is given as well; only without a filter.
+qint64 BytesBefore(const TelegramView &view, qint64 row, Telegram &telegram)
+{
+    const std::optional<Block> block = view.BlockOf(row);
+    if (!block)
+        return 0;
+    qint64 bytes = block->telegrams.place.cut.bytes;
+    TelegramReading(view).Visit(*block, [&](qint64 each, const Telegram &there) {
+        if (each < row)
+            bytes += there.bytes.size();
+        else
+            telegram = there;
+        return each < row;
+    });
+    return bytes;
 }
 
 TelegramBook::Totals SumOf(const TelegramView &view, qint64 first, qint64 last,
                            const std::atomic<bool> &wanted)
 {
     TelegramBook::Totals totals;
-    qint64 begin = 0;
+    Telegram begin, end;
+    if (!view.matches) {
+        totals.bytes = -BytesBefore(view, first, begin);
+        totals.bytes += BytesBefore(view, last, end) + end.bytes.size();
+        totals.rows = last - first + 1;
+        totals.apart = end.time - begin.time;
+        return totals;
+    }
     TelegramReading(view).Visit(first, last + 1, [&](qint64, const Telegram &telegram) {
-        begin = totals.rows == 0 ? telegram.time : begin;
+        begin.time = totals.rows == 0 ? telegram.time : begin.time;
         ++totals.rows;
         totals.bytes += telegram.bytes.size();
-        totals.apart = telegram.time - begin;
+        totals.apart = telegram.time - begin.time;
         return bool(wanted);
     });
     return totals;
@@ -117,8 +151,10 @@ struct TelegramBook::State {
     std::shared_ptr<const TelegramSource> source;
     TelegramRule rule;
     TelegramFilter filter;
-    TelegramView view; ///< index is null without a source
-    int version = 0;   ///< of the view
+    TelegramView view;                     ///< index is null without a source
+    int version = 0;                       ///< of the view
+    int edition = 0;                       ///< of what was told of it
+    std::shared_ptr<TelegramIndex> former; ///< that of the rule before, until all is cut anew
 
     // What was told by Changed.
     TelegramIndex::Extent known;
@@ -138,9 +174,10 @@ struct TelegramBook::State {
     QTimer timer;
 
     std::shared_ptr<TelegramMail<TelegramBook>> mail;
-    BackgroundWork working;
-    BackgroundWork fetching;
-    BackgroundWork asking;
+    // Others for each source: a disk may hold them up for good.
+    std::unique_ptr<BackgroundWork> working;
+    std::unique_ptr<BackgroundWork> fetching;
+    std::unique_ptr<BackgroundWork> asking;
 };
 
 TelegramBook::TelegramBook() : m_state(std::make_unique<State>(this))
@@ -157,10 +194,12 @@ TelegramBook::~TelegramBook()
 
 void TelegramBook::Show(std::shared_ptr<const TelegramSource> source)
 {
-    m_state->source = std::move(source);
-    m_state->view.index =
-        m_state->source ? std::make_shared<TelegramIndex>(m_state->source, m_state->rule) : nullptr;
-    Begin();
+    State &state = *m_state;
+    state.source = std::move(source);
+    state.former.reset();
+    for (auto *work : {&state.working, &state.fetching, &state.asking})
+        *work = state.source ? std::make_unique<BackgroundWork>() : nullptr;
+    Begin(state.source ? std::make_shared<TelegramIndex>(state.source, state.rule) : nullptr);
 }
 
 const std::shared_ptr<const TelegramSource> &TelegramBook::Source() const
@@ -170,8 +209,13 @@ const std::shared_ptr<const TelegramSource> &TelegramBook::Source() const
 
 void TelegramBook::SetRule(const TelegramRule &rule)
 {
-    m_state->rule = rule;
-    Show(m_state->source);
+    State &state = *m_state;
+    state.rule = rule;
+    if (!state.source)
+        return;
+    if (!state.former)
+        state.former = state.view.index;
+    Begin(std::make_shared<TelegramIndex>(state.source, rule));
 }
 
 const TelegramRule &TelegramBook::Rule() const
@@ -182,7 +226,7 @@ const TelegramRule &TelegramBook::Rule() const
 void TelegramBook::SetFilter(const TelegramFilter &filter)
 {
     m_state->filter = filter;
-    Begin();
+    Begin(m_state->view.index);
 }
 
 const TelegramFilter &TelegramBook::Filter() const
@@ -191,22 +235,24 @@ const TelegramFilter &TelegramBook::Filter() const
 }
 
 /// All rows are others from now on.
-void TelegramBook::Begin()
+void TelegramBook::Begin(std::shared_ptr<TelegramIndex> index)
 {
     State &state = *m_state;
     *std::exchange(state.worksOn, NewWanted()) = false;
     *state.asksFor = *state.sums = false;
-    state.isSearching = false;
+    const bool wasSearching = std::exchange(state.isSearching, false);
     ++state.version;
-    state.view.matches.reset();
+    state.view = {std::move(index), nullptr};
     if (state.view.index && !state.filter.IsEmpty())
         state.view.matches = std::make_shared<TelegramMatches>(state.view.index, state.filter);
     state.pages.clear();
     state.wantedPages.clear();
     state.known = {};
     state.first = state.end = 0;
-    state.isWorking = false;
+    state.isWorking = state.isFetching = false;
     Q_EMIT Reset();
+    if (wasSearching)
+        Q_EMIT NotFound();
     Work(true);
     state.timer.start(FollowMs);
 }
@@ -218,8 +264,8 @@ void TelegramBook::Work(bool anew)
     if (!state.view.index || state.isWorking || (!anew && !state.source->Grows()))
         return;
     state.isWorking = true;
-    state.working.Post([view = state.view, wanted = state.worksOn, mail = state.mail,
-                        version = state.version, anew] {
+    state.working->Post([view = state.view, wanted = state.worksOn, mail = state.mail,
+                         version = state.version, anew] {
         if (view.index->Advance(*wanted) && view.matches)
             view.matches->Advance(*wanted);
         mail->Send([version, anew](TelegramBook &book) {
@@ -248,7 +294,10 @@ void TelegramBook::Tick()
     if (!state.isWorking && !state.source->Grows())
         state.timer.stop();
     Work(false);
+    if (known.isWhole)
+        state.former.reset();
     if (hasChanged) {
+        ++state.edition;
         for (auto page = state.pages.lower_bound((state.end - 1) / RowsOfAPage);
              page != state.pages.end(); ++page)
             page->second.isOld = true;
@@ -287,14 +336,13 @@ const Telegram *TelegramBook::Row(qint64 row)
     const qint64 number = row / RowsOfAPage;
     const auto page = state.pages.find(number);
     const auto place = size_t(row % RowsOfAPage);
-    const bool isThere = page != state.pages.end() && place < page->second.rows.size();
+    const bool isThere = page != state.pages.end() && page->second.rows[place].number > 0;
     if (!isThere || page->second.isOld)
         Fetch(number);
     if (!isThere)
         return nullptr;
     page->second.used = ++state.uses;
-    const Telegram &telegram = page->second.rows[place];
-    return telegram.number > 0 ? &telegram : nullptr;
+    return &page->second.rows[place];
 }
 
 /// One page at a time, the one asked for last first: the others may be out of sight by then.
@@ -317,7 +365,8 @@ void TelegramBook::FetchNext()
     const qint64 number = state.wantedPages.back();
     state.wantedPages.pop_back();
     state.isFetching = true;
-    state.fetching.Post([view = state.view, mail = state.mail, version = state.version, number] {
+    state.fetching->Post([view = state.view, mail = state.mail, version = state.version, number,
+                          edition = state.edition] {
         const qint64 first = number * RowsOfAPage;
         auto rows = std::make_shared<std::vector<Telegram>>(size_t(RowsOfAPage));
         TelegramReading(view).Visit(first, first + RowsOfAPage,
@@ -325,21 +374,24 @@ void TelegramBook::FetchNext()
                                         rows->at(size_t(row - first)) = telegram;
                                         return true;
                                     });
-        mail->Send([version, number, rows](TelegramBook &book) {
+        mail->Send([version, number, rows, edition](TelegramBook &book) {
+            if (version != book.m_state->version)
+                return;
             book.m_state->isFetching = false;
-            if (version == book.m_state->version)
-                book.TakeRows(number, std::move(*rows));
+            book.TakeRows(number, std::move(*rows), edition);
             book.FetchNext();
         });
     });
 }
 
-void TelegramBook::TakeRows(qint64 number, std::vector<Telegram> rows)
+/// Read while less was known, the last of them may be old already.
+void TelegramBook::TakeRows(qint64 number, std::vector<Telegram> rows, int edition)
 {
     State &state = *m_state;
     Page page;
     page.rows = std::move(rows);
     page.used = ++state.uses;
+    page.isOld = edition != state.edition && state.source->Grows();
     for (const Telegram &telegram : page.rows)
         page.bytes += qsizetype(sizeof telegram) + telegram.bytes.size() +
                       telegram.reads.size() * qsizetype(sizeof(Telegram::Read));
@@ -385,8 +437,12 @@ void TelegramBook::Cancel()
     const Progress::Work work = Background().work;
     if (work == Progress::Work::Filtering)
         SetFilter({});
-    else if (work == Progress::Work::Cutting)
+    else if (work == Progress::Work::Cutting && !state.former)
         *state.worksOn = false;
+    else if (work == Progress::Work::Cutting) {
+        state.rule = state.former->Rule();
+        Begin(std::exchange(state.former, nullptr));
+    }
 }
 
 /// A question that a disk may keep waiting. Empty: there is no such row.
@@ -399,15 +455,17 @@ void TelegramBook::Ask(Question question)
         return;
     }
     state.isSearching = true;
-    state.asking.Post([question = std::move(question), view = state.view, mail = state.mail,
-                       wanted = state.asksFor] {
-        const std::optional<qint64> row = *wanted ? question(view, *wanted) : std::nullopt;
-        mail->Send([row, wanted](TelegramBook &book) {
+    state.asking->Post([question = std::move(question), view = state.view, mail = state.mail,
+                        wanted = state.asksFor] {
+        const Answer answer = *wanted ? question(view, *wanted) : Answer();
+        mail->Send([answer, wanted](TelegramBook &book) {
             if (book.m_state->asksFor != wanted || !book.m_state->isSearching)
                 return;
             book.m_state->isSearching = false;
-            if (row)
-                Q_EMIT book.Found(*row);
+            if (answer.row)
+                Q_EMIT book.Found(*answer.row);
+            else if (!answer.unread.isEmpty())
+                Q_EMIT book.SearchFailed({answer.unread});
             else
                 Q_EMIT book.NotFound();
         });
@@ -428,7 +486,7 @@ void TelegramBook::FindTime(qint64 wall)
         const auto block = view.index->BlockBefore(wall);
         return block ? FirstOrLast(view, block->number, wanted,
                                    [wall](const Telegram &each) { return each.wall >= wall; })
-                     : std::nullopt;
+                     : Answer();
     });
 }
 
@@ -438,7 +496,7 @@ void TelegramBook::FindNumber(qint64 number)
         const auto block = view.index->BlockOf(number - 1);
         return block ? FirstOrLast(view, block->number, wanted,
                                    [number](const Telegram &each) { return each.number >= number; })
-                     : std::nullopt;
+                     : Answer();
     });
 }
 
@@ -448,7 +506,7 @@ void TelegramBook::Sum(qint64 firstRow, qint64 lastRow)
     *std::exchange(state.sums, NewWanted()) = false;
     if (!state.view.index)
         return;
-    state.asking.Post(
+    state.asking->Post(
         [firstRow, lastRow, view = state.view, mail = state.mail, wanted = state.sums] {
             const Totals totals = SumOf(view, firstRow, lastRow, *wanted);
             mail->Send([totals, wanted](TelegramBook &book) {

@@ -14,6 +14,7 @@
 #include <optional>
 #include <vector>
 
+class TelegramIndex;
 class TelegramSource;
 struct TelegramView;
 
@@ -67,6 +68,12 @@ class TelegramBook final : public TelegramRows
     /// The row of the telegram; with a filter that keeps it away, the next one shown.
     void FindNumber(qint64 number);
 
+    /// What came of a question.
+    struct Answer {
+        std::optional<qint64> row{};
+        QString unread{}; ///< why not all was looked at; empty if it was
+    };
+
     struct Totals {
         qint64 rows = 0;
         qint64 bytes = 0;
@@ -78,20 +85,21 @@ class TelegramBook final : public TelegramRows
   Q_SIGNALS:
     void Found(qint64 row);
     void NotFound();
+    /// Not found, but not all could be read.
     void SearchFailed(const Failure &failure);
     void Summed(const TelegramBook::Totals &totals);
 
   private:
     struct State;
-    using Question = std::function<std::optional<qint64>(const TelegramView &view,
-                                                         const std::atomic<bool> &wanted)>;
+    using Question =
+        std::function<Answer(const TelegramView &view, const std::atomic<bool> &wanted)>;
 
-    void Begin();
+    void Begin(std::shared_ptr<TelegramIndex> index);
     void Work(bool anew);
     void Tick();
     void Fetch(qint64 number);
     void FetchNext();
-    void TakeRows(qint64 number, std::vector<Telegram> rows);
+    void TakeRows(qint64 number, std::vector<Telegram> rows, int edition);
     void Ask(Question question);
 
     std::unique_ptr<State> m_state;
