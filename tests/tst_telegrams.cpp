@@ -36,7 +36,7 @@ QList<TrafficEvent> NumberedTelegrams(int count, bool areTorn)
         event.channel = int(random.bounded(2));
         QByteArray rest = QByteArray::number(event.channel) + ':' +
                           QByteArray::number(i).rightJustified(6, '0') + ';';
-        time += (random.bounded(1000) == 0 ? 30'000 : 12) * Millisecond;
+        time += (random.bounded(1000) == 0 ? 30'000 : 30) * Millisecond;
         while (!rest.isEmpty()) {
             event.bytes = rest.first(1 + random.bounded(rest.size()));
             rest = rest.sliced(event.bytes.size());

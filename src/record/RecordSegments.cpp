@@ -164,7 +164,8 @@ Result RecordSegments::Append(QByteArrayView blocks)
 std::optional<qint64> RecordSegments::SizeToGoOn() const
 {
     const QList<RecordSegment> segments = Segments();
-    if (!m_file || m_otherPorts || segments.isEmpty() || segments.last().number != m_number)
+    if (!m_file || m_otherPorts || m_wasInterrupted || segments.isEmpty() ||
+        segments.last().number != m_number)
         return {};
     return segments.last().size;
 }
@@ -177,7 +178,7 @@ Result RecordSegments::BeginSegment(qint64 expected)
     if (made.result.Failed())
         return made.result;
     m_file = std::move(made.file);
-    m_otherPorts = false;
+    m_otherPorts = m_wasInterrupted = false;
     const std::lock_guard guard(m_lock);
     ++m_number;
     m_written += m_head.size();
@@ -203,6 +204,7 @@ void RecordSegments::Remember(QByteArrayView packets)
         number = m_number;
     }
     m_memory.Write(m_head, packets, number);
+    m_wasInterrupted = true;
 }
 
 void RecordSegments::Fail(const Result &result, QByteArrayView packets)

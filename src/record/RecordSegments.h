@@ -95,6 +95,7 @@ class RecordSegments final : public CaptureSink
     std::mutex m_work; ///< guards what follows, while a disk may be waited for
     QByteArray m_head;
     bool m_otherPorts = false;
+    bool m_wasInterrupted = false; ///< what follows the last segment is in memory
     bool m_told = false;
     bool m_removed = false;
     std::unique_ptr<RecordFolder::File> m_file; ///< of the last segment

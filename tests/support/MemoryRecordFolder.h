@@ -79,12 +79,39 @@ class MemoryRecordFolder final : public RecordFolder
         const std::lock_guard guard(lock);
         if (!files.contains(KeyOf(name)))
             return {nullptr, Failure{QStringLiteral("gone"), FileMissing}};
-        return {std::make_unique<ScriptedDisk::Reader>(files[KeyOf(name)].bytes), {}};
+        return {std::make_unique<OpenFile>(*this, KeyOf(name), files[KeyOf(name)].bytes), {}};
     }
     std::unique_ptr<Turn> TakeTurn() override { return nullptr; }
     QString Path() const override { return QStringLiteral("/cache/record"); }
 
   private:
+    /// It grows, and stays as it was when it has been deleted.
+    class OpenFile final : public InputDevice
+    {
+      public:
+        OpenFile(const MemoryRecordFolder &folder, Key key, QByteArray bytes)
+            : m_folder(folder), m_key(std::move(key)), m_bytes(std::move(bytes))
+        {
+        }
+        Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+        {
+            return ScriptedDisk::Reader(Now()).ReadAt(place, bytes, most);
+        }
+        qint64 Size() const override { return Now().size(); }
+
+      private:
+        QByteArray Now() const
+        {
+            const std::lock_guard guard(m_folder.lock);
+            m_bytes = m_folder.files.value(m_key, {m_bytes, 0}).bytes;
+            return m_bytes;
+        }
+
+        const MemoryRecordFolder &m_folder;
+        const Key m_key;
+        mutable QByteArray m_bytes;
+    };
+
     class Held final : public File
     {
       public:
