@@ -19,6 +19,7 @@ enum class Command {
     Exit,
     Options,
     LineStatus,
+    Traffic,
     SaveCapture,
     RecordCapture, ///< or end what is recorded
     ReplayCapture,

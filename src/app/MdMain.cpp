@@ -11,6 +11,7 @@
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
+#include "MdTraffic.h"
 #include "ProgramInfo.h"
 #include "ProgramSettings.h"
 #include "ReplayWindow.h"
@@ -63,7 +64,7 @@ StoredSettings MdMain::Stored()
             &m_display,       &m_displayNext,      &m_stamp,
             &m_logSettings,   &m_sequenceSettings, &m_projectState.LastFolder,
             &m_viewSettings,  &m_printSettings,    &m_captureSettings,
-            &m_recordSettings};
+            &m_recordSettings, &m_trafficSettings};
 }
 
 int MdMain::Run()
@@ -77,6 +78,7 @@ int MdMain::Run()
 
     EndCommunication();
     m_dialogs.reset();
+    m_traffic.reset();
     m_replay.reset();
     m_lists.reset();
     m_window.reset();
@@ -181,6 +183,8 @@ void MdMain::MakeWindow()
         std::make_unique<ReplayWindow>(ReplayParts{*m_communication, m_comm, m_log, m_world.prompts,
                                                    m_fileSystem, m_captureSettings.Folder},
                                        *m_window);
+    m_traffic = std::make_unique<MdTraffic>(
+        MdTrafficParts{m_record, m_display, m_trafficSettings, m_communication->Stream()});
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)
@@ -229,6 +233,7 @@ void MdMain::WireCommands()
         {Command::Exit, [this] { m_window->close(); }},
         {Command::Options, [this] { m_dialogs->ShowOptions(); }},
         {Command::LineStatus, [this] { m_lineStatus->Show(*m_window); }},
+        {Command::Traffic, [this] { m_traffic->Show(); }},
         {Command::SaveCapture, [this] { m_record.SaveCapture(); }},
         {Command::RecordCapture, [this] { m_capture.Toggle(); }},
         {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
@@ -302,6 +307,7 @@ void MdMain::UnloadMainWindow()
         WriteScreenshot(*m_window, m_line.screenshot, m_files, m_world.prompts);
     m_window->hide(); // whatever the disk does now, nobody looks at a window that stands still
     m_project.ShowRecentProjects();
+    m_traffic->StorePlace();
     const Result saved =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());
     if (saved.Failed()) {

@@ -45,6 +45,7 @@ class DemoInstrument;
 class LineStatusWindow;
 class MainDialogs;
 class MdCommunication;
+class MdTraffic;
 class PortFinder;
 class ReplayWindow;
 struct SerialPorts;
@@ -134,6 +135,7 @@ class MdMain final : public QObject
     PrintSettings m_printSettings;
     CaptureSettings m_captureSettings;
     RecordSettings m_recordSettings;
+    TrafficWindowSettings m_trafficSettings;
     ProjectState m_projectState;
     RunState m_run;
 
@@ -161,4 +163,5 @@ class MdMain final : public QObject
     std::unique_ptr<MainDialogs> m_dialogs; ///< of the window
     std::unique_ptr<LineStatusWindow> m_lineStatus;
     std::unique_ptr<ReplayWindow> m_replay;
+    std::unique_ptr<MdTraffic> m_traffic;
 };

@@ -55,6 +55,7 @@ constexpr const char *TextSetup = "TextSetup";
 constexpr const char *Communication = "Communication";
 constexpr const char *Stamp = "Stamp";
 constexpr const char *LogFile = "LogFile";
+constexpr const char *TrafficWindow = "TrafficWindow";
 
 template <typename Subject, typename Find>
 std::optional<SettingField> FieldOf(Subject *subject, Find find)
@@ -147,6 +148,22 @@ constexpr SettingRow AtLeast(qint32 least, SettingRow row)
     return row;
 }
 
+template <auto Member> constexpr SettingRow TrafficRow(const char *key, const char *missing)
+{
+    return ForgivingRow(TrafficWindow, key, Field<&StoredSettings::traffic, Member>, missing);
+}
+
+template <size_t Column> std::optional<SettingField> TrafficWidth(const StoredSettings &settings)
+{
+    return FieldOf(settings.traffic,
+                   [](TrafficWindowSettings &traffic) { return &traffic.widths[Column]; });
+}
+
+template <size_t Column> constexpr SettingRow TrafficColumn(const char *key)
+{
+    return AtLeast(-1, ForgivingRow(TrafficWindow, key, TrafficWidth<Column>, "-1"));
+}
+
 using namespace StyleIndex;
 
 constexpr std::array SettingRows = {
@@ -226,6 +243,23 @@ constexpr std::array SettingRows = {
 
     AtLeast(1, ForgivingRow("NetworkPorts", "DeadAfterSeconds",
                             Field<&StoredSettings::comm, &CommSettings::CommDeadSeconds>, "10")),
+
+    TrafficRow<&TrafficWindowSettings::Left>("Left", "0"),
+    TrafficRow<&TrafficWindowSettings::Top>("Top", "0"),
+    AtLeast(0, TrafficRow<&TrafficWindowSettings::Width>("Width", "0")),
+    AtLeast(0, TrafficRow<&TrafficWindowSettings::Height>("Height", "0")),
+    AtLeast(0, TrafficRow<&TrafficWindowSettings::DetailsHeight>("DetailsHeight", "0")),
+    AtLeast(0, TrafficRow<&TrafficWindowSettings::CountsFrom>("CountsFrom", "0")),
+    TrafficColumn<0>("NumberWidth"),
+    TrafficColumn<1>("TimeWidth"),
+    TrafficColumn<2>("AfterWidth"),
+    TrafficColumn<3>("PortWidth"),
+    TrafficColumn<4>("BytesWidth"),
+    TrafficColumn<5>("HexWidth"),
+    TrafficColumn<6>("TextWidth"),
+    TrafficColumn<7>("SequenceWidth"),
+    TrafficColumn<8>("AnswerWidth"),
+    TrafficColumn<9>("MarksWidth"),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

@@ -13,6 +13,7 @@ struct PrintSettings;
 struct RecordSettings;
 struct SequenceSettings;
 struct StampSettings;
+struct TrafficWindowSettings;
 struct ViewSettings;
 struct WindowSettings;
 
@@ -32,4 +33,5 @@ struct StoredSettings {
     PrintSettings *print = nullptr;
     CaptureSettings *captures = nullptr;
     RecordSettings *record = nullptr;
+    TrafficWindowSettings *traffic = nullptr;
 };

@@ -23,3 +23,15 @@ struct ListSettings {
     std::array<qint32, 3> sendWidths = {48, 140, 192};        ///< button, name, sequence
     std::array<qint32, 4> receiveWidths = {48, 140, 112, 80}; ///< box, name, sequence, answer
 };
+
+/// The window "Traffic", in logical pixels.
+struct TrafficWindowSettings {
+    qint32 Left = 0;
+    qint32 Top = 0;
+    qint32 Width = 0; ///< 0 until it was stored
+    qint32 Height = 0;
+    qint32 DetailsHeight = 0; ///< likewise
+    qint32 CountsFrom = 0;    ///< what the differences of times count from: TelegramBase
+    /// By TelegramColumn: -1 for a width that suits, 0 for a column that is not shown.
+    std::array<qint32, 10> widths = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+};

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "Telegram.h"
+#include "TelegramColumns.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+/// What the difference of a row counts from.
+enum class TelegramBase { RowBefore, SameDirection, MarkedRow };
+
+/// The texts of telegrams as they stand in the list, in its details, and in what assistive programs
+/// read.
+namespace TelegramCells
+{
+
+/// Local time in microseconds, with the date if it is wanted.
+QString TimeText(qint64 wall, bool withDate);
+/// Nanoseconds as milliseconds with three digits behind the point.
+QString MillisecondsText(qint64 nanoseconds);
+/// A time between two moments in a unit that suits it.
+QString SpanText(qint64 nanoseconds);
+/// An arrow and the port; ports are those of the source, by channel.
+QString PortText(const Telegram &telegram, const QStringList &ports);
+/// Names of its sequences, as plain text.
+QString NameText(const Telegram &telegram);
+/// What happened, of a row without bytes; empty for others.
+QString EventText(const Telegram &telegram, const QStringList &ports);
+/// Marks in words.
+QString MarksText(const Telegram &telegram);
+/// Each byte as two digits.
+QString HexText(QByteArrayView bytes);
+/// One character a byte, pictures of Unicode for control characters.
+QString AsciiText(QByteArrayView bytes);
+
+} // namespace TelegramCells
