@@ -184,7 +184,9 @@ void MdMain::MakeWindow()
                                                    m_fileSystem, m_captureSettings.Folder},
                                        *m_window);
     m_traffic = std::make_unique<MdTraffic>(
-        MdTrafficParts{m_record, m_display, m_trafficSettings, m_communication->Stream()});
+        MdTrafficParts{m_record, m_display, m_trafficSettings, m_communication->Stream(),
+                       [this] { return m_ports->OpenDevices(); },
+                       QStringLiteral("Serimonde ") + ProgramInfo::Version()});
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)

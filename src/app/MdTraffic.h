@@ -4,16 +4,16 @@
 #pragma once
 
 #include "TelegramBook.h"
+#include "frmTraffic.h"
 
 #include <QObject>
+#include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class MdRecord;
 class TrafficStream;
-class frmTraffic;
-struct DisplaySettings;
-struct TrafficWindowSettings;
 
 /// What the window "Traffic" works with; all of it lives longer than MdTraffic.
 struct MdTrafficParts {
@@ -21,10 +21,13 @@ struct MdTrafficParts {
     const DisplaySettings &display;
     TrafficWindowSettings &settings;
     TrafficStream &stream;
+    std::function<QStringList()> devices; ///< of the ports that are open, by channel
+    QString program;                      ///< such as "Serimonde 1.0"
 };
 
-/// The telegrams of what happens and of captures, and the window that shows them, which is made
-/// when it is first asked for.
+/// The telegrams of what happens, and the window that shows them, which is made when it is first
+/// asked for. They come from the session's record; where that does not take them, from memory. A
+/// capture may take the place of both for a while.
 class MdTraffic final : public QObject
 {
     Q_OBJECT
@@ -38,11 +41,26 @@ class MdTraffic final : public QObject
     frmTraffic *Window() const { return m_window.get(); }
     TelegramBook &Book() { return m_book; }
 
+    /// Shows a capture, by the name that it has for the user, in the window.
+    void ShowCapture(std::shared_ptr<const TelegramSource> capture, const QString &name);
+    /// Shows again what happens.
+    void ShowSession();
+    bool ShowsCapture() const { return !m_capture.isEmpty(); }
+
     /// Puts the window's place into the settings.
     void StorePlace();
 
+  Q_SIGNALS:
+    /// The window has been made.
+    void Made(frmTraffic &window);
+
   private:
+    void Look();
+    TrafficOrigin OriginNow() const;
+
     MdTrafficParts m_parts;
     TelegramBook m_book;
     std::unique_ptr<frmTraffic> m_window;
+    QString m_capture; ///< name of what is shown; empty for the session
+    QTimer m_timer;    ///< between two looks at how the record stands
 };

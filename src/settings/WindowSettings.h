@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 #include <array>
 
@@ -32,6 +32,12 @@ struct TrafficWindowSettings {
     qint32 Height = 0;
     qint32 DetailsHeight = 0; ///< likewise
     qint32 CountsFrom = 0;    ///< what the differences of times count from: TelegramBase
+    /// Where telegrams end; see TelegramRule.
+    qint32 GapMicroseconds = -1; ///< -1 for one that suits the speed, 0 for none
+    QString EndMark;             ///< as HEX; empty for none
+    qint32 FixedLength = 0;      ///< in bytes; 0 for none
+    bool EndsWithDetection = true;
+    QString Checksum; ///< see Checksum::Stored; empty for none
     /// By TelegramColumn: -1 for a width that suits, 0 for a column that is not shown.
     std::array<qint32, 10> widths = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 };

@@ -20,6 +20,17 @@ struct SerialPorts {
         MSCommB.WaitThrough(*prompts);
     }
 
+    /// Of those that are open.
+    QStringList OpenDevices() const
+    {
+        QStringList devices;
+        for (const SerialPort *port : {&MSCommA, &MSCommB}) {
+            if (port->PortOpen())
+                devices += port->Device();
+        }
+        return devices;
+    }
+
     LineLoop lines;
     SerialPortHub hub;
     SerialPort MSCommA; ///< channel 1

@@ -29,7 +29,7 @@ constexpr auto Marks = std::to_array<std::pair<Telegram::Mark, const char *>>({
     {Telegram::Lost, "bytes lost"},
     {Telegram::Unreadable, "capture damaged"},
     {Telegram::Continued, "continued"},
-    {Telegram::Gap, "gap"},
+    {Telegram::Gap, "after a gap"},
     {Telegram::OrderUncertain, "order uncertain"},
 });
 
@@ -50,7 +50,7 @@ constexpr auto Events = std::to_array<std::pair<Kind, const char *>>({
 
 QString PortName(const Telegram &telegram, const QStringList &ports)
 {
-    const QString name = ports.value(telegram.channel);
+    const QString name = telegram.port.isEmpty() ? ports.value(telegram.channel) : telegram.port;
     return name.isEmpty() ? QStringLiteral("channel %1").arg(telegram.channel + 1)
                           : PlainText(name);
 }
@@ -129,11 +129,11 @@ QString EventText(const Telegram &telegram, const QStringList &ports)
                                      : text + QStringLiteral(": ") + PlainText(telegram.remark);
 }
 
-QString MarksText(const Telegram &telegram)
+QString MarksText(const Telegram &telegram, bool withGap)
 {
     QStringList words;
     for (const auto &[mark, word] : Marks) {
-        if (telegram.marks.testFlag(mark))
+        if (telegram.marks.testFlag(mark) && (withGap || mark != Telegram::Gap))
             words += QString::fromLatin1(word);
     }
     if (telegram.HasBytes() && !telegram.remark.isEmpty())

@@ -31,8 +31,8 @@ QString PortText(const Telegram &telegram, const QStringList &ports);
 QString NameText(const Telegram &telegram);
 /// What happened, of a row without bytes; empty for others.
 QString EventText(const Telegram &telegram, const QStringList &ports);
-/// Marks in words.
-QString MarksText(const Telegram &telegram);
+/// Marks in words, and what else was remarked of its bytes.
+QString MarksText(const Telegram &telegram, bool withGap);
 /// Each byte as two digits.
 QString HexText(QByteArrayView bytes);
 /// One character a byte, pictures of Unicode for control characters.

@@ -33,7 +33,7 @@ QString Summary(const Telegram &telegram, const QStringList &ports, const QStrin
     } else {
         parts += TelegramCells::EventText(telegram, ports);
     }
-    parts << TelegramCells::MarksText(telegram) << remark;
+    parts << TelegramCells::MarksText(telegram, true) << remark;
     parts.removeAll(QString());
     return parts.join(dot);
 }

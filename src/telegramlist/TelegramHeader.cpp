@@ -98,7 +98,8 @@ void TelegramHeader::Fit(int room)
     // A byte takes three columns of one and one of the other.
     const bool hex = m_widths[Hex] == TelegramColumns::FreeWidth;
     const bool text = m_widths[Text] == TelegramColumns::FreeWidth;
-    const int forHex = text ? left * 3 / 4 : left;
+    const int more = left - m_suited[Hex] - m_suited[Text];
+    const int forHex = text ? m_suited[Hex] + more * 3 / 4 : left;
     if (hex)
         resizeSection(Hex, std::max(forHex, m_suited[Hex]));
     if (text)

@@ -20,7 +20,14 @@ namespace
 {
 
 /// How far back the row of the same direction is looked for.
-constexpr qint64 MostRowsBack = 200;
+constexpr qint64 MostRowsBack = 64;
+
+/// Whether the text of a cell is all that is painted of it, in one way.
+bool IsPlain(TelegramColumn column)
+{
+    return column != TelegramColumn::Hex && column != TelegramColumn::Text &&
+           column != TelegramColumn::Marks;
+}
 
 /// The scroll bar counts in steps of so many bits of rows: it is an int, with room to spare.
 int BitsOfAStep(qint64 rows)
@@ -225,7 +232,8 @@ void TelegramList::SetSuitedWidths()
         widths[size_t(column)] = int(std::max(heading + 2, text) + 2 * TelegramPainter::Margin + 1);
     }
     constexpr int LeastBytes = 8;
-    widths[size_t(TelegramColumn::Hex)] = int(m_painter->ByteAdvance() * 3 * LeastBytes);
+    widths[size_t(TelegramColumn::Hex)] =
+        int(m_painter->ByteAdvance() * (3 * LeastBytes - 1)) + 2 * TelegramPainter::Margin;
     widths[size_t(TelegramColumn::Text)] =
         int(m_painter->ByteAdvance() * LeastBytes) + 2 * TelegramPainter::Margin;
     m_header->SetSuited(widths);
@@ -284,10 +292,11 @@ void TelegramList::paintEvent(QPaintEvent *)
         shown.telegram = RowAt(row);
         if (shown.telegram) {
             for (int column = 0; column < TelegramColumnCount; ++column) {
-                if (column != int(TelegramColumn::Hex) && column != int(TelegramColumn::Text))
+                if (!m_header->isSectionHidden(column) && IsPlain(TelegramColumn(column)))
                     shown.texts[size_t(column)] =
                         CellTextOf(row, *shown.telegram, TelegramColumn(column));
             }
+            shown.texts[size_t(TelegramColumn::Marks)] = MarksOf(*shown.telegram, false);
             shown.event = TelegramCells::EventText(*shown.telegram, m_ports);
             m_withDate = m_withDate || !IsOfToday(shown.telegram->wall);
         } else {
@@ -362,7 +371,13 @@ QString TelegramList::CellTextOf(qint64 row, const Telegram &telegram, TelegramC
     case TelegramColumn::Marks:
         break;
     }
-    QStringList marks = {TelegramCells::MarksText(telegram)};
+    return MarksOf(telegram, true);
+}
+
+/// A gap is drawn as a line, and told in words elsewhere.
+QString TelegramList::MarksOf(const Telegram &telegram, bool withGap) const
+{
+    QStringList marks = {TelegramCells::MarksText(telegram, withGap)};
     if (RemarkOf)
         marks += RemarkOf(telegram);
     if (const auto note = NoteOf ? NoteOf(telegram.number) : std::nullopt)

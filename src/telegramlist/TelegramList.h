@@ -126,6 +126,7 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     std::optional<qint64> DifferenceOf(qint64 row, const Telegram &telegram) const;
     bool IsOfToday(qint64 wall) const;
     QString CellTextOf(qint64 row, const Telegram &telegram, TelegramColumn column) const;
+    QString MarksOf(const Telegram &telegram, bool withGap) const;
     TelegramPainter::Cells CellsAt(qreal top) const;
     void ShowToolTip(QHelpEvent &event);
 

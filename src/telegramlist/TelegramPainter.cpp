@@ -69,10 +69,13 @@ QColor TelegramPainter::DirectionColour(int direction) const
     return m_colours.TextOf(m_styles[style]);
 }
 
-QColor TelegramPainter::Pale(const QColor &colour) const
+/// So many tenths of a colour on the ground.
+QColor TelegramPainter::Mixed(const QColor &colour, int tenths) const
 {
     const QColor ground = m_colours.Ground();
-    const auto between = [](int one, int other) { return (one * 13 + other * 7) / 20; };
+    const auto between = [tenths](int one, int other) {
+        return (one * tenths + other * (10 - tenths)) / 10;
+    };
     return {between(colour.red(), ground.red()), between(colour.green(), ground.green()),
             between(colour.blue(), ground.blue())};
 }
@@ -85,6 +88,10 @@ void TelegramPainter::Paint(QPainter &painter, const Cells &cells, const Row &ro
         painter.fillRect(all, m_palette.color(GroupOf(state), QPalette::Highlight));
     painter.setFont(m_font);
     const QColor text = TextColour(state);
+    if (row.telegram && row.telegram->marks & Telegram::Gap) {
+        painter.setPen(Mixed(TextColour({}), 3));
+        painter.drawLine(all.topLeft() + QPointF(0, 0.5), all.topRight() + QPointF(0, 0.5));
+    }
     for (int column = 0; column < TelegramColumnCount; ++column) {
         const auto place = size_t(column);
         if (cells[place].isEmpty() || row.texts[place].isEmpty())
@@ -94,7 +101,7 @@ void TelegramPainter::Paint(QPainter &painter, const Cells &cells, const Row &ro
         QColor colour = ofPort && !event ? DirectionColour(row.telegram->direction) : text;
         if (state.selected)
             colour = text;
-        painter.setPen(column == int(TelegramColumn::Number) && !state.selected ? Pale(text)
+        painter.setPen(column == int(TelegramColumn::Number) && !state.selected ? Mixed(text, 7)
                                                                                 : colour);
         const QRectF room = cells[place].adjusted(Margin, 0, -Margin, 0);
         const bool right = TelegramColumns::RowOf(column).right;

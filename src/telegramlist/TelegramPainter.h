@@ -61,7 +61,7 @@ class TelegramPainter
 
     QColor TextColour(const State &state) const;
     QColor DirectionColour(int direction) const;
-    QColor Pale(const QColor &colour) const;
+    QColor Mixed(const QColor &colour, int tenths) const;
     void PaintBytes(const Cells &cells, const Row &row, const State &state);
     void PaintEvent(QPainter &painter, const Cells &cells, const Row &row, const State &state);
     void AddText(Ink ink, const QRectF &cell, QByteArrayView bytes, bool hex);

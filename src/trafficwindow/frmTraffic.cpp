@@ -3,24 +3,27 @@
 
 #include "frmTraffic.h"
 
+#include "Checksum.h"
+#include "SequenceText.h"
 #include "TelegramBook.h"
 #include "TelegramDetails.h"
 #include "TelegramDump.h"
 #include "TelegramHeader.h"
 #include "TelegramList.h"
+#include "TrafficStatus.h"
 #include "WindowSettings.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
 #include <QSplitter>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <limits>
+#include <utility>
 
 namespace
 {
@@ -38,14 +41,6 @@ constexpr std::array<const char *, 3> BaseCaptions = {
     "Times After the Row &Before", "Times After the Row Before of the &Same Direction",
     "Times After &This Row"};
 
-QLabel *PlainLabel(const char *name)
-{
-    auto *label = new QLabel;
-    label->setObjectName(QString::fromLatin1(name));
-    label->setTextFormat(Qt::PlainText);
-    return label;
-}
-
 } // namespace
 
 frmTraffic::frmTraffic(const TrafficWindowParts &parts)
@@ -55,7 +50,8 @@ frmTraffic::frmTraffic(const TrafficWindowParts &parts)
       m_foot(new QVBoxLayout),
       m_splitter(new QSplitter(Qt::Vertical)),
       lstTelegrams(new TelegramList),
-      m_details(new TelegramDetails)
+      m_details(new TelegramDetails),
+      m_status(new TrafficStatus(parts.book, *lstTelegrams))
 {
     setObjectName(QStringLiteral("frmTraffic"));
     setWindowTitle(QStringLiteral("Traffic"));
@@ -75,14 +71,12 @@ frmTraffic::frmTraffic(const TrafficWindowParts &parts)
     column->setMenuBar(m_menuBar);
     column->addLayout(m_bars);
     column->addWidget(m_splitter, 1);
-    MakeStatus();
+    column->addWidget(m_status);
     column->addLayout(m_foot);
     MakeMenus();
     RestorePlace();
-    connect(lstTelegrams, &TelegramList::CurrentChanged, this, &frmTraffic::ShowDetails);
-    connect(lstTelegrams, &TelegramList::DetailsWanted, &m_details->Dump(),
-            qOverload<>(&QWidget::setFocus));
-    connect(&m_details->Dump(), &TelegramDump::Left, lstTelegrams, qOverload<>(&QWidget::setFocus));
+    ConnectList();
+    SetRules(StoredRules());
     lstTelegrams->Show(&parts.book);
     lstTelegrams->setFocus();
 }
@@ -105,35 +99,119 @@ void frmTraffic::MakeMenus()
         bases->addAction(action);
         connect(action, &QAction::triggered, this, [this, base] {
             lstTelegrams->SetBase(TelegramBase(base));
-            m_parts.settings.CountsFrom = base;
+            m_parts.settings.CountsFrom = base < int(TelegramBase::MarkedRow) ? base : 0;
         });
     }
+    lstTelegrams->SetBase(TelegramBase(std::clamp(m_parts.settings.CountsFrom, 0, 1)));
     view.addSeparator();
+    QAction *rules = view.addAction(QStringLiteral("Where Telegrams &End..."));
+    rules->setObjectName(QStringLiteral("mnuTrafficRules"));
+    connect(rules, &QAction::triggered, this, &frmTraffic::ChooseRules);
     QMenu *columns = view.addMenu(QStringLiteral("&Columns"));
     columns->addActions(lstTelegrams->Header().Columns());
 }
 
-void frmTraffic::MakeStatus()
+void frmTraffic::ConnectList()
 {
-    lblShown = PlainLabel("lblShown");
-    lblChosen = PlainLabel("lblChosen");
-    lblTimes = PlainLabel("lblTimes");
-    cmdFollow = new QToolButton;
-    cmdFollow->setObjectName(QStringLiteral("cmdFollow"));
-    cmdFollow->setText(QStringLiteral("Follow"));
-    cmdFollow->setCheckable(true);
-    cmdFollow->setChecked(true);
-    connect(cmdFollow, &QToolButton::clicked, lstTelegrams, &TelegramList::SetFollows);
-    connect(lstTelegrams, &TelegramList::FollowsChanged, cmdFollow, &QToolButton::setChecked);
-    auto *line = new QHBoxLayout;
-    line->setContentsMargins(6, 0, 6, 0);
-    line->addWidget(lblShown);
-    line->addStretch();
-    line->addWidget(lblChosen);
-    line->addStretch();
-    line->addWidget(lblTimes);
-    line->addWidget(cmdFollow);
-    layout()->addItem(line);
+    connect(lstTelegrams, &TelegramList::CurrentChanged, this, &frmTraffic::ShowDetails);
+    connect(lstTelegrams, &TelegramList::DetailsWanted, &m_details->Dump(),
+            qOverload<>(&QWidget::setFocus));
+    connect(&m_details->Dump(), &TelegramDump::Left, lstTelegrams, qOverload<>(&QWidget::setFocus));
+    lstTelegrams->RemarkOf = [this](const Telegram &telegram) { return ChecksumText(telegram); };
+    connect(&m_parts.book, &TelegramBook::Found, this, [this](qint64 row) {
+        if (std::exchange(m_seeks, false))
+            lstTelegrams->GoTo(row);
+    });
+    connect(m_status, &TrafficStatus::Settled, this, &frmTraffic::SeekPlace);
+    connect(m_status, &TrafficStatus::RuleWanted, this, &frmTraffic::ChooseRules);
+}
+
+void frmTraffic::ShowOrigin(const TrafficOrigin &origin)
+{
+    const bool other = m_origin.what != origin.what;
+    m_origin = origin;
+    lstTelegrams->SetPorts(origin.ports);
+    m_status->ShowSource(origin.what);
+    m_status->ShowUncertainty(origin.uncertainty);
+    if (other)
+        lstTelegrams->SetFollows(origin.grows);
+}
+
+TelegramRules frmTraffic::StoredRules() const
+{
+    constexpr qint64 Micro = 1'000;
+    const TrafficWindowSettings &stored = m_parts.settings;
+    TelegramRules rules;
+    rules.ends.automaticGap = stored.GapMicroseconds < 0;
+    rules.ends.gap = std::max<qint64>(0, stored.GapMicroseconds * Micro);
+    rules.ends.endMark = SequenceText::Parse(stored.EndMark, Representation::Hex)
+                             .bytes.left(TelegramRule::LongestEndMark);
+    rules.ends.fixedLength = stored.FixedLength;
+    rules.ends.endsWithDetection = stored.EndsWithDetection;
+    ChecksumRule checksum;
+    if (Checksum::Restore(stored.Checksum, checksum))
+        rules.checksum = checksum;
+    return rules;
+}
+
+void frmTraffic::ChooseRules()
+{
+    frmTelegramRule dialog(m_rules, this);
+    if (dialog.exec() != QDialog::Accepted || dialog.Rules() == m_rules)
+        return;
+    SetRules(dialog.Rules());
+    constexpr qint64 Micro = 1'000;
+    TrafficWindowSettings &stored = m_parts.settings;
+    const TelegramRule &ends = m_rules.ends;
+    stored.GapMicroseconds =
+        ends.automaticGap
+            ? -1
+            : qint32(std::min<qint64>(ends.gap / Micro, std::numeric_limits<qint32>::max()));
+    stored.EndMark = QString::fromLatin1(SequenceText::Of(ends.endMark, Representation::Hex));
+    stored.FixedLength = ends.fixedLength;
+    stored.EndsWithDetection = ends.endsWithDetection;
+    stored.Checksum = m_rules.checksum ? Checksum::Stored(*m_rules.checksum) : QString();
+}
+
+void frmTraffic::SetRules(const TelegramRules &rules)
+{
+    const bool cuts = m_rules.ends != rules.ends;
+    m_rules = rules;
+    m_status->ShowRule(frmTelegramRule::Summary(rules));
+    if (cuts) {
+        RememberPlace();
+        m_parts.book.SetRule(rules.ends);
+    }
+    lstTelegrams->Refresh();
+}
+
+QString frmTraffic::ChecksumText(const Telegram &telegram) const
+{
+    if (!m_rules.checksum || !telegram.HasBytes())
+        return {};
+    return Checksum::Text(*m_rules.checksum, Checksum::Check(*m_rules.checksum, telegram.bytes));
+}
+
+/// Rows will have other numbers; what is looked at then comes back by its time.
+void frmTraffic::RememberPlace()
+{
+    m_seeks = false;
+    m_looksAt.reset();
+    if (lstTelegrams->Follows())
+        return;
+    const qint64 row = lstTelegrams->Current() >= 0
+                           ? lstTelegrams->Current()
+                           : m_parts.book.First() + lstTelegrams->SeenRows().first;
+    if (const Telegram *telegram = m_parts.book.Row(row))
+        m_looksAt = telegram->wall;
+}
+
+void frmTraffic::SeekPlace()
+{
+    if (!m_looksAt)
+        return;
+    m_seeks = true;
+    m_parts.book.FindTime(*std::exchange(m_looksAt, std::nullopt));
 }
 
 void frmTraffic::ShowDetails(qint64 row)

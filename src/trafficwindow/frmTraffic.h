@@ -4,20 +4,22 @@
 #pragma once
 
 #include "DisplaySettings.h"
+#include "frmTelegramRule.h"
 
 #include <QWidget>
 
 #include <array>
+#include <optional>
 
-class QLabel;
 class QMenu;
 class QMenuBar;
 class QSplitter;
-class QToolButton;
 class QVBoxLayout;
 class TelegramBook;
 class TelegramDetails;
 class TelegramList;
+class TrafficStatus;
+struct Telegram;
 struct TrafficWindowSettings;
 
 /// What the window works with; all of it lives longer than the window.
@@ -25,6 +27,16 @@ struct TrafficWindowParts {
     TelegramBook &book;
     const DisplaySettings &display;
     TrafficWindowSettings &settings;
+};
+
+/// What there is to say of where the telegrams come from.
+struct TrafficOrigin {
+    QString what;        ///< such as "Record of this session"
+    QString uncertainty; ///< of the times
+    QStringList ports;   ///< names, by channel, of those telegrams that have none themselves
+    bool grows = true;   ///< what comes is followed
+
+    bool operator==(const TrafficOrigin &) const = default;
 };
 
 /// The window "Traffic": the telegrams in a list, the one in hand in full below it. It stands by
@@ -45,6 +57,13 @@ class frmTraffic final : public QWidget
     enum class Menu { Capture, Edit, View };
     /// Actions that are added here belong to the window, with their keys.
     QMenu &MenuOf(Menu menu) const { return *m_menus[size_t(menu)]; }
+    /// Another source is shown, or there is something else to say of it.
+    void ShowOrigin(const TrafficOrigin &origin);
+    const TrafficOrigin &Origin() const { return m_origin; }
+
+    /// Where telegrams end; cuts all anew.
+    void SetRules(const TelegramRules &rules);
+
     /// Stands above the list, below those that were added before.
     void AddBar(QWidget &bar);
     /// Stands at the foot of the window.
@@ -58,8 +77,13 @@ class frmTraffic final : public QWidget
 
   private:
     void MakeMenus();
-    void MakeStatus();
+    void ConnectList();
     void RestorePlace();
+    void ChooseRules();
+    TelegramRules StoredRules() const;
+    QString ChecksumText(const Telegram &telegram) const;
+    void RememberPlace();
+    void SeekPlace();
     void ShowDetails(qint64 row);
 
     TrafficWindowParts m_parts;
@@ -70,8 +94,9 @@ class frmTraffic final : public QWidget
     QSplitter *m_splitter;
     TelegramList *lstTelegrams;
     TelegramDetails *m_details;
-    QLabel *lblShown;
-    QLabel *lblChosen;
-    QLabel *lblTimes;
-    QToolButton *cmdFollow;
+    TrafficStatus *m_status;
+    TrafficOrigin m_origin;
+    TelegramRules m_rules;
+    std::optional<qint64> m_looksAt; ///< time on the wall of the row that was seen
+    bool m_seeks = false;            ///< the row of that time, after all was cut anew
 };
