@@ -83,7 +83,6 @@ class tst_telegramlist : public QObject
         m_rows.away.clear();
         m_list = std::make_unique<TelegramList>();
         m_list->Show(&m_rows);
-        m_list->SetPorts({QStringLiteral("COM1"), QStringLiteral("COM2")});
         m_list->resize(1000, 400);
         m_list->show();
         m_list->activateWindow();
@@ -274,7 +273,7 @@ void tst_telegramlist::showsDetails()
     telegram.time = 5 * Milli;
     telegram.end = 7 * Milli;
     TelegramDetails details;
-    details.Show(telegram, {QStringLiteral("COM1")}, {});
+    details.Show(telegram, {});
     details.resize(1200, 200);
     details.show();
     TelegramDump &dump = details.Dump();

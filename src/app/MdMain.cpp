@@ -60,10 +60,10 @@ MdMain::~MdMain() = default;
 /// The place of every setting that is stored.
 StoredSettings MdMain::Stored()
 {
-    return {&m_comm.stored,   &m_windowSettings,   &m_listSettings,
-            &m_display,       &m_displayNext,      &m_stamp,
-            &m_logSettings,   &m_sequenceSettings, &m_projectState.LastFolder,
-            &m_viewSettings,  &m_printSettings,    &m_captureSettings,
+    return {&m_comm.stored,    &m_windowSettings,   &m_listSettings,
+            &m_display,        &m_displayNext,      &m_stamp,
+            &m_logSettings,    &m_sequenceSettings, &m_projectState.LastFolder,
+            &m_viewSettings,   &m_printSettings,    &m_captureSettings,
             &m_recordSettings, &m_trafficSettings};
 }
 
@@ -183,10 +183,8 @@ void MdMain::MakeWindow()
         std::make_unique<ReplayWindow>(ReplayParts{*m_communication, m_comm, m_log, m_world.prompts,
                                                    m_fileSystem, m_captureSettings.Folder},
                                        *m_window);
-    m_traffic = std::make_unique<MdTraffic>(
-        MdTrafficParts{m_record, m_display, m_trafficSettings, m_communication->Stream(),
-                       [this] { return m_ports->OpenDevices(); },
-                       QStringLiteral("Serimonde ") + ProgramInfo::Version()});
+    m_traffic = std::make_unique<MdTraffic>(MdTrafficParts{
+        m_record, m_display, m_trafficSettings, [this] { return m_ports->OpenDevices(); }});
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)

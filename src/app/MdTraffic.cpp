@@ -71,7 +71,6 @@ void MdTraffic::ShowCapture(std::shared_ptr<const TelegramSource> capture, const
     m_window->ShowOrigin(
         {QStringLiteral("Capture ") + name,
          QStringLiteral("Times of reads; the adapter may have added up to %1 ms").arg(UsualLatency),
-         {},
          false});
 }
 
@@ -95,11 +94,18 @@ TrafficOrigin MdTraffic::OriginNow() const
 {
     const RecordState state = m_parts.record.Segments().State();
     TrafficOrigin origin;
-    origin.what = QStringLiteral("Record of this session");
-    if (state.since > 0)
-        origin.what += QStringLiteral(" since ") + RecordText::Time(state.since);
-    if (state.taken > 0)
-        origin.what += QStringLiteral("; what was before is gone");
+    if (state.bound == 0 || state.ended.Failed()) {
+        origin.what =
+            QStringLiteral("From memory, the last 64 MiB: the session's record ") +
+            (state.bound == 0 ? QStringLiteral("is switched off")
+                              : QStringLiteral("cannot be written: ") + state.ended.Cause());
+    } else {
+        origin.what = QStringLiteral("Record of this session");
+        if (state.since > 0)
+            origin.what += QStringLiteral(" since ") + RecordText::Time(state.since);
+        if (state.taken > 0)
+            origin.what += QStringLiteral("; what was before is gone");
+    }
     origin.uncertainty = Uncertainty(m_parts.devices());
     return origin;
 }

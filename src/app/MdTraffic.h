@@ -13,16 +13,13 @@
 #include <memory>
 
 class MdRecord;
-class TrafficStream;
 
 /// What the window "Traffic" works with; all of it lives longer than MdTraffic.
 struct MdTrafficParts {
     MdRecord &record;
     const DisplaySettings &display;
     TrafficWindowSettings &settings;
-    TrafficStream &stream;
     std::function<QStringList()> devices; ///< of the ports that are open, by channel
-    QString program;                      ///< such as "Serimonde 1.0"
 };
 
 /// The telegrams of what happens, and the window that shows them, which is made when it is first

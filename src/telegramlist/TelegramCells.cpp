@@ -3,9 +3,8 @@
 
 #include "TelegramCells.h"
 
-#include "ByteLook.h"
-#include "CodePage1252.h"
 #include "PlainText.h"
+#include "TelegramText.h"
 
 #include <QDateTime>
 
@@ -32,28 +31,6 @@ constexpr auto Marks = std::to_array<std::pair<Telegram::Mark, const char *>>({
     {Telegram::Gap, "after a gap"},
     {Telegram::OrderUncertain, "order uncertain"},
 });
-
-/// What is said of an event behind the name of its port.
-constexpr auto Events = std::to_array<std::pair<Kind, const char *>>({
-    {Kind::NotSent, "not sent"},
-    {Kind::Damaged, "damaged byte"},
-    {Kind::Break, "break"},
-    {Kind::Overrun, "overrun: the system lost bytes"},
-    {Kind::ModemLines, "modem lines"},
-    {Kind::Opened, "opened"},
-    {Kind::Closed, "closed"},
-    {Kind::Gone, "gone"},
-    {Kind::Back, "back"},
-    {Kind::Lost, "bytes lost"},
-    {Kind::ClockSet, "the clock was set"},
-});
-
-QString PortName(const Telegram &telegram, const QStringList &ports)
-{
-    const QString name = telegram.port.isEmpty() ? ports.value(telegram.channel) : telegram.port;
-    return name.isEmpty() ? QStringLiteral("channel %1").arg(telegram.channel + 1)
-                          : PlainText(name);
-}
 
 QString Decimals(qint64 thousandths, const char *unit)
 {
@@ -97,36 +74,24 @@ QString SpanText(qint64 nanoseconds)
                                .rightJustified(9, u'0'));
 }
 
-QString PortText(const Telegram &telegram, const QStringList &ports)
+QString PortText(const Telegram &telegram)
 {
-    if (!telegram.HasBytes())
-        return QStringLiteral("\u00B7 ") + PortName(telegram, ports);
-    const QString arrow =
-        telegram.kind == Kind::Sent ? QStringLiteral("\u2192 ") : QStringLiteral("\u2190 ");
-    return arrow + PortName(telegram, ports);
+    const QString arrow = !telegram.HasBytes()          ? QStringLiteral("\u00B7 ")
+                          : telegram.kind == Kind::Sent ? QStringLiteral("\u2192 ")
+                                                        : QStringLiteral("\u2190 ");
+    return arrow + TelegramText::Port(telegram);
 }
 
-QString NameText(const Telegram &telegram)
-{
-    QStringList names;
-    for (const QByteArray &name : telegram.names)
-        names += PlainText(CodePage1252::ToUnicode(name));
-    const QString text = names.join(QStringLiteral(", "));
-    return telegram.answer ? QStringLiteral("answer to ") + text : text;
-}
-
-QString EventText(const Telegram &telegram, const QStringList &ports)
+/// Some remarks begin with what the kind is called.
+QString EventText(const Telegram &telegram)
 {
     if (telegram.HasBytes())
         return {};
-    QString text = PortName(telegram, ports);
-    for (const auto &[kind, words] : Events) {
-        if (kind == telegram.kind)
-            text = kind == Kind::ClockSet ? QString::fromLatin1(words)
-                                          : text + u' ' + QString::fromLatin1(words);
-    }
-    return telegram.remark.isEmpty() ? text
-                                     : text + QStringLiteral(": ") + PlainText(telegram.remark);
+    const QString kind = TelegramText::Kind(telegram);
+    const QString details = TelegramText::Details(telegram);
+    if (details.startsWith(kind))
+        return details;
+    return details.isEmpty() ? kind : kind + QStringLiteral(": ") + details;
 }
 
 QString MarksText(const Telegram &telegram, bool withGap)
@@ -136,19 +101,12 @@ QString MarksText(const Telegram &telegram, bool withGap)
         if (telegram.marks.testFlag(mark) && (withGap || mark != Telegram::Gap))
             words += QString::fromLatin1(word);
     }
-    if (telegram.HasBytes() && !telegram.remark.isEmpty())
-        words += PlainText(telegram.remark);
+    if (telegram.HasBytes()) {
+        for (const QString &text : {telegram.checksum, telegram.remark})
+            words += PlainText(text);
+    }
+    words.removeAll(QString());
     return words.join(QStringLiteral(", "));
-}
-
-QString HexText(QByteArrayView bytes)
-{
-    return QString::fromLatin1(bytes.toByteArray().toHex(' ').toUpper());
-}
-
-QString AsciiText(QByteArrayView bytes)
-{
-    return ByteLook::ToPictures(bytes);
 }
 
 } // namespace TelegramCells

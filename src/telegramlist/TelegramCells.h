@@ -25,17 +25,11 @@ QString TimeText(qint64 wall, bool withDate);
 QString MillisecondsText(qint64 nanoseconds);
 /// A time between two moments in a unit that suits it.
 QString SpanText(qint64 nanoseconds);
-/// An arrow and the port; ports are those of the source, by channel.
-QString PortText(const Telegram &telegram, const QStringList &ports);
-/// Names of its sequences, as plain text.
-QString NameText(const Telegram &telegram);
+/// An arrow and the port.
+QString PortText(const Telegram &telegram);
 /// What happened, of a row without bytes; empty for others.
-QString EventText(const Telegram &telegram, const QStringList &ports);
+QString EventText(const Telegram &telegram);
 /// Marks in words, and what else was remarked of its bytes.
 QString MarksText(const Telegram &telegram, bool withGap);
-/// Each byte as two digits.
-QString HexText(QByteArrayView bytes);
-/// One character a byte, pictures of Unicode for control characters.
-QString AsciiText(QByteArrayView bytes);
 
 } // namespace TelegramCells

@@ -16,11 +16,11 @@ constexpr std::array<TelegramColumnRow, TelegramColumnCount> Rows = {{
     {"HEX", "Its bytes", "", false},
     {"Text", "The same bytes as ASCII", "", false},
     {"Sequence", "The sequence that was sent, or that its end was detected as",
-     "Identification req", false},
+     "answer to Question", false},
     {"Answer ms",
      "Time from the end of the telegram of the other direction right before it to its first byte",
      "00000.000", true},
-    {"Marks", "What was seen of gaps, damage, breaks and lost bytes, and your notes", "damaged, br",
+    {"Marks", "What was seen of gaps, damage, breaks and lost bytes, and your notes", "damaged",
      false},
 }};
 

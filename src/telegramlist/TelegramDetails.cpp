@@ -5,6 +5,7 @@
 
 #include "TelegramCells.h"
 #include "TelegramDump.h"
+#include "TelegramText.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -12,7 +13,7 @@
 namespace
 {
 
-QString Summary(const Telegram &telegram, const QStringList &ports, const QString &remark)
+QString Summary(const Telegram &telegram, const QString &note)
 {
     const QString dot = QStringLiteral(" \u00B7 ");
     QStringList parts = {QStringLiteral("No. %1").arg(telegram.number),
@@ -20,20 +21,20 @@ QString Summary(const Telegram &telegram, const QStringList &ports, const QStrin
     if (telegram.HasBytes()) {
         const bool sent = telegram.kind == TrafficEvent::Kind::Sent;
         parts += (sent ? QStringLiteral("sent ") : QStringLiteral("received ")) +
-                 TelegramCells::PortText(telegram, ports);
+                 TelegramCells::PortText(telegram);
         parts += telegram.bytes.size() == 1 ? QStringLiteral("1 byte")
                                             : QStringLiteral("%1 bytes").arg(telegram.bytes.size());
         if (telegram.end > telegram.time)
             parts += QStringLiteral("read within %1")
                          .arg(TelegramCells::SpanText(telegram.end - telegram.time));
-        parts += TelegramCells::NameText(telegram);
+        parts += TelegramText::Names(telegram);
         if (telegram.response >= 0)
             parts +=
                 QStringLiteral("answered after %1").arg(TelegramCells::SpanText(telegram.response));
     } else {
-        parts += TelegramCells::EventText(telegram, ports);
+        parts += TelegramCells::EventText(telegram);
     }
-    parts << TelegramCells::MarksText(telegram, true) << remark;
+    parts << TelegramCells::MarksText(telegram, true) << note;
     parts.removeAll(QString());
     return parts.join(dot);
 }
@@ -60,10 +61,9 @@ TelegramDetails::TelegramDetails(QWidget *parent)
     setFocusProxy(m_dump);
 }
 
-void TelegramDetails::Show(const Telegram &telegram, const QStringList &ports,
-                           const QString &remark)
+void TelegramDetails::Show(const Telegram &telegram, const QString &note)
 {
-    lblTelegram->setText(Summary(telegram, ports, remark));
+    lblTelegram->setText(Summary(telegram, note));
     m_dump->Show(telegram);
     m_dump->setAccessibleDescription(lblTelegram->text());
 }

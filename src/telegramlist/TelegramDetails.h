@@ -17,8 +17,8 @@ class TelegramDetails final : public QWidget
   public:
     explicit TelegramDetails(QWidget *parent = nullptr);
 
-    /// Ports are those of the source, by channel; the remark is what else is said of it.
-    void Show(const Telegram &telegram, const QStringList &ports, const QString &remark);
+    /// The note is the user's, empty for none.
+    void Show(const Telegram &telegram, const QString &note);
     TelegramDump &Dump() const { return *m_dump; }
 
   private:

@@ -4,10 +4,12 @@
 #include "TelegramDump.h"
 
 #include "ByteInk.h"
+#include "CodePage1252.h"
 #include "Common_Function.h"
 #include "DrawnTableAccessible.h"
 #include "FixedPitchFont.h"
 #include "TelegramCells.h"
+#include "TelegramText.h"
 #include "ViewColours.h"
 
 #include <QAccessible>
@@ -178,9 +180,9 @@ QString TelegramDump::CellText(qint64 row, int column) const
     case Offset:
         return OffsetText(row);
     case Hex:
-        return TelegramCells::HexText(bytes);
+        return TelegramText::Hex(bytes);
     case Text:
-        return TelegramCells::AsciiText(bytes);
+        return TelegramText::Characters(bytes);
     case Decimal:
         return QString::fromLatin1(Common_Function::SeqToDecimalText(bytes));
     case Binary:
@@ -401,9 +403,9 @@ QString TelegramDump::Copy(Form form) const
     const QByteArray bytes = ChosenBytes();
     switch (form) {
     case Form::Hex:
-        return TelegramCells::HexText(bytes);
+        return TelegramText::Hex(bytes);
     case Form::Text:
-        return TelegramCells::AsciiText(bytes);
+        return CodePage1252::ToUnicode(bytes);
     case Form::Decimal:
         return QString::fromLatin1(Common_Function::SeqToDecimalText(bytes));
     case Form::Binary:

@@ -6,6 +6,7 @@
 #include "DrawnTableAccessible.h"
 #include "TelegramHeader.h"
 #include "TelegramRows.h"
+#include "TelegramText.h"
 
 #include <QAccessible>
 #include <QDateTime>
@@ -78,12 +79,6 @@ void TelegramList::SetColours(const DisplaySettings &display)
 {
     m_display = display;
     MakePainter();
-}
-
-void TelegramList::SetPorts(const QStringList &ports)
-{
-    m_ports = ports;
-    viewport()->update();
 }
 
 void TelegramList::Refresh()
@@ -297,7 +292,7 @@ void TelegramList::paintEvent(QPaintEvent *)
                         CellTextOf(row, *shown.telegram, TelegramColumn(column));
             }
             shown.texts[size_t(TelegramColumn::Marks)] = MarksOf(*shown.telegram, false);
-            shown.event = TelegramCells::EventText(*shown.telegram, m_ports);
+            shown.event = TelegramCells::EventText(*shown.telegram);
             m_withDate = m_withDate || !IsOfToday(shown.telegram->wall);
         } else {
             shown.texts[size_t(TelegramColumn::Time)] = QStringLiteral("\u2026");
@@ -355,16 +350,16 @@ QString TelegramList::CellTextOf(qint64 row, const Telegram &telegram, TelegramC
         return difference ? TelegramCells::MillisecondsText(*difference) : QString();
     }
     case TelegramColumn::Port:
-        return TelegramCells::PortText(telegram, m_ports);
+        return TelegramCells::PortText(telegram);
     case TelegramColumn::Length:
         return telegram.HasBytes() ? QString::number(telegram.bytes.size()) : QString();
     case TelegramColumn::Hex:
-        return telegram.HasBytes() ? TelegramCells::HexText(telegram.bytes)
-                                   : TelegramCells::EventText(telegram, m_ports);
+        return telegram.HasBytes() ? TelegramText::Hex(telegram.bytes)
+                                   : TelegramCells::EventText(telegram);
     case TelegramColumn::Text:
-        return TelegramCells::AsciiText(telegram.bytes);
+        return TelegramText::Characters(telegram.bytes);
     case TelegramColumn::Name:
-        return telegram.HasBytes() ? TelegramCells::NameText(telegram) : QString();
+        return telegram.HasBytes() ? TelegramText::Names(telegram) : QString();
     case TelegramColumn::Response:
         return telegram.response < 0 ? QString()
                                      : TelegramCells::MillisecondsText(telegram.response);
@@ -377,13 +372,15 @@ QString TelegramList::CellTextOf(qint64 row, const Telegram &telegram, TelegramC
 /// A gap is drawn as a line, and told in words elsewhere.
 QString TelegramList::MarksOf(const Telegram &telegram, bool withGap) const
 {
-    QStringList marks = {TelegramCells::MarksText(telegram, withGap)};
-    if (RemarkOf)
-        marks += RemarkOf(telegram);
-    if (const auto note = NoteOf ? NoteOf(telegram.number) : std::nullopt)
-        marks.prepend(QStringLiteral("\u2691 ") + *note); // a flag
+    QStringList marks = {NoteFor(telegram), TelegramCells::MarksText(telegram, withGap)};
     marks.removeAll(QString());
     return marks.join(QStringLiteral(", "));
+}
+
+QString TelegramList::NoteFor(const Telegram &telegram) const
+{
+    const std::optional<QString> note = NoteOf ? NoteOf(telegram.number) : std::nullopt;
+    return note ? QStringLiteral("\u2691 ") + *note : QString(); // a flag
 }
 
 QStringList TelegramList::Texts(qint64 row) const

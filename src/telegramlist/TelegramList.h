@@ -37,9 +37,6 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     /// Null for none. They may go before the list.
     void Show(TelegramRows *rows);
     void SetColours(const DisplaySettings &display);
-    /// Names of the ports, by channel.
-    void SetPorts(const QStringList &ports);
-    const QStringList &Ports() const { return m_ports; }
     TelegramHeader &Header() const { return *m_header; }
 
     /// The row in hand, or -1.
@@ -60,9 +57,9 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     /// What the user has noted of a telegram with a number, shown among its marks; none by itself.
     /// Refresh when it says other things.
     std::function<std::optional<QString>(qint64 number)> NoteOf;
-    /// What else there is to say of a telegram among its marks, such as its checksum.
-    std::function<QString(const Telegram &)> RemarkOf;
     void Refresh();
+    /// The note as it is shown; empty if there is none.
+    QString NoteFor(const Telegram &telegram) const;
 
     /// What stands in a row, in the columns that are shown, for who copies it; empty if it is not
     /// at hand.
@@ -132,7 +129,6 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
 
     QPointer<TelegramRows> m_rows;
     DisplaySettings m_display;
-    QStringList m_ports;
     TelegramHeader *m_header;
     std::unique_ptr<TelegramPainter> m_painter;
     MouseHold m_hold;

@@ -91,12 +91,13 @@ void TelegramList::Move(qint64 row, Qt::KeyboardModifiers modifiers)
 
 std::optional<qint64> TelegramList::TargetOf(const QKeyEvent &event) const
 {
-    const qint64 from = m_current >= 0 ? m_current : m_top;
+    const bool inHand = m_current >= 0;
+    const qint64 from = inHand ? m_current : std::min(m_top + RowsSeen(), End()) - 1;
     switch (event.key()) {
     case Qt::Key_Up:
-        return from - 1;
+        return inHand ? from - 1 : from;
     case Qt::Key_Down:
-        return m_current >= 0 ? from + 1 : from;
+        return inHand ? from + 1 : from;
     case Qt::Key_PageUp:
         return from - RowsSeen();
     case Qt::Key_PageDown:

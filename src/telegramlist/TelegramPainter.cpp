@@ -32,6 +32,14 @@ QRectF RoomFrom(const TelegramPainter::Cells &cells, TelegramColumn first)
     return room;
 }
 
+/// Something was wrong with it.
+bool IsAlarming(const Telegram *telegram)
+{
+    constexpr auto Alarms = Telegram::Damaged | Telegram::Break | Telegram::Overrun |
+                            Telegram::Lost | Telegram::Unreadable | Telegram::ChecksumWrong;
+    return telegram && telegram->marks & Telegram::Marks(Alarms);
+}
+
 constexpr std::array<char, 16> Digits = {'0', '1', '2', '3', '4', '5', '6', '7',
                                          '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'};
 
@@ -40,12 +48,14 @@ constexpr std::array<char, 16> Digits = {'0', '1', '2', '3', '4', '5', '6', '7',
 TelegramPainter::TelegramPainter(const QFont &font, const DisplaySettings &display,
                                  const QPalette &palette, qreal devicePixelRatio)
     : m_font(font),
+      m_bold(font),
       m_metrics(font),
       m_palette(palette),
       m_colours(display, palette),
       m_styles{display.styles[0].colour, display.styles[1].colour, display.styles[2].colour},
       m_face(FixedPitchFont::ViewFont(), devicePixelRatio, ByteFace::Controls::Pictures)
 {
+    m_bold.setBold(true);
     const QRawFont &raw = m_face.Font();
     const qreal bytes = raw.ascent() + raw.descent();
     m_rowHeight = int(std::ceil(std::max(bytes, m_metrics.height()))) + 2 * RowMargin;
@@ -103,6 +113,8 @@ void TelegramPainter::Paint(QPainter &painter, const Cells &cells, const Row &ro
             colour = text;
         painter.setPen(column == int(TelegramColumn::Number) && !state.selected ? Mixed(text, 7)
                                                                                 : colour);
+        painter.setFont(column == int(TelegramColumn::Marks) && IsAlarming(row.telegram) ? m_bold
+                                                                                         : m_font);
         const QRectF room = cells[place].adjusted(Margin, 0, -Margin, 0);
         const bool right = TelegramColumns::RowOf(column).right;
         painter.drawText(room, Qt::AlignVCenter | (right ? Qt::AlignRight : Qt::AlignLeft),

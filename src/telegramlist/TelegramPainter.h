@@ -67,6 +67,7 @@ class TelegramPainter
     void AddText(Ink ink, const QRectF &cell, QByteArrayView bytes, bool hex);
 
     QFont m_font;
+    QFont m_bold;
     QFontMetricsF m_metrics;
     QPalette m_palette;
     ViewColours m_colours;

@@ -50,7 +50,8 @@ QString Count(qint64 count)
 /// "1 byte", "1,234 bytes"
 QString Counted(qint64 count, const char *one)
 {
-    return Count(count) + u' ' + QString::fromLatin1(one) + QString::fromLatin1(count == 1 ? "" : "s");
+    return Count(count) + u' ' + QString::fromLatin1(one) +
+           QString::fromLatin1(count == 1 ? "" : "s");
 }
 
 } // namespace

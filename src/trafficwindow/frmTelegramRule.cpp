@@ -3,6 +3,7 @@
 
 #include "frmTelegramRule.h"
 
+#include "Checksum.h"
 #include "SequenceText.h"
 
 #include <QCheckBox>
@@ -38,8 +39,7 @@ QString HexOf(const QByteArray &bytes)
 
 } // namespace
 
-frmTelegramRule::frmTelegramRule(const TelegramRules &rules, QWidget *parent)
-    : QDialog(parent), m_rules(rules)
+frmTelegramRule::frmTelegramRule(const TelegramRule &rule, QWidget *parent) : QDialog(parent)
 {
     setObjectName(QStringLiteral("frmTelegramRule"));
     setWindowTitle(QStringLiteral("Where Telegrams End"));
@@ -56,7 +56,7 @@ frmTelegramRule::frmTelegramRule(const TelegramRules &rules, QWidget *parent)
     connect(buttons, &QDialogButtonBox::accepted, this, &frmTelegramRule::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     column->addWidget(buttons);
-    Show(rules);
+    Show(rule);
 }
 
 QWidget *frmTelegramRule::MakeEnds()
@@ -122,21 +122,20 @@ QWidget *frmTelegramRule::MakeChecksum()
     return group;
 }
 
-void frmTelegramRule::Show(const TelegramRules &rules)
+void frmTelegramRule::Show(const TelegramRule &rule)
 {
-    const TelegramRule &ends = rules.ends;
-    rdoAutomatic->setChecked(ends.automaticGap);
-    rdoGap->setChecked(!ends.automaticGap && ends.gap > 0);
-    rdoNoGap->setChecked(!ends.automaticGap && ends.gap <= 0);
-    txtGap->setValue(ends.gap > 0 ? double(ends.gap) / Milli : UsualGap);
-    chkEndMark->setChecked(!ends.endMark.isEmpty());
-    txtEndMark->setText(ends.endMark.isEmpty() ? QString::fromLatin1(UsualEndMark)
-                                               : HexOf(ends.endMark));
-    chkLength->setChecked(ends.fixedLength > 0);
-    txtLength->setValue(ends.fixedLength > 0 ? ends.fixedLength : UsualLength);
-    chkDetection->setChecked(ends.endsWithDetection);
-    const ChecksumRule checksum = rules.checksum.value_or(ChecksumRule());
-    cboChecksum->setCurrentIndex(rules.checksum ? int(checksum.kind) + 1 : 0);
+    rdoAutomatic->setChecked(rule.automaticGap);
+    rdoGap->setChecked(!rule.automaticGap && rule.gap > 0);
+    rdoNoGap->setChecked(!rule.automaticGap && rule.gap <= 0);
+    txtGap->setValue(rule.gap > 0 ? double(rule.gap) / Milli : UsualGap);
+    chkEndMark->setChecked(!rule.endMark.isEmpty());
+    txtEndMark->setText(rule.endMark.isEmpty() ? QString::fromLatin1(UsualEndMark)
+                                               : HexOf(rule.endMark));
+    chkLength->setChecked(rule.fixedLength > 0);
+    txtLength->setValue(rule.fixedLength > 0 ? rule.fixedLength : UsualLength);
+    chkDetection->setChecked(rule.endsWithDetection);
+    const ChecksumRule checksum = rule.checksum.value_or(ChecksumRule());
+    cboChecksum->setCurrentIndex(rule.checksum ? int(checksum.kind) + 1 : 0);
     txtFirst->setValue(int(checksum.first));
     chkHighFirst->setChecked(checksum.highByteFirst);
     EnableFields();
@@ -164,19 +163,20 @@ void frmTelegramRule::EnableFields()
     chkHighFirst->setEnabled(row && row->width > 1);
 }
 
-TelegramRules frmTelegramRule::Rules() const
+TelegramRule frmTelegramRule::Rule() const
 {
-    TelegramRules rules;
-    rules.ends.automaticGap = rdoAutomatic->isChecked();
+    TelegramRule rule;
+    rule.automaticGap = rdoAutomatic->isChecked();
     if (rdoGap->isChecked())
-        rules.ends.gap = qint64(txtGap->value() * Milli / Micro + 0.5) * qint64(Micro);
+        rule.gap = qint64(txtGap->value() * Milli / Micro + 0.5) * qint64(Micro);
     if (chkEndMark->isChecked())
-        rules.ends.endMark = SequenceText::Parse(txtEndMark->text(), Representation::Hex).bytes;
-    rules.ends.fixedLength = chkLength->isChecked() ? txtLength->value() : 0;
-    rules.ends.endsWithDetection = chkDetection->isChecked();
+        rule.endMark = SequenceText::Parse(txtEndMark->text(), Representation::Hex).bytes;
+    rule.fixedLength = chkLength->isChecked() ? txtLength->value() : 0;
+    rule.endsWithDetection = chkDetection->isChecked();
     if (const int index = cboChecksum->currentIndex(); index > 0)
-        rules.checksum = {ChecksumKind(index - 1), txtFirst->value(), chkHighFirst->isChecked()};
-    return rules;
+        rule.checksum =
+            ChecksumRule{ChecksumKind(index - 1), txtFirst->value(), chkHighFirst->isChecked()};
+    return rule;
 }
 
 void frmTelegramRule::accept()
@@ -199,24 +199,23 @@ void frmTelegramRule::accept()
         txtEndMark->setFocus();
 }
 
-QString frmTelegramRule::Summary(const TelegramRules &rules)
+QString frmTelegramRule::Summary(const TelegramRule &rule)
 {
-    const TelegramRule &ends = rules.ends;
     QStringList parts;
-    if (ends.automaticGap)
+    if (rule.automaticGap)
         parts += QStringLiteral("automatic gap");
-    else if (ends.gap > 0)
-        parts += QStringLiteral("gap %1 ms").arg(double(ends.gap) / Milli);
-    if (!ends.endMark.isEmpty())
-        parts += HexOf(ends.endMark);
-    if (ends.fixedLength > 0)
-        parts += QStringLiteral("%1 bytes").arg(ends.fixedLength);
-    if (ends.endsWithDetection)
+    else if (rule.gap > 0)
+        parts += QStringLiteral("gap %1 ms").arg(double(rule.gap) / Milli);
+    if (!rule.endMark.isEmpty())
+        parts += HexOf(rule.endMark);
+    if (rule.fixedLength > 0)
+        parts += QStringLiteral("%1 bytes").arg(rule.fixedLength);
+    if (rule.endsWithDetection)
         parts += QStringLiteral("detection");
     QString text = parts.isEmpty() ? QStringLiteral("Ends: direction alone")
                                    : QStringLiteral("Ends: ") + parts.join(QStringLiteral(", "));
-    if (rules.checksum)
+    if (rule.checksum)
         text += QStringLiteral(" \u00B7 ") +
-                QString::fromLatin1(Checksum::RowOf(rules.checksum->kind).caption);
+                QString::fromLatin1(Checksum::RowOf(rule.checksum->kind).caption);
     return text;
 }

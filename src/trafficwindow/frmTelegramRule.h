@@ -3,12 +3,9 @@
 
 #pragma once
 
-#include "Checksum.h"
 #include "TelegramRule.h"
 
 #include <QDialog>
-
-#include <optional>
 
 class QCheckBox;
 class QComboBox;
@@ -19,36 +16,27 @@ class QLineEdit;
 class QRadioButton;
 class QSpinBox;
 
-/// Where telegrams end, and what they are checked for.
-struct TelegramRules {
-    TelegramRule ends;
-    std::optional<ChecksumRule> checksum;
-
-    bool operator==(const TelegramRules &) const = default;
-};
-
-/// The dialog "Where Telegrams End": takes rules and gives rules back.
+/// The dialog "Where Telegrams End": takes a rule and gives one back.
 class frmTelegramRule final : public QDialog
 {
     Q_OBJECT
 
   public:
-    explicit frmTelegramRule(const TelegramRules &rules, QWidget *parent = nullptr);
+    explicit frmTelegramRule(const TelegramRule &rule, QWidget *parent = nullptr);
 
-    TelegramRules Rules() const;
-    /// The rules in a few words, for a button.
-    static QString Summary(const TelegramRules &rules);
+    TelegramRule Rule() const;
+    /// A rule in a few words, for a button.
+    static QString Summary(const TelegramRule &rule);
 
     void accept() override;
 
   private:
     QWidget *MakeEnds();
     QWidget *MakeChecksum();
-    void Show(const TelegramRules &rules);
+    void Show(const TelegramRule &rule);
     void ShowChecksum(int index);
     void EnableFields();
 
-    TelegramRules m_rules; ///< as they were given
     QRadioButton *rdoAutomatic;
     QRadioButton *rdoGap;
     QRadioButton *rdoNoGap;

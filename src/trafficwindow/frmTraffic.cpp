@@ -4,6 +4,7 @@
 #include "frmTraffic.h"
 
 #include "Checksum.h"
+#include "Icons.h"
 #include "SequenceText.h"
 #include "TelegramBook.h"
 #include "TelegramDetails.h"
@@ -12,6 +13,7 @@
 #include "TelegramList.h"
 #include "TrafficStatus.h"
 #include "WindowSettings.h"
+#include "frmTelegramRule.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
@@ -30,6 +32,7 @@ namespace
 
 constexpr QSize UsualSize(980, 640);
 constexpr int UsualDetails = 130; ///< height
+constexpr qint64 Micro = 1'000;
 /// A window that would show less of its top edge than this is brought back.
 constexpr int LeastVisible = 40;
 
@@ -55,7 +58,7 @@ frmTraffic::frmTraffic(const TrafficWindowParts &parts)
 {
     setObjectName(QStringLiteral("frmTraffic"));
     setWindowTitle(QStringLiteral("Traffic"));
-    setWindowIcon(QGuiApplication::windowIcon());
+    setWindowIcon(Icons::Named("serimonde"));
     lstTelegrams->setObjectName(QStringLiteral("lstTelegrams"));
     lstTelegrams->setAccessibleName(QStringLiteral("Telegrams"));
     lstTelegrams->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -76,7 +79,7 @@ frmTraffic::frmTraffic(const TrafficWindowParts &parts)
     MakeMenus();
     RestorePlace();
     ConnectList();
-    SetRules(StoredRules());
+    SetRule(StoredRule());
     lstTelegrams->Show(&parts.book);
     lstTelegrams->setFocus();
 }
@@ -106,7 +109,7 @@ void frmTraffic::MakeMenus()
     view.addSeparator();
     QAction *rules = view.addAction(QStringLiteral("Where Telegrams &End..."));
     rules->setObjectName(QStringLiteral("mnuTrafficRules"));
-    connect(rules, &QAction::triggered, this, &frmTraffic::ChooseRules);
+    connect(rules, &QAction::triggered, this, &frmTraffic::ChooseRule);
     QMenu *columns = view.addMenu(QStringLiteral("&Columns"));
     columns->addActions(lstTelegrams->Header().Columns());
 }
@@ -117,79 +120,65 @@ void frmTraffic::ConnectList()
     connect(lstTelegrams, &TelegramList::DetailsWanted, &m_details->Dump(),
             qOverload<>(&QWidget::setFocus));
     connect(&m_details->Dump(), &TelegramDump::Left, lstTelegrams, qOverload<>(&QWidget::setFocus));
-    lstTelegrams->RemarkOf = [this](const Telegram &telegram) { return ChecksumText(telegram); };
     connect(&m_parts.book, &TelegramBook::Found, this, [this](qint64 row) {
         if (std::exchange(m_seeks, false))
             lstTelegrams->GoTo(row);
     });
     connect(m_status, &TrafficStatus::Settled, this, &frmTraffic::SeekPlace);
-    connect(m_status, &TrafficStatus::RuleWanted, this, &frmTraffic::ChooseRules);
+    connect(m_status, &TrafficStatus::RuleWanted, this, &frmTraffic::ChooseRule);
 }
 
 void frmTraffic::ShowOrigin(const TrafficOrigin &origin)
 {
     const bool other = m_origin.what != origin.what;
     m_origin = origin;
-    lstTelegrams->SetPorts(origin.ports);
     m_status->ShowSource(origin.what);
     m_status->ShowUncertainty(origin.uncertainty);
     if (other)
         lstTelegrams->SetFollows(origin.grows);
 }
 
-TelegramRules frmTraffic::StoredRules() const
+TelegramRule frmTraffic::StoredRule() const
 {
-    constexpr qint64 Micro = 1'000;
     const TrafficWindowSettings &stored = m_parts.settings;
-    TelegramRules rules;
-    rules.ends.automaticGap = stored.GapMicroseconds < 0;
-    rules.ends.gap = std::max<qint64>(0, stored.GapMicroseconds * Micro);
-    rules.ends.endMark = SequenceText::Parse(stored.EndMark, Representation::Hex)
-                             .bytes.left(TelegramRule::LongestEndMark);
-    rules.ends.fixedLength = stored.FixedLength;
-    rules.ends.endsWithDetection = stored.EndsWithDetection;
+    TelegramRule rule;
+    rule.automaticGap = stored.GapMicroseconds < 0;
+    rule.gap = std::max<qint64>(0, stored.GapMicroseconds * Micro);
+    rule.endMark = SequenceText::Parse(stored.EndMark, Representation::Hex)
+                       .bytes.left(TelegramRule::LongestEndMark);
+    rule.fixedLength = stored.FixedLength;
+    rule.endsWithDetection = stored.EndsWithDetection;
     ChecksumRule checksum;
     if (Checksum::Restore(stored.Checksum, checksum))
-        rules.checksum = checksum;
-    return rules;
+        rule.checksum = checksum;
+    return rule;
 }
 
-void frmTraffic::ChooseRules()
+void frmTraffic::StoreRule(const TelegramRule &rule)
 {
-    frmTelegramRule dialog(m_rules, this);
-    if (dialog.exec() != QDialog::Accepted || dialog.Rules() == m_rules)
-        return;
-    SetRules(dialog.Rules());
-    constexpr qint64 Micro = 1'000;
+    constexpr qint64 Longest = std::numeric_limits<qint32>::max();
     TrafficWindowSettings &stored = m_parts.settings;
-    const TelegramRule &ends = m_rules.ends;
-    stored.GapMicroseconds =
-        ends.automaticGap
-            ? -1
-            : qint32(std::min<qint64>(ends.gap / Micro, std::numeric_limits<qint32>::max()));
-    stored.EndMark = QString::fromLatin1(SequenceText::Of(ends.endMark, Representation::Hex));
-    stored.FixedLength = ends.fixedLength;
-    stored.EndsWithDetection = ends.endsWithDetection;
-    stored.Checksum = m_rules.checksum ? Checksum::Stored(*m_rules.checksum) : QString();
+    stored.GapMicroseconds = rule.automaticGap ? -1 : qint32(std::min(rule.gap / Micro, Longest));
+    stored.EndMark = QString::fromLatin1(SequenceText::Of(rule.endMark, Representation::Hex));
+    stored.FixedLength = rule.fixedLength;
+    stored.EndsWithDetection = rule.endsWithDetection;
+    stored.Checksum = rule.checksum ? Checksum::Stored(*rule.checksum) : QString();
 }
 
-void frmTraffic::SetRules(const TelegramRules &rules)
+void frmTraffic::ChooseRule()
 {
-    const bool cuts = m_rules.ends != rules.ends;
-    m_rules = rules;
-    m_status->ShowRule(frmTelegramRule::Summary(rules));
-    if (cuts) {
-        RememberPlace();
-        m_parts.book.SetRule(rules.ends);
-    }
-    lstTelegrams->Refresh();
+    frmTelegramRule dialog(m_parts.book.Rule(), this);
+    if (dialog.exec() != QDialog::Accepted || dialog.Rule() == m_parts.book.Rule())
+        return;
+    SetRule(dialog.Rule());
+    StoreRule(dialog.Rule());
 }
 
-QString frmTraffic::ChecksumText(const Telegram &telegram) const
+void frmTraffic::SetRule(const TelegramRule &rule)
 {
-    if (!m_rules.checksum || !telegram.HasBytes())
-        return {};
-    return Checksum::Text(*m_rules.checksum, Checksum::Check(*m_rules.checksum, telegram.bytes));
+    m_status->ShowRule(frmTelegramRule::Summary(rule));
+    RememberPlace();
+    m_parts.book.SetRule(rule);
 }
 
 /// Rows will have other numbers; what is looked at then comes back by its time.
@@ -217,8 +206,7 @@ void frmTraffic::SeekPlace()
 void frmTraffic::ShowDetails(qint64 row)
 {
     if (const Telegram *telegram = row < 0 ? nullptr : m_parts.book.Row(row))
-        m_details->Show(*telegram, lstTelegrams->Ports(),
-                        lstTelegrams->RemarkOf ? lstTelegrams->RemarkOf(*telegram) : QString());
+        m_details->Show(*telegram, lstTelegrams->NoteFor(*telegram));
 }
 
 void frmTraffic::AddBar(QWidget &bar)

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "DisplaySettings.h"
-#include "frmTelegramRule.h"
 
 #include <QWidget>
 
@@ -19,7 +18,7 @@ class TelegramBook;
 class TelegramDetails;
 class TelegramList;
 class TrafficStatus;
-struct Telegram;
+struct TelegramRule;
 struct TrafficWindowSettings;
 
 /// What the window works with; all of it lives longer than the window.
@@ -33,7 +32,6 @@ struct TrafficWindowParts {
 struct TrafficOrigin {
     QString what;        ///< such as "Record of this session"
     QString uncertainty; ///< of the times
-    QStringList ports;   ///< names, by channel, of those telegrams that have none themselves
     bool grows = true;   ///< what comes is followed
 
     bool operator==(const TrafficOrigin &) const = default;
@@ -62,7 +60,7 @@ class frmTraffic final : public QWidget
     const TrafficOrigin &Origin() const { return m_origin; }
 
     /// Where telegrams end; cuts all anew.
-    void SetRules(const TelegramRules &rules);
+    void SetRule(const TelegramRule &rule);
 
     /// Stands above the list, below those that were added before.
     void AddBar(QWidget &bar);
@@ -79,9 +77,9 @@ class frmTraffic final : public QWidget
     void MakeMenus();
     void ConnectList();
     void RestorePlace();
-    void ChooseRules();
-    TelegramRules StoredRules() const;
-    QString ChecksumText(const Telegram &telegram) const;
+    void ChooseRule();
+    TelegramRule StoredRule() const;
+    void StoreRule(const TelegramRule &rule);
     void RememberPlace();
     void SeekPlace();
     void ShowDetails(qint64 row);
@@ -96,7 +94,6 @@ class frmTraffic final : public QWidget
     TelegramDetails *m_details;
     TrafficStatus *m_status;
     TrafficOrigin m_origin;
-    TelegramRules m_rules;
     std::optional<qint64> m_looksAt; ///< time on the wall of the row that was seen
     bool m_seeks = false;            ///< the row of that time, after all was cut anew
 };
