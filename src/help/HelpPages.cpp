@@ -22,6 +22,8 @@ constexpr auto Rows = std::to_array<Row>({
     {"frmOptions", "options.html"},
     {"frmDevices", "ports.html"},
     {"frmLineStatus", "line-status.html"},
+    {"frmTraffic", "traffic.html"},
+    {"frmTelegramRule", "traffic.html"},
     {"frmReplay", "replay.html"},
     {"frmJudgement", "judging.html"},
     {"frmSessionRecord", "session-record.html"},

@@ -27,8 +27,9 @@ constexpr int TelegramColumnCount = int(TelegramColumn::Marks) + 1;
 struct TelegramColumnRow {
     const char *heading;
     const char *toolTip;
-    const char *widest; ///< a usual text, by which the column gets its width
-    bool right;         ///< aligned to the right
+    const char *least; ///< a text that the column always has room for
+    const char *most;  ///< and what it grows to by itself with the texts that are seen
+    bool right;        ///< aligned to the right
 };
 
 namespace TelegramColumns

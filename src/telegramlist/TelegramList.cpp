@@ -15,6 +15,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace
@@ -134,7 +135,8 @@ void TelegramList::TakeReset()
 {
     m_selection.Clear();
     m_current = m_anchor = -1;
-    m_withDate = false;
+    m_seenWidths = {};
+    SetSuitedWidths();
     TakeChange();
     TellCurrent();
     Q_EMIT SelectionChanged();
@@ -219,12 +221,13 @@ void TelegramList::SetSuitedWidths()
     const QFontMetricsF metrics(m_header->font());
     for (int column = 0; column < TelegramColumnCount; ++column) {
         const TelegramColumnRow &row = TelegramColumns::RowOf(column);
-        QString widest = QString::fromUtf8(row.widest);
-        if (column == int(TelegramColumn::Time) && m_withDate)
-            widest.prepend(QStringLiteral("0000-00-00 "));
-        const qreal heading = metrics.horizontalAdvance(QString::fromUtf8(row.heading));
-        const qreal text = m_painter->Metrics().horizontalAdvance(widest);
-        widths[size_t(column)] = int(std::max(heading + 2, text) + 2 * TelegramPainter::Margin + 1);
+        const auto room = [this](const char *text) {
+            return int(m_painter->Metrics().horizontalAdvance(QString::fromUtf8(text)));
+        };
+        const qreal heading = metrics.horizontalAdvance(QString::fromUtf8(row.heading)) + 2;
+        const int seen = std::min(m_seenWidths[size_t(column)], room(row.most));
+        widths[size_t(column)] =
+            std::max({int(heading), room(row.least), seen}) + 2 * TelegramPainter::Margin + 1;
     }
     constexpr int LeastBytes = 8;
     widths[size_t(TelegramColumn::Hex)] =
@@ -280,7 +283,7 @@ void TelegramList::paintEvent(QPaintEvent *)
     }
     QPainter painter(viewport());
     painter.fillRect(viewport()->rect(), m_painter->Ground());
-    const bool withDate = m_withDate;
+    bool grown = false;
     const qint64 end = std::min(End(), m_top + RowsSeen() + 1);
     for (qint64 row = m_top; row < end; ++row) {
         TelegramPainter::Row shown;
@@ -293,7 +296,7 @@ void TelegramList::paintEvent(QPaintEvent *)
             }
             shown.texts[size_t(TelegramColumn::Marks)] = MarksOf(*shown.telegram, false);
             shown.event = TelegramCells::EventText(*shown.telegram);
-            m_withDate = m_withDate || !IsOfToday(shown.telegram->wall);
+            grown = NoteWidths(shown) || grown;
         } else {
             shown.texts[size_t(TelegramColumn::Time)] = QStringLiteral("\u2026");
         }
@@ -303,8 +306,22 @@ void TelegramList::paintEvent(QPaintEvent *)
             {m_selection.Contains(row), row == m_current && hasFocus(), isActiveWindow()});
     }
     m_painter->Finish(painter);
-    if (m_withDate != withDate)
+    if (grown)
         QMetaObject::invokeMethod(this, &TelegramList::SetSuitedWidths, Qt::QueuedConnection);
+}
+
+/// Whether a column could have more room.
+bool TelegramList::NoteWidths(const TelegramPainter::Row &row)
+{
+    bool grown = false;
+    for (int column = 0; column < TelegramColumnCount; ++column) {
+        qint32 &seen = m_seenWidths[size_t(column)];
+        const int width =
+            int(std::ceil(m_painter->Metrics().horizontalAdvance(row.texts[size_t(column)])));
+        grown = grown || width > seen;
+        seen = std::max(seen, width);
+    }
+    return grown;
 }
 
 bool TelegramList::IsOfToday(qint64 wall) const

@@ -116,6 +116,7 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     void SetBars();
     void MakePainter();
     void SetSuitedWidths();
+    bool NoteWidths(const TelegramPainter::Row &row);
     qint64 RowAtPlace(int y) const;
     void Move(qint64 row, Qt::KeyboardModifiers modifiers);
     void Press(qint64 row, Qt::KeyboardModifiers modifiers);
@@ -139,8 +140,8 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     int m_wheel = 0;      ///< what has not made a row yet
     qint64 m_anchor = -1; ///< where the range that is being chosen began
     bool m_follows = true;
-    bool m_setting = false;  ///< the scroll bars, not the user
-    bool m_withDate = false; ///< rows of other days were seen
+    bool m_setting = false;                 ///< the scroll bars, not the user
+    TelegramColumns::Widths m_seenWidths{}; ///< of the texts that were seen
     TelegramBase m_base = TelegramBase::RowBefore;
     std::optional<qint64> m_baseTime; ///< of the marked row
     QDate m_today;
