@@ -8,6 +8,7 @@
 #include "RecordSource.h"
 #include "RecordText.h"
 #include "RemoteAddress.h"
+#include "TelegramList.h"
 
 #include <algorithm>
 #include <utility>
@@ -67,16 +68,17 @@ void MdTraffic::ShowCapture(std::shared_ptr<const TelegramSource> capture, const
     m_capture = name;
     Show();
     m_timer.stop();
+    m_window->List().SetFollows(false); // it is read from its beginning
     m_book.Show(std::move(capture));
-    m_window->ShowOrigin(
-        {QStringLiteral("Capture ") + name,
-         QStringLiteral("Times of reads; the adapter may have added up to %1 ms").arg(UsualLatency),
-         false});
+    m_window->ShowOrigin({QStringLiteral("Capture ") + name,
+                          QStringLiteral("Times of reads; the adapter may have added up to %1 ms")
+                              .arg(UsualLatency)});
 }
 
 void MdTraffic::ShowSession()
 {
     m_capture.clear();
+    m_window->List().SetFollows(true);
     m_book.Show(std::make_shared<RecordSource>(m_parts.record.SharedSegments()));
     Look();
     m_timer.start();

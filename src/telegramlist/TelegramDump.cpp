@@ -99,6 +99,7 @@ void TelegramDump::Show(const Telegram &telegram)
 void TelegramDump::SetColours(const DisplaySettings &display)
 {
     m_display = display;
+    SetInk();
     viewport()->update();
 }
 
@@ -109,6 +110,7 @@ void TelegramDump::MakeFace()
     const QRawFont &raw = m_face.Font();
     m_rowHeight = int(std::ceil(raw.ascent() + raw.descent())) + 1;
     m_baseline = std::round(raw.ascent());
+    SetInk();
     SetBars();
 }
 
@@ -197,14 +199,13 @@ int TelegramDump::ColumnPlace(int column) const
     return Margin + int(Places[size_t(column)] * m_face.Advance()) - horizontalScrollBar()->value();
 }
 
-QColor TelegramDump::TextColour() const
+void TelegramDump::SetInk()
 {
-    const QColor ground = ViewColours(m_display, palette()).Ground();
-    const QColor text = palette().color(QPalette::Text);
     constexpr qreal Readable = 4.5;
-    if (ViewColours::Contrast(text, ground) >= Readable)
-        return text;
-    return ViewColours::Contrast(Qt::black, ground) >= Readable ? Qt::black : Qt::white;
+    m_ground = ViewColours(m_display, palette()).Ground();
+    m_ink = palette().color(QPalette::Text);
+    if (ViewColours::Contrast(m_ink, m_ground) < Readable)
+        m_ink = ViewColours::Contrast(Qt::black, m_ground) >= Readable ? Qt::black : Qt::white;
 }
 
 void TelegramDump::PaintText(QPainter &painter, const QString &text, const QPointF &place) const
@@ -230,7 +231,7 @@ void TelegramDump::PaintRow(QPainter &painter, qsizetype row, qreal top) const
                                  palette().color(QPalette::Highlight));
             if (place == m_caret && hasFocus() && column == Hex)
                 painter.drawRect(QRectF(left - 1.5, top + 0.5, width + 2, m_rowHeight - 1));
-            painter.setPen(chosen ? palette().color(QPalette::HighlightedText) : TextColour());
+            painter.setPen(chosen ? palette().color(QPalette::HighlightedText) : m_ink);
             if (column == Text) {
                 ink.Add(m_face, uchar(bytes[i]), {left, top, advance, qreal(m_rowHeight)},
                         m_baseline);
@@ -238,7 +239,7 @@ void TelegramDump::PaintRow(QPainter &painter, qsizetype row, qreal top) const
             } else {
                 PaintText(painter, CellText(row, column).mid(i * pitch, pitch - 1), {left, top});
             }
-            painter.setPen(TextColour());
+            painter.setPen(m_ink);
             if (column == Hex && place > 0 && BeginsRead(place))
                 painter.drawLine(QPointF(left - advance / 2, top + 1),
                                  QPointF(left - advance / 2, top + m_rowHeight - 2));
@@ -250,14 +251,14 @@ void TelegramDump::PaintRow(QPainter &painter, qsizetype row, qreal top) const
 void TelegramDump::paintEvent(QPaintEvent *)
 {
     QPainter painter(viewport());
-    painter.fillRect(viewport()->rect(), ViewColours(m_display, palette()).Ground());
+    painter.fillRect(viewport()->rect(), m_ground);
     painter.setFont(FixedPitchFont::ViewFont());
-    QColor pale = TextColour();
+    QColor pale = m_ink;
     pale.setAlphaF(0.6F);
     painter.setPen(pale);
     for (int column = 0; column < ColumnCount; ++column)
         PaintText(painter, Headings()[column], QPointF(ColumnPlace(column), 0));
-    painter.setPen(TextColour());
+    painter.setPen(m_ink);
     const qsizetype end = std::min(Rows(), Top() + RowsSeen() + 1);
     for (qsizetype row = Top(); row < end; ++row)
         PaintRow(painter, row, qreal(row - Top() + 1) * m_rowHeight);
@@ -272,7 +273,8 @@ void TelegramDump::resizeEvent(QResizeEvent *event)
 void TelegramDump::changeEvent(QEvent *event)
 {
     QAbstractScrollArea::changeEvent(event);
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+    const QEvent::Type type = event->type();
+    if (type == QEvent::StyleChange || type == QEvent::FontChange || type == QEvent::PaletteChange)
         MakeFace();
 }
 

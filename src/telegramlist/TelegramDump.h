@@ -10,6 +10,7 @@
 #include "Telegram.h"
 
 #include <QAbstractScrollArea>
+#include <QColor>
 
 #include <array>
 
@@ -82,10 +83,12 @@ class TelegramDump final : public QAbstractScrollArea, public DrawnTable
     void MoveTo(qsizetype place, bool extend);
     void PaintRow(QPainter &painter, qsizetype row, qreal top) const;
     void PaintText(QPainter &painter, const QString &text, const QPointF &place) const;
-    QColor TextColour() const;
+    void SetInk();
 
     Telegram m_telegram;
     DisplaySettings m_display;
+    QColor m_ground;
+    QColor m_ink;
     ByteFace m_face;
     qreal m_baseline = 0;
     int m_rowHeight = 1;

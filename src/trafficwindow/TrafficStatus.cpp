@@ -69,7 +69,10 @@ TrafficStatus::TrafficStatus(TelegramBook &book, TelegramList &list, QWidget *pa
     column->addLayout(first);
     column->addLayout(second);
     connect(&book, &TelegramRows::Changed, this, &TrafficStatus::ShowCount);
-    connect(&book, &TelegramRows::Reset, this, &TrafficStatus::ShowCount);
+    connect(&book, &TelegramRows::Reset, this, [this] {
+        m_settled = false; // work may be done before it is looked at
+        ShowCount();
+    });
     connect(&book, &TelegramBook::Summed, this, &TrafficStatus::TakeSum);
     connect(&list, &TelegramList::SelectionChanged, &m_pause, qOverload<>(&QTimer::start));
     m_timer.setInterval(WorkMilliseconds);
@@ -173,7 +176,8 @@ void TrafficStatus::ShowWork()
     for (QWidget *each : {static_cast<QWidget *>(lblWork), static_cast<QWidget *>(m_progress),
                           static_cast<QWidget *>(cmdCancelWork)})
         each->setVisible(shows);
-    if (std::exchange(m_worked, works) && !works)
+    m_worked = works;
+    if (!works && !std::exchange(m_settled, true))
         Q_EMIT Settled();
 }
 

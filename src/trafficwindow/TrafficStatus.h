@@ -64,6 +64,7 @@ class TrafficStatus final : public QWidget
     qint64 m_between = 0;
     bool m_asked = false;
     bool m_worked = false;
+    bool m_settled = true;
     QLabel *lblShown;
     QLabel *lblChosen;
     QLabel *lblSource;

@@ -130,12 +130,9 @@ void frmTraffic::ConnectList()
 
 void frmTraffic::ShowOrigin(const TrafficOrigin &origin)
 {
-    const bool other = m_origin.what != origin.what;
     m_origin = origin;
     m_status->ShowSource(origin.what);
     m_status->ShowUncertainty(origin.uncertainty);
-    if (other)
-        lstTelegrams->SetFollows(origin.grows);
 }
 
 TelegramRule frmTraffic::StoredRule() const

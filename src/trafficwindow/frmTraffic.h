@@ -32,7 +32,6 @@ struct TrafficWindowParts {
 struct TrafficOrigin {
     QString what;        ///< such as "Record of this session"
     QString uncertainty; ///< of the times
-    bool grows = true;   ///< what comes is followed
 
     bool operator==(const TrafficOrigin &) const = default;
 };
@@ -55,7 +54,7 @@ class frmTraffic final : public QWidget
     enum class Menu { Capture, Edit, View };
     /// Actions that are added here belong to the window, with their keys.
     QMenu &MenuOf(Menu menu) const { return *m_menus[size_t(menu)]; }
-    /// Another source is shown, or there is something else to say of it.
+    /// Another source is shown, or there is something else to say of the same.
     void ShowOrigin(const TrafficOrigin &origin);
     const TrafficOrigin &Origin() const { return m_origin; }
 
