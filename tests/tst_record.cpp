@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureBookmarks.h"
 #include "CaptureEncoder.h"
 #include "CaptureTraffic.h"
 #include "MdRecord.h"
@@ -158,6 +159,12 @@ class tst_record : public QObject
     void EverythingOfARunIsSaved()
     {
         Session session;
+        const QList<CaptureBookmark> bookmarks = {{Start + 3, "\u03A9: 1"}, {-1, {}}};
+        session.record.Notes = [&bookmarks] {
+            return QStringList{CaptureBookmarks::CommentOf(bookmarks[0]), "bookmark at 7: it",
+                               "bookmark at 2023-11-14T22:13:20.00000000xZ", "a comment",
+                               CaptureBookmarks::CommentOf(bookmarks[1])};
+        };
         QVERIFY(session.Saved() == QByteArrayList{"no capture"});
         QVERIFY(session.prompts.shown.last().text.contains("nothing has been recorded"));
         session.Open({"COM1"});
@@ -176,6 +183,8 @@ class tst_record : public QObject
                  (QByteArrayList{"COM1 one", "COM3 two", "COM4 three", "COM1 four"}));
         QCOMPARE(session.prompts.asked.last().name, "capture-20261105-071349.pcapng");
         QCOMPARE(session.lastFolder, "/a/");
+        QCOMPARE(CaptureBookmarks::In(ScriptedDisk::Reader(session.disk.files["/a/saved.pcapng"])),
+                 bookmarks);
 
         // Other programs tell the ports apart.
         QTemporaryDir place;

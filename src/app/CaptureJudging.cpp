@@ -51,6 +51,11 @@ void CaptureJudging::Judge(QWidget &owner)
     if (path.isEmpty())
         return;
     m_parts.folder = PathParts::Folder(path);
+    Judge(path, owner);
+}
+
+void CaptureJudging::Judge(const QString &path, QWidget &owner)
+{
     const auto judge = std::make_shared<const CaptureJudge>(m_parts.sequences);
     const auto outcome = std::make_shared<Outcome>();
     const QString name = FileName::Shown(PathParts::FileName(path));

@@ -33,6 +33,8 @@ class CaptureJudging
     /// The window lies over the owner, with which it goes. A new judgement takes the place of the
     /// one before.
     void Judge(QWidget &owner);
+    /// The same for a capture that is known.
+    void Judge(const QString &path, QWidget &owner);
 
     /// The program ended while a file system stood still; nothing may wait for the thread.
     bool Hangs() const { return m_hangs; }

@@ -5,7 +5,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
-#include <QString>
+#include <QStringList>
 
 /// The blocks of captures that CaptureEncoder has made, for who cuts and joins them without reading
 /// what they say.
@@ -15,7 +15,9 @@ namespace CaptureBlocks
 /// Of the block that the bytes begin with: its length, 0 if it is not whole, negative if it is
 /// damaged.
 qsizetype LengthOf(QByteArrayView bytes);
+/// Its first 8 bytes are enough for these two; the length is what it says of itself.
 quint32 TypeOf(QByteArrayView block);
+quint32 ToldLength(QByteArrayView block);
 
 /// Of a packet.
 struct Packet {
@@ -28,7 +30,9 @@ Packet PacketOf(QByteArrayView block);
 /// Of the packet that stands at a place.
 void SetInterface(QByteArray &bytes, qsizetype place, int interface);
 
-/// The block of a section or of an interface with one more comment.
-QByteArray WithComment(QByteArrayView block, const QString &comment);
+/// The block of a section or of an interface with comments before its own options.
+QByteArray WithComments(QByteArrayView block, const QStringList &comments);
+/// The comments of a section; none of another block, or of one in the other byte order.
+QStringList CommentsOf(QByteArrayView section);
 
 } // namespace CaptureBlocks

@@ -29,8 +29,7 @@ void CaptureJoiner::AppendBlock(QByteArray &joined, QByteArrayView block)
         m_told.clear();
         if (std::exchange(m_begun, true))
             break;
-        joined +=
-            m_note.isEmpty() ? block.toByteArray() : CaptureBlocks::WithComment(block, m_note);
+        joined += CaptureBlocks::WithComments(block, m_notes);
         break;
     case InterfaceDescription:
         m_told << block.toByteArray();
@@ -51,8 +50,8 @@ void CaptureJoiner::AppendInterfaces(QByteArray &joined)
 {
     for (qsizetype channel = 0; channel < m_told.size(); ++channel)
         joined += m_count == 0 ? m_told[channel]
-                               : CaptureBlocks::WithComment(
-                                     m_told[channel], CaptureRemarks::OfChannel(int(channel)));
+                               : CaptureBlocks::WithComments(
+                                     m_told[channel], {CaptureRemarks::OfChannel(int(channel))});
     m_first = m_count;
     m_count += int(m_told.size());
     m_inForce = m_told;

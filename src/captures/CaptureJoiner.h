@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QList>
-#include <QString>
+#include <QStringList>
 
 /// Makes one capture of several that CaptureEncoder has made, in one section: other programs mix
 /// up the interfaces of several. Where the ports change, the new ones follow as further interfaces
@@ -14,8 +14,8 @@
 class CaptureJoiner final
 {
   public:
-    /// The note becomes the comment of the whole; empty for none.
-    explicit CaptureJoiner(QString note) : m_note(std::move(note)) {}
+    /// The notes become comments of the whole, in their order.
+    explicit CaptureJoiner(QStringList notes = {}) : m_notes(std::move(notes)) {}
 
     /// Adds what becomes of the next bytes, up to the last block that is whole. Returns how many
     /// bytes that were; the rest is to be given again with what follows. Negative if what stands
@@ -26,7 +26,7 @@ class CaptureJoiner final
     void AppendBlock(QByteArray &joined, QByteArrayView block);
     void AppendInterfaces(QByteArray &joined);
 
-    QString m_note;
+    QStringList m_notes;
     bool m_begun = false;
     QList<QByteArray> m_told;    ///< interfaces of the capture that is joined now
     QList<QByteArray> m_inForce; ///< those that packets were last of

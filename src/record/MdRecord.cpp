@@ -115,7 +115,12 @@ void MdRecord::SaveCapture()
     const QStringList paths = m_saver.ChooseFiles(1);
     if (paths.isEmpty() || m_parts.run.QuitRequested)
         return;
-    if (!m_saver.Save(paths.first(), [this] { return Source(); }))
+    const auto source = [this, notes = Notes()] {
+        RecordSaver::Source made = Source();
+        made.copy.notes << notes;
+        return made;
+    };
+    if (!m_saver.Save(paths.first(), source))
         return;
     if (const QString missing = MissingText(m_segments->State()); !missing.isEmpty())
         m_parts.prompts.ShowNotice(
@@ -137,7 +142,8 @@ RecordSaver::Source MdRecord::Source()
             source.copy.parts.append({std::move(opened.device), each.size});
     }
     const RecordState state = m_segments->State();
-    source.copy.note = MissingText(state);
+    if (const QString missing = MissingText(state); !missing.isEmpty())
+        source.copy.notes << missing;
     const LineTime now = {0, m_parts.clock.Now().toMSecsSinceEpoch() * 1'000'000};
     source.copy.end = LostPackets(state.lost, now);
     if (source.copy.parts.isEmpty())

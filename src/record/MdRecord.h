@@ -12,6 +12,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <functional>
 
 /// The session's record: what has happened on the lines since the ports were first opened, in files
 /// that go when the program ends in good order. Written by a thread of its own; neither the lines
@@ -36,6 +37,8 @@ class MdRecord final : public QObject
 
     /// Has the user choose a file for what has been recorded by then.
     void SaveCapture();
+    /// Comments on it, such as bookmarks, asked for when it is saved.
+    std::function<QStringList()> Notes = [] { return QStringList(); };
 
     /// Offers what sessions left behind, once.
     void Offer() { m_offer.Offer(); }

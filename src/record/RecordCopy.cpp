@@ -79,7 +79,7 @@ Result RecordCopy::WriteTo(OpenFiles &files, const QString &path, WorkProgress &
     ClOutputFile file(files);
     if (Result opened = file.OpenForReplacing(path); opened.Failed())
         return opened;
-    CaptureJoiner joiner(note);
+    CaptureJoiner joiner(notes);
     Copier copier(joiner, file, progress);
     for (const Part &part : parts) {
         if (Result added = copier.Add(part); added.Failed())

@@ -6,7 +6,7 @@
 #include "FileSystem.h"
 
 #include <QList>
-#include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -21,8 +21,8 @@ struct RecordCopy {
     };
 
     QList<Part> parts;
-    QString note;   ///< comment on the whole, if there is anything to say
-    QByteArray end; ///< packets that follow the last segment's
+    QStringList notes; ///< comments on the whole, if there is anything to say
+    QByteArray end;    ///< packets that follow the last segment's
 
     qint64 Size() const;
 

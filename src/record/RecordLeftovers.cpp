@@ -102,7 +102,7 @@ RecordCopy LeftRecord::Copy() const
             ++gone;
     }
     if (gone > 0)
-        copy.note = QStringLiteral("The beginning of the record is missing: it was bounded");
+        copy.notes << QStringLiteral("The beginning of the record is missing: it was bounded");
     return copy;
 }
 

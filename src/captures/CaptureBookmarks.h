@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+
+class InputDevice;
+
+/// A place of a capture that somebody has marked.
+struct CaptureBookmark {
+    qint64 wall = 0; ///< of the first byte there, in nanoseconds since 1970
+    QString note;    ///< one line; may be empty
+
+    bool operator==(const CaptureBookmark &) const = default;
+};
+
+/// Bookmarks as comments on a capture's first section, such as
+/// "bookmark at 2026-11-22T03:12:44.123456789Z: the motor stops".
+namespace CaptureBookmarks
+{
+
+/// Longer notes are cut, in characters.
+constexpr qsizetype LongestNote = 1000;
+/// More are not kept.
+constexpr qsizetype MostBookmarks = 10'000;
+
+QString CommentOf(const CaptureBookmark &bookmark);
+/// Nothing for another comment.
+std::optional<CaptureBookmark> BookmarkOf(QStringView comment);
+
+/// Those that a capture has, as texts of strangers; none if it is not one of ours.
+QList<CaptureBookmark> In(const InputDevice &capture);
+
+} // namespace CaptureBookmarks
