@@ -5,12 +5,14 @@
 
 #include "MdCommunication.h"
 #include "MdFind.h"
+#include "MdSequenceEdition.h"
 #include "PortFinder.h"
 #include "ProgramInfo.h"
 #include "RecordSettings.h"
 #include "RunState.h"
 #include "SequenceLists.h"
 #include "SystemInformation.h"
+#include "UserPrompts.h"
 #include "frmAbout.h"
 #include "frmEditAction.h"
 #include "frmEditEvent.h"
@@ -24,34 +26,72 @@
 
 MainDialogs::MainDialogs(MainDialogParts parts) : m_parts(std::move(parts)) {}
 
+SequenceEditorParts MainDialogs::PartsOfSend()
+{
+    return {m_parts.sequences, m_parts.prompts, m_sendMode,
+            [this](int index) {
+                m_parts.lists.ShowSendRecord(index);
+                m_parts.window.SetProjectModified(true);
+            },
+            [this](int index) {
+                m_parts.lists.RemoveSendRow(index);
+                m_parts.window.SetProjectModified(true);
+            }};
+}
+
+SequenceEditorParts MainDialogs::PartsOfReceive()
+{
+    return {m_parts.sequences,
+            m_parts.prompts,
+            m_receiveMode,
+            [this](int index) {
+                m_parts.lists.ShowReceiveRecord(index);
+                m_parts.window.SetProjectModified(true);
+            },
+            [this](int index) {
+                m_parts.lists.RemoveReceiveRow(index);
+                m_parts.window.SetProjectModified(true);
+            },
+            m_parts.options.comm.MaySend()};
+}
+
 void MainDialogs::EditSendSequence()
 {
-    frmEditAction editor({m_parts.sequences, m_parts.prompts, m_sendMode,
-                          [this](int index) {
-                              m_parts.lists.ShowSendRecord(index);
-                              m_parts.window.SetProjectModified(true);
-                          },
-                          [this](int index) {
-                              m_parts.lists.RemoveSendRow(index);
-                              m_parts.window.SetProjectModified(true);
-                          }},
-                         &m_parts.window);
-    editor.exec();
+    frmEditAction(PartsOfSend(), &m_parts.window).exec();
 }
 
 void MainDialogs::EditReceiveSequence()
 {
-    frmEditEvent editor({m_parts.sequences, m_parts.prompts, m_receiveMode,
-                         [this](int index) {
-                             m_parts.lists.ShowReceiveRecord(index);
-                             m_parts.window.SetProjectModified(true);
-                         },
-                         [this](int index) {
-                             m_parts.lists.RemoveReceiveRow(index);
-                             m_parts.window.SetProjectModified(true);
-                         },
-                         m_parts.options.comm.MaySend()},
-                        &m_parts.window);
+    frmEditEvent(PartsOfReceive(), &m_parts.window).exec();
+}
+
+bool MainDialogs::HasRoom(int index)
+{
+    if (index < MdSequenceEdition::Capacity)
+        return true;
+    m_parts.prompts.ShowMessage(ExclamationMessage(MdSequenceEdition::FullTableText()));
+    return false;
+}
+
+void MainDialogs::NewSendSequence(const QByteArray &bytes, QWidget &over)
+{
+    const int index = m_parts.sequences.SendCount();
+    if (!HasRoom(index))
+        return;
+    m_parts.sequences.CurrentSendIndex = index;
+    frmEditAction editor(PartsOfSend(), &over);
+    editor.Propose(bytes);
+    editor.exec();
+}
+
+void MainDialogs::NewReceiveSequence(const QByteArray &bytes, QWidget &over)
+{
+    const int index = m_parts.sequences.ReceiveCount();
+    if (!HasRoom(index))
+        return;
+    m_parts.sequences.CurrentReceiveIndex = index;
+    frmEditEvent editor(PartsOfReceive(), &over);
+    editor.Propose(bytes);
     editor.exec();
 }
 

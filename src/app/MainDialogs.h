@@ -5,6 +5,7 @@
 
 #include "OptionsValues.h"
 #include "Representation.h"
+#include "SequenceEditorParts.h"
 
 #include <memory>
 
@@ -14,6 +15,8 @@ class MdFind;
 class MdRecord;
 class MdSequenceEdition;
 class PortFinder;
+class QByteArray;
+class QWidget;
 class SequenceLists;
 class Shell;
 class SystemRegistry;
@@ -51,6 +54,10 @@ class MainDialogs
     /// The record at CurrentSendIndex or CurrentReceiveIndex.
     void EditSendSequence();
     void EditReceiveSequence();
+    /// A further one, with these bytes to begin with, over the window that asks for it. If the
+    /// table is full, the user is told.
+    void NewSendSequence(const QByteArray &bytes, QWidget &over);
+    void NewReceiveSequence(const QByteArray &bytes, QWidget &over);
     /// Stops communication first, and starts it again if the user wants it; stays away if it cannot
     /// be stopped.
     void ShowOptions();
@@ -61,6 +68,9 @@ class MainDialogs
     void ShowAbout();
 
   private:
+    SequenceEditorParts PartsOfSend();
+    SequenceEditorParts PartsOfReceive();
+    bool HasRoom(int index);
     void StoreOptions(const OptionsValues &values);
 
     MainDialogParts m_parts;

@@ -12,6 +12,7 @@
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
 #include "MdTraffic.h"
+#include "NamedSequences.h"
 #include "ProgramInfo.h"
 #include "ProgramSettings.h"
 #include "ReplayWindow.h"
@@ -21,6 +22,7 @@
 #include "SettingsStore.h"
 #include "SystemPortFinder.h"
 #include "SystemPortName.h"
+#include "TrafficWork.h"
 #include "frmMain.h"
 
 #include <QCoreApplication>
@@ -78,6 +80,7 @@ int MdMain::Run()
 
     EndCommunication();
     m_dialogs.reset();
+    m_trafficWork.reset();
     m_traffic.reset();
     m_replay.reset();
     m_lists.reset();
@@ -93,7 +96,8 @@ void MdMain::EndCommunication()
     const bool logged = m_log.Finish();
     const bool captured = m_capture.Finish();
     const bool recorded = m_record.Finish();
-    m_diskHangs = !logged || !captured || !recorded || m_print.Hangs() || m_judging.Hangs();
+    m_diskHangs = !logged || !captured || !recorded || m_print.Hangs() || m_judging.Hangs() ||
+                  (m_trafficWork && m_trafficWork->Hangs());
     QCoreApplication::sendPostedEvents(m_communication.get());
     QCoreApplication::sendPostedEvents(&m_log);
     QCoreApplication::sendPostedEvents(&m_capture);
@@ -185,6 +189,7 @@ void MdMain::MakeWindow()
                                        *m_window);
     m_traffic = std::make_unique<MdTraffic>(MdTrafficParts{
         m_record, m_display, m_trafficSettings, [this] { return m_ports->OpenDevices(); }});
+    connect(m_traffic.get(), &MdTraffic::Made, this, &MdMain::WorkOnTraffic);
     m_window->AskSaveChanges = [this] {
         const bool mayClose = m_project.AskSaveChanges();
         if (mayClose)
@@ -201,6 +206,39 @@ void MdMain::MakeWindow()
     connect(m_window.get(), &frmMain::CommandChosen, this, &MdMain::Execute);
     connect(m_window.get(), &frmMain::RecentProjectChosen, this,
             [this](const QString &entry) { m_project.OpenRecentProject(entry); });
+}
+
+/// What can be done in the window "Traffic", once it is there.
+void MdMain::WorkOnTraffic(frmTraffic &window)
+{
+    const auto bookmarks = std::make_shared<TelegramBookmarks>();
+    m_record.Notes = [bookmarks] { return bookmarks->Comments(); };
+    const TrafficCopyParts copying = {
+        m_captureSettings.Folder,
+        m_files,
+        m_world.prompts,
+        m_run,
+        [this] { return m_comm.MaySend(); },
+        [this](const QByteArray &bytes, QWidget &over) { m_dialogs->NewSendSequence(bytes, over); },
+        [this](const QByteArray &bytes, QWidget &over) {
+            m_dialogs->NewReceiveSequence(bytes, over);
+        }};
+    const TrafficCaptureParts captures = {
+        m_captureSettings.Folder,
+        m_fileSystem,
+        m_world.prompts,
+        bookmarks,
+        [this](const std::shared_ptr<const TelegramSource> &capture, const QString &name) {
+            m_traffic->ShowCapture(capture, name);
+        },
+        [this] { m_traffic->ShowSession(); },
+        [this] { return m_comm.TwoChannels(); },
+        [this] { m_record.SaveCapture(); },
+        [this](const QString &path, QWidget &owner) { m_judging.Judge(path, owner); },
+        [this](const QString &path) { m_replay->Replay().Start(path); }};
+    m_trafficWork = std::make_unique<TrafficWork>(
+        window, TrafficWorkParts{[this] { return NamedSequences::NamesOf(m_sequences); }, copying,
+                                 captures});
 }
 
 void MdMain::ConnectCommunication()

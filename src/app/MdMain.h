@@ -53,8 +53,10 @@ class SequenceLists;
 class SettingsStore;
 class Shell;
 class SystemRegistry;
+class TrafficWork;
 class UserPrompts;
 class frmMain;
+class frmTraffic;
 
 /// The program: owns what its parts work with, wires them, and runs the main loop.
 class MdMain final : public QObject
@@ -110,6 +112,7 @@ class MdMain final : public QObject
     void TellOnceShown(const QString &text);
     void ApplyCommandLine();
     void MakeWindow();
+    void WorkOnTraffic(frmTraffic &window);
     void ConnectCommunication();
     void WireCommands();
     void ShowMainWindow();
@@ -164,4 +167,5 @@ class MdMain final : public QObject
     std::unique_ptr<LineStatusWindow> m_lineStatus;
     std::unique_ptr<ReplayWindow> m_replay;
     std::unique_ptr<MdTraffic> m_traffic;
+    std::unique_ptr<TrafficWork> m_trafficWork; ///< in its window
 };

@@ -24,9 +24,9 @@ struct CaptureBookmark {
 namespace CaptureBookmarks
 {
 
-/// Longer notes are cut, in characters.
-constexpr qsizetype LongestNote = 1000;
-/// More are not kept.
+/// Longer notes are cut, in characters, and more bookmarks are not kept: all of them have room in
+/// one block that CaptureReader takes.
+constexpr qsizetype LongestNote = 200;
 constexpr qsizetype MostBookmarks = 10'000;
 
 QString CommentOf(const CaptureBookmark &bookmark);

@@ -156,6 +156,11 @@ void frmEditSequence::ShowNameAndSequence(const QByteArray &name, const QByteArr
     m_sequence->SetSequence(sequence);
 }
 
+void frmEditSequence::Propose(const QByteArray &sequence)
+{
+    m_sequence->Replace(sequence);
+}
+
 void frmEditSequence::UpdateButtons()
 {
     const int index = CurrentIndex();

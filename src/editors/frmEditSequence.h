@@ -32,6 +32,9 @@ class frmEditSequence : public QDialog
     /// "OK" and the ways out: Cancel and the frame leave without asking.
     void accept() override;
 
+    /// Bytes for the record that is shown, as if the user had typed them.
+    void Propose(const QByteArray &sequence);
+
   protected:
     /// The names that the two editors give to what they share.
     struct Names {

@@ -4,6 +4,7 @@
 #include "NamedSequences.h"
 
 #include "CodePage1252.h"
+#include "MdSequenceEdition.h"
 
 namespace
 {
@@ -15,6 +16,18 @@ constexpr qsizetype MostLines = 12;
 
 namespace NamedSequences
 {
+
+QStringList NamesOf(const MdSequenceEdition &sequences)
+{
+    QStringList names;
+    for (int i = 0; i < sequences.SendCount(); ++i)
+        names << CodePage1252::ToUnicode(sequences.SendAt(i).Name);
+    for (int i = 0; i < sequences.ReceiveCount(); ++i)
+        names << CodePage1252::ToUnicode(sequences.ReceiveAt(i).Name);
+    names.removeAll(QString());
+    names.removeDuplicates();
+    return names;
+}
 
 QString Quoted(QByteArrayView text)
 {

@@ -7,9 +7,14 @@
 #include <QString>
 #include <QStringList>
 
-/// How sequences are named in messages.
+class MdSequenceEdition;
+
+/// How sequences are named in messages, and their names.
 namespace NamedSequences
 {
+
+/// Of all that a project has, send sequences first, each once and none empty, as Unicode.
+QStringList NamesOf(const MdSequenceEdition &sequences);
 
 /// Index and name, such as: 3, "Reset". Of a long name only the begin, and in one line.
 QString Title(int index, QByteArrayView name);

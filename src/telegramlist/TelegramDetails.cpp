@@ -43,7 +43,7 @@ QString Summary(const Telegram &telegram, const QString &note)
 
 TelegramDetails::TelegramDetails(QWidget *parent)
     : QWidget(parent),
-      lblTelegram(new QLabel(QStringLiteral("Choose a telegram to see all of it here."))),
+      lblTelegram(new QLabel),
       m_dump(new TelegramDump)
 {
     lblTelegram->setObjectName(QStringLiteral("lblTelegram"));
@@ -59,6 +59,14 @@ TelegramDetails::TelegramDetails(QWidget *parent)
     column->addWidget(lblTelegram);
     column->addWidget(m_dump, 1);
     setFocusProxy(m_dump);
+    Clear();
+}
+
+void TelegramDetails::Clear()
+{
+    lblTelegram->setText(QStringLiteral("Choose a telegram to see all of it here."));
+    m_dump->Show({});
+    m_dump->setAccessibleDescription(lblTelegram->text());
 }
 
 void TelegramDetails::Show(const Telegram &telegram, const QString &note)

@@ -19,6 +19,8 @@ class TelegramDetails final : public QWidget
 
     /// The note is the user's, empty for none.
     void Show(const Telegram &telegram, const QString &note);
+    /// None is chosen.
+    void Clear();
     TelegramDump &Dump() const { return *m_dump; }
 
   private:

@@ -396,8 +396,11 @@ QString TelegramList::MarksOf(const Telegram &telegram, bool withGap) const
 
 QString TelegramList::NoteFor(const Telegram &telegram) const
 {
-    const std::optional<QString> note = NoteOf ? NoteOf(telegram.number) : std::nullopt;
-    return note ? QStringLiteral("\u2691 ") + *note : QString(); // a flag
+    const std::optional<QString> note = NoteOf ? NoteOf(telegram) : std::nullopt;
+    if (!note)
+        return {};
+    return QStringLiteral("\u2691 ") + // a flag
+           (note->isEmpty() ? QStringLiteral("bookmark") : *note);
 }
 
 QStringList TelegramList::Texts(qint64 row) const

@@ -54,9 +54,9 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     void SetBase(TelegramBase base);
     TelegramBase Base() const { return m_base; }
 
-    /// What the user has noted of a telegram with a number, shown among its marks; none by itself.
-    /// Refresh when it says other things.
-    std::function<std::optional<QString>(qint64 number)> NoteOf;
+    /// What the user has noted of a telegram, shown among its marks; none by itself. Refresh when
+    /// it says other things.
+    std::function<std::optional<QString>(const Telegram &)> NoteOf;
     void Refresh();
     /// The note as it is shown; empty if there is none.
     QString NoteFor(const Telegram &telegram) const;

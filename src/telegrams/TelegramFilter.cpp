@@ -3,7 +3,10 @@
 
 #include "TelegramFilter.h"
 
+#include "CodePage1252.h"
+
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace
@@ -11,7 +14,13 @@ namespace
 
 char Small(char c)
 {
-    return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c;
+    static const std::array<char, 256> table = [] {
+        std::array<char, 256> small{};
+        for (size_t i = 0; i < small.size(); ++i)
+            small[i] = char(CodePage1252::ToLower(uchar(i)));
+        return small;
+    }();
+    return table[uchar(c)];
 }
 
 qsizetype FindInAnyCase(QByteArrayView in, QByteArrayView what, qsizetype from)
@@ -35,7 +44,7 @@ qsizetype FindExactly(QByteArrayView in, QByteArrayView what, qsizetype from)
 
 bool TelegramFilter::Passes(const Telegram &telegram) const
 {
-    if (!directions[telegram.direction == 0 ? 0 : 1] || (marks && !(marks & telegram.marks)))
+    if (marks && !(marks & telegram.marks))
         return false;
     if (!telegram.HasBytes()) {
         const TelegramFilter none;
@@ -43,7 +52,7 @@ bool TelegramFilter::Passes(const Telegram &telegram) const
                mostLength == none.mostLength;
     }
     const qsizetype length = telegram.bytes.size();
-    if (length < leastLength || length > mostLength)
+    if (!directions[telegram.direction == 0 ? 0 : 1] || length < leastLength || length > mostLength)
         return false;
     if (!names.isEmpty() && std::none_of(names.begin(), names.end(), [&](const QByteArray &name) {
             return telegram.names.contains(name);

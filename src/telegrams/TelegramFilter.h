@@ -10,7 +10,7 @@
 
 /// Which telegrams are shown. All that is asked for must hold.
 struct TelegramFilter {
-    std::array<bool, 2> directions = {true, true}; ///< those shown, by Telegram::direction
+    std::array<bool, 2> directions = {true, true}; ///< of the bytes that are shown, by StyleIndex
     bool events = true;        ///< whether what has no bytes is shown, if nothing is asked of bytes
     QList<QByteArray> names{}; ///< one of these sequences; empty for any
     qsizetype leastLength = 0;
@@ -28,7 +28,7 @@ struct TelegramFilter {
 /// What is looked for. All that is asked for must hold; one that asks for nothing finds nothing.
 struct TelegramSearch {
     QByteArray bytes{};      ///< in its bytes; empty for any
-    bool anyCase = false;    ///< for the ASCII letters among them
+    bool anyCase = false;    ///< for the letters of code page 1252 among them
     QByteArray name{};       ///< in a name of its sequences, in any case; empty for any
     Telegram::Marks marks{}; ///< one of these; none for any
 

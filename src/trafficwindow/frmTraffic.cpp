@@ -36,9 +36,10 @@ constexpr qint64 Micro = 1'000;
 /// A window that would show less of its top edge than this is brought back.
 constexpr int LeastVisible = 40;
 
-constexpr std::array<const char *, 3> MenuCaptions = {"&Capture", "&Edit", "&View"};
-constexpr std::array<const char *, 3> MenuNames = {"mnuTrafficCapture", "mnuTrafficEdit",
-                                                   "mnuTrafficView"};
+constexpr std::array<const char *, 5> MenuCaptions = {"&Capture", "&Edit", "&Search", "&Bookmarks",
+                                                      "&View"};
+constexpr std::array<const char *, 5> MenuNames = {
+    "mnuTrafficCapture", "mnuTrafficEdit", "mnuTrafficSearch", "mnuTrafficMarks", "mnuTrafficView"};
 
 constexpr std::array<const char *, 3> BaseCaptions = {
     "Times After the Row &Before", "Times After the Row Before of the &Same Direction",
@@ -202,13 +203,15 @@ void frmTraffic::SeekPlace()
 
 void frmTraffic::ShowDetails(qint64 row)
 {
-    if (const Telegram *telegram = row < 0 ? nullptr : m_parts.book.Row(row))
+    if (row < 0)
+        m_details->Clear();
+    else if (const Telegram *telegram = m_parts.book.Row(row))
         m_details->Show(*telegram, lstTelegrams->NoteFor(*telegram));
 }
 
-void frmTraffic::AddBar(QWidget &bar)
+void frmTraffic::AddBar(QWidget &bar, bool first)
 {
-    m_bars->addWidget(&bar);
+    m_bars->insertWidget(first ? 0 : -1, &bar);
 }
 
 void frmTraffic::SetFoot(QWidget &foot)

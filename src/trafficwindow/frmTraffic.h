@@ -51,7 +51,7 @@ class frmTraffic final : public QWidget
     TelegramBook &Book() const { return m_parts.book; }
     TelegramList &List() const { return *lstTelegrams; }
 
-    enum class Menu { Capture, Edit, View };
+    enum class Menu { Capture, Edit, Search, Bookmarks, View };
     /// Actions that are added here belong to the window, with their keys.
     QMenu &MenuOf(Menu menu) const { return *m_menus[size_t(menu)]; }
     /// Another source is shown, or there is something else to say of the same.
@@ -61,8 +61,8 @@ class frmTraffic final : public QWidget
     /// Where telegrams end; cuts all anew.
     void SetRule(const TelegramRule &rule);
 
-    /// Stands above the list, below those that were added before.
-    void AddBar(QWidget &bar);
+    /// Stands above the list, below those that were added before, or above them.
+    void AddBar(QWidget &bar, bool first = false);
     /// Stands at the foot of the window.
     void SetFoot(QWidget &foot);
 
@@ -85,7 +85,7 @@ class frmTraffic final : public QWidget
 
     TrafficWindowParts m_parts;
     QMenuBar *m_menuBar;
-    std::array<QMenu *, 3> m_menus{};
+    std::array<QMenu *, 5> m_menus{};
     QVBoxLayout *m_bars;
     QVBoxLayout *m_foot;
     QSplitter *m_splitter;

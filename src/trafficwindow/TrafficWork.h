@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "TrafficCaptures.h"
+#include "TrafficCopying.h"
+
+#include <QStringList>
+
+#include <functional>
+
+class TrafficActions;
+class TrafficBookmarking;
+class TrafficFiltering;
+class TrafficFinding;
+
+/// What the work on telegrams needs of the program; all of it lives longer.
+struct TrafficWorkParts {
+    std::function<QStringList()> SequenceNames; ///< of the project, as Unicode
+    TrafficCopyParts copying;
+    TrafficCaptureParts captures;
+};
+
+/// All that can be done with the telegrams of the traffic window: what stands in its menus and in
+/// the bars above its list.
+class TrafficWork final : public QObject
+{
+    Q_OBJECT
+
+  public:
+    /// It goes before the window.
+    TrafficWork(frmTraffic &window, const TrafficWorkParts &parts);
+    ~TrafficWork() override;
+
+    /// The end of the program has not waited for a disk.
+    bool Hangs() const;
+
+  private:
+    std::unique_ptr<TrafficActions> m_actions;
+    std::unique_ptr<TrafficFinding> m_finding;
+    std::unique_ptr<TrafficFiltering> m_filtering;
+    std::unique_ptr<TrafficBookmarking> m_bookmarking;
+    std::unique_ptr<TrafficCopying> m_copying;
+    std::unique_ptr<TrafficCaptures> m_captures;
+};
