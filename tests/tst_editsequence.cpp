@@ -4,9 +4,13 @@
 #include "support/SequenceDesk.h"
 
 #include <QAccessible>
+#include <QComboBox>
 #include <QMenu>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSpinBox>
+#include <QTimer>
 
 namespace
 {
@@ -273,13 +277,37 @@ class tst_EditSequence : public QObject
                     names += action->text();
             return names.join(' ');
         };
-        QCOMPARE(offered(), "Select &All");
+        QCOMPARE(offered(), "&Insert Checksum... Select &All");
         desk.Type("<Shift+Right><Ctrl+X>");
-        QCOMPARE(offered(), "&Undo &Paste Select &All");
+        QCOMPARE(offered(), "&Undo &Insert Checksum... &Paste Select &All");
         desk.Type("<Ctrl+Z><Ctrl+A>");
-        QCOMPARE(offered(), "&Redo Cu&t &Copy &Paste &Delete Select &All");
+        QCOMPARE(offered(), "&Redo &Insert Checksum... Cu&t &Copy &Paste &Delete Select &All");
         desk.editor.SetReadOnly(true);
         QCOMPARE(offered(), "&Copy Select &All");
+    }
+
+    void InsertsAChecksum()
+    {
+        SequenceDesk desk(Hex, QByteArray::fromHex("FF010300000002"));
+        ChecksumRule kept = Checksum::UsualRule(ChecksumKind::Crc8);
+        desk.editor.KeepChecksumRule(kept);
+        const auto insert = [&](int kind, int last) {
+            QTimer::singleShot(0, &desk.editor, [=] {
+                auto &dialog = *QApplication::activeModalWidget();
+                dialog.findChild<QComboBox *>("cmbChecksum")->setCurrentIndex(kind);
+                dialog.findChild<QSpinBox *>("spnLast")->setValue(last);
+                dialog.findChild<QPushButton *>("cmdOK")->click();
+                dialog.close(); // if there was nothing to be inserted
+            });
+            desk.editor.InsertChecksum();
+            return desk.Bytes();
+        };
+        desk.editor.SelectBytes(1, 7);
+        QCOMPARE(insert(int(ChecksumKind::Crc16Modbus), 7), "FF 01 03 00 00 00 02 C4 0B");
+        QVERIFY((kept == ChecksumRule{ChecksumKind::Crc16Modbus, 2, false}));
+        desk.Type("<Ctrl+Z>");
+        QCOMPARE(insert(int(ChecksumKind::Sum), 3), "FF 01 03 04 00 00 00 02");
+        QCOMPARE(insert(int(ChecksumKind::Nmea), 3), "FF 01 03 04 00 00 00 02");
     }
 
     void MovesByRows()

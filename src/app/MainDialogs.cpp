@@ -28,7 +28,9 @@ MainDialogs::MainDialogs(MainDialogParts parts) : m_parts(std::move(parts)) {}
 
 SequenceEditorParts MainDialogs::PartsOfSend()
 {
-    return {m_parts.sequences, m_parts.prompts, m_sendMode,
+    return {m_parts.sequences,
+            m_parts.prompts,
+            m_sendMode,
             [this](int index) {
                 m_parts.lists.ShowSendRecord(index);
                 m_parts.window.SetProjectModified(true);
@@ -36,7 +38,9 @@ SequenceEditorParts MainDialogs::PartsOfSend()
             [this](int index) {
                 m_parts.lists.RemoveSendRow(index);
                 m_parts.window.SetProjectModified(true);
-            }};
+            },
+            true,
+            &m_checksum};
 }
 
 SequenceEditorParts MainDialogs::PartsOfReceive()
@@ -52,7 +56,8 @@ SequenceEditorParts MainDialogs::PartsOfReceive()
                 m_parts.lists.RemoveReceiveRow(index);
                 m_parts.window.SetProjectModified(true);
             },
-            m_parts.options.comm.MaySend()};
+            m_parts.options.comm.MaySend(),
+            &m_checksum};
 }
 
 void MainDialogs::EditSendSequence()

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Checksum.h"
 #include "OptionsValues.h"
 #include "Representation.h"
 #include "SequenceEditorParts.h"
@@ -76,4 +77,5 @@ class MainDialogs
     MainDialogParts m_parts;
     Representation m_sendMode = Representation::Ascii;    ///< of the send editor, remembered
     Representation m_receiveMode = Representation::Ascii; ///< of the receive editor
+    ChecksumRule m_checksum;                              ///< inserted last in either
 };

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Checksum.h"
 #include "Representation.h"
 
 #include <functional>
@@ -22,4 +23,6 @@ struct SequenceEditorParts {
     std::function<void(int)> RecordDeleted;
     /// Whether the mode in force lets answers go out.
     bool answersPossible = true;
+    /// The checksum that was inserted last, for the next one; null to forget it.
+    ChecksumRule *checksum = nullptr;
 };

@@ -64,6 +64,8 @@ void frmEditSequence::MakeFields(const Names &names)
     m_sequence->setObjectName(Text(names.sequence));
     m_sequence->setAccessibleName(QStringLiteral("Sequence"));
     m_sequence->setMinimumSize(420, 80);
+    if (m_parts.checksum)
+        m_sequence->KeepChecksumRule(*m_parts.checksum);
     m_sequenceNote->setObjectName(Text(names.sequence) + QStringLiteral("Note"));
     m_modes->PlaceBehind(*m_name);
     setTabOrder(m_sequence, cmdConvert);

@@ -7,6 +7,7 @@
 #include "CodePage1252.h"
 #include "SequenceAccessible.h"
 #include "SequenceText.h"
+#include "frmInsertChecksum.h"
 
 #include <QAccessible>
 #include <QFocusEvent>
@@ -235,6 +236,9 @@ void SQEditSequence::AddOwnEntries(QMenu &menu)
     menu.addAction(tr("&Redo"), this, &SQEditSequence::Redo)
         ->setEnabled(CanEdit() && document.CanRedo());
     menu.addSeparator();
+    menu.addAction(tr("&Insert Checksum..."), this, &SQEditSequence::InsertChecksum)
+        ->setEnabled(CanEdit() && !IsEmpty());
+    menu.addSeparator();
 }
 
 void SQEditSequence::Do(void (SequenceEditing::*edit)())
@@ -259,6 +263,21 @@ void SQEditSequence::Replace(const QByteArray &sequence)
 {
     Edit().Select(0, Editing().Length());
     Announce(Edit().Insert(sequence));
+}
+
+void SQEditSequence::InsertChecksum()
+{
+    if (!CanEdit())
+        return;
+    ChecksumRule offered = *m_checksum;
+    if (HasSelection())
+        offered.first = Editing().SelectionStart() + 1;
+    frmInsertChecksum dialog(Sequence(), Editing().SelectionEnd(), offered, window());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    *m_checksum = dialog.Rule();
+    Edit().PlaceCaret({dialog.Last(), 0});
+    Announce(Edit().Insert(dialog.Bytes()));
 }
 
 void SQEditSequence::AddToCopy(QMimeData &copy) const

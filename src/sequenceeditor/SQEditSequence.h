@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Checksum.h"
 #include "SequenceView.h"
 
 /// The sequence editor control: one byte sequence, typed in one of four forms. How digits, blanks
@@ -46,6 +47,11 @@ class SQEditSequence final : public SequenceView
     void Redo();
     /// Other bytes by the user's hand: one step to undo.
     void Replace(const QByteArray &sequence);
+    /// Asks for a checksum of what is selected, else of what stands before the caret, else of all,
+    /// and inserts its bytes: one step to undo.
+    void InsertChecksum();
+    /// Where the rule is kept that was chosen last; it lives as long as the control.
+    void KeepChecksumRule(ChecksumRule &rule) { m_checksum = &rule; }
 
     /// For assistive programs.
     void SelectBytes(qsizetype anchor, qsizetype caret);
@@ -99,6 +105,8 @@ class SQEditSequence final : public SequenceView
 
     bool m_readOnly = false;
     bool m_refusalShown = false;
+    ChecksumRule m_ownChecksum;
+    ChecksumRule *m_checksum = &m_ownChecksum; ///< chosen last
     quint64 m_announcedRevision = 0;
     int m_wantedColumn = -1; ///< kept while the caret moves through rows
 
