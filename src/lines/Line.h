@@ -90,6 +90,18 @@ class LineListener
     virtual bool HasRoom() const { return true; }
 };
 
+/// Work of the lines' thread that is due at times of its own. All calls come on that thread.
+class TimedWork
+{
+  public:
+    virtual ~TimedWork() = default;
+
+    /// When it is due next, as LineTime::monotonic; empty for never. Asked in each pass.
+    virtual std::optional<qint64> Due() const = 0;
+    /// That time has come, or passed.
+    virtual void OnDue(qint64 now) = 0;
+};
+
 /// The thread that serves all lines.
 class LineThread
 {
@@ -100,6 +112,9 @@ class LineThread
     virtual void Do(const std::function<void()> &work) = 0;
     /// The same without waiting.
     virtual void Post(std::function<void()> work) = 0;
+    /// What the thread does when it is due; null for nothing. It must not be due any more in the
+    /// end, or be taken away.
+    virtual void Schedule(TimedWork *work) = 0;
 
     /// How much before other threads the system serves it, in words: "real time", "nice -10" or
     /// another number of that kind, or "normal". May be called from any thread.

@@ -77,7 +77,7 @@ void LineJudge::Judge(const TrafficEvent &chunk, QByteArrayView bytes)
 {
     while (!bytes.isEmpty()) {
         ReceiveDetection::Result found = m_detection.Feed(chunk.direction, bytes, *m_watch);
-        bool answers = m_session.answers && !m_lineAGone && !found.answer.isEmpty();
+        bool answers = MaySend() && !found.answer.isEmpty();
         Result written;
         LineTime writtenAt;
         if (answers) {

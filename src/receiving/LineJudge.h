@@ -57,6 +57,9 @@ class LineJudge final
     /// Sends on the first line what the user wants sent; shown whether the line takes it or not,
     /// but not while its device is away. Fails if the line does not take it.
     Result Send(const QByteArray &bytes, const QByteArray &name);
+    /// Whether the first line may be given something at all: not once its device has gone for good,
+    /// when it would take it in silence.
+    bool MaySend() const { return m_session.answers && !m_lineAGone; }
 
   private:
     class Ear final : public LineListener

@@ -35,7 +35,8 @@ PortTrafficParts MdCommunication::PortParts()
             [&log = m_parts.log] { return log.HasRoom(); },
             *this,
             [this](const QString &text) { OnDisconnected(text); },
-            [this] { ShowStatus(); }};
+            [this] { ShowStatus(); },
+            [this] { Q_EMIT RepeatsChanged(); }};
 }
 
 void MdCommunication::Publish()
@@ -100,6 +101,7 @@ void MdCommunication::ClosePorts()
         return;
     TrafficSource &source = *m_source;
     source.End();
+    Q_EMIT RepeatsChanged();
     ShowTraffic(); // the device's last words
     if (source.Close()) {
         m_stream.End();
@@ -129,6 +131,32 @@ Result MdCommunication::Send(const QByteArray &bytes, const QByteArray &name)
     if (!Running() || !m_parts.comm.MaySend())
         return Failure{QStringLiteral("The port is closed, or the mode is one that only listens")};
     return m_source.load()->Send(bytes, name);
+}
+
+int MdCommunication::Repeat(const RepeatedTelegram &telegram)
+{
+    OpenPorts();
+    if (!Running() || !m_parts.comm.MaySend())
+        return 0;
+    if (!OnPorts()) {
+        Send(telegram.bytes, telegram.name).Ignore(); // it tells why not
+        return 0;
+    }
+    const int id = m_ports.Repeats().Begin(telegram);
+    Q_EMIT RepeatsChanged();
+    return id;
+}
+
+void MdCommunication::EndRepeat(int id)
+{
+    m_ports.Repeats().End(id);
+    Q_EMIT RepeatsChanged();
+}
+
+void MdCommunication::EndRepeats()
+{
+    m_ports.Repeats().EndAll();
+    Q_EMIT RepeatsChanged();
 }
 
 void MdCommunication::OnDisconnected(const QString &text)

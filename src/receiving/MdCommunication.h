@@ -73,6 +73,13 @@ class MdCommunication final : public QObject
     /// The same where somebody wants to know whether the line took it; starts nothing.
     Result Send(const QByteArray &bytes, const QByteArray &name);
 
+    /// As Transmit, but again and again. Returns the number by which it can be ended, 0 if nothing
+    /// is sent. It ends with the communication, or when a telegram cannot be sent.
+    int Repeat(const RepeatedTelegram &telegram);
+    void EndRepeat(int id);
+    void EndRepeats();
+    QList<RepeatState> Repeats() const { return m_ports.Repeats().States(); }
+
     /// Stages what has happened for the views.
     void StageTraffic();
     /// The same, and moves it into them; the main loop calls it.
@@ -96,6 +103,8 @@ class MdCommunication final : public QObject
     /// Text for the first status panel.
     void PortStatusChanged(const QString &text);
     void ToolbarStateChanged(MdCommunication::ToolbarState state);
+    /// A repeat has begun or ended.
+    void RepeatsChanged();
 
   private:
     PortTrafficParts PortParts();

@@ -41,7 +41,9 @@ QString OpenFailureText(int portNumber, const Result &opened)
 
 PortTraffic::PortTraffic(PortTrafficParts parts)
     : m_parts(std::move(parts)),
-      m_judge(m_parts.board, m_parts.stream, &m_parts.MSCommA.Wire(), JudgeReports())
+      m_judge(m_parts.board, m_parts.stream, &m_parts.MSCommA.Wire(), JudgeReports()),
+      m_repeats(m_parts.lines, m_judge, m_parts.MSCommA.Wire(),
+                [this] { Later([this] { m_parts.repeatEnded(); }); })
 {
     m_judge.HasRoom = m_parts.hasRoom;
     m_parts.MSCommA.Wire().Listen(&m_judge.Ear(0));
@@ -57,23 +59,24 @@ PortTraffic::~PortTraffic()
     });
 }
 
-/// They come on the lines' thread and are handled on the window's.
+/// What comes on the lines' thread is handled on the window's.
+void PortTraffic::Later(std::function<void()> work) const
+{
+    QMetaObject::invokeMethod(&m_parts.window, std::move(work), Qt::QueuedConnection);
+}
+
 LineJudge::Reports PortTraffic::JudgeReports()
 {
-    const auto later = [window = &m_parts.window](auto work) {
-        QMetaObject::invokeMethod(window, std::move(work), Qt::QueuedConnection);
-    };
-    return {[=, this](int channel, const QString &cause) {
-                later([=, this] { OnGone(channel, cause); });
-            },
-            [=, this](int channel, const QString &cause) {
-                later([=, this] { TellNotSent(channel, cause); });
-            },
-            [=, this](int channel) { later([=, this] { m_told[size_t(channel)] = false; }); },
-            [=, this] { later([=, this] { m_parts.statusChanged(); }); },
-            [=, this](const QString &about, const QString &text) {
-                later([=, this] { m_parts.prompts.ShowNotice(about, ExclamationMessage(text)); });
-            }};
+    return {
+        [this](int channel, const QString &cause) { Later([=, this] { OnGone(channel, cause); }); },
+        [this](int channel, const QString &cause) {
+            Later([=, this] { TellNotSent(channel, cause); });
+        },
+        [this](int channel) { Later([=, this] { m_told[size_t(channel)] = false; }); },
+        [this] { Later([this] { m_parts.statusChanged(); }); },
+        [this](const QString &about, const QString &text) {
+            Later([=, this] { m_parts.prompts.ShowNotice(about, ExclamationMessage(text)); });
+        }};
 }
 
 bool PortTraffic::Open()
@@ -157,6 +160,7 @@ void PortTraffic::Read()
 
 void PortTraffic::End()
 {
+    m_repeats.EndAll();
     m_parts.lines.Do([this] {
         m_parts.MSCommA.Wire().EndReading();
         m_parts.MSCommB.Wire().EndReading();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "LineJudge.h"
+#include "LineRepeats.h"
 #include "TrafficSource.h"
 
 #include <array>
@@ -28,6 +29,8 @@ struct PortTrafficParts {
     /// A device went away for good; a message for the user.
     std::function<void(const QString &text)> disconnected;
     std::function<void()> statusChanged;
+    /// A repeat has ended by itself.
+    std::function<void()> repeatEnded;
 };
 
 /// The ports of the mode in force: opens and closes them, and sends. What the lines say is judged
@@ -52,9 +55,14 @@ class PortTraffic final : public TrafficSource
     /// hears of it.
     QString Status() const override;
 
+    /// What is sent again and again, until the ports are closed.
+    LineRepeats &Repeats() { return m_repeats; }
+    const LineRepeats &Repeats() const { return m_repeats; }
+
   private:
     enum class Channel { A, B };
 
+    void Later(std::function<void()> work) const;
     LineJudge::Reports JudgeReports();
     bool ConfigurePort(SerialPortControl &port, Channel channel);
     static bool ClosePort(SerialPortControl &port);
@@ -72,5 +80,6 @@ class PortTraffic final : public TrafficSource
 
     PortTrafficParts m_parts;
     LineJudge m_judge;
+    LineRepeats m_repeats;
     std::array<bool, 2> m_told{}; ///< by channel: that something could not be sent
 };

@@ -60,6 +60,7 @@ class LineLoop final : public LineThread
 
     void Do(const std::function<void()> &work) override;
     void Post(std::function<void()> work) override;
+    void Schedule(TimedWork *work) override;
 
     /// Does on a thread of its own, without the priority of the lines, what may take long and must
     /// not keep them waiting. Nobody waits for it, not even the end of the program.
@@ -69,14 +70,17 @@ class LineLoop final : public LineThread
 
   private:
     void Run();
-    void Wait(int milliseconds);
+    qint64 TimeToWait() const;
+    void Wait(qint64 nanoseconds);
     void DoPosted();
     void Serve();
+    void DoTimed();
     void Tick();
     void Wakeup() const;
 
     std::vector<Source *> m_sources;
     std::vector<int> m_ready; ///< by source: what the last wait found
+    TimedWork *m_timed = nullptr;
     qint64 m_passBegan = 0;
     qint64 m_nextTick = 0;
     bool m_late = false; ///< the pass before took too long, and a line spoke meanwhile

@@ -19,7 +19,8 @@
 namespace
 {
 
-constexpr qint64 NanosecondsOfAMillisecond = 1'000'000;
+constexpr qint64 NanosecondsOfASecond = 1'000'000'000;
+constexpr qint64 TickNanoseconds = LineLoop::TickMilliseconds * 1'000'000;
 constexpr int ToBeRead = POLLIN | POLLHUP | POLLERR | POLLNVAL;
 
 /// Takes all that the administrator has granted of a limit, and returns it.
@@ -148,6 +149,11 @@ void LineLoop::Post(std::function<void()> work)
     Wakeup();
 }
 
+void LineLoop::Schedule(TimedWork *work)
+{
+    Do([this, work] { m_timed = work; });
+}
+
 void LineLoop::RunBeside(std::function<void()> work)
 {
     std::thread([work = std::move(work)] {
@@ -169,16 +175,30 @@ void LineLoop::Run()
     BlockBrokenPipes();
     while (!m_ending) {
         const bool ticks = !m_sources.empty();
-        const qint64 left = (m_nextTick - MonotonicNow()) / NanosecondsOfAMillisecond + 1;
-        Wait(ticks ? int(std::clamp<qint64>(left, 0, TickMilliseconds)) : -1);
+        Wait(TimeToWait());
         DoPosted();
         Serve();
+        DoTimed();
         if (ticks && MonotonicNow() >= m_nextTick)
             Tick();
     }
 }
 
-void LineLoop::Wait(int milliseconds)
+/// In nanoseconds; negative for as long as nothing happens.
+qint64 LineLoop::TimeToWait() const
+{
+    const qint64 now = MonotonicNow();
+    qint64 longest = -1;
+    if (!m_sources.empty())
+        longest = std::clamp<qint64>(m_nextTick - now, 0, TickNanoseconds);
+    const std::optional<qint64> due = m_timed ? m_timed->Due() : std::nullopt;
+    if (!due)
+        return longest;
+    const qint64 left = std::max<qint64>(*due - now, 0);
+    return longest < 0 ? left : std::min(left, longest);
+}
+
+void LineLoop::Wait(qint64 nanoseconds)
 {
     std::erase(m_sources, nullptr);
     m_ready.assign(m_sources.size(), 0);
@@ -196,7 +216,9 @@ void LineLoop::Wait(int milliseconds)
     // whatever comes now comes later.
     m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass && SeveralSources() &&
              AnyToBeRead(waited);
-    ::poll(waited.data(), nfds_t(waited.size()), milliseconds);
+    const timespec most = {time_t(nanoseconds / NanosecondsOfASecond),
+                           long(nanoseconds % NanosecondsOfASecond)};
+    ::ppoll(waited.data(), nfds_t(waited.size()), nanoseconds < 0 ? nullptr : &most, nullptr);
     m_passBegan = MonotonicNow();
     for (int look = 0; look < 2; ++look) {
         for (size_t i = 0; i < m_ready.size(); ++i)
@@ -240,9 +262,18 @@ void LineLoop::Serve()
     }
 }
 
+/// After what was read: answers come first.
+void LineLoop::DoTimed()
+{
+    const std::optional<qint64> due = m_timed ? m_timed->Due() : std::nullopt;
+    const qint64 now = MonotonicNow();
+    if (due && *due <= now)
+        m_timed->OnDue(now);
+}
+
 void LineLoop::Tick()
 {
-    m_nextTick = MonotonicNow() + TickMilliseconds * NanosecondsOfAMillisecond;
+    m_nextTick = MonotonicNow() + TickNanoseconds;
     for (size_t i = 0; i < m_sources.size(); ++i) {
         if (m_sources[i])
             m_sources[i]->Tick();

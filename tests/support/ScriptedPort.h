@@ -15,7 +15,19 @@ class ScriptedLines final : public LineThread
   public:
     void Do(const std::function<void()> &work) override { work(); }
     void Post(std::function<void()> work) override { work(); }
+    void Schedule(TimedWork *work) override { m_timed = work; }
     QString Priority() const override { return QStringLiteral("normal"); }
+
+    /// It is that time by the clock of the lines.
+    void Pass(qint64 now)
+    {
+        const std::optional<qint64> due = m_timed ? m_timed->Due() : std::nullopt;
+        if (due && *due <= now)
+            m_timed->OnDue(now);
+    }
+
+  private:
+    TimedWork *m_timed = nullptr;
 };
 
 /// A line without a device: what arrives before reading begins waits.
