@@ -294,7 +294,7 @@ class tst_EditSequence : public QObject
         const auto insert = [&](int kind, int last) {
             QTimer::singleShot(0, &desk.editor, [=] {
                 auto &dialog = *QApplication::activeModalWidget();
-                dialog.findChild<QComboBox *>("cmbChecksum")->setCurrentIndex(kind);
+                dialog.findChild<QComboBox *>("cboChecksum")->setCurrentIndex(kind);
                 dialog.findChild<QSpinBox *>("spnLast")->setValue(last);
                 dialog.findChild<QPushButton *>("cmdOK")->click();
                 dialog.close(); // if there was nothing to be inserted

@@ -118,7 +118,8 @@ class tst_frmmain : public QObject
                  "Print Project... Print Communication... | E&xit");
         QCOMPARE(bench.Entries("mnuTools"),
                  "&Options... | &Line Status... | Save &Capture... &Record Capture... "
-                 "Re&play Capture... &Judge Capture... Session Recor&d...");
+                 "Re&play Capture... &Judge Capture... Session Recor&d... "
+                 "Stop Repeatin&g");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
         for (const QAction *button : bench.Find("tbToolBar")->actions())
             QVERIFY(button->isSeparator() || !button->icon().pixmap(24).isNull());
@@ -189,12 +190,13 @@ class tst_frmmain : public QObject
                 texts << (entry->isSeparator() ? "|" : entry->text()) +
                              (entry->isEnabled() ? "" : "-");
             QCOMPARE(texts.mid(4),
-                     (QStringList{
-                         "|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
-                         open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
-                         open ? "C&lear-" : "C&lear", "Li&ne Status...", "|", "Sa&ve Capture...",
-                         "R&ecord Capture...", open ? "Repla&y Capture...-" : "Repla&y Capture...",
-                         "&Judge Capture...", "Sess&ion Record...", "|", "Cont&rol Characters"}));
+                     (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
+                                  open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
+                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
+                                  "Sa&ve Capture...", "R&ecord Capture...",
+                                  open ? "Repla&y Capture...-" : "Repla&y Capture...",
+                                  "&Judge Capture...", "Sess&ion Record...", "Stop Repeatin&g\tF8-",
+                                  "|", "Cont&rol Characters"}));
             bench.Find<QAction>("mnuViewClean")->trigger();
             QCOMPARE(std::exchange(bench.commands, {}).size(), open ? 0 : 1);
         }

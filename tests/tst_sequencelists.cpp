@@ -48,6 +48,8 @@ template <typename List> class ListBench
         QObject::connect(&list, &List::EmptyRowRequested, &list, note("Empty"));
         if constexpr (std::is_same_v<List, SQSendSequenceList>) {
             QObject::connect(&list, &List::SendRequested, &list, note("Send"));
+            QObject::connect(&list, &List::RepeatRequested, &list, note("Repeat"));
+            QObject::connect(&list, &List::StopRequested, &list, note("Stop"));
         } else {
             QObject::connect(&list, &List::ActivationRequested, &list, [this](int i, bool active) {
                 asked << QString("Active %1 %2").arg(i).arg(active ? "on" : "off");
@@ -277,7 +279,7 @@ class tst_sequencelists : public QObject
     {
         SendBench send;
         QCOMPARE(send.UseMenu(send.Place(1, NameColumn), "mnuMark"),
-                 (QStringList{"&Send", "&Edit...", "&Copy Sequence"}));
+                 (QStringList{"&Send", "&Repeat...", "&Edit...", "&Copy Sequence"}));
         send.UseMenu(send.Place(2, NameColumn), "mnuEdit");
         QCOMPARE(send.UseMenu(send.Place(3, NameColumn), "mnuNew"), QStringList{"&New..."});
         send.UseMenu({100, 290}, "mnuNew"); // below all rows
@@ -289,6 +291,29 @@ class tst_sequencelists : public QObject
         QCOMPARE(receive.UseMenu({5, 5}, "mnuMark", QContextMenuEvent::Keyboard).first(),
                  "&Activate");
         QCOMPARE(receive.Asked(), "Active 0 off, Active 1 on");
+    }
+
+    void WhatIsRepeatedIsMarkedAndStopped()
+    {
+        SendBench bench;
+        bench.UseMenu(bench.Place(1, NameColumn), "mnuRepeat");
+        const auto mark = [&] {
+            return bench.list.viewport()
+                ->grab(bench.list.visualRect(bench.list.model()->index(1, 0)))
+                .toImage();
+        };
+        const QImage before = mark();
+        bench.list.SetRepeating({{1, "every 10 ms"}});
+        QVERIFY(mark() != before);
+        QCOMPARE(bench.Text(1, MarkColumn, Qt::AccessibleTextRole),
+                 "Stop repeating two, every 10 ms");
+        bench.Click(1, MarkColumn);
+        QCOMPARE(bench.UseMenu(bench.Place(1, NameColumn), "mnuMark"),
+                 (QStringList{"&Stop Repeating", "&Edit...", "&Copy Sequence"}));
+        bench.Click(0, MarkColumn);
+        bench.list.SetRepeating({});
+        bench.Click(1, MarkColumn);
+        QCOMPARE(bench.Asked(), "Repeat 1, Stop 1, Stop 1, Send 0, Send 1");
     }
 
     void TheSequenceIsCopiedAsItIs()

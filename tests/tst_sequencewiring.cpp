@@ -3,12 +3,16 @@
 
 #include "SQReceiveSequenceList.h"
 #include "SQSendSequenceList.h"
+#include "SendRepeats.h"
 #include "SequenceLists.h"
 #include "SequenceSettings.h"
 #include "support/CommunicationBench.h"
 #include "support/FullTables.h"
 
+#include <QApplication>
+#include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 namespace
 {
@@ -110,6 +114,49 @@ class tst_sequencewiring : public QObject
             QCOMPARE(bench.comm.StagedAscii(), mode == 1 ? "" : "0:\x81\xFFHi\r");
             QCOMPARE(bench.comm.portB.line.sent, QByteArray());
         }
+    }
+
+    void ARepeatBelongsToItsSequence()
+    {
+        WiringBench bench;
+        bool canStop = true;
+        SendRepeats repeats({bench.comm.communication, bench.comm.tables, bench.sendList,
+                             [&](bool can) { canStop = can; }});
+        const auto repeat = [&](int index) {
+            QTimer::singleShot(0, &bench.sendList, [] {
+                QApplication::activeModalWidget()->findChild<QPushButton *>("cmdOK")->click();
+            });
+            Q_EMIT bench.sendList.RepeatRequested(index);
+            bench.comm.lines.Pass(bench.comm.portA.line.now.monotonic);
+            return bench.comm.communication.Repeats().size();
+        };
+        const auto captions = [&] { // what the marks of the rows do
+            QStringList texts;
+            for (int i = 0; i < 3; ++i)
+                texts << bench.sendList.model()
+                             ->index(i, 0)
+                             .data(Qt::AccessibleTextRole)
+                             .toString()
+                             .section(u' ', 0, 0);
+            return texts.join(u' ');
+        };
+        QVERIFY(!canStop);
+        QCOMPARE(repeat(1), 1); // starts communication first
+        QCOMPARE(repeat(2), 2);
+        QCOMPARE(bench.comm.portA.line.sent, QByteArray("\0\xFFx", 3));
+        QVERIFY(canStop);
+        bench.comm.tables.CurrentSendIndex = 0; // the rows behind move up
+        bench.comm.tables.DeleteSendSequence();
+        bench.lists.Refresh();
+        QCOMPARE(captions(), "Stop Stop New");
+        Q_EMIT bench.sendList.StopRequested(0);
+        QCOMPARE(captions(), "Send Stop New");
+        bench.comm.tables.ChangeSend(1, [](SendSequence &record) { record.Sequence = "y"; });
+        QCOMPARE(bench.comm.communication.Repeats().size(), 0);
+        QVERIFY(!canStop);
+        repeat(0);
+        QTest::keyClick(&bench.receiveList, Qt::Key_F8); // in any window
+        QCOMPARE(captions(), "Send Send New");
     }
 
     void NothingIsSentWhenThePortsStayClosed()

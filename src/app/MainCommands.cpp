@@ -82,6 +82,7 @@ constexpr std::array MenuEntries = {
     Entry("mnuToolsReplayCapture", "Re&play Capture...", Command::ReplayCapture),
     Entry("mnuToolsJudgeCapture", "&Judge Capture...", Command::JudgeCapture),
     Entry("mnuToolsSessionRecord", "Session Recor&d...", Command::SessionRecord),
+    Entry("mnuToolsStopRepeating", "Stop Repeatin&g", Command::StopRepeating, "F8"),
     Menu("mnuHelp", "&Help"),
     Entry("mnuHelpContents", "&Contents", Command::HelpContents),
     Entry("mnuHelpSearchForHelpOn", "&Search For Help On...", Command::HelpSearch),
@@ -108,6 +109,7 @@ constexpr std::array ViewEntries = {
     ViewEntry{"mnuViewReplayCapture", "Repla&y Capture...", Command::ReplayCapture, false},
     ViewEntry{"mnuViewJudgeCapture", "&Judge Capture...", Command::JudgeCapture, false},
     ViewEntry{"mnuViewSessionRecord", "Sess&ion Record...", Command::SessionRecord, false},
+    ViewEntry{"mnuViewStopRepeating", "Stop Repeatin&g", Command::StopRepeating, false},
     ViewEntry{"mnuViewBar0", nullptr, {}, false},
     ViewEntry{"mnuViewControls", "Cont&rol Characters", Command::ControlCharacters, true},
 };

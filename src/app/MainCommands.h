@@ -25,6 +25,7 @@ enum class Command {
     ReplayCapture,
     JudgeCapture,
     SessionRecord,
+    StopRepeating,
     Find,
     FindNext,
     Start,

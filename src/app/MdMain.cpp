@@ -13,10 +13,12 @@
 #include "MdGetSpecialFolders.h"
 #include "MdTraffic.h"
 #include "NamedSequences.h"
+#include "MdSendLine.h"
 #include "ProgramInfo.h"
 #include "ProgramSettings.h"
 #include "ReplayWindow.h"
 #include "Screenshot.h"
+#include "SendRepeats.h"
 #include "SequenceLists.h"
 #include "SerialPorts.h"
 #include "SettingsStore.h"
@@ -46,6 +48,8 @@ MdMain::MdMain(const World &world, const CommandLine &line)
       m_communication(std::make_unique<MdCommunication>(CommunicationParts{
           m_comm, m_display, m_stamp, m_sequences, &m_views, m_log, world.prompts, world.clock,
           m_ports->MSCommA, m_ports->MSCommB, m_ports->lines})),
+      m_sendLine(std::make_unique<MdSendLine>(
+          SendLineParts{*m_communication, m_comm, m_devices, m_sendLineSettings})),
       m_project({m_projectState, m_sequences, *m_communication, world.store, world.prompts, m_files,
                  m_run}),
       m_recovery({m_projectState, m_sequences, m_project, world.recovery, world.prompts, m_run}),
@@ -67,6 +71,7 @@ StoredSettings MdMain::Stored()
             &m_logSettings,    &m_sequenceSettings, &m_projectState.LastFolder,
             &m_viewSettings,   &m_printSettings,    &m_captureSettings,
             &m_recordSettings, &m_trafficSettings};
+            &m_recordSettings, &m_sendLineSettings};
 }
 
 int MdMain::Run()
@@ -83,6 +88,7 @@ int MdMain::Run()
     m_trafficWork.reset();
     m_traffic.reset();
     m_replay.reset();
+    m_repeats.reset();
     m_lists.reset();
     m_window.reset();
     return m_world.prompts.CriticalShown() ? 1 : 0;
@@ -165,6 +171,9 @@ void MdMain::MakeWindow()
     m_lists = std::make_unique<SequenceLists>(
         SequenceListParts{m_sequenceSettings, m_sequences, *m_communication, m_world.prompts,
                           m_window->SendList(), m_window->ReceiveList()});
+    m_repeats = std::make_unique<SendRepeats>(
+        SendRepeatParts{*m_communication, m_sequences, m_window->SendList(),
+                        [this](bool can) { m_window->EnableStopRepeating(can); }});
     m_dialogs = std::make_unique<MainDialogs>(
         MainDialogParts{*m_window,
                         *m_lists,
@@ -277,6 +286,7 @@ void MdMain::WireCommands()
         {Command::ReplayCapture, [this] { m_replay->Replay().Choose(); }},
         {Command::JudgeCapture, [this] { m_judging.Judge(*m_window); }},
         {Command::SessionRecord, [this] { m_dialogs->ShowSessionRecord(); }},
+        {Command::StopRepeating, [this] { m_communication->EndRepeats(); }},
         {Command::Find, [this] { m_dialogs->ShowFind(); }},
         {Command::FindNext, [this] { m_dialogs->FindNext(); }},
         {Command::Start, [this] { m_communication->OpenPorts(); }},

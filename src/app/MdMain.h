@@ -27,6 +27,7 @@
 #include "QtPrintOutput.h"
 #include "RecordSettings.h"
 #include "RunState.h"
+#include "SendLineSettings.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
 #include "StoredSettings.h"
@@ -46,11 +47,13 @@ class LineStatusWindow;
 class MainDialogs;
 class MdCommunication;
 class MdTraffic;
+class MdSendLine;
 class PortFinder;
 class ReplayWindow;
 struct SerialPorts;
 class SequenceLists;
 class SettingsStore;
+class SendRepeats;
 class Shell;
 class SystemRegistry;
 class TrafficWork;
@@ -104,6 +107,7 @@ class MdMain final : public QObject
     const CommConfiguration &Comm() const { return m_comm; }
     const DisplaySettings &Display() const { return m_display; }
     MdSequenceEdition &Sequences() { return m_sequences; }
+    MdSendLine &SendLine() { return *m_sendLine; }
     CommunicationViews &Views() { return m_views; }
 
   private:
@@ -139,6 +143,7 @@ class MdMain final : public QObject
     CaptureSettings m_captureSettings;
     RecordSettings m_recordSettings;
     TrafficWindowSettings m_trafficSettings;
+    SendLineSettings m_sendLineSettings;
     ProjectState m_projectState;
     RunState m_run;
 
@@ -154,6 +159,7 @@ class MdMain final : public QObject
     std::unique_ptr<DemoInstrument> m_demo;     ///< outlives the ports that listen to it
     std::unique_ptr<SerialPorts> m_ports;
     std::unique_ptr<MdCommunication> m_communication;
+    std::unique_ptr<MdSendLine> m_sendLine;
     MdProject m_project;
     ProjectRecovery m_recovery;
     MdFind m_find;
@@ -163,6 +169,7 @@ class MdMain final : public QObject
     std::map<Command, std::function<void()>> m_commands;
     std::unique_ptr<frmMain> m_window;
     std::unique_ptr<SequenceLists> m_lists; ///< works on the lists of the window
+    std::unique_ptr<SendRepeats> m_repeats; ///< of the lists
     std::unique_ptr<MainDialogs> m_dialogs; ///< of the window
     std::unique_ptr<LineStatusWindow> m_lineStatus;
     std::unique_ptr<ReplayWindow> m_replay;

@@ -138,6 +138,7 @@ frmMain::frmMain(const MainWindowParts &parts)
     UpdateStatusPanels();
     SetToolbarState(MdCommunication::ToolbarState::Closed);
     EnableLogCommands(false, false);
+    EnableStopRepeating(false);
     SetProjectModified(false);
 }
 
@@ -418,6 +419,11 @@ void frmMain::SetToolbarState(MdCommunication::ToolbarState state)
                                   Command::Clean, Command::ReplayCapture})
         m_actions->Enable(command, closed);
     m_actions->Enable(Command::Stop, !closed);
+}
+
+void frmMain::EnableStopRepeating(bool can)
+{
+    m_actions->Enable(Command::StopRepeating, can);
 }
 
 void frmMain::EnableLogCommands(bool canStart, bool canStop)

@@ -74,6 +74,7 @@ class frmMain final : public QWidget, public ProjectWindow
     void UpdateStatusPanels();
     void ShowPortStatus(const QString &text);
     void SetToolbarState(MdCommunication::ToolbarState state);
+    void EnableStopRepeating(bool can);
     void EnableLogCommands(bool canStart, bool canStop);
     /// In the views, as pictures or as boxes, and as the tick in their menu.
     void ShowControlCharacters(bool show);

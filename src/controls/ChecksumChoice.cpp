@@ -20,33 +20,36 @@ constexpr int HighFirst = 1;
 
 } // namespace
 
-ChecksumChoice::ChecksumChoice(const QString &none, QWidget *parent)
-    : QWidget(parent), cmbKind(new QComboBox), spnFirst(new QSpinBox), cmbOrder(new QComboBox)
+ChecksumChoice::ChecksumChoice(const QStringList &others, QWidget *parent)
+    : QWidget(parent),
+      m_others(int(others.size())),
+      cboKind(new QComboBox),
+      spnFirst(new QSpinBox),
+      cboOrder(new QComboBox)
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(cmbKind);
-    MakeKinds(none);
+    row->addWidget(cboKind);
+    MakeKinds(others);
     MakeDetails(*row);
     row->addStretch();
     ChooseKind();
 
-    connect(cmbKind, &QComboBox::currentIndexChanged, this, [this] {
+    connect(cboKind, &QComboBox::currentIndexChanged, this, [this] {
         ChooseKind();
         Q_EMIT Changed();
     });
     connect(spnFirst, &QSpinBox::valueChanged, this, &ChecksumChoice::Changed);
-    connect(cmbOrder, &QComboBox::currentIndexChanged, this, &ChecksumChoice::Changed);
+    connect(cboOrder, &QComboBox::currentIndexChanged, this, &ChecksumChoice::Changed);
 }
 
-void ChecksumChoice::MakeKinds(const QString &none)
+void ChecksumChoice::MakeKinds(const QStringList &others)
 {
-    cmbKind->setObjectName(QStringLiteral("cmbChecksum"));
-    cmbKind->setAccessibleName(QStringLiteral("Checksum"));
-    if (!none.isEmpty())
-        cmbKind->addItem(none);
+    cboKind->setObjectName(QStringLiteral("cboChecksum"));
+    cboKind->setAccessibleName(QStringLiteral("Checksum"));
+    cboKind->addItems(others);
     for (const ChecksumRow &row : Checksum::Rows())
-        cmbKind->addItem(QString::fromLatin1(row.caption), int(row.kind));
+        cboKind->addItem(QString::fromLatin1(row.caption), int(row.kind));
 }
 
 void ChecksumChoice::MakeDetails(QHBoxLayout &row)
@@ -55,33 +58,44 @@ void ChecksumChoice::MakeDetails(QHBoxLayout &row)
     spnFirst->setRange(1, HighestFirst);
     spnFirst->setAccessibleName(QStringLiteral("First byte of the checksum"));
     spnFirst->setToolTip(QStringLiteral("The first byte that the checksum is made of"));
-    cmbOrder->setObjectName(QStringLiteral("cmbChecksumOrder"));
-    cmbOrder->addItems({QStringLiteral("Low byte first"), QStringLiteral("High byte first")});
-    cmbOrder->setAccessibleName(QStringLiteral("Order of the checksum's bytes"));
+    cboOrder->setObjectName(QStringLiteral("cboChecksumOrder"));
+    cboOrder->addItems({QStringLiteral("Low byte first"), QStringLiteral("High byte first")});
+    cboOrder->setAccessibleName(QStringLiteral("Order of the checksum's bytes"));
     auto *from = new QLabel(QStringLiteral("from byte"));
     from->setBuddy(spnFirst);
     row.addWidget(from);
     row.addWidget(spnFirst);
-    row.addWidget(cmbOrder);
+    row.addWidget(cboOrder);
 }
 
 std::optional<ChecksumRule> ChecksumChoice::Rule() const
 {
-    const QVariant kind = cmbKind->currentData();
+    const QVariant kind = cboKind->currentData();
     if (!kind.isValid())
         return {};
     return ChecksumRule{.kind = ChecksumKind(kind.toInt()),
                         .first = spnFirst->value(),
-                        .highByteFirst = cmbOrder->currentIndex() == HighFirst};
+                        .highByteFirst = cboOrder->currentIndex() == HighFirst};
+}
+
+int ChecksumChoice::Other() const
+{
+    return cboKind->currentIndex() < m_others ? cboKind->currentIndex() : -1;
+}
+
+void ChecksumChoice::SetOther(int other)
+{
+    const QSignalBlocker blocker(this);
+    cboKind->setCurrentIndex(other);
 }
 
 void ChecksumChoice::SetRule(const std::optional<ChecksumRule> &rule)
 {
     const QSignalBlocker blocker(this);
-    cmbKind->setCurrentIndex(rule ? cmbKind->findData(int(rule->kind)) : 0);
+    cboKind->setCurrentIndex(rule ? cboKind->findData(int(rule->kind)) : 0);
     if (rule) {
         spnFirst->setValue(int(rule->first));
-        cmbOrder->setCurrentIndex(rule->highByteFirst ? HighFirst : LowFirst);
+        cboOrder->setCurrentIndex(rule->highByteFirst ? HighFirst : LowFirst);
     }
     EnableDetails();
 }
@@ -90,7 +104,7 @@ void ChecksumChoice::SetRule(const std::optional<ChecksumRule> &rule)
 void ChecksumChoice::ChooseKind()
 {
     if (const std::optional<ChecksumRule> rule = Rule())
-        cmbOrder->setCurrentIndex(Checksum::RowOf(rule->kind).highByteFirst ? HighFirst : LowFirst);
+        cboOrder->setCurrentIndex(Checksum::RowOf(rule->kind).highByteFirst ? HighFirst : LowFirst);
     EnableDetails();
 }
 
@@ -99,5 +113,5 @@ void ChecksumChoice::EnableDetails()
     const std::optional<ChecksumRule> rule = Rule();
     const bool ofBytes = rule && Checksum::RowOf(rule->kind).frame == ChecksumFrame::Bytes;
     spnFirst->setEnabled(ofBytes);
-    cmbOrder->setEnabled(ofBytes && Checksum::RowOf(rule->kind).width > 1);
+    cboOrder->setEnabled(ofBytes && Checksum::RowOf(rule->kind).width > 1);
 }

@@ -20,24 +20,29 @@ class ChecksumChoice final : public QWidget
     Q_OBJECT
 
   public:
-    /// With a text for it, "none" can be chosen as well.
-    explicit ChecksumChoice(const QString &none = {}, QWidget *parent = nullptr);
+    /// What can be chosen in the place of a checksum stands before the kinds, such as "none".
+    explicit ChecksumChoice(const QStringList &others = {}, QWidget *parent = nullptr);
 
-    /// Empty for none.
+    /// Empty while something else is chosen.
     std::optional<ChecksumRule> Rule() const;
-    /// Raises no Changed. None is taken for the first kind where it cannot be chosen.
+    /// The place of something else in the list of those; -1 while a checksum is chosen.
+    int Other() const;
+
+    /// They raise no Changed. No rule is taken for the first entry.
     void SetRule(const std::optional<ChecksumRule> &rule);
+    void SetOther(int other);
 
   Q_SIGNALS:
     void Changed();
 
   private:
-    void MakeKinds(const QString &none);
+    void MakeKinds(const QStringList &others);
     void MakeDetails(QHBoxLayout &row);
     void ChooseKind();
     void EnableDetails();
 
-    QComboBox *cmbKind;
+    const int m_others;
+    QComboBox *cboKind;
     QSpinBox *spnFirst;
-    QComboBox *cmbOrder;
+    QComboBox *cboOrder;
 };

@@ -13,11 +13,18 @@ class SQSendSequenceList final : public SequenceList
   public:
     explicit SQSendSequenceList(QWidget *parent = nullptr);
 
+    /// Which rows are sent again and again, with how often that is; all others are not. Their mark
+    /// stops that.
+    void SetRepeating(const QHash<int, QString> &rows) { Model().SetRepeating(rows); }
+
   Q_SIGNALS:
     void SendRequested(int index);
+    void RepeatRequested(int index);
+    void StopRequested(int index);
 
   protected:
     void UseMark(int index) override;
     QKeySequence MarkKey() const override;
     QString MarkCaption(int index) const override;
+    void AddOwnEntries(QMenu &menu, int index) override;
 };

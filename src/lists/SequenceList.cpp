@@ -234,6 +234,7 @@ void SequenceList::FillMenu(QMenu &menu, int index)
                 if (IsRow(index))
                     UseMark(index);
             });
+    AddOwnEntries(menu, index);
     QAction *edit = add("mnuEdit", QStringLiteral("&Edit..."), Qt::Key_Enter);
     menu.setDefaultAction(edit);
     connect(edit, &QAction::triggered, this, [this, index] { EditRow(index); });

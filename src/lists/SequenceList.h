@@ -73,8 +73,11 @@ class SequenceList : public QTreeView
     virtual QKeySequence MarkKey() const = 0;
     /// The caption of its menu entry.
     virtual QString MarkCaption(int index) const = 0;
+    /// Further entries of a row's menu, behind that one.
+    virtual void AddOwnEntries(QMenu &, int /*index*/) {}
 
     SequenceListModel &Model() { return *m_model; }
+    const SequenceListModel &Model() const { return *m_model; }
 
     void changeEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;

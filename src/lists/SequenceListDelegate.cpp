@@ -81,6 +81,26 @@ void PaintArrow(QPainter &painter, const QRect &button, const QColor &colour)
     painter.restore();
 }
 
+/// An arrow that comes round again.
+void PaintRound(QPainter &painter, const QRect &button, const QColor &colour)
+{
+    const qreal radius = qMin(button.height(), button.width()) * 0.26;
+    const QPointF centre = QRectF(button).center();
+    constexpr int Degree = 16;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, radius * 0.4));
+    painter.drawArc(QRectF(centre - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius)),
+                    90 * Degree, 270 * Degree);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    const QPointF top = centre - QPointF(0, radius);
+    painter.drawPolygon(
+        QPolygonF({top + QPointF(-radius * 0.1, -radius * 0.8), top + QPointF(radius * 0.9, 0),
+                   top + QPointF(-radius * 0.1, radius * 0.8)}));
+    painter.restore();
+}
+
 } // namespace
 
 SequenceListDelegate::SequenceListDelegate(const SequenceListModel &model, QObject *parent)
@@ -150,13 +170,19 @@ void SequenceListDelegate::PaintSequence(QPainter &painter, const QStyleOptionVi
 void SequenceListDelegate::PaintSendButton(QPainter &painter, const QStyleOptionViewItem &cell,
                                            int row) const
 {
+    const bool repeats = m_model.Repeats(row);
     const bool pressed = row == m_pressedRow;
     QStyleOptionButton button = ButtonOption(
         cell, {qMin(LargestButtonWidth, cell.rect.width() - 4), cell.rect.height() - 2}, pressed);
     if (!pressed)
         button.state |= QStyle::State_Raised;
+    if (repeats)
+        button.palette.setColor(QPalette::Button, cell.palette.color(QPalette::Highlight));
     StyleOf(cell)->drawControl(QStyle::CE_PushButtonBevel, &button, &painter, cell.widget);
-    PaintArrow(painter, button.rect, cell.palette.color(QPalette::ButtonText));
+    if (repeats)
+        PaintRound(painter, button.rect, cell.palette.color(QPalette::HighlightedText));
+    else
+        PaintArrow(painter, button.rect, cell.palette.color(QPalette::ButtonText));
 }
 
 void SequenceListDelegate::PaintActiveBox(QPainter &painter, const QStyleOptionViewItem &cell,

@@ -72,6 +72,14 @@ void SequenceListModel::DeleteRow(int index)
     endRemoveRows();
 }
 
+void SequenceListModel::SetRepeating(const QHash<int, QString> &rows)
+{
+    if (rows == m_repeating)
+        return;
+    m_repeating = rows;
+    Q_EMIT dataChanged(index(0, MarkColumn), index(Count(), MarkColumn));
+}
+
 void SequenceListModel::SetSequenceFont(const QFont &font)
 {
     m_sequenceFont = font;
@@ -147,6 +155,8 @@ QString SequenceListModel::SpokenText(int row, int column) const
     if (column != MarkColumn)
         return CellText(row, column);
     const QString subject = CellText(row, RowAt(row).name.isEmpty() ? SequenceColumn : NameColumn);
+    if (sends && Repeats(row))
+        return QStringLiteral("Stop repeating %1, %2").arg(subject, m_repeating[row]);
     if (sends)
         return QStringLiteral("Send ") + subject;
     return subject +
@@ -159,6 +169,8 @@ QString SequenceListModel::ToolTipText(int row, int column) const
         return QStringLiteral("Click to add");
     if (column != MarkColumn)
         return SequenceToolTip::Text(RowAt(row), m_sequenceFont.family());
+    if (Repeats(row))
+        return QStringLiteral("Sent %1; click to stop that").arg(m_repeating[row]);
     return m_mark == SequenceMark::SendButton
                ? QStringLiteral("Send this sequence (Ctrl+Enter)")
                : QStringLiteral("Whether this sequence is looked for (Space)");

@@ -7,6 +7,7 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <QHash>
 
 /// What a click in the first column of a sequence list acts on.
 enum class SequenceMark { SendButton, ActiveBox };
@@ -34,6 +35,10 @@ class SequenceListModel final : public QAbstractTableModel
     void ModifyRow(int index, const SequenceListRow &row);
     void DeleteRow(int index);
 
+    /// Send list: which rows are sent again and again, with how often that is; all others are not.
+    void SetRepeating(const QHash<int, QString> &rows);
+    bool Repeats(int row) const { return m_repeating.contains(row); }
+
     SequenceMark Mark() const { return m_mark; }
     void SetSequenceFont(const QFont &font);
 
@@ -53,5 +58,6 @@ class SequenceListModel final : public QAbstractTableModel
     SequenceMark m_mark;
     QList<SequenceListRow> m_rows;
     SequenceListRow m_emptyRow;
+    QHash<int, QString> m_repeating; ///< how often, by row
     QFont m_sequenceFont;
 };

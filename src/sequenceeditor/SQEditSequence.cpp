@@ -262,7 +262,10 @@ void SQEditSequence::Redo()
 void SQEditSequence::Replace(const QByteArray &sequence)
 {
     Edit().Select(0, Editing().Length());
-    Announce(Edit().Insert(sequence));
+    if (sequence.isEmpty())
+        Do(&SequenceEditing::EraseSelection);
+    else
+        Announce(Edit().Insert(sequence));
 }
 
 void SQEditSequence::InsertChecksum()

@@ -11,6 +11,7 @@
 #include "PrintSettings.h"
 #include "RecordSettings.h"
 #include "Representation.h"
+#include "SendLineSettings.h"
 #include "SequenceSettings.h"
 #include "SettingText.h"
 #include "SettingsStore.h"
@@ -265,6 +266,15 @@ constexpr std::array SettingRows = {
     TrafficColumn<7>("SequenceWidth"),
     TrafficColumn<8>("AnswerWidth"),
     TrafficColumn<9>("MarksWidth"),
+    ForgivingRow("SendLine", "Form", Field<&StoredSettings::sendLine, &SendLineSettings::Form>,
+                 "0"),
+    ForgivingRow("SendLine", "Appends",
+                 Field<&StoredSettings::sendLine, &SendLineSettings::Appends>, ""),
+    AtLeast(1, ForgivingRow("SendLine", "EveryMilliseconds",
+                            Field<&StoredSettings::sendLine, &SendLineSettings::EveryMilliseconds>,
+                            "1000")),
+    AtLeast(0, ForgivingRow("SendLine", "Count",
+                            Field<&StoredSettings::sendLine, &SendLineSettings::Count>, "0")),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

@@ -11,6 +11,7 @@ struct ListSettings;
 struct LogSettings;
 struct PrintSettings;
 struct RecordSettings;
+struct SendLineSettings;
 struct SequenceSettings;
 struct StampSettings;
 struct TrafficWindowSettings;
@@ -34,4 +35,5 @@ struct StoredSettings {
     CaptureSettings *captures = nullptr;
     RecordSettings *record = nullptr;
     TrafficWindowSettings *traffic = nullptr;
+    SendLineSettings *sendLine = nullptr;
 };
