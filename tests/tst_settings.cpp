@@ -9,6 +9,7 @@
 #include "PrintSettings.h"
 #include "ProgramSettings.h"
 #include "RecordSettings.h"
+#include "SendLineSettings.h"
 #include "SequenceSettings.h"
 #include "StampText.h"
 #include "StoredSettings.h"
@@ -36,7 +37,8 @@ QMap<QString, QString> Defaults()
           "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
           "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False",
-          "Captures Folder=", "Record MostMegabytes=1024", "NetworkPorts DeadAfterSeconds=10"}) {
+          "Captures Folder=", "Record MostMegabytes=1024", "NetworkPorts DeadAfterSeconds=10",
+          "SendLine Form=0 Appends= EveryMilliseconds=1000 Count=0"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -59,12 +61,13 @@ struct SettingsBench {
         PrintSettings print;
         CaptureSettings captures;
         RecordSettings record;
+        SendLineSettings sendLine;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
                              &settings.log,     &settings.sequences,   &settings.projectFolder,
                              &settings.view,    &settings.print,       &settings.captures,
-                             &settings.record};
+                             &settings.record,  &settings.sendLine};
     MdSequenceEdition tables;
     QStringList notices;
 
