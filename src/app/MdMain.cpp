@@ -70,8 +70,7 @@ StoredSettings MdMain::Stored()
             &m_display,        &m_displayNext,      &m_stamp,
             &m_logSettings,    &m_sequenceSettings, &m_projectState.LastFolder,
             &m_viewSettings,   &m_printSettings,    &m_captureSettings,
-            &m_recordSettings, &m_trafficSettings};
-            &m_recordSettings, &m_sendLineSettings};
+            &m_recordSettings, &m_trafficSettings, &m_sendLineSettings};
 }
 
 int MdMain::Run()
