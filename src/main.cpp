@@ -4,6 +4,7 @@
 #include "CommandLine.h"
 #include "ConsolePrompts.h"
 #include "Display.h"
+#include "DoctorCommand.h"
 #include "FileName.h"
 #include "HeadStart.h"
 #include "MdMain.h"
@@ -126,6 +127,10 @@ int main(int argc, char *argv[])
     if (parsed.line.action == CommandLine::Action::ShowVersion) {
         output << "Serimonde " << ProgramInfo::Version() << '\n';
         return 0;
+    }
+    if (parsed.line.doctor) {
+        const QCoreApplication application(argc, argv);
+        return ExaminePorts(parsed.line, output, errors);
     }
     const bool platformGiven =
         !arguments.filter(QRegularExpression(QStringLiteral("^--?platform(=|$)"))).isEmpty();

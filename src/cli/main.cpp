@@ -4,6 +4,7 @@
 #include "CaptureCommands.h"
 #include "CliRun.h"
 #include "CommandLine.h"
+#include "DoctorCommand.h"
 #include "ProgramArguments.h"
 #include "ProgramInfo.h"
 #include "TerminationWatch.h"
@@ -41,6 +42,8 @@ int main(int argc, char *argv[])
         return CaptureCommands::Judge(parsed.line, errors);
     if (program == Program::Export)
         return CaptureCommands::Export(parsed.line, errors);
+    if (program == Program::Doctor)
+        return ExaminePorts(parsed.line, output, errors);
     CliRun run(parsed.line, errors);
     const int status = run.Run();
     if (run.Hangs()) {

@@ -223,6 +223,11 @@ QString QtPrompts::ChooseFile(const FileDialogRequest &request)
     } else {
         dialog.setFileMode(QFileDialog::ExistingFile);
     }
+    if (request.purpose == FileDialogRequest::Purpose::Device) {
+        dialog.setOption(QFileDialog::DontUseNativeDialog); // others show no devices
+        dialog.setOption(QFileDialog::DontResolveSymlinks);
+        dialog.setFilter(dialog.filter() | QDir::System);
+    }
     dialog.selectFile(request.name);
     while (!Ending() && dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty()) {
         const QFileInfo chosen(dialog.selectedFiles().first());

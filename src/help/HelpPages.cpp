@@ -35,6 +35,7 @@ constexpr auto Rows = std::to_array<Row>({
     {"SendLine", "sending.html"},
     {"frmSessionRecord", "session-record.html"},
     {"frmAbout", "about.html"},
+    {"dlgDevice", "ports.html"},
     {"dlgProjectFile", "projects.html"},
     {"dlgLogFile", "logging.html"},
     {"dlgCaptureFile", "captures.html"},

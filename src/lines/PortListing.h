@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "PortDevices.h"
 #include "PortFinder.h"
 
 #include <QMap>
@@ -15,6 +16,11 @@ struct ListedPort {
 
 /// The ports of this machine. The map holds the devices of the COM numbers.
 QList<ListedPort> ListPorts(const PortFinder &finder, const QMap<int, QString> &devices);
+
+/// The same, and behind them what the user has assigned that is none of them, with what it is in
+/// the place of a description: links, pseudo-terminals, ports on other machines.
+QList<ListedPort> ListPortsAndAssigned(const PortFinder &finder,
+                                       const QMap<int, PortDevices::Meaning> &meanings);
 
 /// A device by whatever name, with what it says of itself if it is one of the ports:
 /// "/dev/ttyUSB0 (Maker of USB Serial)".

@@ -12,6 +12,8 @@
 
 /// Failure number: the port does not take the line settings asked for.
 constexpr int RefusedLineSettings = 8015;
+/// Failure number: the COM number has no device, or one that is not there.
+constexpr int MissingDevice = 8002;
 /// Failure number: the user did not want to wait for the opening any more.
 constexpr int OpeningCancelled = 8022;
 

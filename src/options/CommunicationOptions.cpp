@@ -69,9 +69,11 @@ QString RunText(const CommOverrides &run)
 } // namespace
 
 CommunicationOptions::CommunicationOptions(const PortDevices &devices,
-                                           std::shared_ptr<const PortFinder> finder)
+                                           std::shared_ptr<const PortFinder> finder,
+                                           UserPrompts &prompts)
     : m_devices(devices),
       m_finder(std::move(finder)),
+      m_prompts(prompts),
       m_captionSendReceive(MakeLabel("PicOp0lblSelectPortA", "Send/Receive on COM port")),
       m_captionChannel1(
           MakeLabel("PicOp0lblSelectPortA_Intercept", "Receive channel 1 data from COM port")),
@@ -115,14 +117,17 @@ void CommunicationOptions::MakePorts(QVBoxLayout *column)
     grid->addWidget(m_captionSendReceive, 0, 0);
     grid->addWidget(m_captionChannel1, 0, 0);
     grid->addWidget(m_portA, 0, 1);
-    grid->addWidget(m_captionChannel2, 1, 0);
-    grid->addWidget(m_portB, 1, 1);
+    grid->addWidget(m_portA->Meaning(), 1, 1);
+    grid->addWidget(m_captionChannel2, 2, 0);
+    grid->addWidget(m_portB, 2, 1);
+    grid->addWidget(m_portB->Meaning(), 3, 1);
     column->addLayout(grid);
     m_captionChannel2->setBuddy(m_portB->Edit());
     m_portB->SetAccessibleName(m_captionChannel2->text());
     // What comes and goes with the mode keeps its place, so that nothing below moves.
     for (QWidget *widget :
-         {static_cast<QWidget *>(m_captionChannel1), static_cast<QWidget *>(m_portB)}) {
+         {static_cast<QWidget *>(m_captionChannel1), static_cast<QWidget *>(m_portB),
+          static_cast<QWidget *>(m_portB->Meaning())}) {
         QSizePolicy policy = widget->sizePolicy();
         policy.setRetainSizeWhenHidden(true);
         widget->setSizePolicy(policy);
@@ -194,6 +199,7 @@ void CommunicationOptions::ShowMode()
     m_captionChannel1->setVisible(monitoring);
     m_captionChannel2->setVisible(monitoring);
     m_portB->setVisible(monitoring);
+    m_portB->Meaning()->setVisible(monitoring);
     QLabel *label = monitoring ? m_captionChannel1 : m_captionSendReceive;
     label->setBuddy(m_portA->Edit());
     m_portA->SetAccessibleName(label->text());
@@ -234,9 +240,11 @@ void CommunicationOptions::ChooseDevice(const PortBox &box)
     QMap<int, PortDevices::Meaning> meanings;
     for (int each = LeastPortNumber; each <= MostPortNumber; ++each)
         meanings[each] = MeaningOf(each);
-    frmDevices devices(
-        {number, meanings, m_devices.MeaningOfEntry(number, QString()), m_reopens, m_deadSeconds},
-        m_finder, window());
+    OptionsValues shown;
+    Store(shown);
+    frmDevices devices({number, meanings, m_devices.MeaningOfEntry(number, QString()), m_reopens,
+                        m_deadSeconds, SettingsString(shown.comm.stored)},
+                       m_finder, m_prompts, window());
     const bool accepted = devices.exec() == QDialog::Accepted;
     box.Edit()->setFocus(); // on the button, Enter would open the devices again
     if (!accepted)

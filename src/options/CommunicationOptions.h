@@ -15,6 +15,7 @@ class QComboBox;
 class QLabel;
 class QRadioButton;
 class QVBoxLayout;
+class UserPrompts;
 
 /// The page "Communication": mode, ports and line settings.
 class CommunicationOptions final : public OptionsPage
@@ -22,8 +23,9 @@ class CommunicationOptions final : public OptionsPage
     Q_OBJECT
 
   public:
-    /// The devices live longer than the page.
-    CommunicationOptions(const PortDevices &devices, std::shared_ptr<const PortFinder> finder);
+    /// Devices and prompts live longer than the page.
+    CommunicationOptions(const PortDevices &devices, std::shared_ptr<const PortFinder> finder,
+                         UserPrompts &prompts);
 
     /// Asked before the devices are shown: tells the user of a field that is wrong, if one is.
     std::function<bool()> FieldsAreRight = [] { return true; };
@@ -44,6 +46,7 @@ class CommunicationOptions final : public OptionsPage
 
     const PortDevices &m_devices;
     std::shared_ptr<const PortFinder> m_finder;
+    UserPrompts &m_prompts;
     qint32 m_mode = 0;             ///< as stored until the user chooses
     bool m_reopens = false;        ///< as stored until the user chooses
     qint32 m_deadSeconds = 0;      ///< the same

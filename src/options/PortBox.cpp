@@ -3,6 +3,7 @@
 
 #include "PortBox.h"
 
+#include "ClickLabel.h"
 #include "PlainText.h"
 #include "PlainToolTip.h"
 
@@ -31,10 +32,15 @@ QString PortMeaningText(int comNumber, const PortDevices::Meaning &meaning)
 }
 
 PortBox::PortBox(const char *boxName, const char *buttonName, const char *buttonCaption)
-    : m_edit(new QLineEdit), m_button(new QPushButton(QString::fromLatin1(buttonCaption)))
+    : m_edit(new QLineEdit),
+      m_meaning(new ClickLabel),
+      m_button(new QPushButton(QString::fromLatin1(buttonCaption)))
 {
     m_edit->setObjectName(QString::fromLatin1(boxName));
     m_edit->setFixedWidth(m_edit->fontMetrics().horizontalAdvance(QStringLiteral("00000000")));
+    m_meaning->setObjectName(QString::fromLatin1(boxName) + QStringLiteral("Meaning"));
+    m_meaning->setTextFormat(Qt::PlainText);
+    m_meaning->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     m_button->setObjectName(QString::fromLatin1(buttonName));
     m_button->setToolTip(QStringLiteral("Show the ports of this machine and choose the device"));
     auto *row = new QHBoxLayout(this);
@@ -85,6 +91,8 @@ void PortBox::UpdateMeaning()
                                              .arg(LeastPortNumber)
                                              .arg(MostPortNumber);
     m_edit->setToolTip(PlainToolTip(text));
+    m_meaning->setText(PlainText(text));
+    m_meaning->setToolTip(PlainToolTip(text));
     m_edit->setAccessibleDescription(PlainText(text));
 }
 

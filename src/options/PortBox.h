@@ -10,6 +10,7 @@
 
 #include <functional>
 
+class QLabel;
 class QLineEdit;
 class QPushButton;
 
@@ -40,6 +41,8 @@ class PortBox final : public QWidget
     void UpdateMeaning();
     void SetAccessibleName(const QString &name);
     QLineEdit *Edit() const { return m_edit; }
+    /// Says the same below the box. It is narrower than its text if need be.
+    QLabel *Meaning() const { return m_meaning; }
 
   Q_SIGNALS:
     /// The button was pressed; the box may be faulty.
@@ -49,6 +52,7 @@ class PortBox final : public QWidget
     PortNumber Typed() const;
 
     QLineEdit *m_edit;
+    QLabel *m_meaning;
     QPushButton *m_button;
     qint16 m_stored = LeastPortNumber;
 };

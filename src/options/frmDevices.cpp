@@ -3,13 +3,16 @@
 
 #include "frmDevices.h"
 
+#include "DevicePane.h"
 #include "NamedButton.h"
 #include "PlainText.h"
 #include "PlainToolTip.h"
 #include "RemoteAddress.h"
+#include "UserPrompts.h"
 #include "frmNetworkPort.h"
 
 #include <QCheckBox>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -42,27 +45,30 @@ QString NumbersText(const QList<int> &numbers)
 } // namespace
 
 frmDevices::frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
-                       QWidget *parent)
+                       UserPrompts &prompts, QWidget *parent)
     : QDialog(parent),
+      m_port(port),
       m_finder(std::move(finder)),
+      m_prompts(prompts),
       m_list(new QTreeWidget),
       lblState(new QLabel),
       txtDevice(new QLineEdit),
       m_reopen(new QCheckBox(QStringLiteral("&Reopen a device that comes back"))),
       m_deadSeconds(port.deadSeconds),
       lblMeaning(new QLabel),
-      cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again"))
+      m_details(new DevicePane(m_finder)),
+      cmdLookAgain(NamedButton("cmdLookAgain", "&Look Again")),
+      cmdTryIt(NamedButton("cmdTryIt", "&Try It"))
 {
-    for (auto meaning = port.meanings.cbegin(); meaning != port.meanings.cend(); ++meaning)
-        m_numbers[meaning.key()] = meaning->device;
     setObjectName(QStringLiteral("frmDevices"));
     setWindowTitle(QStringLiteral("Device of COM%1").arg(port.number));
     new QVBoxLayout(this);
     MakeList();
     MakeField(port);
+    MakeNotes(port);
     MakeButtons();
     // So that most stable names are seen whole.
-    resize(QSize(880, 360).boundedTo(screen()->availableSize() - QSize(8, 40)));
+    resize(QSize(880, 520).boundedTo(screen()->availableSize() - QSize(8, 40)));
     connect(&m_watcher, &QFutureWatcherBase::finished, this, &frmDevices::ShowPorts);
     Look();
 }
@@ -75,7 +81,7 @@ void frmDevices::MakeList()
                              QStringLiteral("Description"), QStringLiteral("Stable Name")});
     m_list->setRootIsDecorated(false);
     m_list->setAllColumnsShowFocus(true);
-    m_list->setMinimumSize(480, 160);
+    m_list->setMinimumSize(480, 100);
     lblState->setObjectName(QStringLiteral("lblState"));
     layout()->addWidget(m_list);
     layout()->addWidget(lblState);
@@ -101,26 +107,31 @@ void frmDevices::MakeField(const ChosenPort &port)
     txtDevice->setPlaceholderText(ofSystem.device);
     if (meaning.source != PortDevices::Source::SystemName)
         txtDevice->setText(meaning.device);
-    auto *note =
-        new QLabel(QStringLiteral("Choose a port, or type the path of a device or the address of a "
-                                  "network port. While the field is empty, ") +
-                   (ofSystem.device.isEmpty()
-                        ? QStringLiteral("COM%1 has no device.").arg(comNumber)
-                        : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem.device + u'.'));
-    note->setTextFormat(Qt::PlainText);
-    note->setWordWrap(true);
     auto *row = new QHBoxLayout;
     row->addWidget(caption);
     row->addWidget(txtDevice);
+    static_cast<QVBoxLayout *>(layout())->addLayout(row);
+    connect(txtDevice, &QLineEdit::textChanged, this, &frmDevices::ShowMeaning);
+}
+
+void frmDevices::MakeNotes(const ChosenPort &port)
+{
+    const int comNumber = port.number;
+    const QString &ofSystem = port.ofSystem.device;
+    auto *note = new QLabel(
+        QStringLiteral("Choose a port, or type the path of a device or the address of a "
+                       "network port. While the field is empty, ") +
+        (ofSystem.isEmpty() ? QStringLiteral("COM%1 has no device.").arg(comNumber)
+                            : QStringLiteral("COM%1 is ").arg(comNumber) + ofSystem + u'.'));
+    note->setTextFormat(Qt::PlainText);
+    note->setWordWrap(true);
     auto *column = static_cast<QVBoxLayout *>(layout());
-    column->addLayout(row);
     column->addWidget(note);
     lblMeaning->setObjectName(QStringLiteral("lblMeaning"));
     lblMeaning->setTextFormat(Qt::PlainText);
     lblMeaning->setWordWrap(true);
     column->addWidget(lblMeaning);
-    connect(txtDevice, &QLineEdit::textChanged, this, &frmDevices::ShowMeaning);
-    ShowMeaning();
+    column->addWidget(m_details);
     m_reopen->setObjectName(QStringLiteral("chkReopen"));
     m_reopen->setToolTip(QStringLiteral("Holds for all ports. Communication then goes on while a "
                                         "device is unplugged."));
@@ -134,14 +145,21 @@ void frmDevices::MakeButtons()
     QPushButton *cmdCancel = NamedButton("cmdCancel", "Cancel");
     cmdOK->setDefault(true);
     auto *row = new QHBoxLayout;
+    QPushButton *cmdBrowse = NamedButton("cmdBrowse", "&Browse...");
     QPushButton *cmdNetworkPort = NamedButton("cmdNetworkPort", "&Network Port...");
-    row->addWidget(cmdLookAgain);
-    row->addWidget(cmdNetworkPort);
+    cmdTryIt->setToolTip(
+        QStringLiteral("Open the port, set it, read it back and close it, unless it is in use"));
+    for (QPushButton *button : {cmdLookAgain, cmdBrowse, cmdNetworkPort, cmdTryIt})
+        row->addWidget(button);
     row->addStretch();
     row->addWidget(cmdOK);
     row->addWidget(cmdCancel);
     static_cast<QVBoxLayout *>(layout())->addLayout(row);
     connect(cmdLookAgain, &QPushButton::clicked, this, &frmDevices::Look);
+    connect(cmdBrowse, &QPushButton::clicked, this, &frmDevices::Browse);
+    connect(cmdTryIt, &QPushButton::clicked, this, [this] { m_details->Try(m_port.settings); });
+    connect(m_details, &DevicePane::TrialChanged, this,
+            [this] { cmdTryIt->setEnabled(m_details->MayTry()); });
     connect(cmdNetworkPort, &QPushButton::clicked, this, &frmDevices::ChooseNetworkPort);
     connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -151,14 +169,15 @@ void frmDevices::MakeButtons()
 /// does not wait for it either: a path on a dead network may hold it for long.
 void frmDevices::Look()
 {
+    ShowMeaning();
     cmdLookAgain->setEnabled(false);
     m_list->clear();
     lblState->setText(QStringLiteral("Looking for ports ..."));
     const auto promise = std::make_shared<QPromise<QList<ListedPort>>>();
     m_watcher.setFuture(promise->future());
-    std::thread([promise, finder = m_finder, numbers = m_numbers] {
+    std::thread([promise, finder = m_finder, meanings = m_port.meanings] {
         promise->start();
-        promise->addResult(ListPorts(*finder, numbers));
+        promise->addResult(ListPortsAndAssigned(*finder, meanings));
         promise->finish();
     }).detach();
 }
@@ -187,8 +206,27 @@ void frmDevices::ShowPorts()
 
 void frmDevices::Take(const QTreeWidgetItem &port)
 {
-    txtDevice->setText(port.data(0, AssignedName).toString());
+    Enter(port.data(0, AssignedName).toString());
+}
+
+void frmDevices::Enter(const QString &device)
+{
+    txtDevice->setText(device);
     txtDevice->setModified(true);
+}
+
+void frmDevices::Browse()
+{
+    const QString known = Device().isEmpty() ? m_port.ofSystem.device : Device();
+    const QString folder = known.startsWith(u'/') ? QFileInfo(known).path() : QString();
+    const QString chosen =
+        m_prompts.ChooseFile({.purpose = FileDialogRequest::Purpose::Device,
+                              .dialog = QStringLiteral("dlgDevice"),
+                              .title = windowTitle(),
+                              .filter = QStringLiteral("All Devices|*"),
+                              .folder = folder.isEmpty() ? QStringLiteral("/dev") : folder});
+    if (!chosen.isEmpty())
+        Enter(chosen);
 }
 
 void frmDevices::ChooseNetworkPort()
@@ -197,11 +235,10 @@ void frmDevices::ChooseNetworkPort()
     if (port.exec() != QDialog::Accepted)
         return;
     m_deadSeconds = port.DeadSeconds();
-    txtDevice->setText(port.Address());
-    txtDevice->setModified(true);
+    Enter(port.Address());
 }
 
-/// Of an address what it means, or what is wrong with it.
+/// Of an address what it means, or what is wrong with it; of all, what is known.
 void frmDevices::ShowMeaning()
 {
     const bool remote = IsRemoteAddress(Device());
@@ -210,6 +247,7 @@ void frmDevices::ShowMeaning()
     lblMeaning->setText(!remote                 ? QString()
                         : parsed.state.Failed() ? parsed.state.Cause()
                                                 : RemoteMeaningText(parsed.address));
+    m_details->Show(Device().isEmpty() ? m_port.ofSystem.device : Device());
 }
 
 bool frmDevices::IsChosen() const

@@ -11,15 +11,18 @@
 
 #include <memory>
 
+class DevicePane;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
+class UserPrompts;
 
-/// Lets the user choose the device of a COM number, from the ports of this machine or by typing a
-/// path. The ports are looked for in a thread that may outlive the dialog.
+/// Lets the user choose the device of a COM number, from the ports of this machine and his own
+/// assignments or by typing a path, and shows what is known of it. The ports are looked for in a
+/// thread that may outlive the dialog.
 class frmDevices final : public QDialog
 {
     Q_OBJECT
@@ -32,10 +35,11 @@ class frmDevices final : public QDialog
         PortDevices::Meaning ofSystem;            ///< while the user assigns nothing to it
         bool reopens = false;                     ///< see Reopens; it holds for all ports
         int deadSeconds = 10;                     ///< see DeadSeconds
+        QString settings{};                       ///< that a trial asks for, as "9600,N,8,1"
     };
 
     frmDevices(const ChosenPort &port, std::shared_ptr<const PortFinder> finder,
-               QWidget *parent = nullptr);
+               UserPrompts &prompts, QWidget *parent = nullptr);
 
     /// Whether the user has chosen a device at all, or only looked.
     bool IsChosen() const;
@@ -49,15 +53,19 @@ class frmDevices final : public QDialog
   private:
     void MakeList();
     void MakeField(const ChosenPort &port);
+    void MakeNotes(const ChosenPort &port);
     void MakeButtons();
     void Look();
     void ShowPorts();
     void Take(const QTreeWidgetItem &port);
+    void Enter(const QString &device);
+    void Browse();
     void ChooseNetworkPort();
     void ShowMeaning();
 
-    QMap<int, QString> m_numbers; ///< devices of all COM numbers
+    const ChosenPort m_port;
     std::shared_ptr<const PortFinder> m_finder;
+    UserPrompts &m_prompts;
     QFutureWatcher<QList<ListedPort>> m_watcher;
     QTreeWidget *m_list;
     QLabel *lblState;
@@ -65,5 +73,7 @@ class frmDevices final : public QDialog
     QCheckBox *m_reopen;
     int m_deadSeconds;
     QLabel *lblMeaning;
+    DevicePane *m_details;
     QPushButton *cmdLookAgain;
+    QPushButton *cmdTryIt;
 };

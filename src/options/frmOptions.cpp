@@ -60,7 +60,8 @@ QLabel *frmOptions::MakeStoppedLine()
 
 void frmOptions::MakePages()
 {
-    auto *communication = new CommunicationOptions(m_parts.devices, m_parts.finder);
+    auto *communication =
+        new CommunicationOptions(m_parts.devices, m_parts.finder, m_parts.prompts);
     communication->FieldsAreRight = [this] { return FieldsAreRight(nullptr); };
     picOptions = {communication,
                   new DisplayOptions(m_parts.display, m_parts.prompts, m_parts.DisplayChosen),

@@ -27,10 +27,11 @@ constexpr int WithoutWindow = int(Program::WithoutWindow);
 constexpr int Judge = int(Program::Judge);
 constexpr int Export = int(Program::Export);
 constexpr int Replay = int(Program::Replay);
+constexpr int Doctor = int(Program::Doctor);
 constexpr int Both = Window | WithoutWindow;
 /// Whatever opens a line without a window.
 constexpr int Runs = WithoutWindow | Replay;
-constexpr int All = Both | Judge | Export | Replay;
+constexpr int All = Both | Judge | Export | Replay | Doctor;
 
 /// One option: how it is written, what it means and what it does. Apply fails if something is wrong
 /// with the value.
@@ -156,10 +157,10 @@ Result ApplyVersion(CommandLine &line, const QString &)
 
 constexpr std::array OptionRows = {
     OptionRow{"port", "N=DEVICE", "COM N is DEVICE in this run (repeatable)", ApplyPort,
-              Window | Runs},
+              Window | Runs | Doctor},
     OptionRow{"mode", "0|1|2", "communication mode of this run", ApplyMode},
     OptionRow{"settings", "TEXT", "port settings of this run, such as 9600,N,8,1", ApplySettings,
-              Window | Runs},
+              Window | Runs | Doctor},
     OptionRow{"start", nullptr, "start communication when the window is up",
               ApplyFlag<&CommandLine::start>, Window},
     OptionRow{"reconnect", nullptr, "reopen a device that comes back, in this run",
@@ -200,6 +201,10 @@ constexpr std::array OptionRows = {
               ApplyFlag<&CommandLine::demo>},
     OptionRow{"reset-settings", nullptr, "start with defaults; the old settings are kept beside",
               ApplyFlag<&CommandLine::resetSettings>, Window},
+    OptionRow{"doctor", nullptr, "tell what stands in the way of a port, or of all, and end",
+              ApplyFlag<&CommandLine::doctor>, Window},
+    OptionRow{"try", nullptr, "the doctor opens the port, sets it, reads it back and closes it",
+              ApplyFlag<&CommandLine::tries>, Window | Doctor},
     OptionRow{"help", nullptr, "show this text", ApplyHelp, All},
     OptionRow{"version", nullptr, "show the version", ApplyVersion, All},
 };
@@ -238,6 +243,15 @@ damaged, 2 wrong usage or no capture, 3 the port could not be opened or went awa
 could not be written.
 )";
 
+constexpr const char *DoctorHelp = R"(
+DEVICE is the name of a device, the address of a port on another machine, or COM1 and so on.
+Without it all that are found or assigned are examined. Nothing is opened without --try; a
+port on another machine that is named is connected to.
+
+Exit status: 0 nothing was found that stands in the way, 1 something was, 2 wrong usage,
+4 the output could not be written.
+)";
+
 /// How a program is called, and what it does.
 struct ProgramRow {
     Program program;
@@ -248,11 +262,14 @@ struct ProgramRow {
 };
 
 constexpr std::array ProgramRows = {
-    ProgramRow{Program::Window, nullptr, "serimonde [options] [project.sqx|capture.pcapng]",
+    ProgramRow{Program::Window, nullptr,
+               "serimonde [options] [project.sqx|capture.pcapng]\n"
+               "       serimonde --doctor [--try] [DEVICE]",
                "Tests and monitors serial communication.", ""},
     ProgramRow{Program::WithoutWindow, nullptr,
                "serimonde-cli [options] [project.sqx] [STEP...]\n"
-               "       serimonde-cli judge|export|replay [options] capture.pcapng ...",
+               "       serimonde-cli judge|export|replay [options] capture.pcapng ...\n"
+               "       serimonde-cli doctor [options] [DEVICE]",
                "Tests and monitors serial communication without a window.", StepsHelp},
     ProgramRow{Program::Judge, "judge", "serimonde-cli judge [options] capture.pcapng project.sqx",
                "Tells where the project's receive sequences fire in a capture.", JudgeHelp},
@@ -261,6 +278,8 @@ constexpr std::array ProgramRows = {
     ProgramRow{Program::Replay, "replay",
                "serimonde-cli replay [options] --port N=DEVICE capture.pcapng",
                "Plays the device of a capture.", ReplayHelp},
+    ProgramRow{Program::Doctor, "doctor", "serimonde-cli doctor [options] [DEVICE]",
+               "Tells what stands in the way of a port, or of all.", DoctorHelp},
 };
 
 const ProgramRow &RowOf(Program program)
@@ -311,12 +330,25 @@ Result CheckCommand(const CommandLine &line, const QStringList &words, Program p
     return program == Program::Replay ? CheckPorts(line) : Result();
 }
 
+Result CheckDoctor(const CommandLine &line, const QStringList &devices)
+{
+    if (devices.size() > 1)
+        return Failure{QStringLiteral("one device at most: %1").arg(devices.join(u' '))};
+    if (line.tries && devices.isEmpty())
+        return Failure{QStringLiteral("--try needs a device that is named")};
+    return {};
+}
+
 /// What no option can tell by itself.
 Result CheckWhole(const CommandLine &line, const QStringList &projects, Program program)
 {
     if (line.overwrite && line.log.isEmpty() && line.capture.isEmpty())
         return Failure{
             QStringLiteral("--overwrite has a meaning only together with --log or --capture")};
+    if (program == Program::Doctor)
+        return CheckDoctor(line, projects);
+    if (line.tries)
+        return Failure{QStringLiteral("--try has a meaning only together with --doctor")};
     if (RowOf(program).command)
         return CheckCommand(line, projects, program);
     if (projects.size() > 1)
@@ -333,7 +365,9 @@ Result CheckWhole(const CommandLine &line, const QStringList &projects, Program 
 /// Behind the project, if there is one, stand steps.
 QStringList TakeProjects(CommandLine &line, QStringList words, Program program)
 {
-    if (RowOf(program).command)
+    if (program == Program::Doctor)
+        line.examined = words.value(0);
+    else if (RowOf(program).command)
         line.input = words.value(0);
     if (program != Program::WithoutWindow)
         return words;
@@ -378,9 +412,14 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program
         parsed.result = Failure{FileName::Shown(parser.errorText())};
         return parsed;
     }
+    const bool doctor = program == Program::Window && parser.isSet(QStringLiteral("doctor"));
+    const Program asked = doctor ? Program::Doctor : program;
     for (const OptionRow &row : OptionRows) {
         if (!Belongs(row, program) || !parser.isSet(NameOf(row)))
             continue;
+        if (!Belongs(row, asked) && NameOf(row) != QLatin1String("doctor"))
+            parsed.result = Failure{
+                QStringLiteral("--%1 means nothing together with --doctor").arg(NameOf(row))};
         const QStringList values = row.value ? parser.values(NameOf(row)) : QStringList(QString());
         for (const QString &value : values) {
             const Result applied = row.apply(parsed.line, value);
@@ -389,11 +428,11 @@ ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program
                     Failure{QStringLiteral("--%1 %2: %3").arg(NameOf(row), value, applied.Cause())};
         }
     }
-    const QStringList projects = TakeProjects(parsed.line, parser.positionalArguments(), program);
+    const QStringList projects = TakeProjects(parsed.line, parser.positionalArguments(), asked);
     const bool runs = parsed.line.action == CommandLine::Action::Run;
     if (!parsed.result.Failed() && runs)
-        parsed.result = CheckWhole(parsed.line, projects, program);
-    parsed.line.project = projects.value(RowOf(program).command ? 1 : 0);
+        parsed.result = CheckWhole(parsed.line, projects, asked);
+    parsed.line.project = projects.value(RowOf(asked).command ? 1 : 0);
     if (parsed.result.Failed())
         parsed.result = Failure{FileName::Shown(parsed.result.Cause())};
     return parsed;

@@ -30,6 +30,9 @@ struct CommandLine {
     QString screenshot;                     ///< PNG file, empty for none
     QString project;                        ///< project file to open, empty for none
     bool resetSettings = false;             ///< sets the user's settings aside
+    bool doctor = false;                    ///< examines ports in the place of a run
+    bool tries = false;                     ///< the doctor opens the port
+    QString examined;                       ///< its device, empty for all that there are
 
     // Of the program without a window alone.
     QStringList stepWords;         ///< steps, as they stand on the command line
@@ -60,7 +63,14 @@ struct ParsedCommandLine {
 
 /// The programs, which share most of their options; the commands of the one without a window count
 /// as programs.
-enum class Program { Window = 1, WithoutWindow = 2, Judge = 4, Export = 8, Replay = 16 };
+enum class Program {
+    Window = 1,
+    WithoutWindow = 2,
+    Judge = 4,
+    Export = 8,
+    Replay = 16,
+    Doctor = 32 ///< also what the program with a window does if it is asked to
+};
 
 /// The program without a window, or the command of it that the first argument behind the name asks
 /// for, which is taken away.

@@ -37,6 +37,12 @@ QString OpenFailureText(int portNumber, const Result &opened)
     return text + u'"' + opened.Cause() + u'"';
 }
 
+QString AssigningNote()
+{
+    return QStringLiteral("To assign another device, choose \"Options...\" in the menu Tools, and "
+                          "\"Devices...\" beside the COM number.");
+}
+
 } // namespace
 
 PortTraffic::PortTraffic(PortTrafficParts parts)
@@ -107,8 +113,10 @@ bool PortTraffic::ConfigurePort(SerialPortControl &port, Channel channel)
         if (const Result done = step(); done.Failed()) {
             if (done.Number() == OpeningCancelled)
                 return false;
-            m_parts.prompts.ShowMessage(
-                CriticalMessage(OpenFailureText(PortNumber(channel), done)));
+            MessagePrompt message = CriticalMessage(OpenFailureText(PortNumber(channel), done));
+            if (done.Number() == MissingDevice && m_parts.hasOptions)
+                message.note = AssigningNote();
+            m_parts.prompts.ShowMessage(message);
             return false;
         }
     }

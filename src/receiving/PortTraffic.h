@@ -31,6 +31,7 @@ struct PortTrafficParts {
     std::function<void()> statusChanged;
     /// A repeat has ended by itself.
     std::function<void()> repeatEnded;
+    bool hasOptions = false; ///< the user can assign devices in a dialog
 };
 
 /// The ports of the mode in force: opens and closes them, and sends. What the lines say is judged

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ComPortClient.h"
+#include "PortFacts.h"
 #include "RemoteAddress.h"
 #include "RemoteStream.h"
 
@@ -47,7 +48,11 @@ class RemoteOpening final
     /// Of the opening; OpeningCancelled if it was not wanted any more.
     const Result &State() const { return m_state; }
     /// Whether somebody was there.
-    bool Reached() const { return m_reached; }
+    bool Reached() const { return m_stage > RemoteFacts::Stage::Connection; }
+    /// How far it came.
+    RemoteFacts::Stage Stage() const { return m_stage; }
+    /// The numbers that the name of the machine stands for.
+    const QStringList &Addresses() const { return m_addresses; }
     RemoteLink TakeLink() { return std::move(m_link); }
 
   private:
@@ -56,6 +61,7 @@ class RemoteOpening final
 
     Result OpenAll();
     Result LookUp(Lookup &found);
+    void NoteAddresses(const Lookup &found);
     Result Connect(const Lookup &found);
     Result ConnectTo(Descriptor &socket, QDeadlineTimer until) const;
     Result Secure();
@@ -76,7 +82,8 @@ class RemoteOpening final
     QDeadlineTimer m_deadline;
     Wanted m_wanted;
     Descriptor m_socket;
-    bool m_reached = false;
+    RemoteFacts::Stage m_stage = RemoteFacts::Stage::Address;
+    QStringList m_addresses;
     RemoteLink m_link;
     Result m_state;
 };

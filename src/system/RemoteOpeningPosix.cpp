@@ -72,14 +72,32 @@ Result RemoteOpening::OpenAll()
                            .arg(m_peer, LineSettingsText(m_request.settings)),
                        RefusedLineSettings};
     Lookup found;
+    m_stage = RemoteFacts::Stage::Name;
     if (Result done = LookUp(found); done.Failed())
         return done;
+    NoteAddresses(found);
+    m_stage = RemoteFacts::Stage::Connection;
     if (Result done = Connect(found); done.Failed())
         return done;
-    m_reached = true;
+    m_stage = RemoteFacts::Stage::Security;
     if (Result done = Secure(); done.Failed())
         return done;
-    return server ? Converse() : Result();
+    m_stage = RemoteFacts::Stage::Conversation;
+    if (Result done = server ? Converse() : Result(); done.Failed())
+        return done;
+    m_stage = RemoteFacts::Stage::Done;
+    return {};
+}
+
+void RemoteOpening::NoteAddresses(const Lookup &found)
+{
+    for (const addrinfo *each = found.answer->first; each; each = each->ai_next) {
+        std::array<char, NI_MAXHOST> number = {};
+        if (::getnameinfo(each->ai_addr, each->ai_addrlen, number.data(), number.size(), nullptr, 0,
+                          NI_NUMERICHOST) == 0)
+            m_addresses.append(QString::fromLatin1(number.data()));
+    }
+    m_addresses.removeDuplicates();
 }
 
 Result RemoteOpening::LookUp(Lookup &found)

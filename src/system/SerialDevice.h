@@ -5,6 +5,7 @@
 
 #include "LineDamage.h"
 #include "LineSettings.h"
+#include "PortFacts.h"
 #include "Result.h"
 
 #include <QByteArray>
@@ -32,6 +33,8 @@ QString CanonicalName(const QString &device);
 QByteArray SightOf(const QString &device);
 /// The same of the links that a name leads through; empty if it is no link.
 QByteArray SightOfLinks(const QString &name);
+/// Whether it is the device end of a pseudo-terminal.
+bool IsPseudoTerminal(quint64 deviceNumber);
 /// Whether the name of the device is lent: once it has gone, another program gets it.
 bool HasLentName(const QString &canonicalName);
 
@@ -87,6 +90,8 @@ QString LockOwner(const QString &canonicalName, const QString &alias);
 QString HolderOf(const QString &canonicalName);
 /// A lock file that stands in the way of the device; empty if there is none.
 QString LockFileOf(const QString &canonicalName, const QString &alias);
+/// All the lock files of the device, and what they say.
+QList<LockFile> LockFilesOf(const QString &canonicalName, const QString &alias);
 /// Why this user may not open the device, and what to do.
 QString MissingRights(const QString &canonicalName);
 

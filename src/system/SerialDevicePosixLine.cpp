@@ -59,14 +59,11 @@ qint32 BaudOf(const termios2 &line, qint32 askedBaud)
     return difference <= askedBaud / BaudToleranceDivisor ? askedBaud : qint32(line.c_ospeed);
 }
 
-/// The device ends of pseudo-terminals, by the numbers that the system gives them for good.
 bool IsPseudoTerminal(SerialDevice::Handle handle)
 {
-    constexpr unsigned First = 136;
-    constexpr unsigned Last = 143;
     struct stat status = {};
     return ::fstat(handle, &status) == 0 && S_ISCHR(status.st_mode) &&
-           ::major(status.st_rdev) >= First && ::major(status.st_rdev) <= Last;
+           SerialDevice::IsPseudoTerminal(status.st_rdev);
 }
 
 /// A pseudo-terminal has no wire, so nothing comes damaged over it, but while marks are asked for
@@ -79,6 +76,14 @@ bool MayComeDamaged(SerialDevice::Handle handle)
 }
 
 } // namespace
+
+/// The system gives them these numbers for good.
+bool SerialDevice::IsPseudoTerminal(quint64 deviceNumber)
+{
+    constexpr unsigned First = 136;
+    constexpr unsigned Last = 143;
+    return ::major(deviceNumber) >= First && ::major(deviceNumber) <= Last;
+}
 
 void SerialDevice::ApplySettings(Handle handle, const LineSettings &settings)
 {

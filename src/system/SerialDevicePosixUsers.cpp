@@ -3,7 +3,8 @@
 
 #include "SerialDevice.h"
 
-#include <QDir>
+#include "ProcessTable.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -69,49 +70,51 @@ bool IsOtherLiveProcess(qint64 process)
            (::kill(pid_t(process), 0) == 0 || errno == EPERM);
 }
 
-QByteArray Told(qint64 process, const char *what)
+QString Describe(const PortUser &user)
 {
-    QFile file(QStringLiteral("/proc/%1/%2").arg(process).arg(QLatin1StringView(what)));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// The system keeps the first 15 characters of a name; how the program was called has all of it.
-QString NameOf(qint64 process)
-{
-    constexpr qsizetype MostCharacters = 15;
-    const QByteArray name = Told(process, "comm").trimmed();
-    const QByteArray called = Told(process, "cmdline").split('\0').first().split('/').last();
-    return QString::fromLocal8Bit(name.size() == MostCharacters && called.startsWith(name) ? called
-                                                                                           : name);
+    return user.program.isEmpty()
+               ? QStringLiteral("process %1").arg(user.process)
+               : QStringLiteral("%1 (process %2)").arg(user.program).arg(user.process);
 }
 
 QString Describe(qint64 process)
 {
-    const QString name = NameOf(process);
-    return name.isEmpty() ? QStringLiteral("process %1").arg(process)
-                          : QStringLiteral("%1 (process %2)").arg(name).arg(process);
+    return Describe(ProcessTable().Named(process));
 }
 
-bool HasOpen(const QString &process, const QString &device)
+/// The first place where a lock can be put; empty if there is none.
+QString OwnLockFolder()
 {
-    const QDir files(QStringLiteral("/proc/%1/fd").arg(process));
-    const QFileInfoList entries = files.entryInfoList(QDir::Files | QDir::System);
-    return std::any_of(entries.begin(), entries.end(),
-                       [&](const QFileInfo &entry) { return entry.symLinkTarget() == device; });
+    for (const char *folder : LockFolders) {
+        const QFileInfo info(QString::fromLatin1(folder));
+        if (info.isDir() && info.isWritable())
+            return info.filePath();
+    }
+    return {};
+}
+
+/// In a folder for all, a file goes only with the consent of who made it.
+bool MayDelete(const QString &file)
+{
+    struct stat folder = {};
+    struct stat status = {};
+    const QByteArray path = QFile::encodeName(QFileInfo(file).path());
+    if (::stat(path.constData(), &folder) != 0 || ::access(path.constData(), W_OK) != 0 ||
+        ::stat(QFile::encodeName(file).constData(), &status) != 0)
+        return false;
+    const uid_t user = ::geteuid();
+    return user == 0 || (folder.st_mode & S_ISVTX) == 0 || user == status.st_uid ||
+           user == folder.st_uid;
 }
 
 } // namespace
 
 SerialDevice::Lock::Lock(const QString &canonicalName) : m_held(true)
 {
-    const auto *folder = std::find_if(LockFolders.begin(), LockFolders.end(), [](const char *each) {
-        const QFileInfo info(QString::fromLatin1(each));
-        return info.isDir() && info.isWritable();
-    });
-    if (folder == LockFolders.end())
+    const QString folder = OwnLockFolder();
+    if (folder.isEmpty())
         return;
-    m_file = std::make_unique<QLockFile>(QLatin1StringView(*folder) + u'/' +
-                                         LockNames(canonicalName).first());
+    m_file = std::make_unique<QLockFile>(folder + u'/' + LockNames(canonicalName).first());
     m_held = m_file->tryLock();
 }
 
@@ -142,13 +145,32 @@ QString SerialDevice::LockFileOf(const QString &canonicalName, const QString &al
     return LockFiles(canonicalName, alias).value(0);
 }
 
+/// One that runs keeps the device wherever its file is, one that has ended only where this program
+/// would put its own.
+QList<LockFile> SerialDevice::LockFilesOf(const QString &canonicalName, const QString &alias)
+{
+    const QString own = QFileInfo(OwnLockFolder()).canonicalFilePath();
+    QList<LockFile> locks;
+    QStringList seen;
+    for (const QString &file : LockFiles(canonicalName, alias)) {
+        const QFileInfo info(file);
+        if (seen.contains(info.canonicalFilePath()))
+            continue;
+        seen << info.canonicalFilePath();
+        const PortUser user = ProcessTable().Named(ProcessInLock(file));
+        const bool alive = user.own || IsOtherLiveProcess(user.process);
+        const bool stays = info.fileName() == LockNames(canonicalName).first() &&
+                           QFileInfo(info.path()).canonicalFilePath() == own && !MayDelete(file);
+        locks.append({file, user, alive, alive || stays});
+    }
+    return locks;
+}
+
 QString SerialDevice::HolderOf(const QString &canonicalName)
 {
-    const QStringList processes =
-        QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[1-9]*")}, QDir::Dirs);
-    for (const QString &process : processes)
-        if (process.toLongLong() != ::getpid() && HasOpen(process, canonicalName))
-            return Describe(process.toLongLong());
+    for (const PortUser &user : ProcessTable().UsersOf(canonicalName).users)
+        if (!user.own)
+            return Describe(user);
     return {};
 }
 

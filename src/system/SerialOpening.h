@@ -38,6 +38,9 @@ class SerialOpening final
     const Result &State() const { return m_state; }
     const QString &Device() const { return m_device; } ///< canonical name
 
+    /// The device, which is open until it is taken over or this object goes; also where it was
+    /// opened but did not take its settings.
+    SerialDevice::Handle Handle() const { return m_handle; }
     /// To be taken over, all of it, when State tells no failure.
     SerialDevice::Handle TakeHandle();
     std::unique_ptr<SerialDevice::Lock> TakeLock() { return std::move(m_lock); }

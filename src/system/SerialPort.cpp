@@ -131,7 +131,7 @@ Result SerialPort::SetPortOpen(bool open)
 Result SerialPort::Open()
 {
     const QString name = m_devices.DeviceOf(m_commPort);
-    return name.isEmpty() ? Result(Failure{NoDevice(m_commPort)}) : OpenNamed(name);
+    return name.isEmpty() ? Result(Failure{NoDevice(m_commPort), MissingDevice}) : OpenNamed(name);
 }
 
 Result SerialPort::OpenNamed(const QString &name)
@@ -145,7 +145,7 @@ Result SerialPort::OpenNamed(const QString &name)
     }
     const QString device = SerialDevice::CanonicalName(name);
     if (device.isEmpty())
-        return Failure{QStringLiteral("There is no device %1").arg(name)};
+        return Failure{QStringLiteral("There is no device %1").arg(name), MissingDevice};
     return OpenAs(device, [&](const LineSettings &line) { return OpenLocal(device, name, line); });
 }
 

@@ -3,8 +3,9 @@
 
 #include "SystemPortFinder.h"
 
+#include "TerminalFolder.h"
+
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QStringList>
@@ -15,31 +16,18 @@
 namespace
 {
 
-QString LineIn(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readLine(4096)).trimmed()
-                                          : QString();
-}
-
-/// Terminals without hardware behind them have no device; a built-in port of type 0 is a place
-/// where the driver found no chip.
-bool IsPort(const QString &description)
-{
-    return QFileInfo::exists(description + QStringLiteral("/device")) &&
-           LineIn(description + QStringLiteral("/type")) != QLatin1String("0");
-}
+using TerminalFolder::IsPort;
+using TerminalFolder::LineIn;
+using TerminalFolder::UsbFolder;
 
 /// Maker and product of the USB device that the port belongs to; empty if it belongs to none.
 QString UsbDescription(const QString &description)
 {
-    QDir folder(QFileInfo(description + QStringLiteral("/device")).canonicalFilePath());
-    while (!folder.exists(QStringLiteral("idVendor"))) {
-        if (folder.isRoot() || !folder.cdUp())
-            return {};
-    }
-    const QStringList words = {LineIn(folder.filePath(QStringLiteral("manufacturer"))),
-                               LineIn(folder.filePath(QStringLiteral("product")))};
+    const QString usb = UsbFolder(description);
+    if (usb.isEmpty())
+        return {};
+    const QStringList words = {LineIn(usb + QStringLiteral("/manufacturer")),
+                               LineIn(usb + QStringLiteral("/product"))};
     const QString text = words.join(u' ').trimmed();
     return text.isEmpty() ? QStringLiteral("USB device") : text;
 }

@@ -22,7 +22,8 @@ constexpr quint32 LongNames = 0x200000;     ///< as always
 struct FileDialogRequest {
     enum class Purpose {
         Open, ///< an existing file
-        Save  ///< a file in an existing folder
+        Save,  ///< a file in an existing folder
+        Device ///< an existing file or device, by the very name that is chosen
     };
 
     Purpose purpose = Purpose::Open;
