@@ -52,7 +52,7 @@ _serimonde_cli() {
     fi
     _serimonde_cli_value "$option" "$value" && return
 
-    # Commands work on a capture and have options of their own.
+    # Commands work on a capture, or examine a device, and have options of their own.
     local -A options=(
         [run]='--port --mode --settings --reconnect --log --capture --overwrite --steps --within
             --timeout --junit --json --commands --quiet --demo --help --version'
@@ -60,18 +60,21 @@ _serimonde_cli() {
         [export]='--csv --help --version'
         [replay]='--port --settings --reconnect --log --capture --overwrite --within --timeout --json
             --quiet --speed --in-step --channel --help --version'
+        [doctor]='--port --settings --try --help --version'
     )
     local command=run
     case ${words[1]} in
-        judge | export | replay) ((cword > 1)) && command=${words[1]} ;;
+        judge | export | replay | doctor) ((cword > 1)) && command=${words[1]} ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "${options[$command]}" -- "$cur"))
+    elif [[ $command == doctor ]]; then
+        COMPREPLY=($(compgen -W "$(_serimonde_cli_devices)" -- "$cur"))
     elif [[ $command != run ]]; then
         _filedir '@(sqx|pcapng|pcap)'
     else
         COMPREPLY=($(compgen -W 'send send-hex send-text expect forbid allow quiet wait rts dtr break
-            close open repeat end group judge export replay' -- "$cur"))
+            close open repeat end group judge export replay doctor' -- "$cur"))
         _filedir sqx
     fi
 } && complete -F _serimonde_cli serimonde-cli

@@ -43,7 +43,10 @@ _serimonde() {
         *)
             if [[ $cur == -* ]]; then
                 COMPREPLY=($(compgen -W '--port --mode --settings --start --reconnect --log
-                    --capture --overwrite --quit-after --screenshot --demo --reset-settings --help --version' -- "$cur"))
+                    --capture --overwrite --quit-after --screenshot --demo --reset-settings --doctor
+                    --try --help --version' -- "$cur"))
+            elif [[ " ${words[*]} " == *' --doctor '* ]]; then
+                COMPREPLY=($(compgen -W "$(_serimonde_devices)" -- "$cur"))
             else
                 _filedir '@(sqx|pcapng|pcap)'
             fi

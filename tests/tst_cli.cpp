@@ -200,7 +200,20 @@ class tst_cli : public QObject
         Program missing;
         Start(missing, {"--port", "1=" + PathOf("none"), "wait 1s"});
         QCOMPARE(missing.Finished(), 3);
-        QVERIFY(missing.Errors().contains("The port COM1 could not be opened. "));
+        const QString errors = missing.Errors();
+        QVERIFY(errors.contains("The port COM1 could not be opened. "));
+        QVERIFY(!errors.contains("Options...")); // there are none
+    }
+
+    void TheDoctorTriesAPort()
+    {
+        PtyPair line;
+        Program program;
+        Start(program, {"doctor", "--try", "--settings", "19200,N,8,1", line.DeviceName()});
+        QCOMPARE(program.Finished(), 0);
+        const QByteArray text = program.readAllStandardOutput();
+        QVERIFY2(text.contains("  Trial: it was opened, did 19200,N,8,1 as asked, and was closed"),
+                 text.constData());
     }
 
     void Json()

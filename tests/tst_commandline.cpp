@@ -50,6 +50,21 @@ class tst_commandline : public QObject
                 !CommandLineHelp().contains("--junit"));
     }
 
+    void TheDoctorIsAProgramOfItsOwn()
+    {
+        QStringList command = {"serimonde-cli", "doctor", "--try", "--port", "1=x", "COM1"};
+        QCOMPARE(int(TakeCommand(command)), int(Program::Doctor));
+        const auto own = ParseCommandLine(command, Program::Doctor);
+        command.insert(1, "--doctor");
+        const auto option = ParseCommandLine(command);
+        QVERIFY(option.line.doctor);
+        for (const ParsedCommandLine *parsed : {&own, &option}) {
+            QCOMPARE(parsed->result.Cause(), QString());
+            QVERIFY(parsed->line.tries && parsed->line.project.isEmpty());
+            QCOMPARE(parsed->line.examined + parsed->line.ports[1], "COM1x");
+        }
+    }
+
     void NothingIsARunAtTheKeyboard()
     {
         const auto parsed = ParseCommandLine({"serimonde"});
@@ -80,6 +95,10 @@ class tst_commandline : public QObject
         row("a log without a name", {"--log", "logs/"}, "file");
         row("a capture without a name", {"--capture", "captures/"}, "file");
         row("overwriting nothing", {"--overwrite"}, "--log or --capture");
+        row("a trial without a doctor", {"--try", "a.sqx"}, "--doctor");
+        row("a trial of everything", {"--doctor", "--try"}, "named");
+        row("a doctor for two", {"--doctor", "a", "b"}, "a b");
+        row("a doctor beside a run", {"--doctor", "--start"}, "--start");
         row("two projects", {"a.sqx", "b.sqx"}, "a.sqx b.sqx");
     }
 

@@ -1,17 +1,20 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "PortBox.h"
 #include "RemoteAddress.h"
 #include "SystemPortFinder.h"
 #include "frmDevices.h"
 #include "frmNetworkPort.h"
 #include "support/ScriptedFinder.h"
+#include "support/ScriptedPrompts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -28,9 +31,11 @@ class tst_devices : public QObject
   private Q_SLOTS:
     void TheDialogOfDevicesDoesNotWait()
     {
+        ScriptedPrompts prompts;
         const auto finder = std::make_shared<ScriptedFinder>();
         finder->allowed.acquire(1000);
-        auto dialog = std::make_unique<frmDevices>(frmDevices::ChosenPort{5, {}, {}}, finder);
+        auto dialog =
+            std::make_unique<frmDevices>(frmDevices::ChosenPort{5, {}, {}}, finder, prompts);
         dialog->show();
         QCOMPARE(dialog->findChild<QLabel *>("lblState")->text(),
                  QStringLiteral("Looking for ports ..."));
@@ -39,7 +44,7 @@ class tst_devices : public QObject
         QTRY_COMPARE(finder.use_count(), 1);
 
         finder->ports.clear();
-        frmDevices second({5, {}, {}}, finder);
+        frmDevices second({5, {}, {}}, finder, prompts);
         QVERIFY(RowsOf(second).isEmpty());
         finder->allowed.release();
         QTRY_COMPARE(second.findChild<QLabel *>("lblState")->text(),
@@ -55,6 +60,7 @@ class tst_devices : public QObject
 
     void AnAddressIsPutTogetherAndTried()
     {
+        ScriptedPrompts prompts;
         const auto finder = std::make_shared<ScriptedFinder>();
         frmNetworkPort port(ParseRemoteAddress("tls://bench:1?listen&authority=/a").address, 25,
                             finder);
@@ -74,7 +80,7 @@ class tst_devices : public QObject
         QCOMPARE(port.Address(), "rfc2217://bench:4001");
         QVERIFY(cmdOK->isEnabled() && meaning->text().startsWith("Settings, signals and breaks"));
 
-        frmDevices devices({5, {}, {}, false, 25}, finder);
+        frmDevices devices({5, {}, {}, false, 25}, finder, prompts);
         const auto *note = devices.findChild<QLabel *>("lblMeaning");
         QVERIFY(note->isHidden());
         devices.findChild<QLineEdit *>("txtDevice")->setText("tcp://bench:1");
@@ -87,6 +93,77 @@ class tst_devices : public QObject
         });
         devices.findChild<QPushButton *>("cmdNetworkPort")->click();
         QCOMPARE(devices.DeadSeconds(), 15);
+    }
+
+    /// Opening the dialog and choosing in it open nothing; Try It does.
+    void WhatIsKnownOfADeviceIsShown()
+    {
+        const auto finder = std::make_shared<ScriptedFinder>();
+        finder->device.kind = DeviceFacts::Kind::PseudoTerminal;
+        finder->trial.cause = "refused";
+        finder->trialsAllowed.acquire(1000);
+        ScriptedPrompts prompts;
+        prompts.chosen = QStringList{"/dev/pts/9"};
+        using Source = PortDevices::Source;
+        const QMap<int, PortDevices::Meaning> meanings = {
+            {1, {"/dev/ttyS0", Source::SystemName}},
+            {5, {"/dev/none", Source::OwnAssignment}},
+            {6, {"/dev/ttyS9", Source::SystemName}},
+            {7, {"tcp://a:1", Source::ThisRun}},
+            {8, {"tcp://a:1", Source::OwnAssignment}}};
+        auto dialog = std::make_unique<frmDevices>(
+            frmDevices::ChosenPort{
+                5, meanings, {"/dev/ttyS4", Source::SystemName}, false, "1200,E,7,1"},
+            finder, prompts);
+        auto *device = dialog->findChild<QLineEdit *>("txtDevice");
+        auto *cmdTryIt = dialog->findChild<QPushButton *>("cmdTryIt");
+        const auto *details = dialog->findChild<QPlainTextEdit *>("txtDetails");
+        const auto tells = [&](const QString &text) {
+            return details->toPlainText().startsWith(text + ": ");
+        };
+        QTRY_COMPARE(RowsOf(*dialog).mid(2), (QStringList{"COM5|/dev/none|Is not there|",
+                                                          "COM7, COM8|tcp://a:1|Network port|"}));
+        QCOMPARE(dialog->findChild<QLabel *>("lblState")->text(),
+                 "2 ports were found, 2 more are assigned.");
+        QTRY_VERIFY(tells("/dev/none"));
+        device->clear();
+        QTRY_VERIFY(tells("/dev/ttyS4"));
+        dialog->findChild<QPushButton *>("cmdBrowse")->click();
+        QCOMPARE(prompts.asked.value(0).folder, "/dev");
+        QVERIFY(device->text() == "/dev/pts/9" && dialog->IsChosen());
+        QTRY_VERIFY(tells("/dev/pts/9"));
+        QVERIFY(finder->tried.isEmpty());
+
+        cmdTryIt->click();
+        QVERIFY(!cmdTryIt->isEnabled() && details->toPlainText() == "Trying /dev/pts/9 ...");
+        finder->trialsAllowed.release();
+        QTRY_VERIFY(cmdTryIt->isEnabled());
+        QVERIFY(details->toPlainText().endsWith("! Trial: refused"));
+        QCOMPARE(finder->tried, QStringList("/dev/pts/9 1200,E,7,1"));
+        cmdTryIt->click();
+        device->setText("/dev/other"); // it has not to wait for the trial
+        QTRY_VERIFY(tells("/dev/other") && !cmdTryIt->isEnabled());
+        finder->trialsAllowed.release();
+        QTRY_VERIFY(cmdTryIt->isEnabled());
+        QVERIFY(tells("/dev/other"));
+        cmdTryIt->click();
+        dialog.reset(); // while the trial is under way
+        finder->trialsAllowed.release();
+        QTRY_COMPARE(finder.use_count(), 1);
+    }
+
+    void WhatANumberMeansStandsBelowIt()
+    {
+        PortBox box("box", "button", "Devices...");
+        const std::unique_ptr<QLabel> meaning(box.Meaning());
+        box.MeaningOf = [](int) {
+            return PortDevices::Meaning{"/dev/a", PortDevices::Source::OwnAssignment};
+        };
+        box.Show(3);
+        QCOMPARE(meaning->text(), "COM3 is /dev/a (your own assignment)");
+        box.Edit()->setText("300");
+        QCOMPARE(meaning->text(), "A COM port has a number from 1 to 255");
+        QVERIFY(meaning->minimumSizeHint().width() == 0); // however long a name is
     }
 
     /// A system with a built-in port, a place without a chip, a USB adapter and a console.

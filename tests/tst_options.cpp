@@ -569,7 +569,8 @@ void tst_options::ADeviceIsAssigned()
     });
     QCOMPARE(rows, (QStringList{"COM1|/dev/ttyS0|Built-in serial port|",
                                 "COM34, COM40|/dev/ttyUSB1|Maker of USB Serial|"
-                                "/dev/serial/by-id/usb-adapter"}));
+                                "/dev/serial/by-id/usb-adapter",
+                                "COM3|/dev/run|Is not there|"}));
     QCOMPARE(toolTip(), meaning);
     desk.Type("PicOp0PortANumber", "201");
     QCOMPARE(toolTip(), QStringLiteral("COM201 has no device; assign one with the button beside "

@@ -97,6 +97,8 @@ class tst_ports : public QObject
             "the communication settings specified (baud rate, number of data bits, number of stop "
             "bits). ",
             singular);
+        row("a missing device says how to assign one", 0, false, MissingDevice,
+            "The port COM3 could not be opened. ", singular);
         row("a cancelled one says nothing more", 1, false, OpeningCancelled, "", singular + 's');
         row("the first of two", 1, false, 0, "The port COM3 could not be opened. ", singular + 's');
         row("the second of two", 2, true, 0, "The port COM4 could not be opened. ", singular + 's');
@@ -117,11 +119,12 @@ class tst_ports : public QObject
 
         QCOMPARE(bench.communication.CommStatus(), 2);
         QVERIFY(!bench.portA.PortOpen() && !bench.portB.PortOpen());
-        QCOMPARE(bench.prompts.shown,
-                 says.isEmpty() ? QList<MessagePrompt>()
-                                : QList{CriticalMessage(
-                                      says + "The system's original error message is: \"in use by "
-                                             "tester (process 1)\"")});
+        MessagePrompt told = CriticalMessage(
+            says + "The system's original error message is: \"in use by tester (process 1)\"");
+        if (number == MissingDevice)
+            told.note = "To assign another device, choose \"Options...\" in the menu Tools, and "
+                        "\"Devices...\" beside the COM number.";
+        QCOMPARE(bench.prompts.shown, says.isEmpty() ? QList<MessagePrompt>() : QList{told});
         QCOMPARE(bench.statusTexts, QStringList{status});
         QCOMPARE(bench.toolbarStates, (QList{State::Closed, State::Closed}));
         QCOMPARE(bench.portB.calls.isEmpty(), !secondPort);

@@ -125,6 +125,24 @@ class tst_start : public QObject
         QCOMPARE(state.entryList(QDir::Files).size(), 1);
     }
 
+    /// With the user's own assignments, and without a display.
+    void TheDoctorNeedsNoWindow()
+    {
+        Put("Serimonde.conf", "[Ports]\nCOM7=/dev/ttyNone\n");
+        auto environment = program.processEnvironment();
+        for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            environment.remove(name);
+        program.setProcessEnvironment(environment);
+        const QByteArray missing = "/dev/ttyNone: 1 thing stands in the way\n"
+                                   "! Device: there is no /dev/ttyNone\n";
+        for (const QStringList &device : {QStringList{}, QStringList{"com7"}}) {
+            program.start(SERIMONDE_PROGRAM, QStringList{"--doctor"} + device);
+            QVERIFY(program.waitForFinished(20000));
+            QVERIFY(program.readAllStandardOutput().contains("COM7, " + missing));
+            QCOMPARE(program.exitCode(), 1);
+        }
+    }
+
     void init()
     {
         home = std::make_unique<QTemporaryDir>();

@@ -67,8 +67,9 @@ QList<ListedPort> ListPortsAndAssigned(const PortFinder &finder,
             return port.port.device == device || port.numbers.contains(meaning.key());
         });
         if (same == ports.end() && IsOwn(*meaning))
-            ports.append(
-                {{device, Description(device, finder.CanonicalName(device)), {}}, {meaning.key()}});
+            ports.append({{device, Description(device, finder.CanonicalName(device)), {}},
+                          {meaning.key()},
+                          false});
         else if (same != ports.end() && !same->numbers.contains(meaning.key()))
             same->numbers.append(meaning.key());
     }

@@ -12,6 +12,7 @@
 struct ListedPort {
     FoundPort port;
     QList<int> numbers{};
+    bool found = true; ///< false if it is there because it is assigned
 };
 
 /// The ports of this machine. The map holds the devices of the COM numbers.

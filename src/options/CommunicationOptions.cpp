@@ -117,10 +117,10 @@ void CommunicationOptions::MakePorts(QVBoxLayout *column)
     grid->addWidget(m_captionSendReceive, 0, 0);
     grid->addWidget(m_captionChannel1, 0, 0);
     grid->addWidget(m_portA, 0, 1);
-    grid->addWidget(m_portA->Meaning(), 1, 1);
+    grid->addWidget(m_portA->Meaning(), 1, 0, 1, 2);
     grid->addWidget(m_captionChannel2, 2, 0);
     grid->addWidget(m_portB, 2, 1);
-    grid->addWidget(m_portB->Meaning(), 3, 1);
+    grid->addWidget(m_portB->Meaning(), 3, 0, 1, 2);
     column->addLayout(grid);
     m_captionChannel2->setBuddy(m_portB->Edit());
     m_portB->SetAccessibleName(m_captionChannel2->text());

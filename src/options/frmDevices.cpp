@@ -22,6 +22,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -40,6 +41,19 @@ QString NumbersText(const QList<int> &numbers)
     for (const int number : numbers)
         names << QStringLiteral("COM%1").arg(number);
     return names.join(QStringLiteral(", "));
+}
+
+QString StateText(const QList<ListedPort> &ports)
+{
+    const auto found = std::count_if(ports.begin(), ports.end(),
+                                     [](const ListedPort &listed) { return listed.found; });
+    const QString text = found == 0   ? QStringLiteral("No ports were found")
+                         : found == 1 ? QStringLiteral("1 port was found")
+                                      : QStringLiteral("%1 ports were found").arg(found);
+    const auto assigned = ports.size() - found;
+    return assigned == 0   ? text + u'.'
+           : assigned == 1 ? text + QStringLiteral(", 1 more is assigned.")
+                           : text + QStringLiteral(", %1 more are assigned.").arg(assigned);
 }
 
 } // namespace
@@ -197,10 +211,7 @@ void frmDevices::ShowPorts()
     }
     for (int column = NumberColumn; column <= NameColumn; ++column)
         m_list->resizeColumnToContents(column);
-    lblState->setText(ports.isEmpty() ? QStringLiteral("No ports were found.")
-                      : ports.size() == 1
-                          ? QStringLiteral("1 port was found.")
-                          : QStringLiteral("%1 ports were found.").arg(ports.size()));
+    lblState->setText(StateText(ports));
     cmdLookAgain->setEnabled(true);
 }
 

@@ -17,11 +17,22 @@ class ScriptedFinder final : public PortFinder
         {"/dev/ttyS0", "Built-in serial port", ""},
         {"/dev/ttyUSB1", "Maker of USB Serial", "/dev/serial/by-id/usb-adapter"}};
     mutable QSemaphore allowed{1000};
+    DeviceFacts device;
+    DeviceTrial trial;
+    mutable QSemaphore trialsAllowed{1000};
+    mutable QStringList tried; ///< devices, with the settings; not while a trial is under way
 
     QList<FoundPort> FindPorts() const override
     {
         allowed.acquire();
         return ports;
+    }
+    DeviceFacts FactsOf(const QString &) const override { return device; }
+    DeviceTrial TryDevice(const QString &name, const QString &settings) const override
+    {
+        tried << name + ' ' + settings;
+        trialsAllowed.acquire();
+        return trial;
     }
     QString TryRemote(const QString &address) const override { return "tried " + address; }
 };
