@@ -118,7 +118,7 @@ std::optional<PortUser> ProcessTable::LoginOn(const QString &terminal, quint64 n
 {
     constexpr qsizetype TerminalField = 7;
     for (const QString &process : Processes()) {
-        const PortUser named = Named(process.toLongLong());
+        PortUser named = Named(process.toLongLong());
         if (std::find(LoginPrograms.begin(), LoginPrograms.end(), named.program) ==
             LoginPrograms.end())
             continue;
