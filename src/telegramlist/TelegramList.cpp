@@ -231,9 +231,10 @@ void TelegramList::SetSuitedWidths()
     }
     constexpr int LeastBytes = 8;
     widths[size_t(TelegramColumn::Hex)] =
-        int(m_painter->ByteAdvance() * (3 * LeastBytes - 1)) + 2 * TelegramPainter::Margin;
+        int(std::ceil(m_painter->ByteAdvance() * (3 * LeastBytes - 1))) +
+        2 * TelegramPainter::Margin;
     widths[size_t(TelegramColumn::Text)] =
-        int(m_painter->ByteAdvance() * LeastBytes) + 2 * TelegramPainter::Margin;
+        int(std::ceil(m_painter->ByteAdvance() * LeastBytes)) + 2 * TelegramPainter::Margin;
     m_header->SetSuited(widths);
 }
 

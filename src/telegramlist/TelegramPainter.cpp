@@ -160,7 +160,8 @@ void TelegramPainter::AddText(Ink ink, const QRectF &cell, QByteArrayView bytes,
     const qreal room = cell.width() - 2 * Margin + (hex ? advance : 0);
     if (room <= 0)
         return;
-    auto most = qsizetype(room / pitch);
+    constexpr qreal Rounding = 0.01; // of widths that are sums of such as it
+    auto most = qsizetype(room / pitch + Rounding);
     const bool cut = most < bytes.size();
     if (cut)
         most = std::max<qsizetype>(most - (hex ? 1 : 3), 0);
