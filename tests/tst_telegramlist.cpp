@@ -282,12 +282,11 @@ void tst_telegramlist::showsDetails()
         first += dump.CellText(0, column);
         second += dump.CellText(1, column);
     }
+    const QString binary =
+        QStringLiteral("00000001 00000011 00000000 01000001 01000010 11111111 00001101 00001010");
     QCOMPARE(first, QStringList({"00000", "01 03 00 41 42 FF 0D 0A",
                                  QString::fromUtf8("\u2401\u2403\u2400AB\u00FF\u240D\u240A"),
-                                 "001 003 000 065 066 255 013 010",
-                                 "00000001 00000011 00000000 01000001 01000010 11111111 00001101 "
-                                 "00001010",
-                                 "+0.000  +1.000"}));
+                                 "001 003 000 065 066 255 013 010", binary, "+0.000  +1.000"}));
     QCOMPARE(second, QStringList({"00008", "7A", "z", "122", "01111010", "+2.000"}));
 
     QTest::keyClick(&dump, Qt::Key_Right);

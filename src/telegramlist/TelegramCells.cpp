@@ -54,24 +54,26 @@ QString TimeText(qint64 wall, bool withDate)
 QString MillisecondsText(qint64 nanoseconds)
 {
     // In whole microseconds, as the times beside it are shown.
-    return QString::number(double(nanoseconds / Micro) / 1000, 'f', 3);
+    const qint64 micro = nanoseconds / Micro;
+    return QString::number(double(micro) / 1000, 'f', 3);
 }
 
 QString SpanText(qint64 nanoseconds)
 {
     const qint64 size = qAbs(nanoseconds);
+    const qint64 micro = nanoseconds / Micro;
+    const qint64 ofMinute = size % Minute / Micro;
     if (size < Milli)
-        return QString::number(nanoseconds / Micro) + QStringLiteral(" \u00B5s");
+        return QString::number(micro) + QStringLiteral(" \u00B5s");
     if (size < Second)
-        return Decimals(nanoseconds / Micro, " ms");
+        return Decimals(micro, " ms");
     if (size < Minute)
-        return QString::number(double(nanoseconds / Micro) / 1e6, 'f', 6) + QStringLiteral(" s");
+        return QString::number(double(micro) / 1e6, 'f', 6) + QStringLiteral(" s");
     const QString sign = nanoseconds < 0 ? QStringLiteral("-") : QString();
     return sign + QStringLiteral("%1:%2:%3")
                       .arg(size / (60 * Minute))
                       .arg(size / Minute % 60, 2, 10, QLatin1Char('0'))
-                      .arg(QString::number(double(size % Minute / Micro) / 1e6, 'f', 6)
-                               .rightJustified(9, u'0'));
+                      .arg(QString::number(double(ofMinute) / 1e6, 'f', 6).rightJustified(9, u'0'));
 }
 
 QString PortText(const Telegram &telegram)
@@ -88,7 +90,7 @@ QString EventText(const Telegram &telegram)
     if (telegram.HasBytes())
         return {};
     const QString kind = TelegramText::Kind(telegram);
-    const QString details = TelegramText::Details(telegram);
+    QString details = TelegramText::Details(telegram);
     if (details.startsWith(kind))
         return details;
     return details.isEmpty() ? kind : kind + QStringLiteral(": ") + details;

@@ -117,7 +117,7 @@ void TelegramPainter::Paint(QPainter &painter, const Cells &cells, const Row &ro
                                                                                          : m_font);
         const QRectF room = cells[place].adjusted(Margin, 0, -Margin, 0);
         const bool right = TelegramColumns::RowOf(column).right;
-        painter.drawText(room, Qt::AlignVCenter | (right ? Qt::AlignRight : Qt::AlignLeft),
+        painter.drawText(room, int(Qt::AlignVCenter | (right ? Qt::AlignRight : Qt::AlignLeft)),
                          m_metrics.elidedText(row.texts[place], Qt::ElideRight, room.width() + 1));
     }
     if (!row.event.isEmpty())

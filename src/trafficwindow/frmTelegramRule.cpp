@@ -14,8 +14,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+
+#include <cmath>
 
 namespace
 {
@@ -168,7 +171,7 @@ TelegramRule frmTelegramRule::Rule() const
     TelegramRule rule;
     rule.automaticGap = rdoAutomatic->isChecked();
     if (rdoGap->isChecked())
-        rule.gap = qint64(txtGap->value() * Milli / Micro + 0.5) * qint64(Micro);
+        rule.gap = std::llround(txtGap->value() * Milli / Micro) * qint64(Micro);
     if (chkEndMark->isChecked())
         rule.endMark = SequenceText::Parse(txtEndMark->text(), Representation::Hex).bytes;
     rule.fixedLength = chkLength->isChecked() ? txtLength->value() : 0;
