@@ -113,7 +113,7 @@ class tst_devices : public QObject
             {8, {"tcp://a:1", Source::OwnAssignment}}};
         auto dialog = std::make_unique<frmDevices>(
             frmDevices::ChosenPort{
-                5, meanings, {"/dev/ttyS4", Source::SystemName}, false, "1200,E,7,1"},
+                5, meanings, {"/dev/ttyS4", Source::SystemName}, false, 10, "1200,E,7,1"},
             finder, prompts);
         auto *device = dialog->findChild<QLineEdit *>("txtDevice");
         auto *cmdTryIt = dialog->findChild<QPushButton *>("cmdTryIt");

@@ -117,7 +117,7 @@ class tst_frmmain : public QObject
                  "&New Project &Open Project... | &Save Project Save Project &As... | "
                  "Print Project... Print Communication... | E&xit");
         QCOMPARE(bench.Entries("mnuTools"),
-                 "&Options... | &Line Status... | Save &Capture... &Record Capture... "
+                 "&Options... | &Line Status... &Traffic... | Save &Capture... &Record Capture... "
                  "Re&play Capture... &Judge Capture... Session Recor&d... "
                  "Stop Repeatin&g");
         QCOMPARE(bench.Entries("mnuHelp"), "&Contents &Search For Help On... | | &About...");
@@ -192,7 +192,7 @@ class tst_frmmain : public QObject
             QCOMPARE(texts.mid(4),
                      (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
-                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "|",
+                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "Traffic...", "|",
                                   "Sa&ve Capture...", "R&ecord Capture...",
                                   open ? "Repla&y Capture...-" : "Repla&y Capture...",
                                   "&Judge Capture...", "Sess&ion Record...", "Stop Repeatin&g\tF8-",

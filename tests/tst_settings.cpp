@@ -32,12 +32,22 @@ QMap<QString, QString> Defaults()
           "Lists ReceiveNameWidth=140 ReceiveSequenceWidth=112 ReceiveAnswerWidth=80",
           "Colors DispBack=16777215 Dir1TextColor=16711680 Dir2TextColor=255 CmtTextColor=32768",
           "TextSetup BldDir1=0 BldDir2=0 BldCmt=0 ItlDir1=0 ItlDir2=0 ItlCmt=0",
-          "TextSetup UndrlnDir1=0 UndrlnDir2=0 UndrlnCmt=0", "SendReceive Display=0",
+          "TextSetup UndrlnDir1=0 UndrlnDir2=0 UndrlnCmt=0",
+          "SendReceive Display=0",
           "Communication CommType=0 CommPortA=1 CommPortB=2 CommSpeed=5 CommParity=2",
-          "Communication CommDataBits=4 CommStopBits=0", "Stamp NewLine=True Date=False Time=False",
+          "Communication CommDataBits=4 CommStopBits=0",
+          "Stamp NewLine=True Date=False Time=False",
           "LogFile ASCII=True Decimal=False HEX=False Binary=False Format=0 Folder=",
-          "View ControlCharacters=True", "Print MarginText=False", "Reconnection Reopen=False",
-          "Captures Folder=", "Record MostMegabytes=1024", "NetworkPorts DeadAfterSeconds=10",
+          "View ControlCharacters=True",
+          "Print MarginText=False",
+          "Reconnection Reopen=False",
+          "Captures Folder=",
+          "Record MostMegabytes=1024",
+          "NetworkPorts DeadAfterSeconds=10",
+          "TrafficWindow Left=0 Top=0 Width=0 Height=0 DetailsHeight=0 CountsFrom=0 "
+          "GapMicroseconds=-1 EndMark= FixedLength=0 EndsWithDetection=True Checksum= "
+          "NumberWidth=-1 TimeWidth=-1 AfterWidth=-1 PortWidth=-1 BytesWidth=-1 HexWidth=-1 "
+          "TextWidth=-1 SequenceWidth=-1 AnswerWidth=-1 MarksWidth=-1",
           "SendLine Form=0 Appends= EveryMilliseconds=1000 Count=0"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
@@ -61,13 +71,14 @@ struct SettingsBench {
         PrintSettings print;
         CaptureSettings captures;
         RecordSettings record;
+        TrafficWindowSettings traffic;
         SendLineSettings sendLine;
     } settings;
     StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
                              &settings.display, &settings.displayNext, &settings.stamp,
                              &settings.log,     &settings.sequences,   &settings.projectFolder,
                              &settings.view,    &settings.print,       &settings.captures,
-                             &settings.record,  &settings.sendLine};
+                             &settings.record,  &settings.traffic,     &settings.sendLine};
     MdSequenceEdition tables;
     QStringList notices;
 

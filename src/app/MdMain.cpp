@@ -11,13 +11,14 @@
 #include "MainLoop.h"
 #include "MdCommunication.h"
 #include "MdGetSpecialFolders.h"
+#include "MdSendLine.h"
 #include "MdTraffic.h"
 #include "NamedSequences.h"
-#include "MdSendLine.h"
 #include "ProgramInfo.h"
 #include "ProgramSettings.h"
 #include "ReplayWindow.h"
 #include "Screenshot.h"
+#include "SendLine.h"
 #include "SendRepeats.h"
 #include "SequenceLists.h"
 #include "SerialPorts.h"
@@ -70,7 +71,7 @@ StoredSettings MdMain::Stored()
             &m_display,        &m_displayNext,      &m_stamp,
             &m_logSettings,    &m_sequenceSettings, &m_projectState.LastFolder,
             &m_viewSettings,   &m_printSettings,    &m_captureSettings,
-            &m_recordSettings, &m_trafficSettings, &m_sendLineSettings};
+            &m_recordSettings, &m_trafficSettings,  &m_sendLineSettings};
 }
 
 int MdMain::Run()
@@ -247,6 +248,11 @@ void MdMain::WorkOnTraffic(frmTraffic &window)
     m_trafficWork = std::make_unique<TrafficWork>(
         window, TrafficWorkParts{[this] { return NamedSequences::NamesOf(m_sequences); }, copying,
                                  captures});
+    auto *line = new SendLine(*m_sendLine);
+    window.SetFoot(*line);
+    connect(line, &SendLine::KeepRequested, this, [this, &window](const QByteArray &telegram) {
+        m_dialogs->NewSendSequence(telegram, window);
+    });
 }
 
 void MdMain::ConnectCommunication()

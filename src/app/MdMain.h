@@ -107,7 +107,6 @@ class MdMain final : public QObject
     const CommConfiguration &Comm() const { return m_comm; }
     const DisplaySettings &Display() const { return m_display; }
     MdSequenceEdition &Sequences() { return m_sequences; }
-    MdSendLine &SendLine() { return *m_sendLine; }
     CommunicationViews &Views() { return m_views; }
 
   private:

@@ -36,7 +36,8 @@ PortTrafficParts MdCommunication::PortParts()
             *this,
             [this](const QString &text) { OnDisconnected(text); },
             [this] { ShowStatus(); },
-            [this] { Q_EMIT RepeatsChanged(); }, m_parts.views != nullptr};
+            [this] { Q_EMIT RepeatsChanged(); },
+            m_parts.views != nullptr};
 }
 
 void MdCommunication::Publish()

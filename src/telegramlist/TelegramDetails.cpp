@@ -42,9 +42,7 @@ QString Summary(const Telegram &telegram, const QString &note)
 } // namespace
 
 TelegramDetails::TelegramDetails(QWidget *parent)
-    : QWidget(parent),
-      lblTelegram(new QLabel),
-      m_dump(new TelegramDump)
+    : QWidget(parent), lblTelegram(new QLabel), m_dump(new TelegramDump)
 {
     lblTelegram->setObjectName(QStringLiteral("lblTelegram"));
     lblTelegram->setTextFormat(Qt::PlainText);

@@ -21,7 +21,7 @@ constexpr quint32 LongNames = 0x200000;     ///< as always
 /// not its affair: only the caller knows which file will be written.
 struct FileDialogRequest {
     enum class Purpose {
-        Open, ///< an existing file
+        Open,  ///< an existing file
         Save,  ///< a file in an existing folder
         Device ///< an existing file or device, by the very name that is chosen
     };
