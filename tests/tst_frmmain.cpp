@@ -192,8 +192,8 @@ class tst_frmmain : public QObject
             QCOMPARE(texts.mid(4),
                      (QStringList{"|", "Select &All-", "|", open ? "&Start\tF5-" : "&Start\tF5",
                                   open ? "St&op\tShift+F5" : "St&op\tShift+F5-", "&Find...\tCtrl+F",
-                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "Traffic...", "|",
-                                  "Sa&ve Capture...", "R&ecord Capture...",
+                                  open ? "C&lear-" : "C&lear", "Li&ne Status...", "Traffic...\tF6",
+                                  "|", "Sa&ve Capture...", "R&ecord Capture...",
                                   open ? "Repla&y Capture...-" : "Repla&y Capture...",
                                   "&Judge Capture...", "Sess&ion Record...", "Stop Repeatin&g\tF8-",
                                   "|", "Cont&rol Characters"}));

@@ -348,6 +348,9 @@ class tst_serialserver : public QObject
         QString opened =
             QString(desk.Open().Cause()).replace(QString::number(server.Port()), "PORT");
         opened.remove(certificates.Path("") + '/');
+        // What it turns out ends by a reset if something of ours was still on its way.
+        opened.replace("The connection to localhost:PORT was lost: Connection reset by peer",
+                       "localhost:PORT closed the connection");
         QVERIFY2(cause.isEmpty() ? opened.isEmpty() : opened.startsWith(cause), qPrintable(opened));
         if (!cause.isEmpty())
             return;
