@@ -54,7 +54,7 @@ struct Telegram {
     QList<QByteArray> names; ///< of the sequence sent, or of those that its last byte completed
     bool answer = false;     ///< Sent: by itself, not by hand; names are those of what it answers
     /// From the end of the row right before it, of the other direction, to its first read, in ns;
-    /// negative if there is none.
+    /// negative if there is none, and for what was sent by hand.
     qint64 response = -1;
 
     QString checksum; ///< "CRC right", "CRC wrong: 0B C4 expected"; empty without a rule

@@ -20,7 +20,7 @@ struct TelegramCut {
     qint64 end = 0;        ///< time of what came last
     qint32 length = 0;     ///< of the latest row, in bytes
     qint32 matched = 0;    ///< bytes of the end mark that it ends with
-    qint8 road = -1;       ///< of the latest bytes; negative if what follows is no answer to them
+    int road = -1;         ///< of the latest bytes; negative if what follows is no answer to them
     bool isOpen = false;   ///< bytes of the same road may belong to the latest row
     bool hasBytes = false; ///< the latest row
 };
@@ -32,15 +32,15 @@ class TelegramCutter final
   public:
     /// What came in one read or was written at once, or the rest of that.
     struct Piece {
-        qint8 road = 0; ///< RoadOf
+        int road = 0; ///< RoadOf
         qint64 time = 0;
         QByteArrayView bytes; ///< not empty
         bool named = false;   ///< a sequence was sent, or completed by its last byte
         bool isRest = false;
     };
-    static qint8 RoadOf(int channel, TrafficEvent::Kind kind)
+    static int RoadOf(int channel, TrafficEvent::Kind kind)
     {
-        return qint8(channel * 2 + (kind == TrafficEvent::Kind::Sent ? 1 : 0));
+        return channel * 2 + (kind == TrafficEvent::Kind::Sent ? 1 : 0);
     }
 
     explicit TelegramCutter(const TelegramRule &rule);

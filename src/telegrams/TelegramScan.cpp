@@ -19,7 +19,7 @@ TelegramScan::TelegramScan(std::shared_ptr<const TelegramSource> source, const T
         packet.record = quint8(record);
         const Kind kind = CaptureTraffic::KindOf(packet);
         const bool hasBytes = kind == Kind::Received || kind == Kind::Sent;
-        m_roads[record] = hasBytes ? TelegramCutter::RoadOf(0, kind) : qint8(-1);
+        m_roads[record] = hasBytes ? TelegramCutter::RoadOf(0, kind) : -1;
     }
 }
 
@@ -55,12 +55,12 @@ bool TelegramScan::ReadPacket()
             m_stage = Stage::Unreadable;
             return true;
         }
-        const qint8 road = m_roads[m_packet.record];
+        const int road = m_roads[m_packet.record];
         if (road < 0) {
             ReadEvent();
             return true;
         }
-        m_piece.road = qint8(road + 2 * m_packet.port);
+        m_piece.road = road + 2 * m_packet.port;
         m_piece.time = m_cutter.TimeOf(m_packet.time);
         m_piece.named = m_wantsNames && !m_packet.options.isEmpty() && HasName();
         m_stage = m_packet.bytes.isEmpty() ? Behind() : Stage::Bytes;

@@ -82,7 +82,7 @@ class TelegramScan final
     TelegramPackets m_packets;
     TelegramCutter m_cutter;
     const bool m_wantsNames;
-    std::array<qint8, 256> m_roads; ///< by record: that of channel 0; negative for none
+    std::array<int, 256> m_roads; ///< by record: that of channel 0; negative for none
     int m_portsVersion = -1;
 
     CapturePacket m_packet;

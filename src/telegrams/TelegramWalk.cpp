@@ -145,6 +145,9 @@ void TelegramWalk::TakeBytes(Telegram &telegram)
     telegram.end = piece.time;
     if (hasOptions)
         AddRemarks(telegram, isFirst, taken == piece.bytes.size());
+    // What is sent by hand answers nothing, whatever came before it.
+    if (telegram.kind == Kind::Sent && !telegram.answer)
+        telegram.response = -1;
 }
 
 /// Names belong to the beginning of what was sent, and to the end of what was received.

@@ -42,6 +42,7 @@ inline QList<TrafficEvent> EventsOf(const QByteArrayList &texts)
         if (event.kind == Kind::Received || event.kind == Kind::Sent) {
             event.bytes = words[2];
             event.orderUncertain = words.contains("?");
+            event.answer = words.contains("answer");
             if (words.size() > 3 && words[3].startsWith('='))
                 event.names = words[3].sliced(1).split('+');
         }
