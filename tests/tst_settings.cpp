@@ -44,10 +44,12 @@ QMap<QString, QString> Defaults()
           "Captures Folder=",
           "Record MostMegabytes=1024",
           "NetworkPorts DeadAfterSeconds=10",
-          "TrafficWindow Left=0 Top=0 Width=0 Height=0 DetailsHeight=0 CountsFrom=0 "
-          "GapMicroseconds=-1 EndMark= FixedLength=0 EndsWithDetection=True Checksum= "
-          "NumberWidth=-1 TimeWidth=-1 AfterWidth=-1 PortWidth=-1 BytesWidth=-1 HexWidth=-1 "
-          "TextWidth=-1 SequenceWidth=-1 AnswerWidth=-1 MarksWidth=-1",
+          "TrafficWindow Left=0 Top=0 Width=0 Height=0 DetailsHeight=0 CountsFrom=0",
+          "TrafficWindow GapMicroseconds=-1 EndMark= FixedLength=0 EndsWithDetection=True",
+          "TrafficWindow Checksum=",
+          "TrafficWindow NumberWidth=-1 TimeWidth=-1 AfterWidth=-1 PortWidth=-1 BytesWidth=-1",
+          "TrafficWindow HexWidth=-1",
+          "TrafficWindow TextWidth=-1 SequenceWidth=-1 AnswerWidth=-1 MarksWidth=-1",
           "SendLine Form=0 Appends= EveryMilliseconds=1000 Count=0"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
