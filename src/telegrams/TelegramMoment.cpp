@@ -10,7 +10,6 @@ namespace
 {
 
 constexpr qint64 Milli = 1'000'000;
-constexpr qint64 Second = 1'000 * Milli;
 constexpr int FractionDigits = 9;
 
 const QRegularExpression &DayForm()
