@@ -93,9 +93,9 @@ class MemoryRecordFolder final : public RecordFolder
             : m_folder(folder), m_key(std::move(key)), m_bytes(std::move(bytes))
         {
         }
-        Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+        Given ReadAt(qint64 place, char *bytes, qint64 count) const override
         {
-            return ScriptedDisk::Reader(Now()).ReadAt(place, bytes, most);
+            return ScriptedDisk::Reader(Now()).ReadAt(place, bytes, count);
         }
         qint64 Size() const override { return Now().size(); }
 
