@@ -31,10 +31,10 @@ constexpr int LongEnough = 20000;
 /// What happened, in words: "received" and its bytes, "damaged" and so on, and the channel.
 QString WordsOf(const TrafficEvent &event)
 {
-    static const char *const Words[] = {"",        "sent",  "not sent", "damaged", "break",
+    static const char *const words[] = {"",        "sent",  "not sent", "damaged", "break",
                                         "overrun", "lines", "opened",   "closed",  "gone",
                                         "back",    "lost",  "clock"};
-    return QString(Words[int(event.kind)]) + event.bytes + (event.modem.CTS ? "+CTS" : "") +
+    return QString(words[int(event.kind)]) + event.bytes + (event.modem.CTS ? "+CTS" : "") +
            QString::number(event.channel);
 }
 
