@@ -50,7 +50,9 @@ QMap<QString, QString> Defaults()
           "TrafficWindow NumberWidth=-1 TimeWidth=-1 AfterWidth=-1 PortWidth=-1 BytesWidth=-1",
           "TrafficWindow HexWidth=-1",
           "TrafficWindow TextWidth=-1 SequenceWidth=-1 AnswerWidth=-1 MarksWidth=-1",
-          "SendLine Form=0 Appends= EveryMilliseconds=1000 Count=0"}) {
+          "SendLine Form=0 Appends= EveryMilliseconds=1000 Count=0",
+          "ResponseTimes Left=0 Top=0 Width=0 Height=0 LimitMilliseconds=1000",
+          "ResponseTimes Logarithmic=False"}) {
         const QStringList words = QString(line).split(u' ');
         for (const QString &setting : words.sliced(1))
             texts[words[0] + u'/' + setting.section(u'=', 0, 0)] = setting.section(u'=', 1);
@@ -75,12 +77,13 @@ struct SettingsBench {
         RecordSettings record;
         TrafficWindowSettings traffic;
         SendLineSettings sendLine;
+        ResponseWindowSettings responses;
     } settings;
-    StoredSettings places = {&settings.comm,    &settings.window,      &settings.lists,
-                             &settings.display, &settings.displayNext, &settings.stamp,
-                             &settings.log,     &settings.sequences,   &settings.projectFolder,
-                             &settings.view,    &settings.print,       &settings.captures,
-                             &settings.record,  &settings.traffic,     &settings.sendLine};
+    StoredSettings places = {
+        &settings.comm,          &settings.window,  &settings.lists,    &settings.display,
+        &settings.displayNext,   &settings.stamp,   &settings.log,      &settings.sequences,
+        &settings.projectFolder, &settings.view,    &settings.print,    &settings.captures,
+        &settings.record,        &settings.traffic, &settings.sendLine, &settings.responses};
     MdSequenceEdition tables;
     QStringList notices;
 

@@ -70,7 +70,8 @@ struct Desk {
             window,
             TrafficWorkParts{
                 [] { return QStringList{"Ask"}; },
-                {folder, files, prompts, run, [this] { return maySend; },
+                {folder, files, prompts, run},
+                {[this] { return maySend; },
                  [this](const QByteArray &bytes, QWidget &) { made << "send " + bytes; },
                  [this](const QByteArray &bytes, QWidget &) { made << "receive " + bytes; }},
                 {folder, disk, prompts, bookmarks,
@@ -79,7 +80,8 @@ struct Desk {
                  },
                  [this] { book.Show(record); }, [] { return false; }, [this] { made << "saved"; },
                  [this](const QString &path, QWidget &) { made << "judge " + path.toUtf8(); },
-                 [this](const QString &path) { made << "replay " + path.toUtf8(); }}});
+                 [this](const QString &path) { made << "replay " + path.toUtf8(); }},
+                responses});
         record = book.Source();
     }
     bool IsReady() const { return book.CountOfAll() == 6; }
@@ -120,6 +122,7 @@ struct Desk {
     std::shared_ptr<const TelegramSource> record;
     DisplaySettings display;
     TrafficWindowSettings settings;
+    ResponseWindowSettings responses;
     TelegramBook book;
     frmTraffic window{{book, display, settings}};
     std::unique_ptr<TrafficWork> work;

@@ -67,11 +67,12 @@ MdMain::~MdMain() = default;
 /// The place of every setting that is stored.
 StoredSettings MdMain::Stored()
 {
-    return {&m_comm.stored,    &m_windowSettings,   &m_listSettings,
-            &m_display,        &m_displayNext,      &m_stamp,
-            &m_logSettings,    &m_sequenceSettings, &m_projectState.LastFolder,
-            &m_viewSettings,   &m_printSettings,    &m_captureSettings,
-            &m_recordSettings, &m_trafficSettings,  &m_sendLineSettings};
+    return {&m_comm.stored,     &m_windowSettings,   &m_listSettings,
+            &m_display,         &m_displayNext,      &m_stamp,
+            &m_logSettings,     &m_sequenceSettings, &m_projectState.LastFolder,
+            &m_viewSettings,    &m_printSettings,    &m_captureSettings,
+            &m_recordSettings,  &m_trafficSettings,  &m_sendLineSettings,
+            &m_responseSettings};
 }
 
 int MdMain::Run()
@@ -223,10 +224,6 @@ void MdMain::WorkOnTraffic(frmTraffic &window)
     const auto bookmarks = std::make_shared<TelegramBookmarks>();
     m_record.Notes = [bookmarks] { return bookmarks->Comments(); };
     const TrafficCopyParts copying = {
-        m_captureSettings.Folder,
-        m_files,
-        m_world.prompts,
-        m_run,
         [this] { return m_comm.MaySend(); },
         [this](const QByteArray &bytes, QWidget &over) { m_dialogs->NewSendSequence(bytes, over); },
         [this](const QByteArray &bytes, QWidget &over) {
@@ -246,8 +243,11 @@ void MdMain::WorkOnTraffic(frmTraffic &window)
         [this](const QString &path, QWidget &owner) { m_judging.Judge(path, owner); },
         [this](const QString &path) { m_replay->Replay().Start(path); }};
     m_trafficWork = std::make_unique<TrafficWork>(
-        window, TrafficWorkParts{[this] { return NamedSequences::NamesOf(m_sequences); }, copying,
-                                 captures});
+        window, TrafficWorkParts{[this] { return NamedSequences::NamesOf(m_sequences); },
+                                 {m_captureSettings.Folder, m_files, m_world.prompts, m_run},
+                                 copying,
+                                 captures,
+                                 m_responseSettings});
     auto *line = new SendLine(*m_sendLine);
     window.SetFoot(*line);
     connect(line, &SendLine::KeepRequested, this, [this, &window](const QByteArray &telegram) {
@@ -361,6 +361,8 @@ void MdMain::UnloadMainWindow()
     m_window->hide(); // whatever the disk does now, nobody looks at a window that stands still
     m_project.ShowRecentProjects();
     m_traffic->StorePlace();
+    if (m_trafficWork)
+        m_trafficWork->StorePlace();
     const Result saved =
         ProgramSettings::SaveSettings(m_world.store, Stored(), m_window->isMinimized());
     if (saved.Failed()) {

@@ -142,6 +142,7 @@ class MdMain final : public QObject
     CaptureSettings m_captureSettings;
     RecordSettings m_recordSettings;
     TrafficWindowSettings m_trafficSettings;
+    ResponseWindowSettings m_responseSettings;
     SendLineSettings m_sendLineSettings;
     ProjectState m_projectState;
     RunState m_run;

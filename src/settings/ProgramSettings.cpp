@@ -154,6 +154,11 @@ template <auto Member> constexpr SettingRow TrafficRow(const char *key, const ch
     return ForgivingRow(TrafficWindow, key, Field<&StoredSettings::traffic, Member>, missing);
 }
 
+template <auto Member> constexpr SettingRow ResponsesRow(const char *key, const char *missing)
+{
+    return ForgivingRow("ResponseTimes", key, Field<&StoredSettings::responses, Member>, missing);
+}
+
 template <size_t Column> std::optional<SettingField> TrafficWidth(const StoredSettings &settings)
 {
     return FieldOf(settings.traffic,
@@ -275,6 +280,13 @@ constexpr std::array SettingRows = {
                             "1000")),
     AtLeast(0, ForgivingRow("SendLine", "Count",
                             Field<&StoredSettings::sendLine, &SendLineSettings::Count>, "0")),
+    ResponsesRow<&ResponseWindowSettings::Left>("Left", "0"),
+    ResponsesRow<&ResponseWindowSettings::Top>("Top", "0"),
+    AtLeast(0, ResponsesRow<&ResponseWindowSettings::Width>("Width", "0")),
+    AtLeast(0, ResponsesRow<&ResponseWindowSettings::Height>("Height", "0")),
+    AtLeast(1,
+            ResponsesRow<&ResponseWindowSettings::LimitMilliseconds>("LimitMilliseconds", "1000")),
+    ResponsesRow<&ResponseWindowSettings::Logarithmic>("Logarithmic", "False"),
 };
 
 /// What is wrong with a text that does not convert to the type of its setting; no full stop.

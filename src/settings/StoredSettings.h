@@ -11,6 +11,7 @@ struct ListSettings;
 struct LogSettings;
 struct PrintSettings;
 struct RecordSettings;
+struct ResponseWindowSettings;
 struct SendLineSettings;
 struct SequenceSettings;
 struct StampSettings;
@@ -36,4 +37,5 @@ struct StoredSettings {
     RecordSettings *record = nullptr;
     TrafficWindowSettings *traffic = nullptr;
     SendLineSettings *sendLine = nullptr;
+    ResponseWindowSettings *responses = nullptr;
 };

@@ -41,3 +41,13 @@ struct TrafficWindowSettings {
     /// By TelegramColumn: -1 for a width that suits, 0 for a column that is not shown.
     std::array<qint32, 10> widths = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
 };
+
+/// The window "Response Times"; its place in logical pixels.
+struct ResponseWindowSettings {
+    qint32 Left = 0;
+    qint32 Top = 0;
+    qint32 Width = 0; ///< 0 until it was stored
+    qint32 Height = 0;
+    qint32 LimitMilliseconds = 1000; ///< what comes later is no answer
+    bool Logarithmic = false;        ///< the axes of times
+};

@@ -77,10 +77,14 @@ constexpr std::array Entries = {
           Command::PreviousBookmark, "Shift+F2"},
     Entry{Menu::Bookmarks, "mnuTrafficBookmarks", "&List of Bookmarks...", Command::Bookmarks,
           "Ctrl+B"},
+
+    Entry{Menu::View, "mnuTrafficBar7", nullptr},
+    Entry{Menu::View, "mnuTrafficResponses", "&Response Times...", Command::ResponseTimes,
+          "Ctrl+R"},
 };
 
 /// Of the list; nothing is a separator.
-constexpr std::array<std::optional<Command>, 13> ContextEntries = {
+constexpr std::array<std::optional<Command>, 14> ContextEntries = {
     Command::Copy,
     Command::CopyAsCsv,
     Command::CopyAsArray,
@@ -94,6 +98,7 @@ constexpr std::array<std::optional<Command>, 13> ContextEntries = {
     Command::Find,
     Command::Filter,
     Command::ExportSelected,
+    Command::ResponseTimes,
 };
 
 } // namespace

@@ -40,6 +40,7 @@ enum class TrafficCommand {
     NextBookmark,
     PreviousBookmark,
     Bookmarks,
+    ResponseTimes,
 };
 
 /// The entries of the traffic window's menus and of its list's context menu, made of one table.

@@ -3,14 +3,10 @@
 
 #include "TrafficCopying.h"
 
-#include "FileName.h"
-#include "MdGetSpecialFolders.h"
-#include "OpenFiles.h"
-#include "PathParts.h"
-#include "RunState.h"
 #include "TelegramBook.h"
 #include "TelegramList.h"
 #include "TrafficActions.h"
+#include "TrafficExporting.h"
 #include "UserPrompts.h"
 #include "frmTraffic.h"
 
@@ -37,8 +33,13 @@ struct Copied {
 
 } // namespace
 
-TrafficCopying::TrafficCopying(frmTraffic &window, TrafficActions &actions, TrafficCopyParts parts)
-    : m_window(window), m_book(window.Book()), m_actions(actions), m_parts(std::move(parts))
+TrafficCopying::TrafficCopying(frmTraffic &window, TrafficActions &actions,
+                               TrafficExporting &exporting, TrafficCopyParts parts)
+    : m_window(window),
+      m_book(window.Book()),
+      m_actions(actions),
+      m_exporting(exporting),
+      m_parts(std::move(parts))
 {
     actions.On(TrafficCommand::Copy, [this] { Copy(Form::Text); });
     actions.On(TrafficCommand::CopyAsCsv, [this] { Copy(Form::Csv); });
@@ -87,77 +88,31 @@ void TrafficCopying::Copy(TelegramWriter::Form form)
         copied->rows = rows.Copy(MostOfAClipboard, progress);
         copied->wanted = progress.Settle();
     };
-    if (!m_parts.prompts.DoWork(QStringLiteral("Copying rows"), work)) {
-        m_hangs = true;
+    UserPrompts &prompts = m_exporting.Parts().prompts;
+    if (!prompts.DoWork(QStringLiteral("Copying rows"), work)) {
+        m_exporting.TakeHanging();
         return;
     }
     if (copied->wanted && copied->rows.isWhole)
         QApplication::clipboard()->setText(QString::fromUtf8(copied->rows.text));
     else if (copied->wanted)
-        m_parts.prompts.ShowMessage(ExclamationMessage(
+        prompts.ShowMessage(ExclamationMessage(
             QStringLiteral("The selected rows are too many to be copied; \"Export Selected "
                            "Rows...\" writes them into a file.")));
 }
 
 void TrafficCopying::Export(const QString &title, TelegramExport rows)
 {
-    const QString path = ChooseFile(title);
-    if (path.isEmpty())
-        return;
-    rows.form = path.endsWith(TextEnd, Qt::CaseInsensitive) ? Form::Text : Form::Csv;
-    const auto result = std::make_shared<Result>();
-    const auto work = [rows, path, result, &files = m_parts.files](WorkProgress &progress) {
-        *result = rows.WriteTo(files, path, progress);
-    };
-    if (!m_parts.prompts.DoWork(QStringLiteral("Exporting to ") + FileName::Shown(path), work)) {
-        m_hangs = true;
-        return;
-    }
-    if (result->Failed())
-        m_parts.prompts.ShowMessage(
-            CriticalMessage(QStringLiteral("The rows could not be exported to %1: %2")
-                                .arg(FileName::Shown(path), result->Cause())));
-}
-
-/// Empty if the user does not want one.
-QString TrafficCopying::ChooseFile(const QString &title)
-{
-    const QString &remembered = m_parts.folder;
-    const bool canBeShown = !remembered.isEmpty() && FileName::IsText(remembered);
-    FileDialogRequest request = {.purpose = FileDialogRequest::Purpose::Save,
-                                 .dialog = QStringLiteral("dlgExportTraffic"),
-                                 .title = title,
-                                 .filter = QStringLiteral("CSV, or text | *.txt *.csv"),
-                                 .folder = canBeShown ? remembered : MdGetSpecialFolders(),
-                                 .name = QStringLiteral("traffic.csv")};
-    while (!m_parts.run.QuitRequested) {
-        QString path = m_parts.prompts.ChooseFile(request);
-        if (path.isEmpty())
-            break;
-        if (!path.endsWith(TextEnd, Qt::CaseInsensitive) &&
-            !path.endsWith(CsvEnd, Qt::CaseInsensitive))
-            path += CsvEnd;
-        request.folder = PathParts::Folder(path);
-        request.name = PathParts::FileName(path);
-        if (!MayReplace(path, title))
-            continue;
-        m_parts.folder = request.folder;
-        return path;
-    }
-    return {};
-}
-
-bool TrafficCopying::MayReplace(const QString &path, const QString &title)
-{
-    if (!m_parts.files.System().Exists(path))
-        return true;
-    return m_parts.prompts.ShowMessage(
-               {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                            .arg(FileName::Shown(path)),
-                .icon = PromptIcon::Exclamation,
-                .buttons = PromptButtons::YesNo,
-                .defaultAnswer = PromptAnswer::No,
-                .caption = title}) == PromptAnswer::Yes;
+    m_exporting.Export(
+        {.title = title,
+         .what = QStringLiteral("The rows"),
+         .filter = QStringLiteral("CSV, or text | *.txt *.csv"),
+         .name = QStringLiteral("traffic.csv"),
+         .endings = {CsvEnd, TextEnd}},
+        [rows](OpenFiles &files, const QString &path, WorkProgress &progress) mutable {
+            rows.form = path.endsWith(TextEnd, Qt::CaseInsensitive) ? Form::Text : Form::Csv;
+            return rows.WriteTo(files, path, progress);
+        });
 }
 
 /// Of the row in hand.

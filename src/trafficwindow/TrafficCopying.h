@@ -11,16 +11,11 @@
 
 class TelegramBook;
 class TrafficActions;
-class UserPrompts;
-struct RunState;
+class TrafficExporting;
 class frmTraffic;
 
-/// What rows are copied and exported with; all of it lives longer.
+/// What rows are made sequences with; all of it lives longer.
 struct TrafficCopyParts {
-    QString &folder; ///< of exports, with trailing separator; empty before the first one
-    OpenFiles &files;
-    UserPrompts &prompts;
-    const RunState &run;
     std::function<bool()> MaySend; ///< whether the mode in force lets anything be sent
     std::function<void(const QByteArray &bytes, QWidget &owner)> NewSendSequence;
     std::function<void(const QByteArray &bytes, QWidget &owner)> NewReceiveSequence;
@@ -32,10 +27,9 @@ class TrafficCopying final : public QObject
     Q_OBJECT
 
   public:
-    TrafficCopying(frmTraffic &window, TrafficActions &actions, TrafficCopyParts parts);
-
-    /// The end of the program has not waited for a disk.
-    bool Hangs() const { return m_hangs; }
+    /// All of it lives longer.
+    TrafficCopying(frmTraffic &window, TrafficActions &actions, TrafficExporting &exporting,
+                   TrafficCopyParts parts);
 
     /// More is not copied, in bytes of text.
     static constexpr qsizetype MostOfAClipboard = 16 * 1024 * 1024;
@@ -45,8 +39,6 @@ class TrafficCopying final : public QObject
 
     void Copy(TelegramWriter::Form form);
     void Export(const QString &title, TelegramExport rows);
-    QString ChooseFile(const QString &title);
-    bool MayReplace(const QString &path, const QString &title);
     void MakeSequence(const NewSequence &make);
     void ShowState();
     TelegramExport All() const;
@@ -55,6 +47,6 @@ class TrafficCopying final : public QObject
     frmTraffic &m_window;
     TelegramBook &m_book;
     TrafficActions &m_actions;
+    TrafficExporting &m_exporting;
     TrafficCopyParts m_parts;
-    bool m_hangs = false;
 };

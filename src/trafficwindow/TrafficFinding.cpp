@@ -77,6 +77,13 @@ void TrafficFinding::GoToMoment(qint64 wall)
     m_book.FindTime(wall);
 }
 
+void TrafficFinding::GoToNumber(qint64 number)
+{
+    m_searching = false;
+    m_moment.reset();
+    m_book.FindNumber(number);
+}
+
 void TrafficFinding::AskTime()
 {
     LatestMoment(); // is at hand when it is needed
@@ -121,9 +128,7 @@ void TrafficFinding::AskNumber()
         &m_window);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    m_searching = false;
-    m_moment.reset();
-    m_book.FindNumber(QLocale().toLongLong(dialog.Text()));
+    GoToNumber(QLocale().toLongLong(dialog.Text()));
 }
 
 /// Of the newest row; of now while that is not at hand.

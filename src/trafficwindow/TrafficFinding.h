@@ -29,6 +29,8 @@ class TrafficFinding final : public QObject
 
     /// To the row that has the moment in it, or else begins next: ns since 1970.
     void GoToMoment(qint64 wall);
+    /// To the row of a telegram; with a filter that keeps it away, to the next one shown.
+    void GoToNumber(qint64 number);
 
   private:
     void Find(bool forward);

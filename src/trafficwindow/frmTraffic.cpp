@@ -12,14 +12,13 @@
 #include "TelegramHeader.h"
 #include "TelegramList.h"
 #include "TrafficStatus.h"
+#include "WindowPlace.h"
 #include "WindowSettings.h"
 #include "frmTelegramRule.h"
 
 #include <QActionGroup>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QMenuBar>
-#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -33,8 +32,6 @@ namespace
 constexpr QSize UsualSize(980, 640);
 constexpr int UsualDetails = 130; ///< height
 constexpr qint64 Micro = 1'000;
-/// A window that would show less of its top edge than this is brought back.
-constexpr int LeastVisible = 40;
 
 constexpr std::array<const char *, 5> MenuCaptions = {"&Capture", "&Edit", "&Search", "&Bookmarks",
                                                       "&View"};
@@ -134,6 +131,7 @@ void frmTraffic::ShowOrigin(const TrafficOrigin &origin)
     m_origin = origin;
     m_status->ShowSource(origin.what);
     m_status->ShowUncertainty(origin.uncertainty);
+    Q_EMIT OriginChanged();
 }
 
 TelegramRule frmTraffic::StoredRule() const
@@ -222,27 +220,15 @@ void frmTraffic::SetFoot(QWidget &foot)
 void frmTraffic::RestorePlace()
 {
     const TrafficWindowSettings &place = m_parts.settings;
-    const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
     const int details = place.DetailsHeight > 0 ? place.DetailsHeight : UsualDetails;
     m_splitter->setSizes({UsualSize.height(), details});
-    const QSize stored(place.Width, place.Height);
-    resize((place.Width > 0 ? stored : UsualSize).boundedTo(free.size() - QSize(20, 40)));
-    if (place.Width <= 0)
-        return;
-    const QRect topEdge(place.Left, place.Top, width(), LeastVisible);
-    const QList<QScreen *> screens = QGuiApplication::screens();
-    const bool shows = std::any_of(screens.begin(), screens.end(), [&](const QScreen *each) {
-        const QRect seen = each->availableGeometry() & topEdge;
-        return seen.width() >= LeastVisible && seen.height() >= LeastVisible / 2;
-    });
-    if (shows)
-        move(place.Left, place.Top);
+    WindowPlace::Restore(*this, {place.Left, place.Top, place.Width, place.Height}, UsualSize);
 }
 
 void frmTraffic::StorePlace()
 {
     TrafficWindowSettings &place = m_parts.settings;
-    const QRect frame = isMaximized() || isMinimized() ? normalGeometry() : QRect(pos(), size());
+    const QRect frame = WindowPlace::Of(*this);
     place.Left = frame.x();
     place.Top = frame.y();
     place.Width = frame.width();

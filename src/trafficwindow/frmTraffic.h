@@ -69,6 +69,10 @@ class frmTraffic final : public QWidget
     /// Puts the window's place and its columns into the settings.
     void StorePlace();
 
+  Q_SIGNALS:
+    /// There is something else to say of where the telegrams come from.
+    void OriginChanged();
+
   protected:
     void closeEvent(QCloseEvent *event) override;
 
