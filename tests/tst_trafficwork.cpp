@@ -9,6 +9,7 @@
 #include "TelegramMoment.h"
 #include "TrafficWork.h"
 #include "WindowSettings.h"
+#include "frmResponses.h"
 #include "frmTraffic.h"
 #include "support/Cases.h"
 #include "support/ScriptedDisk.h"
@@ -351,6 +352,35 @@ class tst_trafficwork : public QObject
         desk.Do("mnuTrafficExportShown");
         QVERIFY(desk.prompts.shown.last().text.contains("/x/full.csv: No space left on device"));
         QVERIFY(!desk.disk.files.contains("/x/full.csv"));
+    }
+
+    /// They are counted whatever the filter says, anew for another source, and lead to their rows.
+    void ResponseTimes()
+    {
+        Desk desk;
+        QTRY_VERIFY(desk.IsReady());
+        desk.book.SetFilter({.directions = {true, false}});
+        desk.Do("mnuTrafficResponses");
+        auto *window = desk.Find<frmResponses>("frmResponses");
+        QTRY_VERIFY(window && window->Book().Told().picture);
+        desk.prompts.chosen = {"/x/table", "/x/times.csv"};
+        window->findChild<QPushButton *>("cmdSaveTable")->click();
+        window->findChild<QPushButton *>("cmdSaveTimes")->click();
+        QCOMPARE(desk.disk.files["/x/table.csv"].split('\n')[1],
+                 "\"Ask, \xC3\xA4\",sent by hand,1,2,2,0,1.000000,1.000000,1.000000,1.000000,"
+                 "1.000000");
+        QCOMPARE(desk.disk.files["/x/times.csv"].count('\n'), 3);
+
+        desk.book.SetFilter({});
+        QTRY_VERIFY(desk.IsReady());
+        auto *points = window->findChild<QWidget *>("pltPoints");
+        QTest::keyClick(points, Qt::Key_End);
+        QTest::keyClick(points, Qt::Key_Return);
+        QTRY_COMPARE(desk.InHand(), 5);
+        desk.book.Show(std::make_shared<CaptureSource>(
+            std::make_shared<ScriptedDisk::Reader>(Capture({{Kind::Sent, "x"}}))));
+        QTRY_VERIFY(window->Book().Told().isWhole && window->Book().Told().rows.size() == 1);
+        QCOMPARE(window->Book().Told().rows.first().count, 1);
     }
 
     void ACaptureIsShownInTheirPlace()

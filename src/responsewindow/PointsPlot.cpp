@@ -52,7 +52,8 @@ ResponsePlot::Axes PointsPlot::AxesOf(const ResponsePicture &picture) const
             return one.wall < other.wall;
         });
     return {PlotScale::OfMoments(first->wall, last->wall),
-            PlotScale::OfTimes(picture.row.least, picture.row.greatest, IsLogarithmic())};
+            PlotScale::OfTimes(picture.row.least, picture.row.greatest + picture.row.greatest / 20,
+                               IsLogarithmic())}; // no point is where misses are
 }
 
 /// What nothing answered stands at the upper edge.

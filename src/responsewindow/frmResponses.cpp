@@ -25,17 +25,25 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
 namespace
 {
 
-constexpr QSize UsualSize(900, 580);
-/// What is as wide as the widest usual text of a column; none for one that takes what is free.
-constexpr std::array<const char *, ResponsesModel::Columns> WidestTexts = {
-    nullptr,     "sent as answer", "1,000,000",    "Unanswered",   "Unanswered",
-    "10.000 ms", "1,000.000 ms",   "1,000.000 ms", "1,000.000 ms", "1,000.000 ms"};
+constexpr QSize UsualSize(940, 580);
+/// As wide as what usually stands in a column; the first one takes what is free as well.
+constexpr std::array<const char *, ResponsesModel::Columns> WidestTexts = {"Identification request",
+                                                                           "sent as answer",
+                                                                           "100,000",
+                                                                           "Answered",
+                                                                           "Unanswered",
+                                                                           "10.000000 s",
+                                                                           "10.000000 s",
+                                                                           "10.000000 s",
+                                                                           "10.000000 s",
+                                                                           "10.000000 s"};
 constexpr qint64 OfMs = 1'000'000;
 
 } // namespace
@@ -99,16 +107,16 @@ void frmResponses::MakeList()
     lstResponses->sortByColumn(-1, Qt::AscendingOrder); // the order of the model, at first
     QHeaderView &header = *lstResponses->header();
     header.setStretchLastSection(false);
-    const int pad = fontMetrics().height();
-    for (int column = 0; column < ResponsesModel::Columns; ++column) {
-        if (WidestTexts[size_t(column)])
-            header.resizeSection(column, pad + fontMetrics().horizontalAdvance(QString::fromLatin1(
-                                                   WidestTexts[size_t(column)])));
-    }
-    header.setMinimumSectionSize(4 * pad);
-    header.setSectionResizeMode(ResponsesModel::Sequence, QHeaderView::Stretch);
+    for (int column = 0; column < ResponsesModel::Columns; ++column)
+        header.resizeSection(column, UsualWidth(column));
     connect(lstResponses->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &frmResponses::Choose);
+}
+
+int frmResponses::UsualWidth(int column) const
+{
+    return fontMetrics().height() * 2 / 3 +
+           fontMetrics().horizontalAdvance(QString::fromLatin1(WidestTexts[size_t(column)]));
 }
 
 void frmResponses::MakeFoot(QBoxLayout &foot)
@@ -271,6 +279,16 @@ void frmResponses::StorePlace()
     m_settings.Top = place.y();
     m_settings.Width = place.width();
     m_settings.Height = place.height();
+}
+
+void frmResponses::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    const QHeaderView &header = *lstResponses->header();
+    const int others = header.length() - header.sectionSize(ResponsesModel::Sequence);
+    lstResponses->header()->resizeSection(
+        ResponsesModel::Sequence,
+        std::max(UsualWidth(ResponsesModel::Sequence), lstResponses->viewport()->width() - others));
 }
 
 void frmResponses::showEvent(QShowEvent *event)

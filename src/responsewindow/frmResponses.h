@@ -47,12 +47,14 @@ class frmResponses final : public QWidget
     void TimesWanted();
 
   protected:
+    void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
   private:
     void MakeList();
+    int UsualWidth(int column) const;
     void MakeFoot(QBoxLayout &foot);
     void MakeButtons(QBoxLayout &buttons);
     void CountFrom(qint64 since);
