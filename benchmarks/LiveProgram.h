@@ -12,6 +12,7 @@
 #include "MdLogFile.h"
 #include "MdRecord.h"
 #include "MdSequenceEdition.h"
+#include "MdTraffic.h"
 #include "PortDevices.h"
 #include "RecordSettings.h"
 #include "RunState.h"
@@ -100,7 +101,9 @@ class LiveProgram
     RecordSettings recordSettings;
     QString captureFolder;
     std::unique_ptr<MdRecord> record; ///< null if there is none
-    std::vector<double> passes;       ///< seconds from the start of one pass to that of the next
+    TrafficWindowSettings trafficSettings;
+    std::unique_ptr<MdTraffic> traffic; ///< likewise
+    std::vector<double> passes;         ///< seconds from the start of one pass to that of the next
 
     /// Opens channel 1, and channel 2 as well if it is given a device, so that answers to what it
     /// says go out on channel 1; with a log in all four forms if it is given a name, and with the
@@ -132,6 +135,14 @@ class LiveProgram
             std::make_shared<SystemRecordFolder>(folder), QStringLiteral("benchmark"));
         record->ApplySettings();
         communication.Stream().Feed(record->Consumer());
+    }
+
+    /// Shows the record in the window "Traffic", with the newest telegram in sight.
+    void ShowTraffic()
+    {
+        traffic = std::make_unique<MdTraffic>(MdTrafficParts{
+            *record, settings.display, trafficSettings, [] { return QStringList(); }});
+        traffic->Show();
     }
 
     /// Passes of the main loop, each noted with its pause, until the work is done.

@@ -6,6 +6,8 @@
 #include "Requests.h"
 #include "SampleTraffic.h"
 
+#include <QTemporaryDir>
+
 #include <benchmark/benchmark.h>
 
 #include <atomic>
@@ -23,6 +25,7 @@ struct Conditions {
     std::chrono::milliseconds windowBusy{0}; ///< so long at a time, without a pause
     int otherSequences = 0;                  ///< watched beside that of the request
     bool acrossChannels = false;             ///< asked on channel 2, answered on channel 1
+    bool showsTraffic = false;               ///< in the window "Traffic" as well
 };
 
 void Watch(MdSequenceEdition &tables, int others)
@@ -51,10 +54,14 @@ void AutomaticAnswer(benchmark::State &state, const Conditions &conditions)
         wires.two = conditions.acrossChannels;
         const Processors processors;
         processors.Take(Processors::Share::Answering); // for the lines' thread
+        const QTemporaryDir folder;
         LiveProgram program(wires.Answers().DeviceName(), {},
-                            wires.two ? wires.ask.DeviceName() : QString());
+                            wires.two ? wires.ask.DeviceName() : QString(),
+                            conditions.showsTraffic ? folder.filePath("record") : QString());
         processors.Take(Processors::Share::All);
         Watch(program.tables, conditions.otherSequences);
+        if (conditions.showsTraffic)
+            program.ShowTraffic();
 
         std::vector<double> times;
         std::vector<double> plain;
@@ -104,6 +111,10 @@ BENCHMARK_CAPTURE(AutomaticAnswer, under 50 kB a second, {.noiseRate = 50000})->
 BENCHMARK_CAPTURE(AutomaticAnswer, window busy for 200 ms at a time, {.windowBusy = 200ms})
     ->Apply(OneRun);
 BENCHMARK_CAPTURE(AutomaticAnswer, among 1024 sequences, {.otherSequences = 1024})->Apply(OneRun);
+BENCHMARK_CAPTURE(AutomaticAnswer, with the traffic window, {.showsTraffic = true})->Apply(OneRun);
+BENCHMARK_CAPTURE(AutomaticAnswer, with the traffic window under 50 kB a second,
+                  {.noiseRate = 50000, .showsTraffic = true})
+    ->Apply(OneRun);
 BENCHMARK_CAPTURE(AutomaticAnswer, across the channels, {.acrossChannels = true})->Apply(OneRun);
 
 } // namespace

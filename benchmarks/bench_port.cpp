@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <ctime>
 #include <thread>
 
@@ -77,14 +78,42 @@ struct Taken {
     const char *fault = nullptr;
 };
 
-/// So many bytes as fast as a pseudo-terminal takes them, while the window is shown off-screen.
-/// With a log in all four forms if it is given a name, with the session's record if it is given a
-/// folder.
-Taken RunBlast(qint64 size, const QString &logName, const QString &recordFolder = {})
+/// How a blast is sent, and what takes it.
+struct BlastSetup {
+    QString logName{};         ///< of a log in all four forms; empty for none
+    QString recordFolder{};    ///< of the session's record; empty for none
+    bool showsTraffic = false; ///< the record, in the window "Traffic"
+    qint64 rate = 0; ///< bytes a second at most; 0 for as fast as a pseudo-terminal takes them
+};
+
+/// Every few milliseconds as much as is due at a rate, like a line of that speed.
+class Pace
 {
-    const QByteArray block = ShowableBytes(64 * 1024);
+  public:
+    explicit Pace(qint64 rate) : m_rate(rate) {}
+
+    /// Waits until so many bytes are due.
+    void WaitFor(qint64 bytes) const
+    {
+        if (m_rate > 0)
+            std::this_thread::sleep_until(m_start +
+                                          std::chrono::microseconds(bytes * 1'000'000 / m_rate));
+    }
+
+  private:
+    qint64 m_rate;
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+/// So many bytes, while the window is shown off-screen.
+Taken RunBlast(qint64 size, const BlastSetup &setup)
+{
+    constexpr qint64 BytesOfAPacedWrite = 512;
+    const QByteArray block = ShowableBytes(setup.rate > 0 ? BytesOfAPacedWrite : 64 * 1024);
     PtyPair line;
-    LiveProgram program(line.DeviceName(), logName, {}, recordFolder);
+    LiveProgram program(line.DeviceName(), setup.logName, {}, setup.recordFolder);
+    if (setup.showsTraffic)
+        program.ShowTraffic();
     Taken taken;
     if (!program.communication.Running()) {
         taken.fault = "the port could not be opened";
@@ -99,7 +128,9 @@ Taken RunBlast(qint64 size, const QString &logName, const QString &recordFolder 
     QElapsedTimer timer;
     timer.start();
     std::thread sender([&] {
+        const Pace pace(setup.rate);
         for (qint64 done = 0; done < size; done += block.size()) {
+            pace.WaitFor(done);
             line.Write(block);
             sent = ChecksumLog::Add(sent, block);
         }
@@ -121,7 +152,7 @@ Taken RunBlast(qint64 size, const QString &logName, const QString &recordFolder 
         taken.fault = "bytes were lost or changed";
     if (program.record && program.record->State().size < size)
         taken.fault = "bytes are missing in the record";
-    if (!logName.isEmpty() && !LogsAreWhole(logName, block, size / block.size()))
+    if (!setup.logName.isEmpty() && !LogsAreWhole(setup.logName, block, size / block.size()))
         taken.fault = "bytes are missing in a log";
     return taken;
 }
@@ -175,7 +206,7 @@ void BlastIntoFourLogs(benchmark::State &state)
             const Taken without = RunBlast(Size, {});
             // Virtual machines give free memory back, and fetching it is dear: both find it used.
             PlainWriterCpu(QTemporaryDir().path(), Size);
-            const Taken with = RunBlast(Size, QTemporaryDir().filePath("blast.txt"));
+            const Taken with = RunBlast(Size, {.logName = QTemporaryDir().filePath("blast.txt")});
             plain.push_back(PlainWriterCpu(QTemporaryDir().path(), Size) / Megabytes);
             share.push_back((with.cpu - without.cpu) / Megabytes);
             seconds.push_back(with.seconds);
@@ -205,7 +236,7 @@ void BlastWithTheRecord(benchmark::State &state)
         for (int turn = 0; turn < 11; ++turn) {
             const Taken bare = RunBlast(Size, {});
             const QTemporaryDir folder;
-            const Taken recorded = RunBlast(Size, {}, folder.filePath("record"));
+            const Taken recorded = RunBlast(Size, {.recordFolder = folder.filePath("record")});
             without.push_back(bare.cpu / Megabytes);
             with.push_back(recorded.cpu / Megabytes);
             seconds.push_back(recorded.seconds);
@@ -223,6 +254,45 @@ void BlastWithTheRecord(benchmark::State &state)
     }
 }
 
+/// Passes of the window, while the traffic window follows the end; beside those of the main window
+/// alone.
+void WithTheTrafficWindow(benchmark::State &state, qint64 rate)
+{
+    constexpr double MostMilliseconds = 30;
+    const qint64 size = rate > 0 ? 4 * rate / 512 * 512 : 64 * Mebibyte;
+    for (auto _ : state) {
+        std::vector<double> with, without, seconds;
+        for (int turn = 0; turn < 5; ++turn) {
+            const Taken bare = RunBlast(size, {.rate = rate});
+            const QTemporaryDir folder;
+            const Taken shown = RunBlast(
+                size,
+                {.recordFolder = folder.filePath("record"), .showsTraffic = true, .rate = rate});
+            without.insert(without.end(), bare.passes.begin(), bare.passes.end());
+            with.insert(with.end(), shown.passes.begin(), shown.passes.end());
+            seconds.push_back(shown.seconds);
+            for (const char *fault : {bare.fault, shown.fault}) {
+                if (fault)
+                    state.SkipWithError(fault);
+            }
+        }
+        state.SetIterationTime(Percentile(seconds, 0.5));
+        Comparison(state, "without")
+            .AddWithin("pass p99 ms", 1000 * Percentile(with, 0.99),
+                       1000 * Percentile(without, 0.99), MostMilliseconds);
+        state.counters["pass_p50_ms"] = 1000 * Percentile(with, 0.5);
+        state.counters["pass_max_ms"] = 1000 * Percentile(with, 1.0);
+    }
+}
+
+BENCHMARK_CAPTURE(WithTheTrafficWindow, at 921600 baud, 92160)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond);
+BENCHMARK_CAPTURE(WithTheTrafficWindow, blast, 0)
+    ->UseManualTime()
+    ->Iterations(1)
+    ->Unit(benchmark::kSecond);
 BENCHMARK(BlastWithoutLogs)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
 BENCHMARK(BlastWithTheRecord)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
 BENCHMARK(BlastIntoFourLogs)->UseManualTime()->Iterations(1)->Unit(benchmark::kSecond);
