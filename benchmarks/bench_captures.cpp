@@ -1,42 +1,28 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "CaptureEncoder.h"
+#include "CaptureBench.h"
 #include "CaptureJudge.h"
 #include "CaptureTraffic.h"
 #include "Limits.h"
 #include "MdSequenceEdition.h"
 #include "SampleTraffic.h"
-#include "SystemFiles.h"
 #include "WorkProgress.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <QtEndian>
-
-#include <benchmark/benchmark.h>
+#include "support/EndlessFile.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <ctime>
-#include <vector>
 
 namespace
 {
 
-constexpr double Mega = 1e6;
+using namespace CaptureBench;
 
 enum class Telegrams { Random, NearMiss, Firing, Family };
 
 /// Telegrams of 8 to 32 bytes, one after the other, or as much as a packet holds.
-QByteArray CaptureOf(Telegrams kind, const QByteArrayList &sequences, qsizetype size, bool isBlast)
+NextEvent TrafficOf(Telegrams kind, const QByteArrayList &sequences, qint64 most, bool isBlast)
 {
-    SampleTraffic::Random random(3);
-    CaptureEncoder encoder({{QStringLiteral("COM1"), {}, 115200}}, QStringLiteral("bench"));
-    QByteArray capture = encoder.Head();
-    TrafficEvent event;
-    event.time.wall = 1'700'000'000'000'000'000;
-    while (capture.size() < size) {
+    return [=, random = SampleTraffic::Random(3)](TrafficEvent &event, qint64 size) mutable {
         event.bytes.clear();
         do {
             QByteArray telegram = sequences[qsizetype(random() % size_t(sequences.size()))];
@@ -50,45 +36,8 @@ QByteArray CaptureOf(Telegrams kind, const QByteArrayList &sequences, qsizetype 
                          ? TrafficEvent::Kind::Sent
                          : TrafficEvent::Kind::Received;
         event.time.wall += 1'000'003;
-        encoder.Append(capture, event);
-    }
-    return capture;
-}
-
-/// On the disk, and in the system's memory.
-class CaptureFile
-{
-  public:
-    explicit CaptureFile(const QByteArray &capture)
-    {
-        QFile file(m_folder.filePath(QStringLiteral("a.pcapng")));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(capture);
-        file.close();
-        device = SystemFiles().Open(file.fileName()).device;
-    }
-    std::unique_ptr<InputDevice> device;
-
-  private:
-    QTemporaryDir m_folder;
-};
-
-/// What the limit refers to: from one block to the next by their lengths, and no more.
-qint64 WalkLengths(const InputDevice &file)
-{
-    std::vector<char> piece(256 * 1024);
-    qint64 blocks = 0;
-    for (qint64 place = 0;;) {
-        const qint64 count = file.ReadAt(place, piece.data(), qint64(piece.size())).count;
-        qint64 at = 0;
-        while (at + 8 <= count) {
-            at += qFromLittleEndian<quint32>(piece.data() + at + 4);
-            ++blocks;
-        }
-        if (at == 0)
-            return blocks;
-        place += at;
-    }
+        return size < most;
+    };
 }
 
 qint64 ReadPackets(const InputDevice &file)
@@ -123,29 +72,16 @@ double Median(std::vector<double> &times)
     return *middle;
 }
 
-/// Of the processor: what else the machine does is left out.
-template <typename Work> double MillisecondsOf(const Work &work)
-{
-    const auto now = [] {
-        timespec time = {};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return double(time.tv_sec) * 1000 + double(time.tv_nsec) / Mega;
-    };
-    const double begin = now();
-    benchmark::DoNotOptimize(work());
-    return now() - begin;
-}
-
 /// Reading and walking by turns; the medians count.
 void ReadCapture(benchmark::State &state, qint64 (*read)(const InputDevice &file))
 {
     SampleTraffic::Random random(2);
     const QByteArrayList sequences = SampleTraffic::Sequences(random, 1024);
-    const CaptureFile file(CaptureOf(Telegrams::Random, sequences, 64 * 1024 * 1024, false));
+    const File file(TrafficOf(Telegrams::Random, sequences, 64 * 1024 * 1024, false));
     std::vector<double> readTook, walkTook;
     for (auto _ : state) {
-        walkTook.push_back(MillisecondsOf([&] { return WalkLengths(*file.device); }));
-        readTook.push_back(MillisecondsOf([&] { return read(*file.device); }));
+        walkTook.push_back(ProcessorTimeOf([&] { return WalkLengths(*file.device); }));
+        readTook.push_back(ProcessorTimeOf([&] { return read(*file.device); }));
         state.SetIterationTime(readTook.back() / 1000);
     }
     Comparison(state, "walk").Add("64 MiB in ms", Median(readTook), Median(walkTook), {3});
@@ -170,58 +106,15 @@ void Judge(benchmark::State &state, Telegrams kind, bool isBlast, CaptureJudge::
     MdSequenceEdition tables;
     for (const QByteArray &sequence : sequences)
         tables.AddReceive({.Name = "n", .Sequence = sequence});
-    const CaptureFile file(CaptureOf(kind, sequences, 32 * 1024 * 1024, isBlast));
+    const File file(TrafficOf(kind, sequences, 32 * 1024 * 1024, isBlast));
     const CaptureJudge judge(tables, near);
     std::vector<double> took;
     for (auto _ : state) {
         WorkProgress progress;
-        took.push_back(MillisecondsOf([&] { return judge.Judge(*file.device, progress); }));
+        took.push_back(ProcessorTimeOf([&] { return judge.Judge(*file.device, progress); }));
         state.SetIterationTime(took.back() / 1000);
     }
-    const double rate = double(file.device->Size()) / Mega / (Median(took) / 1000);
-    char words[100] = {};
-    std::snprintf(words, sizeof words, "%.0f MB/s, at least %.0f%s", rate, least,
-                  rate >= least ? "" : ", MISSED");
-    state.SetLabel(words);
-}
-
-/// A capture of any size, without a disk: the same packets again and again.
-class EndlessFile final : public InputDevice
-{
-  public:
-    EndlessFile(const QByteArray &head, const QByteArray &packets, qint64 size)
-        : m_head(head), m_packets(packets), m_size(size / packets.size() * packets.size())
-    {
-    }
-    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
-    {
-        most = std::clamp<qint64>(Size() - place, 0, most);
-        for (qint64 i = 0; i < most;) {
-            const qint64 at = place + i - m_head.size();
-            const QByteArrayView from =
-                at < 0 ? QByteArrayView(m_head).sliced(place + i)
-                       : QByteArrayView(m_packets).sliced(at % m_packets.size());
-            const qint64 count = std::min<qint64>(from.size(), most - i);
-            std::copy_n(from.data(), count, bytes + i);
-            i += count;
-        }
-        return {most, {}};
-    }
-    qint64 Size() const override { return m_head.size() + m_size; }
-
-  private:
-    QByteArray m_head, m_packets;
-    qint64 m_size;
-};
-
-double PeakMemory()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray text = status.readAll();
-    const qsizetype at = text.indexOf("VmHWM:") + 6;
-    return text.sliced(at, text.indexOf("kB", at) - at).trimmed().toDouble() / 1024;
+    state.SetLabel(RateWords(*file.device, Median(took), least));
 }
 
 /// Every telegram fires or nearly does; what is kept of it has its bound by the first MiB.
@@ -231,11 +124,14 @@ void JudgeMemory(benchmark::State &state)
     MdSequenceEdition tables;
     for (const QByteArray &sequence : sequences)
         tables.AddReceive({.Name = "n", .Sequence = sequence});
-    const QByteArray head =
-        CaptureEncoder({{QStringLiteral("COM1"), {}, 115200}}, QStringLiteral("bench")).Head();
+    const QByteArray head = Encoder().Head();
     QByteArray packets;
-    for (const Telegrams kind : {Telegrams::Firing, Telegrams::NearMiss})
-        packets += CaptureOf(kind, sequences, 1024 * 1024, false).sliced(head.size());
+    for (const Telegrams kind : {Telegrams::Firing, Telegrams::NearMiss}) {
+        QByteArray capture;
+        Encode(TrafficOf(kind, sequences, 1024 * 1024, false),
+               [&capture](const QByteArray &piece) { capture += piece; });
+        packets += capture.sliced(head.size());
+    }
     const CaptureJudge judge(tables);
     const auto judgeMebibytes = [&](qint64 count) {
         WorkProgress progress;
@@ -243,10 +139,10 @@ void JudgeMemory(benchmark::State &state)
             .judgement.packets;
     };
     benchmark::DoNotOptimize(judgeMebibytes(32));
-    const double before = PeakMemory();
+    const double before = Memory("VmHWM:");
     for (auto _ : state)
         benchmark::DoNotOptimize(judgeMebibytes(512));
-    Comparison(state, "for 32 MiB").Add("512 MiB need MiB", PeakMemory(), before, {1, 8});
+    Comparison(state, "for 32 MiB").Add("512 MiB need MiB", Memory("VmHWM:"), before, {1, 8});
 }
 
 using Near = CaptureJudge::NearMisses;

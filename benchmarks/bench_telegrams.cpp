@@ -1,103 +1,56 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "CaptureEncoder.h"
+#include "CaptureBench.h"
 #include "CaptureSource.h"
 #include "Limits.h"
+#include "ResponseScan.h"
+#include "ResponseStatistics.h"
 #include "SampleTraffic.h"
-#include "SystemFiles.h"
 #include "TelegramBook.h"
 #include "TelegramView.h"
 
 #include <QEventLoop>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QtEndian>
-
-#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <ctime>
-#include <string>
+#include <limits>
 #include <thread>
-#include <vector>
 
 namespace
 {
 
-constexpr double Mega = 1e6;
+using namespace CaptureBench;
+
 constexpr int Telegrams = 10'000'000;
 constexpr qint64 RowsOfAScreen = 50;
 
-/// Questions and answers of 8 to 71 bytes, a tenth of them sequences of the project; about 1 GB,
-/// made once.
-class LargeCapture
+/// Questions and answers of 8 to 71 bytes, a tenth of them sequences of the project.
+NextEvent Conversation()
 {
-  public:
-    static const LargeCapture &Instance()
-    {
-        static const LargeCapture Capture;
-        return Capture;
-    }
+    SampleTraffic::Random random(3);
+    const QByteArray bytes = SampleTraffic::RandomBytes(random, 1 << 20);
+    return [=, i = 0](TrafficEvent &event, qint64) mutable {
+        event.kind = i % 2 == 0 ? TrafficEvent::Kind::Sent : TrafficEvent::Kind::Received;
+        event.bytes = bytes.mid(qsizetype(random() % (1 << 19)), 8 + qsizetype(random() % 64));
+        event.time.wall += 1'000'003;
+        event.names.clear();
+        if (i % 10 == 0)
+            event.names << "Question";
+        return i++ < Telegrams;
+    };
+}
 
-    std::shared_ptr<const InputDevice> device;
-
-  private:
-    LargeCapture()
-    {
-        QFile file(m_folder.filePath(QStringLiteral("a.pcapng")));
-        if (!file.open(QIODevice::WriteOnly))
-            return;
-        SampleTraffic::Random random(3);
-        CaptureEncoder encoder({{QStringLiteral("COM1"), {}, 115200}}, QStringLiteral("bench"));
-        QByteArray capture = encoder.Head();
-        TrafficEvent event;
-        event.time.wall = 1'700'000'000'000'000'000;
-        const QByteArray bytes = SampleTraffic::RandomBytes(random, 1 << 20);
-        for (int i = 0; i < Telegrams; ++i) {
-            event.kind = i % 2 == 0 ? TrafficEvent::Kind::Sent : TrafficEvent::Kind::Received;
-            event.bytes = bytes.mid(qsizetype(random() % (1 << 19)), 8 + qsizetype(random() % 64));
-            event.time.wall += 1'000'003;
-            event.names.clear();
-            if (i % 10 == 0)
-                event.names << "Question";
-            encoder.Append(capture, event);
-            if (capture.size() > 1 << 20 || i + 1 == Telegrams) {
-                file.write(capture);
-                capture.resize(0);
-            }
-        }
-        file.close();
-        device = SystemFiles().Open(file.fileName()).device;
-        std::fprintf(stderr, "The capture has %.0f MB\n", double(device->Size()) / Mega);
-    }
-
-    QTemporaryDir m_folder;
-};
+/// About 1 GB, made once.
+const std::shared_ptr<const InputDevice> &LargeCapture()
+{
+    static const File Capture(Conversation());
+    return Capture.device;
+}
 
 std::shared_ptr<TelegramSource> Source()
 {
-    return std::make_shared<CaptureSource>(LargeCapture::Instance().device);
-}
-
-/// What the limit refers to: from one block to the next by their lengths, and no more.
-qint64 WalkLengths(const InputDevice &file)
-{
-    std::vector<char> piece(256 * 1024);
-    qint64 blocks = 0;
-    for (qint64 place = 0;;) {
-        const qint64 count = file.ReadAt(place, piece.data(), qint64(piece.size())).count;
-        qint64 at = 0;
-        while (at + 8 <= count) {
-            at += qFromLittleEndian<quint32>(piece.data() + at + 4);
-            ++blocks;
-        }
-        if (at == 0)
-            return blocks;
-        place += at;
-    }
+    return std::make_shared<CaptureSource>(LargeCapture());
 }
 
 template <typename Work> double MillisecondsOf(const Work &work)
@@ -106,30 +59,6 @@ template <typename Work> double MillisecondsOf(const Work &work)
     benchmark::DoNotOptimize(work());
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
         .count();
-}
-
-/// Of the processor: what else the machine does is left out.
-template <typename Work> double ProcessorTimeOf(const Work &work)
-{
-    const auto now = [] {
-        timespec time = {};
-        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-        return double(time.tv_sec) * 1000 + double(time.tv_nsec) / Mega;
-    };
-    const double begin = now();
-    benchmark::DoNotOptimize(work());
-    return now() - begin;
-}
-
-/// What the process has in memory, in MiB.
-double Memory()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    const QByteArray text = status.readAll();
-    const qsizetype at = text.indexOf("VmRSS:") + 6;
-    return text.sliced(at, text.indexOf("kB", at) - at).trimmed().toDouble() / 1024;
 }
 
 double Median(std::vector<double> times)
@@ -148,18 +77,18 @@ std::shared_ptr<TelegramIndex> Index()
 /// Index and walk by turns; the medians count.
 void IndexAll(benchmark::State &state)
 {
-    const InputDevice &file = *LargeCapture::Instance().device;
+    const InputDevice &file = *LargeCapture();
     std::vector<double> indexTook, walkTook;
     double needs = 0;
     for (auto _ : state) {
         walkTook.push_back(ProcessorTimeOf([&] { return WalkLengths(file); }));
-        const double before = Memory();
+        const double before = Memory("VmRSS:");
         std::shared_ptr<TelegramIndex> index;
         indexTook.push_back(ProcessorTimeOf([&] {
             index = Index();
             return index->Known().end;
         }));
-        needs = std::max(needs, Memory() - before);
+        needs = std::max(needs, Memory("VmRSS:") - before);
         state.SetIterationTime(indexTook.back() / 1000);
     }
     Comparison words(state, "walk");
@@ -198,12 +127,7 @@ void AnyPlace(benchmark::State &state, const TelegramFilter &filter)
 void TellRate(benchmark::State &state, const std::vector<double> &took, double least,
               const std::string &more = {})
 {
-    const double rate =
-        double(LargeCapture::Instance().device->Size()) / Mega / (Median(took) / 1000);
-    char words[100] = {};
-    std::snprintf(words, sizeof words, "%.0f MB/s, at least %.0f%s", rate, least,
-                  rate >= least ? "" : ", MISSED");
-    state.SetLabel(words + more);
+    state.SetLabel(RateWords(*LargeCapture(), Median(took), least) + more);
 }
 
 void Filter(benchmark::State &state)
@@ -261,6 +185,25 @@ void Book(benchmark::State &state)
     }());
 }
 
+/// All questions, answers and detections of the capture.
+void CountResponses(benchmark::State &state)
+{
+    std::vector<double> took;
+    double needs = 0;
+    for (auto _ : state) {
+        const double before = Memory("VmRSS:");
+        ResponseScan scan(Source(), {}, {});
+        ResponseStatistics statistics;
+        took.push_back(MillisecondsOf(
+            [&] { return scan.Advance(statistics, std::numeric_limits<qint64>::max()); }));
+        needs = std::max(needs, Memory("VmRSS:") - before);
+        state.SetIterationTime(took.back() / 1000);
+    }
+    char words[100] = {};
+    std::snprintf(words, sizeof words, "; memory in MiB %.1f, limit 150", needs);
+    TellRate(state, took, 200, words);
+}
+
 #define MEASURED(runs) ->UseManualTime()->Iterations(runs)->Unit(benchmark::kMillisecond)
 BENCHMARK(IndexAll) MEASURED(5);
 BENCHMARK_CAPTURE(AnyPlace, of all, TelegramFilter()) MEASURED(1000);
@@ -268,5 +211,6 @@ BENCHMARK_CAPTURE(AnyPlace, of one in a thousand, TelegramFilter{.contains = "\x
 MEASURED(300);
 BENCHMARK(Filter) MEASURED(3);
 BENCHMARK(Book) MEASURED(3);
+BENCHMARK(CountResponses) MEASURED(3);
 
 } // namespace

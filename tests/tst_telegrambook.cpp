@@ -5,6 +5,7 @@
 #include "RecordSource.h"
 #include "TelegramBook.h"
 #include "support/Cases.h"
+#include "support/EndlessFile.h"
 #include "support/MemoryRecordFolder.h"
 #include "support/TelegramScript.h"
 
@@ -72,37 +73,15 @@ struct Session {
     TelegramBook book;
 };
 
-/// The same packets again and again, 1 TB of them.
-class EndlessFile final : public InputDevice
-{
-  public:
-    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
-    {
-        for (qint64 i = 0; i < most;) {
-            const qint64 at = place + i - m_head.size();
-            const QByteArrayView from =
-                at < 0 ? QByteArrayView(m_head).sliced(place + i)
-                       : QByteArrayView(m_packets).sliced(at % m_packets.size());
-            const qint64 count = std::min<qint64>(from.size(), most - i);
-            std::copy_n(from.data(), count, bytes + i);
-            i += count;
-        }
-        return {most, {}};
-    }
-    qint64 Size() const override { return qint64(1) << 40; }
-
-  private:
-    const QByteArray m_head = Head();
-    const QByteArray m_packets = Numbered(0, 5000);
-};
-
 } // namespace
 
 class tst_telegrambook : public QObject
 {
     Q_OBJECT
 
-    const std::shared_ptr<InputDevice> m_endless = std::make_shared<EndlessFile>();
+    /// 1 TB.
+    const std::shared_ptr<InputDevice> m_endless =
+        std::make_shared<EndlessFile>(Head(), Numbered(0, 5000), qint64(1) << 40);
 
   private Q_SLOTS:
     /// Rows keep their numbers while older ones go, and the last one grows.

@@ -125,13 +125,7 @@ QString CaptureJudging::ChooseReport(const QString &capture) const
     QString path = m_parts.prompts.ChooseFile(request);
     if (path.isEmpty() || !m_parts.files.System().Exists(path))
         return path;
-    const PromptAnswer answer = m_parts.prompts.ShowMessage(
-        {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                     .arg(FileName::Shown(path)),
-         .icon = PromptIcon::Exclamation,
-         .buttons = PromptButtons::YesNo,
-         .defaultAnswer = PromptAnswer::No,
-         .caption = request.title});
+    const PromptAnswer answer = m_parts.prompts.ShowMessage(ReplaceQuestion(path, request.title));
     return answer == PromptAnswer::Yes ? path : QString();
 }
 

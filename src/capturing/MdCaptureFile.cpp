@@ -16,15 +16,6 @@ namespace
 using namespace FileDialogFlags;
 using Trouble = CaptureFile::Trouble;
 
-MessagePrompt OverwriteQuestion(const QString &path)
-{
-    return {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                        .arg(FileName::Shown(path)),
-            .icon = PromptIcon::Exclamation,
-            .buttons = PromptButtons::YesNo,
-            .defaultAnswer = PromptAnswer::No};
-}
-
 /// What becomes of capture and communication, by CaptureFile::Trouble.
 constexpr std::array<const char *, 3> Consequences = {
     "The capture was not started. Communication goes on.",
@@ -90,7 +81,7 @@ std::optional<MdCaptureFile::Chosen> MdCaptureFile::Ask()
         if (path.isEmpty())
             break;
         const bool exists = m_parts.files.System().Exists(path);
-        if (!exists || m_parts.prompts.ShowMessage(OverwriteQuestion(path)) == PromptAnswer::Yes)
+        if (!exists || m_parts.prompts.ShowMessage(ReplaceQuestion(path)) == PromptAnswer::Yes)
             return Chosen{path, exists};
         request.folder = PathParts::Folder(path);
         request.name = PathParts::FileName(path);

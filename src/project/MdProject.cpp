@@ -169,13 +169,8 @@ QString MdProject::ChooseTarget()
         const QString target = ProjectFile::PathOf(names.folder, names.name);
         if (path.isEmpty() || !Exists(target))
             return path;
-        const PromptAnswer answer = m_parts.prompts.ShowMessage(
-            {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                         .arg(FileName::Shown(target)),
-             .icon = PromptIcon::Exclamation,
-             .buttons = PromptButtons::YesNo,
-             .defaultAnswer = PromptAnswer::No,
-             .caption = request.title});
+        const PromptAnswer answer =
+            m_parts.prompts.ShowMessage(ReplaceQuestion(target, request.title));
         if (answer == PromptAnswer::Yes)
             return path;
         if (m_parts.run.QuitRequested)

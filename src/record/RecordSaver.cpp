@@ -63,13 +63,7 @@ bool RecordSaver::MayReplace(const QStringList &paths)
     for (const QString &path : paths) {
         if (!m_parts.files.System().Exists(path))
             continue;
-        const PromptAnswer answer = m_parts.prompts.ShowMessage(
-            {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                         .arg(FileName::Shown(path)),
-             .icon = PromptIcon::Exclamation,
-             .buttons = PromptButtons::YesNo,
-             .defaultAnswer = PromptAnswer::No,
-             .caption = Title});
+        const PromptAnswer answer = m_parts.prompts.ShowMessage(ReplaceQuestion(path, Title));
         if (answer != PromptAnswer::Yes)
             return false;
     }

@@ -3,19 +3,17 @@
 
 #pragma once
 
-#include <QRect>
-#include <QStringList>
+#include <QAbstractScrollArea>
 
-class QAbstractScrollArea;
-
-/// A table whose rows a widget draws itself, as assistive programs are told of it. Rows count from
+/// A table that draws its rows itself, and what assistive programs are told of it. Rows count from
 /// 0, with the first one that exists; cells are places in the viewport's coordinates.
-class DrawnTable
+class DrawnTable : public QAbstractScrollArea
 {
-  public:
-    virtual ~DrawnTable() = default;
+    Q_OBJECT
 
-    virtual QAbstractScrollArea &Area() = 0;
+  public:
+    explicit DrawnTable(QWidget *parent);
+
     virtual QStringList Headings() const = 0;
     virtual qint64 RowCount() const = 0;
 
@@ -33,4 +31,11 @@ class DrawnTable
     virtual bool IsChosen(qint64 row) const = 0;
     virtual qint64 ChosenCount() const = 0;
     virtual void Choose(qint64 row) = 0;
+
+  protected:
+    void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+    /// What is drawn with depends on font, palette and screen, one of which is another now.
+    virtual void MakeFace() = 0;
 };

@@ -5,8 +5,6 @@
 
 #include "DrawnTable.h"
 
-#include <QAbstractScrollArea>
-
 #include <algorithm>
 #include <limits>
 
@@ -16,130 +14,63 @@ namespace
 /// Cells that are kept; those of rows long out of sight go.
 constexpr qsizetype MostCells = 4000;
 
-/// A cell or, in row -1, a heading. It is deleted with the table's interface at the latest.
-class DrawnCell final : public QAccessibleInterface, public QAccessibleTableCellInterface
+class DrawnCell final : public TableCellAccessible
 {
   public:
     DrawnCell(const DrawnTableAccessible &accessible, qint64 row, int column)
-        : m_accessible(accessible), m_table(accessible.Table()), m_row(row), m_column(column)
+        : TableCellAccessible(accessible, row, column), m_table(accessible.Table())
     {
     }
 
-    bool isValid() const override { return m_row < m_table.RowCount(); }
-    QObject *object() const override { return nullptr; }
-    QWindow *window() const override { return m_accessible.window(); }
-    QAccessible::Role role() const override
-    {
-        return m_row < 0 ? QAccessible::ColumnHeader : QAccessible::Cell;
-    }
-    void *interface_cast(QAccessible::InterfaceType type) override
-    {
-        return m_row >= 0 && type == QAccessible::TableCellInterface
-                   ? static_cast<QAccessibleTableCellInterface *>(this)
-                   : nullptr;
-    }
-    QString text(QAccessible::Text kind) const override
-    {
-        if (kind != QAccessible::Name)
-            return {};
-        return m_row < 0 ? m_table.Headings().value(m_column) : m_table.CellText(m_row, m_column);
-    }
-    void setText(QAccessible::Text, const QString &) override {}
     QRect rect() const override
     {
-        const QRect place = m_table.CellRect(m_row, m_column);
-        const QWidget &viewport = *m_table.Area().viewport();
-        return {viewport.mapToGlobal(place.topLeft()), place.size()};
+        const QRect place = Place();
+        return {m_table.viewport()->mapToGlobal(place.topLeft()), place.size()};
     }
-    QAccessible::State state() const override;
-    QAccessibleInterface *parent() const override { return table(); }
-    QAccessibleInterface *child(int) const override { return nullptr; }
-    QAccessibleInterface *childAt(int, int) const override { return nullptr; }
-    int childCount() const override { return 0; }
-    int indexOfChild(const QAccessibleInterface *) const override { return -1; }
-
-    QAccessibleInterface *table() const override
+    QAccessible::State state() const override
     {
-        return QAccessible::queryAccessibleInterface(&m_table.Area());
+        QAccessible::State state =
+            StateIn(m_table, !Place().isEmpty(), m_table.CurrentRow() == m_row);
+        state.readOnly = m_row >= 0;
+        return state;
     }
     bool isSelected() const override { return m_row >= 0 && m_table.IsChosen(m_row); }
-    int rowIndex() const override { return int(m_row); }
-    int columnIndex() const override { return m_column; }
-    int rowExtent() const override { return 1; }
-    int columnExtent() const override { return 1; }
-    QList<QAccessibleInterface *> rowHeaderCells() const override { return {}; }
-    QList<QAccessibleInterface *> columnHeaderCells() const override
-    {
-        return {m_accessible.child(m_column)};
-    }
-
-    int Number() const { return m_accessible.NumberOf(m_row, m_column); }
 
   private:
-    const DrawnTableAccessible &m_accessible;
-    DrawnTable &m_table;
-    qint64 m_row;
-    int m_column;
-};
+    QString Content() const override { return m_table.CellText(m_row, m_column); }
+    QRect Place() const { return m_table.CellRect(m_row, m_column); }
 
-QAccessible::State DrawnCell::state() const
-{
-    QAccessible::State state;
-    const QWidget &area = m_table.Area();
-    state.offscreen = m_table.CellRect(m_row, m_column).isEmpty();
-    state.invisible = !area.isVisible() || state.offscreen;
-    if (m_row < 0)
-        return state;
-    state.selectable = true;
-    state.selected = isSelected();
-    state.focusable = true;
-    state.focused = area.hasFocus() && m_table.CurrentRow() == m_row;
-    state.readOnly = true;
-    return state;
-}
+    DrawnTable &m_table;
+};
 
 } // namespace
 
 QAccessibleInterface *DrawnTableAccessible::Create(const QString &, QObject *object)
 {
-    auto *area = qobject_cast<QAbstractScrollArea *>(object);
-    auto *table = dynamic_cast<DrawnTable *>(area);
-    return table ? new DrawnTableAccessible(*area, *table) : nullptr;
+    auto *table = qobject_cast<DrawnTable *>(object);
+    return table ? new DrawnTableAccessible(*table) : nullptr;
 }
 
 void DrawnTableAccessible::TellCurrent(DrawnTable &table)
 {
     const auto *accessible =
-        dynamic_cast<DrawnTableAccessible *>(QAccessible::queryAccessibleInterface(&table.Area()));
+        dynamic_cast<DrawnTableAccessible *>(QAccessible::queryAccessibleInterface(&table));
     const int number = accessible ? accessible->NumberOf(table.CurrentRow(), 0) : -1;
     if (number < 0 || !QAccessible::isActive())
         return;
-    QAccessibleEvent event(&table.Area(), QAccessible::Focus);
+    QAccessibleEvent event(&table, QAccessible::Focus);
     event.setChild(number);
     QAccessible::updateAccessibility(&event);
 }
 
-DrawnTableAccessible::DrawnTableAccessible(QWidget &widget, DrawnTable &table)
-    : QAccessibleWidget(&widget, QAccessible::Table), m_table(table)
+DrawnTableAccessible::DrawnTableAccessible(DrawnTable &table)
+    : TableAccessible(table), m_table(table)
 {
 }
 
-DrawnTableAccessible::~DrawnTableAccessible()
+qint64 DrawnTableAccessible::Rows() const
 {
-    for (const QAccessible::Id cell : std::as_const(m_cells))
-        QAccessible::deleteAccessibleInterface(cell);
-}
-
-void *DrawnTableAccessible::interface_cast(QAccessible::InterfaceType type)
-{
-    if (type == QAccessible::TableInterface)
-        return static_cast<QAccessibleTableInterface *>(this);
-    return QAccessibleWidget::interface_cast(type);
-}
-
-int DrawnTableAccessible::rowCount() const
-{
-    return int(std::min<qint64>(m_table.RowCount(), std::numeric_limits<int>::max()));
+    return m_table.RowCount();
 }
 
 int DrawnTableAccessible::columnCount() const
@@ -174,32 +105,11 @@ QAccessibleInterface *DrawnTableAccessible::child(int index) const
     return Cell(line == 0 ? -1 : m_table.SeenRows().first + line - 1, index % columnCount());
 }
 
-QAccessibleInterface *DrawnTableAccessible::Cell(qint64 row, int column) const
+QAccessibleInterface *DrawnTableAccessible::MakeCell(qint64 row, int column) const
 {
-    const std::pair place(row, column);
-    if (const auto known = m_cells.constFind(place); known != m_cells.constEnd())
-        return QAccessible::accessibleInterface(*known);
-    if (m_cells.size() >= MostCells) {
-        for (auto cell = m_cells.begin(); cell != m_cells.end();) {
-            const auto [itsRow, itsColumn] = cell.key();
-            if (NumberOf(itsRow, itsColumn) >= 0) {
-                ++cell;
-                continue;
-            }
-            QAccessible::deleteAccessibleInterface(*cell);
-            cell = m_cells.erase(cell);
-        }
-    }
-    auto *cell = new DrawnCell(*this, row, column);
-    m_cells[place] = QAccessible::registerAccessibleInterface(cell);
-    return cell;
-}
-
-QAccessibleInterface *DrawnTableAccessible::cellAt(int row, int column) const
-{
-    const bool there =
-        row >= 0 && row < m_table.RowCount() && column >= 0 && column < columnCount();
-    return there ? Cell(row, column) : nullptr;
+    if (CellsKept() >= MostCells)
+        DropCells();
+    return new DrawnCell(*this, row, column);
 }
 
 QAccessibleInterface *DrawnTableAccessible::childAt(int x, int y) const
@@ -214,28 +124,7 @@ QAccessibleInterface *DrawnTableAccessible::childAt(int x, int y) const
 QAccessibleInterface *DrawnTableAccessible::focusChild() const
 {
     const qint64 current = m_table.CurrentRow();
-    return m_table.Area().hasFocus() && current >= 0 ? Cell(current, 0) : nullptr;
-}
-
-int DrawnTableAccessible::indexOfChild(const QAccessibleInterface *child) const
-{
-    const auto *cell = dynamic_cast<const DrawnCell *>(child);
-    return cell && cell->table() == this ? cell->Number() : -1;
-}
-
-int DrawnTableAccessible::selectedCellCount() const
-{
-    return int(selectedRows().size()) * columnCount();
-}
-
-QList<QAccessibleInterface *> DrawnTableAccessible::selectedCells() const
-{
-    QList<QAccessibleInterface *> cells;
-    for (const int row : selectedRows()) {
-        for (int column = 0; column < columnCount(); ++column)
-            cells << Cell(row, column);
-    }
-    return cells;
+    return m_table.hasFocus() && current >= 0 ? Cell(current, 0) : nullptr;
 }
 
 int DrawnTableAccessible::selectedRowCount() const

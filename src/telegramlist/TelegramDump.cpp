@@ -12,7 +12,6 @@
 #include "TelegramText.h"
 #include "ViewColours.h"
 
-#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -53,10 +52,8 @@ QString OffsetText(qsizetype row)
 
 } // namespace
 
-TelegramDump::TelegramDump(QWidget *parent) : QAbstractScrollArea(parent), m_hold(*viewport())
+TelegramDump::TelegramDump(QWidget *parent) : DrawnTable(parent), m_hold(*viewport())
 {
-    QAccessible::installFactory(DrawnTableAccessible::Create);
-    setFocusPolicy(Qt::StrongFocus);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     MakeCopies();
     MakeFace();
@@ -267,21 +264,7 @@ void TelegramDump::paintEvent(QPaintEvent *)
 void TelegramDump::resizeEvent(QResizeEvent *event)
 {
     SetBars();
-    QAbstractScrollArea::resizeEvent(event);
-}
-
-void TelegramDump::changeEvent(QEvent *event)
-{
-    QAbstractScrollArea::changeEvent(event);
-    const QEvent::Type type = event->type();
-    if (type == QEvent::StyleChange || type == QEvent::FontChange || type == QEvent::PaletteChange)
-        MakeFace();
-}
-
-void TelegramDump::showEvent(QShowEvent *event)
-{
-    MakeFace(); // the screen's scale is known now
-    QAbstractScrollArea::showEvent(event);
+    DrawnTable::resizeEvent(event);
 }
 
 void TelegramDump::scrollContentsBy(int, int)
@@ -355,7 +338,7 @@ void TelegramDump::keyPressEvent(QKeyEvent *event)
         Q_EMIT Left();
         return;
     default:
-        QAbstractScrollArea::keyPressEvent(event);
+        DrawnTable::keyPressEvent(event);
     }
 }
 
@@ -383,14 +366,14 @@ void TelegramDump::mouseReleaseEvent(QMouseEvent *event)
 
 void TelegramDump::focusInEvent(QFocusEvent *event)
 {
-    QAbstractScrollArea::focusInEvent(event);
+    DrawnTable::focusInEvent(event);
     viewport()->update();
     DrawnTableAccessible::TellCurrent(*this);
 }
 
 void TelegramDump::focusOutEvent(QFocusEvent *event)
 {
-    QAbstractScrollArea::focusOutEvent(event);
+    DrawnTable::focusOutEvent(event);
     viewport()->update();
 }
 

@@ -9,7 +9,6 @@
 #include "MouseHold.h"
 #include "Telegram.h"
 
-#include <QAbstractScrollArea>
 #include <QColor>
 
 #include <array>
@@ -17,7 +16,7 @@
 /// The bytes of one telegram in all representations, eight a row, with the times of the reads that
 /// begin in it; a bar stands in the HEX in front of the first byte of a read. Bytes can be chosen
 /// and copied.
-class TelegramDump final : public QAbstractScrollArea, public DrawnTable
+class TelegramDump final : public DrawnTable
 {
     Q_OBJECT
 
@@ -36,7 +35,6 @@ class TelegramDump final : public QAbstractScrollArea, public DrawnTable
 
     static constexpr int BytesOfARow = 8;
 
-    QAbstractScrollArea &Area() override { return *this; }
     QStringList Headings() const override;
     qint64 RowCount() const override;
     Seen SeenRows() const override;
@@ -54,8 +52,6 @@ class TelegramDump final : public QAbstractScrollArea, public DrawnTable
   protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
@@ -67,7 +63,7 @@ class TelegramDump final : public QAbstractScrollArea, public DrawnTable
   private:
     enum Column { Offset, Hex, Text, Decimal, Binary, Reads, ColumnCount };
 
-    void MakeFace();
+    void MakeFace() override;
     void SetBars();
     void MakeCopies();
     qsizetype Rows() const;

@@ -8,7 +8,6 @@
 #include "TelegramRows.h"
 #include "TelegramText.h"
 
-#include <QAccessible>
 #include <QDateTime>
 #include <QPainter>
 #include <QScopedValueRollback>
@@ -43,14 +42,12 @@ int BitsOfAStep(qint64 rows)
 } // namespace
 
 TelegramList::TelegramList(QWidget *parent)
-    : QAbstractScrollArea(parent), m_header(new TelegramHeader(this)), m_hold(*viewport())
+    : DrawnTable(parent), m_header(new TelegramHeader(this)), m_hold(*viewport())
 {
-    QAccessible::installFactory(DrawnTableAccessible::Create);
-    setFocusPolicy(Qt::StrongFocus);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // what comes and goes would move the columns
     viewport()->setAutoFillBackground(false);
     viewport()->setCursor(Qt::ArrowCursor);
-    MakePainter();
+    MakeFace();
     connect(m_header, &TelegramHeader::Changed, this, [this] {
         SetBars();
         viewport()->update();
@@ -79,7 +76,7 @@ void TelegramList::Show(TelegramRows *rows)
 void TelegramList::SetColours(const DisplaySettings &display)
 {
     m_display = display;
-    MakePainter();
+    MakeFace();
 }
 
 void TelegramList::Refresh()
@@ -207,7 +204,7 @@ void TelegramList::scrollContentsBy(int, int dy)
     viewport()->update();
 }
 
-void TelegramList::MakePainter()
+void TelegramList::MakeFace()
 {
     m_painter =
         std::make_unique<TelegramPainter>(font(), m_display, palette(), devicePixelRatioF());
@@ -238,20 +235,6 @@ void TelegramList::SetSuitedWidths()
     m_header->SetSuited(widths);
 }
 
-void TelegramList::changeEvent(QEvent *event)
-{
-    QAbstractScrollArea::changeEvent(event);
-    const QEvent::Type type = event->type();
-    if (type == QEvent::FontChange || type == QEvent::PaletteChange || type == QEvent::StyleChange)
-        MakePainter();
-}
-
-void TelegramList::showEvent(QShowEvent *event)
-{
-    MakePainter(); // the screen's scale is known now
-    QAbstractScrollArea::showEvent(event);
-}
-
 void TelegramList::resizeEvent(QResizeEvent *event)
 {
     const int height = m_header->sizeHint().height();
@@ -260,7 +243,7 @@ void TelegramList::resizeEvent(QResizeEvent *event)
     m_header->setGeometry(area.left(), area.top() - height, area.width(), height);
     m_header->Fit(area.width());
     ScrollTo(m_follows ? LastTop() : m_top);
-    QAbstractScrollArea::resizeEvent(event);
+    DrawnTable::resizeEvent(event);
 }
 
 TelegramPainter::Cells TelegramList::CellsAt(qreal top) const

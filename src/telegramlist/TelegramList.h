@@ -10,7 +10,6 @@
 #include "TelegramPainter.h"
 #include "TelegramSelection.h"
 
-#include <QAbstractScrollArea>
 #include <QBasicTimer>
 #include <QDate>
 #include <QPointer>
@@ -26,7 +25,7 @@ class TelegramRows;
 /// Telegrams, a row each, of which there may be any number: it asks only for those that are seen.
 /// One row is in hand, any may be chosen. While it follows, the newest row is in sight; it follows
 /// until the user goes elsewhere, and again at the end.
-class TelegramList final : public QAbstractScrollArea, public DrawnTable
+class TelegramList final : public DrawnTable
 {
     Q_OBJECT
 
@@ -65,7 +64,6 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     /// at hand.
     QStringList Texts(qint64 row) const;
 
-    QAbstractScrollArea &Area() override { return *this; }
     QStringList Headings() const override;
     qint64 RowCount() const override;
     Seen SeenRows() const override;
@@ -88,8 +86,6 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     bool viewportEvent(QEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    void changeEvent(QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
     void scrollContentsBy(int dx, int dy) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
@@ -114,7 +110,7 @@ class TelegramList final : public QAbstractScrollArea, public DrawnTable
     void ScrollByHand(qint64 top);
     void BringToSight(qint64 row);
     void SetBars();
-    void MakePainter();
+    void MakeFace() override;
     void SetSuitedWidths();
     bool NoteWidths(const TelegramPainter::Row &row);
     qint64 RowAtPlace(int y) const;

@@ -66,11 +66,5 @@ bool TrafficExporting::MayReplace(const QString &path, const QString &title)
 {
     if (!m_parts.files.System().Exists(path))
         return true;
-    return m_parts.prompts.ShowMessage(
-               {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
-                            .arg(FileName::Shown(path)),
-                .icon = PromptIcon::Exclamation,
-                .buttons = PromptButtons::YesNo,
-                .defaultAnswer = PromptAnswer::No,
-                .caption = title}) == PromptAnswer::Yes;
+    return m_parts.prompts.ShowMessage(ReplaceQuestion(path, title)) == PromptAnswer::Yes;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "FileDialogRequest.h"
+#include "FileName.h"
 #include "PrintDialogRequest.h"
 #include "WorkProgress.h"
 
@@ -124,4 +125,16 @@ inline MessagePrompt ExclamationMessage(const QString &text)
 inline MessagePrompt InformationMessage(const QString &text)
 {
     return {.text = text, .icon = PromptIcon::Information};
+}
+
+/// Whether a file may take the place of the one that is there.
+inline MessagePrompt ReplaceQuestion(const QString &path,
+                                     const QString &caption = MessagePrompt().caption)
+{
+    return {.text = QStringLiteral("%1 already exists. Do you want to replace it?")
+                        .arg(FileName::Shown(path)),
+            .icon = PromptIcon::Exclamation,
+            .buttons = PromptButtons::YesNo,
+            .defaultAnswer = PromptAnswer::No,
+            .caption = caption};
 }
