@@ -23,7 +23,7 @@ namespace ResponseText
 
 QString Name(const ResponseKey &key)
 {
-    const QString name = PlainText(CodePage1252::ToUnicode(key.name));
+    QString name = PlainText(CodePage1252::ToUnicode(key.name));
     switch (key.kind) {
     case ResponseKey::Kind::Speech:
         return QStringLiteral("channel %1 speaks, channel %2 answers")

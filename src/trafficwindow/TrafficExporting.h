@@ -5,7 +5,7 @@
 
 #include "Result.h"
 
-#include <QString>
+#include <QStringList>
 
 #include <functional>
 
