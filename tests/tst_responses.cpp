@@ -114,6 +114,23 @@ class tst_responses : public QObject
         }
     }
 
+    void NamesWithoutNumber()
+    {
+        QList<TrafficEvent> events = EventsOf({"0 < x =Again"});
+        for (int i = 0; i < 6000; ++i) {
+            events << EventsOf({"1 < x =N" + QByteArray::number(i)});
+            events.last().time.wall += i * Millisecond;
+        }
+        events << EventsOf({"9000 < x =Again"});
+        ResponseScan scan(TelegramScript::SourceOf(CaptureOf(events, {{"A", {}, 0}})), {}, {});
+        ResponseStatistics statistics;
+        QVERIFY(scan.Advance(statistics, Longest));
+        const QList<ResponseRow> rows = statistics.Rows();
+        QCOMPARE(rows.size(), qsizetype(ResponseScan::MostKeys) + 1);
+        QCOMPARE(TextOf(rows.first()), "Again received: 2; 9000 last, 9000 9000 9000 9000");
+        QVERIFY(TextOf(rows.last()).startsWith("all others received: 1905; 1 last"));
+    }
+
     void Overdue()
     {
         ResponseScan scan(SourceOf({"0 > ask =Ask", "1 < x", "2 > ask =Ask"}), {}, {});

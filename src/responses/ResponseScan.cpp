@@ -79,9 +79,21 @@ void ResponseScan::TakeSent(ResponseConsumer &consumer, const Moment &at, bool b
         return;
     }
     Ask(consumer, question,
-        {said.answer ? ResponseKey::Kind::Answer : ResponseKey::Kind::ByHand, at.channel,
-         said.names.join("; ")},
+        KeyOf(said.answer ? ResponseKey::Kind::Answer : ResponseKey::Kind::ByHand, at.channel,
+              said.names.join("; ")),
         at);
+}
+
+/// Strangers' captures may have names without number or end.
+ResponseKey ResponseScan::KeyOf(ResponseKey::Kind kind, int channel, const QByteArray &name)
+{
+    constexpr qsizetype LongestName = 512;
+    ResponseKey key = {kind, channel, name.left(LongestName)};
+    if (m_keys.size() < MostKeys)
+        m_keys.insert(key);
+    else if (!name.isEmpty() && m_keys.count(key) == 0)
+        key.name = OtherNames;
+    return key;
 }
 
 void ResponseScan::TakeReceived(ResponseConsumer &consumer, const Moment &at, bool begins,
@@ -102,7 +114,7 @@ void ResponseScan::Detect(ResponseConsumer &consumer, const Moment &at, const QB
 {
     if (at.wall <= m_limits.since)
         return;
-    const ResponseKey key = {ResponseKey::Kind::Detection, at.channel, name};
+    const ResponseKey key = KeyOf(ResponseKey::Kind::Detection, at.channel, name);
     consumer.Count(key);
     const auto [last, isFirst] = m_detected.try_emplace(key, at.time);
     if (!isFirst)

@@ -10,6 +10,7 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <set>
 
 /// Finds who answered whom in a source, and when. A question is what was sent at once, or what a
 /// channel said; the answer is the first that is received behind it, on the same channel or on the
@@ -19,6 +20,10 @@ class ResponseScan final
   public:
     ResponseScan(std::shared_ptr<const TelegramSource> source, const TelegramRule &rule,
                  const ResponseLimits &limits);
+
+    /// A capture may have more names than that; the others are counted together, as OtherNames.
+    static constexpr size_t MostKeys = 4096;
+    static constexpr const char *OtherNames = "all others";
 
     /// Tells what there is by now. False if there may be more, behind that many reads and writes.
     bool Advance(ResponseConsumer &consumer, qint64 most);
@@ -54,15 +59,16 @@ class ResponseScan final
                       const TrafficEvent &said);
     void Detect(ResponseConsumer &consumer, const Moment &at, const QByteArray &name);
     void Ask(ResponseConsumer &consumer, Question &question, ResponseKey key, const Moment &at);
+    ResponseKey KeyOf(ResponseKey::Kind kind, int channel, const QByteArray &name);
     static void Extend(Question &question, const Moment &at);
     void Answer(ResponseConsumer &consumer, Question &question, const Moment &at) const;
     void Expire(ResponseConsumer &consumer, qint64 time);
-    void Forget();
 
     TelegramScan m_scan;
     const ResponseLimits m_limits;
     bool m_twoChannels = false;
-    std::array<Question, 2> m_sent;           ///< by channel
-    std::array<Question, 2> m_speech;         ///< by who speaks
+    std::array<Question, 2> m_sent;   ///< by channel
+    std::array<Question, 2> m_speech; ///< by who speaks
+    std::set<ResponseKey> m_keys;
     std::map<ResponseKey, qint64> m_detected; ///< when last
 };
