@@ -125,6 +125,7 @@ QVariant ResponsesModel::data(const QModelIndex &index, int role) const
     const int column = index.column();
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::ToolTipRole: // columns may be narrow
         return Text(row, column);
     case NumberRole:
         return column <= Event ? QVariant(Text(row, column)) : QVariant(NumberIn(row, column));

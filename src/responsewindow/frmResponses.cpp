@@ -32,7 +32,7 @@
 namespace
 {
 
-constexpr QSize UsualSize(940, 580);
+constexpr QSize UsualSize(1020, 600);
 /// As wide as what usually stands in a column; the first one takes what is free as well.
 constexpr std::array<const char *, ResponsesModel::Columns> WidestTexts = {"Identification request",
                                                                            "sent as answer",
@@ -109,6 +109,7 @@ void frmResponses::MakeList()
     header.setStretchLastSection(false);
     for (int column = 0; column < ResponsesModel::Columns; ++column)
         header.resizeSection(column, UsualWidth(column));
+    lstResponses->viewport()->installEventFilter(this);
     connect(lstResponses->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             &frmResponses::Choose);
 }
@@ -281,14 +282,17 @@ void frmResponses::StorePlace()
     m_settings.Height = place.height();
 }
 
-void frmResponses::resizeEvent(QResizeEvent *event)
+/// What the columns leave free belongs to the first one.
+bool frmResponses::eventFilter(QObject *watched, QEvent *event)
 {
-    QWidget::resizeEvent(event);
-    const QHeaderView &header = *lstResponses->header();
-    const int others = header.length() - header.sectionSize(ResponsesModel::Sequence);
-    lstResponses->header()->resizeSection(
-        ResponsesModel::Sequence,
-        std::max(UsualWidth(ResponsesModel::Sequence), lstResponses->viewport()->width() - others));
+    if (event->type() == QEvent::Resize) {
+        QHeaderView &header = *lstResponses->header();
+        const int others = header.length() - header.sectionSize(ResponsesModel::Sequence);
+        header.resizeSection(ResponsesModel::Sequence,
+                             std::max(UsualWidth(ResponsesModel::Sequence),
+                                      lstResponses->viewport()->width() - others));
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void frmResponses::showEvent(QShowEvent *event)
