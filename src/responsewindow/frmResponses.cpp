@@ -34,16 +34,17 @@ namespace
 
 constexpr QSize UsualSize(1020, 600);
 /// As wide as what usually stands in a column; the first one takes what is free as well.
-constexpr std::array<const char *, ResponsesModel::Columns> WidestTexts = {"Identification request",
-                                                                           "sent as answer",
-                                                                           "100,000",
-                                                                           "Answered",
-                                                                           "Unanswered",
-                                                                           "10.000000 s",
-                                                                           "10.000000 s",
-                                                                           "10.000000 s",
-                                                                           "10.000000 s",
-                                                                           "10.000000 s"};
+constexpr std::array<const char *, ResponsesModel::Columns> WidestTexts = {
+    "channel 1 speaks, channel 2 answers",
+    "received, channel 2",
+    "100,000",
+    "Answered",
+    "Unanswered",
+    "10.000000 s",
+    "10.000000 s",
+    "10.000000 s",
+    "10.000000 s",
+    "10.000000 s"};
 constexpr qint64 OfMs = 1'000'000;
 
 } // namespace
