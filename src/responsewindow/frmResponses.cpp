@@ -183,6 +183,7 @@ void frmResponses::Count(std::shared_ptr<const TelegramSource> source, const Tel
 {
     const bool isSame = source == m_book.Question().source;
     const qint64 since = isSame ? m_book.Question().limits.since : 0;
+    m_isNew = m_isNew || !isSame;
     m_book.Show({std::move(source), rule, {spnLimit->value() * OfMs, since}});
 }
 
@@ -210,9 +211,10 @@ void frmResponses::ShowOrigin(const QString &text)
 void frmResponses::ShowReport()
 {
     const ResponseBook::Report &report = m_book.Told();
-    // While all is counted anew, what was counted before stays to be seen.
-    if (!report.rows.isEmpty() || report.isWhole || !m_book.Question().source)
+    // While the same is counted anew, what was counted before stays to be seen.
+    if (m_isNew || report.isWhole)
         m_model->Show(report.rows, report.twoChannels);
+    m_isNew = m_isNew && !report.isWhole;
     ChooseAgain();
     ShowPlots();
     ShowState();

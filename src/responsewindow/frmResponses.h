@@ -69,6 +69,7 @@ class frmResponses final : public QWidget
     ResponseBook m_book;
     std::optional<ResponseKey> m_chosen;
     QString m_origin;
+    bool m_isNew = false; ///< what is counted: nothing of it has been shown whole
     ResponsesModel *m_model;
     QSortFilterProxyModel *m_sorted;
     QSplitter *m_splitter;
