@@ -1,9 +1,12 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureBookmarks.h"
 #include "CaptureEncoder.h"
 #include "CapturePages.h"
+#include "CaptureSection.h"
 #include "CaptureTraffic.h"
+#include "PcapBlocks.h"
 #include "PlainText.h"
 #include "TextStyle.h"
 #include "support/Cases.h"
@@ -163,9 +166,10 @@ class Foreign
         const quint64 length = quint64(body.size()) + 12;
         return Numbers({{4, type}, {4, length}}) + body + Numbers({{4, length}});
     }
-    QByteArray Section() const
+    QByteArray Section(const QByteArray &options = {}) const
     {
-        return Block(0x0A0D0D0A, Numbers({{4, 0x1A2B3C4D}, {2, 1}, {2, 0}, {8, ~quint64(0)}}));
+        return Block(0x0A0D0D0A,
+                     Numbers({{4, 0x1A2B3C4D}, {2, 1}, {2, 0}, {8, ~quint64(0)}}) + options);
     }
     QByteArray Interface(const QByteArray &options = {}, int linkType = 250, quint64 snap = 0) const
     {
@@ -446,6 +450,76 @@ class tst_captures : public QObject
         for (qsizetype end = CapturePages::PageSize; end < large - 100;
              end += CapturePages::PageSize)
             QCOMPARE(Read(filled.first(end)).damage, QString());
+    }
+
+    void BookmarksOfOthersCaptures_data()
+    {
+        const Cases<QByteArray, QByteArray> row("before", "after");
+        const QByteArray ours = "bookmark at 2023-11-14T22:13:20.000000000Z";
+        const QByteArray old = "bookmark at 2001-01-01T00:00:00.000000000Z: old";
+        for (const auto order : {QDataStream::LittleEndian, QDataStream::BigEndian}) {
+            const Foreign foreign(order);
+            const QByteArray end(4, '\0');
+            const QByteArray hardware = foreign.Option(2, "a machine");
+            const QByteArray note = foreign.Option(1, "bookmark at noon");
+            const char *name = order == QDataStream::BigEndian ? "big endian" : "little endian";
+            const auto add = [&](const char *what, const QByteArray &before,
+                                 const QByteArray &after) {
+                row(qPrintable(QString("%1, %2").arg(what, name)), foreign.Section(before),
+                    foreign.Section(foreign.Option(1, ours) + after));
+            };
+            add("without options", {}, end);
+            add("with options", hardware + note + end, hardware + note + end);
+            add("with bookmarks", foreign.Option(1, old) + note + foreign.Option(1, ours) + end,
+                note + end);
+            add("with options that do not end", note + hardware, note + hardware);
+            add("with half an option", note + hardware.first(8), note + hardware.first(8));
+        }
+    }
+
+    /// Nothing changes but bookmarks, and they come back.
+    void BookmarksOfOthersCaptures()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        const auto section = CaptureSection::Of(ScriptedDisk::Reader(before + "packets"));
+        QVERIFY(section && section->Length() == before.size());
+        const QList<CaptureBookmark> bookmarks = {{Start, {}}};
+        QCOMPARE(CaptureBookmarks::SectionWith(*section, bookmarks).toHex(' '), after.toHex(' '));
+        QCOMPARE(CaptureBookmarks::In(ScriptedDisk::Reader(after)), bookmarks);
+        for (qsizetype size = 0; size < before.size(); ++size)
+            QVERIFY(!CaptureSection::Of(ScriptedDisk::Reader(before.first(size))));
+    }
+
+    void PcapBecomesPcapNg_data()
+    {
+        const Cases<QDataStream::ByteOrder, quint64, int> row("order", "magic", "resolution");
+        row("microseconds", QDataStream::LittleEndian, 0xA1B2C3D4, 6);
+        row("nanoseconds, big endian", QDataStream::BigEndian, 0xA1B23C4D, 9);
+    }
+    void PcapBecomesPcapNg()
+    {
+        QFETCH(QDataStream::ByteOrder, order);
+        QFETCH(quint64, magic);
+        QFETCH(int, resolution);
+        const QByteArray one = Foreign::Record(2, "one"), two = Foreign::Record(77, {});
+        const QByteArray file = Foreign(order).Pcap(magic, {{250, one}, {250000, two}});
+        const QByteArray head = PcapBlocks::HeadOf(ScriptedDisk::Reader(file));
+        QVERIFY(PcapBlocks::HeadOf(ScriptedDisk::Reader(file.first(23))).isEmpty());
+        QVERIFY(PcapBlocks::HeadOf(ScriptedDisk::Reader(file.sliced(1))).isEmpty());
+        const PcapBlocks packets(head);
+        const Foreign made(QDataStream::LittleEndian);
+        QCOMPARE(
+            packets.Interface(),
+            made.Interface(made.Option(9, QByteArray(1, char(resolution))) + QByteArray(4, '\0'),
+                           250, 65535));
+        const quint64 second = Start / Second * (resolution == 9 ? 1'000'000'000 : 1'000'000);
+        const QByteArrayView bytes = QByteArrayView(file).sliced(head.size());
+        QByteArray blocks;
+        QCOMPARE(packets.Append(blocks, bytes.chopped(1)), 16 + one.size());
+        QCOMPARE(packets.Append(blocks, bytes.sliced(16 + one.size())), 16 + two.size());
+        QCOMPARE(blocks, made.Packet(second + 250, one) + made.Packet(second + 250000, two));
+        QCOMPARE(packets.Append(blocks, QByteArray(16, '\xFF')), -1);
     }
 
     void StrangersTextIsPlain()

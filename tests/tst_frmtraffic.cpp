@@ -2,13 +2,21 @@
 // SPDX-License-Identifier: MIT
 
 #include "CaptureSource.h"
+#include "MdRecord.h"
+#include "MdTraffic.h"
+#include "OpenFiles.h"
+#include "RecordSettings.h"
+#include "RunState.h"
 #include "TelegramBook.h"
 #include "TelegramHeader.h"
 #include "TelegramList.h"
 #include "WindowSettings.h"
 #include "frmTelegramRule.h"
 #include "frmTraffic.h"
-#include "support/ScriptedDisk.h"
+#include "support/Cases.h"
+#include "support/FixedClock.h"
+#include "support/MemoryRecordFolder.h"
+#include "support/ScriptedPrompts.h"
 #include "support/TestCapture.h"
 
 #include <QCheckBox>
@@ -87,6 +95,63 @@ class tst_frmtraffic : public QObject
         QTRY_COMPARE(Text("lblChosen"),
                      QStringLiteral("2 rows: 16 bytes, 200.000 ms from first to last"));
         QVERIFY(Text("lblTelegram").startsWith(QStringLiteral("No. 3 ")));
+    }
+
+    void tellsWhereTelegramsComeFrom_data()
+    {
+        const Cases<qint32, qint64, QStringList, QString, QString> row("bound", "room", "devices",
+                                                                       "source", "times");
+        const qint64 plenty = ScriptedDisk::Plenty;
+        const QString record = QStringLiteral("Record of this session since ");
+        const QString memory =
+            QStringLiteral("From memory, the last 64 MiB: the session's record ");
+        const QString reads = QStringLiteral("Times of reads");
+        const QString adapter = reads + QStringLiteral("; the adapter may add up to 16 ms");
+        row("no port is open", 1, plenty, {}, record, adapter);
+        row("no adapter", 1, plenty, {"/dev/ttyS97", "/dev/pts/97"}, record, reads);
+        row("an adapter that does not tell", 1, plenty, {"/dev/ttyS97", "/dev/ttyUSB97"}, record,
+            adapter);
+        row("a port elsewhere", 1, plenty, {"/dev/ttyUSB97", "rfc2217://there:1"}, record,
+            reads + QStringLiteral("; server and network add their own"));
+        row("no record", 0, plenty, {"/dev/ttyS97"}, memory + QStringLiteral("is switched off"),
+            reads);
+        row("a full disk", 1, 0, {"/dev/ttyS97"},
+            memory + QStringLiteral("cannot be written: No space left on device"), reads);
+    }
+
+    void tellsWhereTelegramsComeFrom()
+    {
+        QFETCH(qint32, bound);
+        QFETCH(qint64, room);
+        QFETCH(QStringList, devices);
+        const auto folder = std::make_shared<MemoryRecordFolder>();
+        folder->room = room;
+        RecordSettings settings{bound};
+        QString lastFolder;
+        ScriptedDisk disk;
+        OpenFiles files(disk);
+        ScriptedPrompts prompts;
+        const FixedClock clock;
+        const RunState run;
+        MdRecord record({settings, lastFolder, files, prompts, clock, run}, folder, "test");
+        record.ApplySettings();
+        record.Consumer().Begin({.ports = {{"COM1", {}, 9600}}});
+        TrafficEvent event;
+        event.time.wall = 1'700'000'000'000'000'000;
+        event.bytes = "here";
+        record.Consumer().Take(event);
+        record.Keep();
+        MdTraffic traffic({record, m_display, m_settings, [&devices] { return devices; }});
+        traffic.Show();
+        const auto text = [&traffic](const char *label) {
+            return traffic.Window()->findChild<QLabel *>(label)->text();
+        };
+        QFETCH(QString, source);
+        QFETCH(QString, times);
+        QVERIFY2(text("lblSource").startsWith(source), qPrintable(text("lblSource")));
+        QCOMPARE(text("lblTimes"), times);
+        QTRY_COMPARE(traffic.Window()->List().CellText(0, int(TelegramColumn::Text)), "here");
+        record.Finish();
     }
 
     /// What was looked at is found again by its time; the rule is remembered.

@@ -1,9 +1,14 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureBookmarks.h"
+#include "CaptureJoiner.h"
 #include "RichTextBox.h"
 #include "SQSendSequenceList.h"
+#include "TelegramBook.h"
+#include "TelegramList.h"
 #include "UnsavedProject.h"
+#include "frmTraffic.h"
 #include "support/Cases.h"
 #include "support/ProgramBench.h"
 #include "support/PtyPair.h"
@@ -118,6 +123,53 @@ class tst_programcaptures : public QObject
         QCOMPARE(log.open(QIODevice::ReadOnly), isCapture);
         QCOMPARE(log.isOpen() ? log.readAll() : QByteArray(), bench.Shown());
         QCOMPARE(bench.store.texts["Communication/CommType"], "0");
+    }
+
+    /// The user is asked before bookmarks are lost; the copy is the capture with them.
+    void BookmarksOfAnOpenedCaptureOutliveTheProgram()
+    {
+        const QTemporaryDir folder;
+        TrafficEvent event;
+        event.bytes = "stops";
+        event.time.wall = 1'700'000'000'000'000'000;
+        const QByteArray capture = CaptureOf({event}, {{"A", {}, 0}});
+        const QString path = folder.filePath("x.pcapng"), copy = folder.filePath("y.pcapng");
+        const auto bytesOf = [](const QString &name) {
+            QFile file(name);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        };
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(capture);
+        file.close();
+        ProgramBench bench;
+        bench.prompts.chosen = {path, copy};
+        bench.prompts.answers = {PromptAnswer::Cancel, PromptAnswer::Yes};
+        frmTraffic *window = nullptr;
+        const auto act = [&window](const char *action) {
+            return [&window, action] { window->findChild<QAction *>(action)->trigger(); };
+        };
+        const auto close = [&] { bench.program->Execute(Command::Exit); };
+        bench.Run({{[&] {
+                        bench.program->Execute(Command::Traffic);
+                        for (QWidget *each : QApplication::topLevelWidgets())
+                            window = window ? window : qobject_cast<frmTraffic *>(each);
+                        act("mnuTrafficOpen")();
+                    },
+                    [&] { return window->Book().End() == 1; }},
+                   {[&] { window->List().GoTo(0); }, [&] { return window->Book().Row(0); }},
+                   {act("mnuTrafficBookmark")},
+                   {close, [&] { return bench.prompts.shown.size() == 1; }},
+                   {close, [&] { return !bytesOf(copy).isEmpty(); }}});
+        QVERIFY(!bench.stuck);
+        QCOMPARE(bench.prompts.shown.size(), 2);
+        QCOMPARE(bench.prompts.shown[0].text, "Save changes to the bookmarks of x.pcapng?");
+        QCOMPARE(bench.prompts.asked.last().name, "x with bookmarks.pcapng");
+        QCOMPARE(bytesOf(path), capture);
+        CaptureJoiner joiner({CaptureBookmarks::CommentOf({event.time.wall, {}})});
+        QByteArray expected;
+        joiner.Append(expected, capture);
+        QCOMPARE(bytesOf(copy).toHex(' '), expected.toHex(' '));
     }
 
     void TheReplayWindowHasHandsOnIt()

@@ -17,6 +17,7 @@
 #include <QDir>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <csignal>
@@ -142,6 +143,14 @@ class Session
     int m_number = 0;
 };
 
+/// What a program says.
+QByteArray Told(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    return process.waitForFinished() ? process.readAllStandardOutput() : "did not end";
+}
+
 int ModeOf(const QString &path)
 {
     struct stat status = {};
@@ -186,20 +195,31 @@ class tst_record : public QObject
         QCOMPARE(CaptureBookmarks::In(ScriptedDisk::Reader(session.disk.files["/a/saved.pcapng"])),
                  bookmarks);
 
-        // Other programs tell the ports apart.
-        QTemporaryDir place;
-        QFile file(place.filePath("saved.pcapng"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(session.disk.files["/a/saved.pcapng"]);
-        file.close();
-        QProcess tshark;
-        tshark.start("tshark", {"-r", file.fileName(), "-T", "fields", "-e", "frame.interface_name",
-                                "-e", "data.data", "-e", "frame.time_epoch"});
-        QVERIFY(tshark.waitForFinished());
-        QCOMPARE(tshark.readAllStandardOutput(), "COM1\t6f6e65\t1700000000.000000001\n"
-                                                 "COM3\t74776f\t1700000000.000000003\n"
-                                                 "COM4\t7468726565\t1700000000.000000004\n"
-                                                 "COM1\t666f7572\t1700000000.000000005\n");
+        // Other programs tell the ports apart, in a copy with other bookmarks, too.
+        const auto saved =
+            std::make_shared<ScriptedDisk::Reader>(session.disk.files["/a/saved.pcapng"]);
+        session.prompts.chosen = {"/a/copy"};
+        QVERIFY(session.record.SaveCopy({saved, {{Start + 4, "new"}}}, "saved.pcapng"));
+        QCOMPARE(session.prompts.asked.last().name, "saved with bookmarks.pcapng");
+        const QByteArray packets = "COM1\t6f6e65\t1700000000.000000001\n"
+                                   "COM3\t74776f\t1700000000.000000003\n"
+                                   "COM4\t7468726565\t1700000000.000000004\n"
+                                   "COM1\t666f7572\t1700000000.000000005\n";
+        for (const char *path : {"/a/saved.pcapng", "/a/copy.pcapng"}) {
+            QTemporaryFile file;
+            QVERIFY(file.open());
+            file.write(session.disk.files[path]);
+            file.close();
+            QCOMPARE(
+                Told("tshark", {"-r", file.fileName(), "-T", "fields", "-e", "frame.interface_name",
+                                "-e", "data.data", "-e", "frame.time_epoch"}),
+                packets);
+            const QByteArray comments = Told("capinfos", {"-k", file.fileName()});
+            const bool isCopy = path == QByteArray("/a/copy.pcapng");
+            QVERIFY2(comments.contains("20.000000004Z: new") == isCopy, comments);
+            QVERIFY2(comments.contains(": 1") != isCopy, comments);
+            QVERIFY2(comments.contains("a comment"), comments);
+        }
         session.prompts.answers = {PromptAnswer::No};
         session.prompts.chosen = {"/a/saved.pcapng"};
         session.record.SaveCapture();

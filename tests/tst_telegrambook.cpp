@@ -11,6 +11,9 @@
 
 #include <QSignalSpy>
 
+#include <condition_variable>
+#include <mutex>
+
 using namespace TelegramScript;
 
 namespace
@@ -47,6 +50,33 @@ QByteArray BytesOf(TelegramBook &book, qint64 row)
     const Telegram *telegram = book.Row(row);
     return telegram ? telegram->bytes : QByteArray();
 }
+
+/// A capture whose third quarter the disk does not give while it hangs.
+class HangingFile final : public InputDevice
+{
+  public:
+    explicit HangingFile(const QByteArray &file) : m_file(file) {}
+
+    Given ReadAt(qint64 place, char *bytes, qint64 most) const override
+    {
+        std::unique_lock lock(m_lock);
+        m_changed.wait(lock, [&] { return !m_hangs || place * 4 / Size() != 2; });
+        return m_file.ReadAt(place, bytes, most);
+    }
+    qint64 Size() const override { return m_file.Size(); }
+    void SetHangs(bool hangs)
+    {
+        const std::lock_guard lock(m_lock);
+        m_hangs = hangs;
+        m_changed.notify_all();
+    }
+
+  private:
+    const ScriptedDisk::Reader m_file;
+    mutable std::mutex m_lock; ///< guards what follows
+    mutable std::condition_variable m_changed;
+    bool m_hangs = false;
+};
 
 /// The rows of a book once it has them all.
 QByteArrayList BytesOfAll(TelegramBook &book)
@@ -181,7 +211,50 @@ class tst_telegrambook : public QObject
         QTRY_COMPARE(row(), 94);
     }
 
-    /// A rule that is given up leaves what was shown before, a filter all rows, a search nothing.
+    void GoesBackFromWhatIsUnderWay_data()
+    {
+        using Act = std::function<void(TelegramBook &)>;
+        const Cases<Act, Progress::Work, Act> row("begin", "work", "goBack");
+        const Act cancel = [](TelegramBook &book) { book.Cancel(); };
+        const Act cut = [](TelegramBook &book) { book.SetRule({.fixedLength = 1}); };
+        const Act filter = [](TelegramBook &book) { book.SetFilter({.contains = "9"}); };
+        row("cutting by another rule", cut, Progress::Work::Cutting, cancel);
+        row(
+            "cutting by a second other rule",
+            [cut](TelegramBook &book) {
+                cut(book);
+                book.SetRule({.fixedLength = 2});
+            },
+            Progress::Work::Cutting, cancel);
+        row("a filter", filter, Progress::Work::Filtering, cancel);
+        row("a filter that is taken off", filter, Progress::Work::Filtering,
+            [](TelegramBook &book) { book.SetFilter({}); });
+    }
+
+    /// Even while the disk hangs: all rows are there again, by the rule before.
+    void GoesBackFromWhatIsUnderWay()
+    {
+        QFETCH(std::function<void(TelegramBook &)>, begin);
+        QFETCH(Progress::Work, work);
+        QFETCH(std::function<void(TelegramBook &)>, goBack);
+        constexpr int Count = 30'000;
+        const auto file = std::make_shared<HangingFile>(Head() + Numbered(0, Count));
+        TelegramBook book;
+        book.Show(std::make_shared<CaptureSource>(file));
+        QTRY_VERIFY(IsIdle(book) && book.End() == Count);
+        file->SetHangs(true);
+        begin(book);
+        QTRY_VERIFY(book.End() > 100);
+        QCOMPARE(book.Background().work, work);
+        goBack(book);
+        QTRY_COMPARE(book.End(), Count);
+        QTRY_COMPARE(BytesOf(book, 77), "77");
+        QVERIFY(IsIdle(book) && book.Rule() == TelegramRule() && book.Filter().IsEmpty());
+        file->SetHangs(false);
+        QTRY_COMPARE(BytesOf(book, Count - 1), QByteArray::number(Count - 1));
+    }
+
+    /// Cutting that is given up for the first time leaves what has been cut, a search nothing.
     void Cancels()
     {
         TelegramBook book;

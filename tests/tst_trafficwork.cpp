@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
+#include "CaptureJoiner.h"
 #include "CaptureSource.h"
 #include "OpenFiles.h"
 #include "RunState.h"
@@ -80,6 +81,11 @@ struct Desk {
                      book.Show(std::move(capture));
                  },
                  [this] { book.Show(record); }, [] { return false; }, [this] { made << "saved"; },
+                 [this](const auto &, const QString &name, const auto &of) {
+                     made << "copy " + name.toUtf8() + ": " +
+                                 CaptureBookmarks::CommentsOf(of).join('|').toUtf8();
+                     return saves;
+                 },
                  [this](const QString &path, QWidget &) { made << "judge " + path.toUtf8(); },
                  [this](const QString &path) { made << "replay " + path.toUtf8(); }},
                 responses});
@@ -118,6 +124,7 @@ struct Desk {
     QString folder;
     RunState run;
     bool maySend = true;
+    bool saves = true;
     QByteArrayList made; ///< what was asked of the program
     std::shared_ptr<TelegramBookmarks> bookmarks = std::make_shared<TelegramBookmarks>();
     std::shared_ptr<const TelegramSource> record;
@@ -395,7 +402,6 @@ class tst_trafficwork : public QObject
         desk.Do("mnuTrafficOpen");
         QTRY_COMPARE(desk.book.CountOfAll(), 2);
         QCOMPARE(desk.window.windowTitle(), "Traffic - a&b.pcapng");
-        QVERIFY(!desk.Find<QAction>("mnuTrafficSave")->isEnabled());
         desk.GoTo(1);
         QTRY_VERIFY(desk.book.Row(1));
         desk.Do("mnuTrafficBookmark"); // of the capture alone
@@ -418,6 +424,41 @@ class tst_trafficwork : public QObject
         QApplication::sendEvent(&desk.window, &drop);
         QTRY_COMPARE(desk.book.CountOfAll(), 2);
         QTRY_COMPARE(desk.CellOf(1, TelegramColumn::Marks), "\u2691 bookmark, after a gap");
+    }
+
+    /// They are lost with the capture that is shown, and nobody is asked if none would be.
+    void ChangedBookmarksAreAskedFor()
+    {
+        Desk desk;
+        const QString bookmark =
+            CaptureBookmarks::CommentOf({Start + Second, QStringLiteral("there")});
+        CaptureJoiner joiner({bookmark});
+        joiner.Append(desk.disk.files["/c/a.pcapng"],
+                      Capture({{Kind::Received, "x"}, {Kind::Received, "y"}}));
+        desk.disk.files["/c/b.pcapng"] = Capture({{Kind::Received, "z"}});
+        desk.prompts.chosen = {"/c/a.pcapng", "/c/b.pcapng", "/c/b.pcapng", "/c/b.pcapng"};
+        desk.Do("mnuTrafficOpen");
+        QTRY_COMPARE(desk.CellOf(1, TelegramColumn::Marks), "\u2691 there, after a gap");
+        QVERIFY(desk.work->AskSaveBookmarks() && desk.prompts.shown.isEmpty());
+        desk.GoTo(0);
+        QTRY_VERIFY(desk.book.Row(0));
+        desk.Do("mnuTrafficBookmark");
+        desk.Do("mnuTrafficSave");
+        const QByteArray copy =
+            "copy a.pcapng: bookmark at 2023-11-14T22:13:20.000000000Z|" + bookmark.toUtf8();
+        QCOMPARE(desk.made, QByteArrayList{copy});
+        QVERIFY(desk.work->AskSaveBookmarks() && desk.prompts.shown.isEmpty());
+        desk.Do("mnuTrafficBookmark"); // takes it away
+        desk.saves = false;
+        desk.prompts.answers = {PromptAnswer::Cancel, PromptAnswer::Yes, PromptAnswer::No};
+        for (int asked = 1; asked <= 3; ++asked) {
+            QCOMPARE(desk.window.windowTitle(), "Traffic - a.pcapng");
+            desk.Do("mnuTrafficOpen"); // to stay, to save what fails, to give them up
+            QCOMPARE(desk.prompts.shown.size(), asked);
+        }
+        QCOMPARE(desk.prompts.shown.last().text, "Save changes to the bookmarks of a.pcapng?");
+        QCOMPARE(desk.made, (QByteArrayList{copy, "copy a.pcapng: " + bookmark.toUtf8()}));
+        QCOMPARE(desk.window.windowTitle(), "Traffic - b.pcapng");
     }
 };
 

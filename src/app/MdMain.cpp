@@ -201,7 +201,8 @@ void MdMain::MakeWindow()
         m_record, m_display, m_trafficSettings, [this] { return m_ports->OpenDevices(); }});
     connect(m_traffic.get(), &MdTraffic::Made, this, &MdMain::WorkOnTraffic);
     m_window->AskSaveChanges = [this] {
-        const bool mayClose = m_project.AskSaveChanges();
+        const bool mayClose =
+            m_project.AskSaveChanges() && (!m_trafficWork || m_trafficWork->AskSaveBookmarks());
         if (mayClose)
             m_recovery.Drop();
         return mayClose;
@@ -240,6 +241,10 @@ void MdMain::WorkOnTraffic(frmTraffic &window)
         [this] { m_traffic->ShowSession(); },
         [this] { return m_comm.TwoChannels(); },
         [this] { m_record.SaveCapture(); },
+        [this](const std::shared_ptr<const InputDevice> &capture, const QString &name,
+               const QList<CaptureBookmark> &of) {
+            return m_record.SaveCopy({capture, of}, name);
+        },
         [this](const QString &path, QWidget &owner) { m_judging.Judge(path, owner); },
         [this](const QString &path) { m_replay->Replay().Start(path); }};
     m_trafficWork = std::make_unique<TrafficWork>(

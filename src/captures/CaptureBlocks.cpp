@@ -3,6 +3,7 @@
 
 #include "CaptureBlocks.h"
 
+#include "BlockWriting.h"
 #include "CaptureFormat.h"
 
 #include <QtEndian>
@@ -58,11 +59,6 @@ quint32 TypeOf(QByteArrayView block)
     return NumberAt(block, 0);
 }
 
-quint32 ToldLength(QByteArrayView block)
-{
-    return NumberAt(block, LengthPlace);
-}
-
 Packet PacketOf(QByteArrayView block)
 {
     if (block.size() < ShortestPacket || TypeOf(block) != EnhancedPacket)
@@ -88,39 +84,14 @@ QByteArray WithComments(QByteArrayView block, const QStringList &comments)
         return block.toByteArray();
     const qsizetype options = TypeOf(block) == SectionHeader ? SectionOptions : InterfaceOptions;
     QByteArray longer = block.first(options).toByteArray();
-    for (const QString &comment : comments) {
-        const QByteArray text = comment.toUtf8();
-        QByteArray option(LengthPlace, '\0');
-        SetNumber(option, 0, Comment | quint32(text.size()) << 16);
-        option += text;
-        option.append((Alignment - option.size() % Alignment) % Alignment, '\0');
-        longer += option;
-    }
+    for (const QString &comment : comments)
+        BlockWriting::AppendOption(longer, Comment, comment.toUtf8());
     if (block.size() == options + LengthPlace) // it had none
         longer.append(LengthPlace, '\0');
     longer += block.sliced(options);
     SetNumber(longer, LengthPlace, quint32(longer.size()));
     SetNumber(longer, longer.size() - LengthPlace, quint32(longer.size()));
     return longer;
-}
-
-QStringList CommentsOf(QByteArrayView section)
-{
-    QStringList comments;
-    if (LengthOf(section) < SectionOptions || TypeOf(section) != SectionHeader)
-        return comments;
-    QByteArrayView rest = section.first(LengthOf(section) - LengthPlace).sliced(SectionOptions);
-    while (rest.size() >= LengthPlace) {
-        const quint32 head = NumberAt(rest, 0);
-        const qsizetype length = head >> 16;
-        const qsizetype whole = LengthPlace + (length + Alignment - 1) / Alignment * Alignment;
-        if (whole > rest.size() || quint16(head) == EndOfOptions)
-            break;
-        if (quint16(head) == Comment)
-            comments << QString::fromUtf8(rest.sliced(LengthPlace, length));
-        rest = rest.sliced(whole);
-    }
-    return comments;
 }
 
 } // namespace CaptureBlocks

@@ -15,9 +15,7 @@ namespace CaptureBlocks
 /// Of the block that the bytes begin with: its length, 0 if it is not whole, negative if it is
 /// damaged.
 qsizetype LengthOf(QByteArrayView bytes);
-/// Its first 8 bytes are enough for these two; the length is what it says of itself.
 quint32 TypeOf(QByteArrayView block);
-quint32 ToldLength(QByteArrayView block);
 
 /// Of a packet.
 struct Packet {
@@ -32,7 +30,5 @@ void SetInterface(QByteArray &bytes, qsizetype place, int interface);
 
 /// The block of a section or of an interface with comments before its own options.
 QByteArray WithComments(QByteArrayView block, const QStringList &comments);
-/// The comments of a section; none of another block, or of one in the other byte order.
-QStringList CommentsOf(QByteArrayView section);
 
 } // namespace CaptureBlocks

@@ -3,10 +3,7 @@
 
 #include "CaptureBookmarks.h"
 
-#include "CaptureBlocks.h"
-#include "CaptureFormat.h"
-#include "CaptureReader.h"
-#include "FileSystem.h"
+#include "CaptureSection.h"
 
 #include <QDateTime>
 
@@ -18,7 +15,6 @@ const QString TimeForm = QStringLiteral("yyyy-MM-ddTHH:mm:ss");
 constexpr qsizetype TimeLength = 19;
 constexpr qsizetype Digits = 9; ///< of the nanoseconds
 constexpr qint64 Second = 1'000'000'000;
-constexpr qsizetype BlockStart = 8; ///< type and length
 
 } // namespace
 
@@ -57,24 +53,30 @@ std::optional<CaptureBookmark> BookmarkOf(QStringView comment)
         note.isEmpty() ? QString() : note.sliced(2, qMin(note.size() - 2, LongestNote)).toString()};
 }
 
+QStringList CommentsOf(const QList<CaptureBookmark> &bookmarks)
+{
+    QStringList comments;
+    for (const CaptureBookmark &bookmark : bookmarks)
+        comments << CommentOf(bookmark);
+    return comments;
+}
+
 QList<CaptureBookmark> In(const InputDevice &capture)
 {
     QList<CaptureBookmark> bookmarks;
-    QByteArray block(BlockStart, '\0');
-    if (capture.ReadAt(0, block.data(), BlockStart).count < BlockStart)
-        return bookmarks;
-    const quint32 length = CaptureBlocks::ToldLength(block);
-    if (CaptureBlocks::TypeOf(block) != CaptureFormat::SectionHeader ||
-        length > CaptureReader::LongestBlock)
-        return bookmarks;
-    block.resize(qsizetype(length));
-    block.truncate(qsizetype(capture.ReadAt(0, block.data(), block.size()).count));
-    for (const QString &comment : CaptureBlocks::CommentsOf(block)) {
+    const std::optional<CaptureSection> section = CaptureSection::Of(capture);
+    for (const QString &comment : section ? section->Comments() : QStringList()) {
         const std::optional<CaptureBookmark> bookmark = BookmarkOf(comment);
         if (bookmark && bookmarks.size() < MostBookmarks)
             bookmarks << *bookmark;
     }
     return bookmarks;
+}
+
+QByteArray SectionWith(const CaptureSection &section, const QList<CaptureBookmark> &bookmarks)
+{
+    return section.With(CommentsOf(bookmarks),
+                        [](const QString &comment) { return BookmarkOf(comment).has_value(); });
 }
 
 } // namespace CaptureBookmarks

@@ -3,12 +3,15 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <optional>
 
+class CaptureSection;
 class InputDevice;
 
 /// A place of a capture that somebody has marked.
@@ -30,10 +33,13 @@ constexpr qsizetype LongestNote = 200;
 constexpr qsizetype MostBookmarks = 10'000;
 
 QString CommentOf(const CaptureBookmark &bookmark);
+QStringList CommentsOf(const QList<CaptureBookmark> &bookmarks);
 /// Nothing for another comment.
 std::optional<CaptureBookmark> BookmarkOf(QStringView comment);
 
 /// Those that a capture has, as texts of strangers; none if it is not one of ours.
 QList<CaptureBookmark> In(const InputDevice &capture);
+/// The section's header with these bookmarks in the place of those that it has.
+QByteArray SectionWith(const CaptureSection &section, const QList<CaptureBookmark> &bookmarks);
 
 } // namespace CaptureBookmarks

@@ -3,6 +3,7 @@
 
 #include "CaptureEncoder.h"
 
+#include "BlockWriting.h"
 #include "CaptureFormat.h"
 #include "CaptureLines.h"
 #include "CaptureRemarks.h"
@@ -16,36 +17,11 @@ namespace
 {
 
 using namespace CaptureFormat;
+using namespace BlockWriting;
 using Kind = TrafficEvent::Kind;
 
 constexpr qint64 NanosecondsOfASecond = 1'000'000'000;
 constexpr char NanosecondResolution = 9; ///< of times: ten to the power of minus 9
-constexpr qsizetype LongestOption = 0xFFFF;
-
-template <typename Number> void AppendNumber(QByteArray &bytes, Number number)
-{
-    number = qToLittleEndian(number);
-    bytes.append(reinterpret_cast<const char *>(&number), sizeof number);
-}
-
-constexpr qsizetype Padded(qsizetype size)
-{
-    return (size + Alignment - 1) / Alignment * Alignment;
-}
-
-void Pad(QByteArray &bytes)
-{
-    bytes.append(Padded(bytes.size()) - bytes.size(), '\0');
-}
-
-void AppendOption(QByteArray &options, quint16 code, QByteArrayView value)
-{
-    value = value.first(std::min(value.size(), LongestOption));
-    AppendNumber(options, code);
-    AppendNumber(options, quint16(value.size()));
-    options.append(value);
-    Pad(options);
-}
 
 void AppendText(QByteArray &options, quint16 code, const QString &text)
 {
@@ -53,29 +29,10 @@ void AppendText(QByteArray &options, quint16 code, const QString &text)
         AppendOption(options, code, text.toUtf8());
 }
 
-void EndOptions(QByteArray &options)
-{
-    if (!options.isEmpty())
-        AppendNumber(options, quint32(EndOfOptions));
-}
-
-/// The body is whole, options included.
-void AppendBlock(QByteArray &capture, quint32 type, QByteArrayView body)
-{
-    const auto length = quint32(body.size() + BlockFrame);
-    AppendNumber(capture, type);
-    AppendNumber(capture, length);
-    capture.append(body);
-    AppendNumber(capture, length);
-}
-
 QByteArray SectionBody(const QString &program)
 {
     QByteArray body;
-    AppendNumber(body, ByteOrderMagic);
-    AppendNumber(body, quint16(1)); // version 1.0
-    AppendNumber(body, quint16(0));
-    AppendNumber(body, qint64(-1)); // its length is not known yet
+    AppendSectionHead(body);
     QByteArray options;
     AppendText(options, SectionProgram, program);
     EndOptions(options);

@@ -56,6 +56,18 @@ QString EmptyText(const RecordState &state)
     return QStringLiteral("nothing has been recorded in this session.");
 }
 
+/// Of a capture with bookmarks; a copy of a copy has the same.
+QString CopyName(const QString &capture)
+{
+    const QString more = QStringLiteral(" with bookmarks");
+    QString base = capture;
+    for (const QString &extension : {QStringLiteral(".pcapng"), QStringLiteral(".pcap")}) {
+        if (base.endsWith(extension, Qt::CaseInsensitive))
+            base.chop(extension.size());
+    }
+    return (base.endsWith(more) ? base : base + more) + QStringLiteral(".pcapng");
+}
+
 /// By its time, so that names are in the order of the sessions.
 QString NewSession()
 {
@@ -115,12 +127,13 @@ void MdRecord::SaveCapture()
     const QStringList paths = m_saver.ChooseFiles(1);
     if (paths.isEmpty() || m_parts.run.QuitRequested)
         return;
-    const auto source = [this, notes = Notes()] {
-        RecordSaver::Source made = Source();
-        made.copy.notes << notes;
-        return made;
+    const auto write = [this, notes = Notes()](OpenFiles &files, const QString &path,
+                                               WorkProgress &progress) {
+        Source source = SourceNow();
+        source.copy.notes << notes;
+        return source.result.Failed() ? source.result : source.copy.WriteTo(files, path, progress);
     };
-    if (!m_saver.Save(paths.first(), source))
+    if (!m_saver.Save(paths.first(), write))
         return;
     if (const QString missing = MissingText(m_segments->State()); !missing.isEmpty())
         m_parts.prompts.ShowNotice(
@@ -129,13 +142,25 @@ void MdRecord::SaveCapture()
                 QStringLiteral("%1 was saved. ").arg(FileName::Shown(paths.first())) + missing));
 }
 
+bool MdRecord::SaveCopy(const BookmarkedCopy &copy, const QString &name)
+{
+    if (m_saving)
+        return false;
+    const QScopedValueRollback<bool> saving(m_saving, true);
+    const QStringList paths = m_saver.ChooseFiles(1, CopyName(name));
+    const auto write = [copy](OpenFiles &files, const QString &path, WorkProgress &progress) {
+        return copy.WriteTo(files, path, progress);
+    };
+    return !paths.isEmpty() && !m_parts.run.QuitRequested && m_saver.Save(paths.first(), write);
+}
+
 /// All that has happened by now; on a thread that may wait for a disk.
-RecordSaver::Source MdRecord::Source()
+MdRecord::Source MdRecord::SourceNow()
 {
     if (!m_capture.WaitUntilWritten(CaptureThread::MostTimeToEnd))
         return {{}, Failure{QStringLiteral("The disk of the session's record does not answer")}};
     m_segments->Look();
-    RecordSaver::Source source;
+    Source source;
     for (const RecordSegment &each : m_segments->Segments()) {
         FileSystem::Opened opened = m_segments->Open(each.number);
         if (opened.device)

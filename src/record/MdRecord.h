@@ -4,7 +4,9 @@
 #pragma once
 
 #include "BackgroundWork.h"
+#include "BookmarkedCopy.h"
 #include "CaptureThread.h"
+#include "RecordCopy.h"
 #include "RecordOffer.h"
 #include "RecordSaver.h"
 #include "RecordSegments.h"
@@ -39,6 +41,9 @@ class MdRecord final : public QObject
     void SaveCapture();
     /// Comments on it, such as bookmarks, asked for when it is saved.
     std::function<QStringList()> Notes = [] { return QStringList(); };
+    /// Has the user choose a file for a copy, of a capture of that name. False if there is none:
+    /// it failed, or was cancelled.
+    bool SaveCopy(const BookmarkedCopy &copy, const QString &name);
 
     /// Offers what sessions left behind, once.
     void Offer() { m_offer.Offer(); }
@@ -59,7 +64,12 @@ class MdRecord final : public QObject
     bool Finish();
 
   private:
-    RecordSaver::Source Source();
+    /// What has been recorded by now.
+    struct Source {
+        RecordCopy copy;
+        Result result;
+    };
+    Source SourceNow();
     QString MissingText(const RecordState &state) const;
     void TellEnded(const Result &result);
 

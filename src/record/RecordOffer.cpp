@@ -84,8 +84,11 @@ void RecordOffer::Save(const Records &left)
 {
     const QStringList paths = m_saver.ChooseFiles(int(left.size()));
     for (qsizetype i = 0; i < paths.size(); ++i) {
-        const auto source = [record = left[i]] { return RecordSaver::Source{record->Copy()}; };
-        if (!m_saver.Save(paths[i], source))
+        const auto write = [record = left[i]](OpenFiles &files, const QString &path,
+                                              WorkProgress &progress) {
+            return record->Copy().WriteTo(files, path, progress);
+        };
+        if (!m_saver.Save(paths[i], write))
             return;
         Remove(left[i]);
     }

@@ -30,7 +30,7 @@ QStringList Numbered(const QString &path, int count)
 
 } // namespace
 
-QStringList RecordSaver::ChooseFiles(int count)
+QStringList RecordSaver::ChooseFiles(int count, const QString &name)
 {
     const QString &remembered = m_parts.folder;
     FileDialogRequest request = {
@@ -39,8 +39,10 @@ QStringList RecordSaver::ChooseFiles(int count)
         .title = Title,
         .filter = QStringLiteral("Captures | *") + Extension,
         .folder = remembered.isEmpty() ? MdGetSpecialFolders() : remembered,
-        .name =
-            m_parts.clock.Now().toString(QStringLiteral("'capture-'yyyyMMdd-hhmmss")) + Extension};
+        .name = name.isEmpty()
+                    ? m_parts.clock.Now().toString(QStringLiteral("'capture-'yyyyMMdd-hhmmss")) +
+                          Extension
+                    : name};
     while (!m_parts.run.QuitRequested) {
         QString path = m_parts.prompts.ChooseFile(request).trimmed();
         if (path.isEmpty())
@@ -71,19 +73,15 @@ bool RecordSaver::MayReplace(const QStringList &paths)
 }
 
 /// The work shares what it leaves: it may go on when the program has ended.
-bool RecordSaver::Save(const QString &path, const std::function<Source()> &source)
+bool RecordSaver::Save(const QString &path, const Write &write)
 {
     struct Outcome {
         Result result;
         bool saved = false;
     };
     const auto outcome = std::make_shared<Outcome>();
-    const auto work = [path, source, outcome, &files = m_parts.files](WorkProgress &progress) {
-        const Source made = source();
-        outcome->result = made.result;
-        if (made.result.Failed())
-            return;
-        outcome->result = made.copy.WriteTo(files, path, progress);
+    const auto work = [path, write, outcome, &files = m_parts.files](WorkProgress &progress) {
+        outcome->result = write(files, path, progress);
         outcome->saved = !outcome->result.Failed() && progress.Wanted();
     };
     if (!m_parts.prompts.DoWork(QStringLiteral("Saving ") + FileName::Shown(path), work)) {

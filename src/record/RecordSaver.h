@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "RecordCopy.h"
+#include "Result.h"
 
 #include <QStringList>
 
@@ -12,6 +12,7 @@
 class Clock;
 class OpenFiles;
 class UserPrompts;
+class WorkProgress;
 struct RecordSettings;
 struct RunState;
 
@@ -25,23 +26,21 @@ struct RecordParts {
     const RunState &run;
 };
 
-/// Asks the user for a file and makes a capture of segments there, while he sees how far it is.
+/// Asks the user for a file and makes a capture there, while he sees how far it is.
 class RecordSaver final
 {
   public:
     explicit RecordSaver(const RecordParts &parts) : m_parts(parts) {}
 
     /// So many files that may be written, one name with numbers if there are several; none if the
-    /// user cancels.
-    QStringList ChooseFiles(int count);
+    /// user cancels. The name that is proposed is that of the moment, unless another one is given.
+    QStringList ChooseFiles(int count, const QString &name = {});
 
-    /// What is to be saved, asked for on the thread of the work, which may wait for a disk.
-    struct Source {
-        RecordCopy copy{};
-        Result result{};
-    };
+    /// Called on the thread of the work, which may wait for a disk.
+    using Write =
+        std::function<Result(OpenFiles &files, const QString &path, WorkProgress &progress)>;
     /// Tells of a failure. False if there is no capture: it failed, or was cancelled.
-    bool Save(const QString &path, const std::function<Source()> &source);
+    bool Save(const QString &path, const Write &write);
 
     /// The end of the program has not waited for a disk.
     bool Hangs() const { return m_hangs; }

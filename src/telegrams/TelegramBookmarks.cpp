@@ -20,6 +20,7 @@ void TelegramBookmarks::Replace(QList<CaptureBookmark> bookmarks)
 {
     m_bookmarks = std::move(bookmarks);
     std::stable_sort(m_bookmarks.begin(), m_bookmarks.end(), IsBefore);
+    NoteSaved();
     Q_EMIT Changed();
 }
 
@@ -59,12 +60,4 @@ const CaptureBookmark *TelegramBookmarks::In(qint64 from, qint64 to) const
     const qsizetype place = PlaceFrom(from);
     return place < m_bookmarks.size() && m_bookmarks[place].wall <= to ? &m_bookmarks[place]
                                                                        : nullptr;
-}
-
-QStringList TelegramBookmarks::Comments() const
-{
-    QStringList comments;
-    for (const CaptureBookmark &bookmark : m_bookmarks)
-        comments << CaptureBookmarks::CommentOf(bookmark);
-    return comments;
 }

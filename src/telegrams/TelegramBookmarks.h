@@ -15,8 +15,11 @@ class TelegramBookmarks final : public QObject
 
   public:
     const QList<CaptureBookmark> &All() const { return m_bookmarks; }
-    /// Others in the place of all.
+    /// Those that a file holds in the place of all.
     void Replace(QList<CaptureBookmark> bookmarks);
+    /// Whether they are others than those that a file holds.
+    bool AreUnsaved() const { return m_bookmarks != m_saved; }
+    void NoteSaved() { m_saved = m_bookmarks; }
 
     /// Sets one, or gives the one that is there another note; false if there are too many.
     bool Set(const CaptureBookmark &bookmark);
@@ -29,11 +32,12 @@ class TelegramBookmarks final : public QObject
     const CaptureBookmark *In(qint64 from, qint64 to) const;
 
     /// As comments on a capture.
-    QStringList Comments() const;
+    QStringList Comments() const { return CaptureBookmarks::CommentsOf(m_bookmarks); }
 
   Q_SIGNALS:
     void Changed();
 
   private:
     QList<CaptureBookmark> m_bookmarks;
+    QList<CaptureBookmark> m_saved;
 };

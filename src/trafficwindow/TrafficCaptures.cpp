@@ -29,6 +29,7 @@
 /// for it.
 struct TrafficCaptures::Opened {
     Result result;
+    std::shared_ptr<const InputDevice> file;
     std::shared_ptr<const TelegramSource> source;
     bool twoChannels = false;
     QList<CaptureBookmark> bookmarks;
@@ -69,7 +70,7 @@ TrafficCaptures::TrafficCaptures(frmTraffic &window, TrafficActions &actions,
     window.installEventFilter(this);
     actions.On(TrafficCommand::OpenCapture, [this] { Choose(); });
     actions.On(TrafficCommand::ShowRecord, [this] { ShowRecord(); });
-    actions.On(TrafficCommand::SaveCapture, [this] { m_parts.SaveRecord(); });
+    actions.On(TrafficCommand::SaveCapture, [this] { Save(); });
     actions.On(TrafficCommand::JudgeCapture, [this] { m_parts.Judge(m_path, m_window); });
     actions.On(TrafficCommand::ReplayCapture, [this] { m_parts.Replay(m_path); });
     bookmarking.Show(m_parts.bookmarks);
@@ -121,8 +122,12 @@ void TrafficCaptures::Choose()
     Open(path);
 }
 
+/// One that is opened again keeps the bookmarks that it has here.
 void TrafficCaptures::Open(const QString &path)
 {
+    const QString absolute = m_parts.files.AbsolutePath(path);
+    if (absolute != m_path && !AskSaveBookmarks())
+        return;
     const auto opened = std::make_shared<Opened>();
     const QString name = FileName::Shown(PathParts::FileName(path));
     const auto work = [opened, path, &files = m_parts.files](WorkProgress &progress) {
@@ -130,11 +135,11 @@ void TrafficCaptures::Open(const QString &path)
         opened->result = file.result;
         if (opened->result.Failed())
             return;
-        const std::shared_ptr<const InputDevice> device = std::move(file.device);
-        opened->result = CountChannels(*device, opened->twoChannels);
-        opened->bookmarks = CaptureBookmarks::In(*device);
+        opened->file = std::move(file.device);
+        opened->result = CountChannels(*opened->file, opened->twoChannels);
+        opened->bookmarks = CaptureBookmarks::In(*opened->file);
         if (progress.Settle())
-            opened->source = std::make_shared<CaptureSource>(device);
+            opened->source = std::make_shared<CaptureSource>(opened->file);
     };
     const bool done = m_parts.prompts.DoWork(QStringLiteral("Opening ") + name, work);
     if (!done || (!opened->source && !opened->result.Failed())) // cancelled
@@ -145,24 +150,56 @@ void TrafficCaptures::Open(const QString &path)
                                 .arg(name, opened->result.Cause())));
         return;
     }
-    m_path = m_parts.files.AbsolutePath(path);
-    m_capture = opened->source;
-    m_captureHasTwo = opened->twoChannels;
-    std::shared_ptr<TelegramBookmarks> &bookmarks = m_bookmarks[m_path];
-    if (!bookmarks) {
-        bookmarks = std::make_shared<TelegramBookmarks>();
+    m_capture = opened;
+    if (std::exchange(m_path, absolute) != absolute || !m_bookmarks->AreUnsaved()) {
+        m_bookmarks = std::make_shared<TelegramBookmarks>();
         for (CaptureBookmark &bookmark : opened->bookmarks)
             bookmark.note = PlainText(bookmark.note);
-        bookmarks->Replace(opened->bookmarks);
+        m_bookmarks->Replace(opened->bookmarks);
     }
     ShowCapture();
+}
+
+bool TrafficCaptures::AskSaveBookmarks()
+{
+    if (!m_capture || !m_bookmarks->AreUnsaved())
+        return true;
+    const PromptAnswer answer = m_parts.prompts.ShowMessage(
+        {.text = QStringLiteral("Save changes to the bookmarks of %1?").arg(Name()),
+         .icon = PromptIcon::Question,
+         .buttons = PromptButtons::YesNoCancel,
+         .defaultAnswer = PromptAnswer::No,
+         .note = QStringLiteral("They are saved with a copy of the capture.")});
+    return answer == PromptAnswer::Yes ? SaveCopy() : answer == PromptAnswer::No;
+}
+
+void TrafficCaptures::Save()
+{
+    if (m_showsCapture)
+        SaveCopy();
+    else
+        m_parts.SaveRecord();
+}
+
+bool TrafficCaptures::SaveCopy()
+{
+    const bool saved =
+        m_parts.SaveCopy(m_capture->file, PathParts::FileName(m_path), m_bookmarks->All());
+    if (saved)
+        m_bookmarks->NoteSaved();
+    return saved;
+}
+
+QString TrafficCaptures::Name() const
+{
+    return FileName::Shown(PathParts::FileName(m_path));
 }
 
 void TrafficCaptures::ShowCapture()
 {
     m_showsCapture = true;
-    m_parts.ShowCapture(m_capture, FileName::Shown(PathParts::FileName(m_path)));
-    m_bookmarking.Show(m_bookmarks[m_path]);
+    m_parts.ShowCapture(m_capture->source, Name());
+    m_bookmarking.Show(m_bookmarks);
     ShowState();
 }
 
@@ -177,12 +214,12 @@ void TrafficCaptures::ShowRecord()
 
 bool TrafficCaptures::TwoChannels() const
 {
-    return m_showsCapture ? m_captureHasTwo : m_parts.RecordHasTwoChannels();
+    return m_showsCapture ? m_capture->twoChannels : m_parts.RecordHasTwoChannels();
 }
 
 void TrafficCaptures::ShowState()
 {
-    const QString name = FileName::Shown(PathParts::FileName(m_path));
+    const QString name = Name();
     m_bar->setVisible(m_capture != nullptr);
     rdoRecord->setChecked(!m_showsCapture);
     rdoCapture->setChecked(m_showsCapture);
@@ -193,9 +230,6 @@ void TrafficCaptures::ShowState()
         m_showsCapture ? QString() : QStringLiteral("No capture is opened here.");
     m_actions.Enable(TrafficCommand::JudgeCapture, noCapture);
     m_actions.Enable(TrafficCommand::ReplayCapture, noCapture);
-    m_actions.Enable(TrafficCommand::SaveCapture,
-                     m_showsCapture ? QStringLiteral("What is shown is a file already.")
-                                    : QString());
     m_actions.Enable(TrafficCommand::ShowRecord,
                      m_showsCapture ? QString() : QStringLiteral("It is shown."));
 }

@@ -5,7 +5,6 @@
 
 #include "TelegramBookmarks.h"
 
-#include <QHash>
 #include <QObject>
 #include <QString>
 
@@ -13,6 +12,7 @@
 #include <memory>
 
 class FileSystem;
+class InputDevice;
 class QLabel;
 class QRadioButton;
 class TelegramSource;
@@ -33,6 +33,10 @@ struct TrafficCaptureParts {
     std::function<void()> ShowRecord;
     std::function<bool()> RecordHasTwoChannels; ///< what happens now
     std::function<void()> SaveRecord;
+    /// A copy of the capture of that name with other bookmarks; false if there is none.
+    std::function<bool(const std::shared_ptr<const InputDevice> &capture, const QString &name,
+                       const QList<CaptureBookmark> &bookmarks)>
+        SaveCopy;
     std::function<void(const QString &path, QWidget &owner)> Judge;
     std::function<void(const QString &path)> Replay;
 };
@@ -49,6 +53,10 @@ class TrafficCaptures final : public QObject
 
     void Open(const QString &path);
 
+    /// Asks what is to become of changed bookmarks, which are lost else. False: the user wants to
+    /// stay, or what he wanted saved could not be saved.
+    bool AskSaveBookmarks();
+
     /// Whether what is shown comes from two lines.
     bool TwoChannels() const;
 
@@ -60,9 +68,12 @@ class TrafficCaptures final : public QObject
 
     void MakeBar();
     void Choose();
+    void Save();
+    bool SaveCopy();
     void ShowCapture();
     void ShowRecord();
     void ShowState();
+    QString Name() const;
 
     frmTraffic &m_window;
     TrafficActions &m_actions;
@@ -73,8 +84,6 @@ class TrafficCaptures final : public QObject
     QRadioButton *rdoCapture = nullptr;
     bool m_showsCapture = false;
     QString m_path; ///< of the capture that was opened last
-    std::shared_ptr<const TelegramSource> m_capture;
-    bool m_captureHasTwo = false; ///< channels
-    /// By path; those of captures live as long as the program.
-    QHash<QString, std::shared_ptr<TelegramBookmarks>> m_bookmarks;
+    std::shared_ptr<const Opened> m_capture;
+    std::shared_ptr<TelegramBookmarks> m_bookmarks; ///< of that capture
 };

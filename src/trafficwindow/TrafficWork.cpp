@@ -29,6 +29,11 @@ TrafficWork::TrafficWork(frmTraffic &window, const TrafficWorkParts &parts)
 
 TrafficWork::~TrafficWork() = default;
 
+bool TrafficWork::AskSaveBookmarks()
+{
+    return m_captures->AskSaveBookmarks();
+}
+
 bool TrafficWork::Hangs() const
 {
     return m_exporting.Hangs();

@@ -38,6 +38,9 @@ class TrafficWork final : public QObject
     TrafficWork(frmTraffic &window, const TrafficWorkParts &parts);
     ~TrafficWork() override;
 
+    /// Whether nothing is lost that the user wants saved.
+    bool AskSaveBookmarks();
+
     /// The end of the program has not waited for a disk.
     bool Hangs() const;
     /// Puts the place of a window beside it into the settings.
