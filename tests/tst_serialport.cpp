@@ -384,8 +384,12 @@ class TestSerialPort : public QObject
         late("b");
         QVERIFY(adapter.Hears("ab"));
         QVERIFY(adapter.ear.uncertain);
+        std::chrono::microseconds pause{0};
         QTRY_VERIFY([&] { // but for one that is sent before the loop waits again
             late("");
+            const QDeadlineTimer deadline(pause += std::chrono::microseconds(50));
+            while (!deadline.hasExpired()) {
+            }
             const qsizetype before = adapter.ear.Heard().size();
             adapter.pty->Write("c");
             return WaitStalled([&] { return adapter.ear.Heard().size() > before; }) &&
