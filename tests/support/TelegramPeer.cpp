@@ -92,7 +92,11 @@ bool WaitedForEvents(pid_t thread)
     std::ifstream file("/proc/" + std::to_string(thread) + "/syscall");
     long call = -1; // stays so if it was running
     file >> call;
-    return call == SYS_poll || call == SYS_ppoll || call == SYS_restart_syscall;
+#ifdef SYS_poll // not every machine has it
+    if (call == SYS_poll)
+        return true;
+#endif
+    return call == SYS_ppoll || call == SYS_restart_syscall;
 }
 
 /// Stops one thread of the program where it waits, the others go on; true if it is stopped now.
