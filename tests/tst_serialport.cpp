@@ -356,7 +356,7 @@ class TestSerialPort : public QObject
     {
         Adapter adapter;
         Ear beside;
-        const PtyPair pty;
+        PtyPair pty;
         SerialLine other(adapter.world.lines);
         other.Listen(&beside);
         Station::Require(other.Open({2, pty.DeviceName(), pty.DeviceName(), {}}));
@@ -364,6 +364,10 @@ class TestSerialPort : public QObject
         adapter.ear.hasRoom = false;
         QVERIFY(adapter.pty->Write("a"));
         QVERIFY(WaitStalled([&] { return adapter.ear.wasAsked.load(); }));
+        adapter.world.lines.Do([&] { other.BeginReading(); });
+        QVERIFY(pty.Write("x")); // comes behind the "a", which has not been read yet
+        QVERIFY(WaitStalled([&] { return beside.Heard() == "x"; }));
+        QVERIFY(beside.uncertain);
         adapter.ear.hasRoom = true;
         adapter.world.lines.Do([&] { adapter.port.Wire().Resume(); });
         QVERIFY(adapter.Hears("a"));
@@ -380,8 +384,12 @@ class TestSerialPort : public QObject
         late("b");
         QVERIFY(adapter.Hears("ab"));
         QVERIFY(adapter.ear.uncertain);
+        std::chrono::microseconds pause{0};
         QTRY_VERIFY([&] { // but for one that is sent before the loop waits again
             late("");
+            const QDeadlineTimer deadline(pause += std::chrono::microseconds(50));
+            while (!deadline.hasExpired()) {
+            }
             const qsizetype before = adapter.ear.Heard().size();
             adapter.pty->Write("c");
             return WaitStalled([&] { return adapter.ear.Heard().size() > before; }) &&
@@ -394,6 +402,47 @@ class TestSerialPort : public QObject
             [&] { return adapter.ear.Heard().endsWith("[back]said before it is open"); }));
         QVERIFY(adapter.ear.uncertain);
         other.Close();
+    }
+
+    void WhatComesBeforeAReadMarksIt_data()
+    {
+        const Cases<int> row("reader"); // which of the two speaks first
+        row("the first", 0);
+        row("the second", 1);
+    }
+
+    /// The loop has seen one line speak; until it comes to read it, the other speaks, and then that
+    /// one again.
+    void WhatComesBeforeAReadMarksIt()
+    {
+        QFETCH(int, reader);
+        LineLoop loop;
+        std::array<PtyPair, 2> ptys;
+        std::array<Ear, 2> ears;
+        SerialLine lineA(loop), lineB(loop);
+        for (const size_t i : {0, 1}) {
+            SerialLine &line = i == 0 ? lineA : lineB;
+            line.Listen(&ears[i]);
+            Station::Require(line.Open({int(i), ptys[i].DeviceName(), ptys[i].DeviceName(), {}}));
+        }
+        const auto say = [&](size_t line, const QByteArray &what, qsizetype waiting) {
+            ptys[line].Write(what);
+            WaitStalled([&] { return Readable(ptys[line]) == waiting; });
+        };
+        const auto first = size_t(reader), second = 1 - first;
+        loop.Do([&] {
+            lineA.BeginReading();
+            lineB.BeginReading();
+            ptys[first].Write("a");
+            loop.Post([&] { // is done between the wait and the reads
+                say(second, "b", 1);
+                say(first, "c", 2);
+            });
+        });
+        QVERIFY(WaitStalled([&] { return ears[first].Heard() == "ac"; }));
+        QVERIFY(ears[first].uncertain);
+        QVERIFY(WaitStalled([&] { return ears[second].Heard() == "b"; }));
+        QVERIFY(ears[second].uncertain);
     }
 
     void WhatWorkOfTheLinesHoldsGoesWithIt()

@@ -151,8 +151,7 @@ void DescriptorLine::Readable(const LineLoop::Wake &wake)
         m_paused = m_listener && !m_listener->HasRoom();
         if (m_paused)
             return;
-        // What a further read brings may have come behind something on another line.
-        if (ReadOnce(wake.orderUncertain || (reads > 0 && m_loop.SeveralSources())) <= 0) {
+        if (ReadOnce(wake.orderUncertain) <= 0) {
             if (reads == 0)
                 CheckPresence();
             return;
@@ -167,7 +166,9 @@ qsizetype DescriptorLine::ReadOnce(bool orderUncertain)
     if (count <= 0)
         return count;
     const qint64 before = m_tally.receivedBytes;
-    Arrived({QByteArrayView(m_part.data(), count), LineNow(), orderUncertain || Remote()});
+    const LineTime time = LineNow();
+    Arrived({QByteArrayView(m_part.data(), count), time,
+             Remote() || m_loop.OtherSpoke(*this) || orderUncertain});
     if (m_tally.receivedBytes > before)
         m_tally.receivedChunks += 1;
     return count;

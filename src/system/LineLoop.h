@@ -20,8 +20,8 @@ class LineLoop final : public LineThread
     /// How a pass of the loop began.
     struct Wake {
         /// More than one line could be read, one could be read as soon as a pass ended that had
-        /// taken longer than LongestPass, or one of the lines is remote: what is read now may have
-        /// come in another order.
+        /// taken longer than LongestPass or had found it behind a read (see OtherSpoke), or one of
+        /// the lines is remote: what is read now may have come in another order.
         bool orderUncertain = false;
     };
 
@@ -57,6 +57,9 @@ class LineLoop final : public LineThread
     void Leave(Source &source);
     /// Else nothing can have come in another order.
     bool SeveralSources() const { return m_sources.size() > 1; }
+    /// Whether another source can be read by now: what this one has just read may then have come
+    /// behind that. If not, it came before whatever others bring later.
+    bool OtherSpoke(const Source &reader);
 
     void Do(const std::function<void()> &work) override;
     void Post(std::function<void()> work) override;
@@ -83,7 +86,8 @@ class LineLoop final : public LineThread
     TimedWork *m_timed = nullptr;
     qint64 m_passBegan = 0;
     qint64 m_nextTick = 0;
-    bool m_late = false; ///< the pass before took too long, and a line spoke meanwhile
+    bool m_met = false;  ///< in this pass a line spoke while another was read
+    bool m_late = false; ///< the pass before took too long or met a line, which can still be read
 
     std::mutex m_lock; ///< guards what follows
     std::vector<std::function<void()>> m_posted;

@@ -212,24 +212,33 @@ void LineLoop::Wait(qint64 nanoseconds)
     }
     waited.push_back({m_wakeup, POLLIN, 0});
 
-    // What is ready after a late pass may have come before what that pass read last. If nothing is,
+    // What is ready after a late pass may have come before what that pass did last. If nothing is,
     // whatever comes now comes later.
-    m_late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass && SeveralSources() &&
-             AnyToBeRead(waited);
+    const bool late = m_passBegan != 0 && MonotonicNow() - m_passBegan > LongestPass;
+    m_late = (std::exchange(m_met, false) || late) && SeveralSources() && AnyToBeRead(waited);
     const timespec most = {time_t(nanoseconds / NanosecondsOfASecond),
                            long(nanoseconds % NanosecondsOfASecond)};
     ::ppoll(waited.data(), nfds_t(waited.size()), nanoseconds < 0 ? nullptr : &most, nullptr);
     m_passBegan = MonotonicNow();
-    for (int look = 0; look < 2; ++look) {
-        for (size_t i = 0; i < m_ready.size(); ++i)
-            m_ready[i] |= waited[i].revents;
-        // The system looks at one line after the other, and may be held up in between: a line that
-        // it looked at too early may have spoken before the one that ended the waiting.
-        if (look == 0 && SeveralSources())
-            ::poll(waited.data(), nfds_t(waited.size()), 0);
-    }
+    for (size_t i = 0; i < m_ready.size(); ++i)
+        m_ready[i] = waited[i].revents;
     eventfd_t count = 0;
     ::eventfd_read(m_wakeup, &count);
+}
+
+/// The wait looked at one line after the other, maybe too early, and the thread may have been held
+/// up since, while more came to the line that is read: only a look behind the read can tell. It
+/// can, as the system waits for bytes on their way through it before it finds a line empty.
+bool LineLoop::OtherSpoke(const Source &reader)
+{
+    std::vector<pollfd> others;
+    for (const Source *source : m_sources) {
+        if (source && source != &reader)
+            others.push_back({source->Descriptor(), POLLIN, 0});
+    }
+    const bool spoke = !others.empty() && ::poll(others.data(), nfds_t(others.size()), 0) > 0;
+    m_met = m_met || spoke;
+    return spoke;
 }
 
 void LineLoop::DoPosted()

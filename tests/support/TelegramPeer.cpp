@@ -4,9 +4,11 @@
 // TelegramPeer COUNT BAUD KILL CAPTURE PROGRAM [ARGS...]: starts a program that listens on two
 // lines, A and B, which are links in the working folder, and records into CAPTURE. When that file
 // begins, COUNT numbered telegrams go over the lines, at the pace of BAUD and by turns, the even
-// ones over A. The program's first thread, the window's, is stopped now and then meanwhile. After
-// KILL milliseconds the program is killed, if that is not 0; else it is ended in good order.
-// Prints how many telegrams must be in the capture: those that came 100 ms before its end.
+// ones over A. The program's first thread, the window's, is stopped now and then meanwhile, where
+// it waits for events: elsewhere it may hold a lock for a moment, such as that of the memory, which
+// no window keeps while it stands still, and which would stop all other threads too. After KILL
+// milliseconds the program is killed, if that is not 0; else it is ended in good order. Prints how
+// many telegrams must be in the capture: those that came 100 ms before its end.
 
 #include <algorithm>
 #include <array>
@@ -15,6 +17,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,6 +26,7 @@
 #include <pty.h>
 #include <sys/ptrace.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -82,7 +86,20 @@ void AwaitBeginOf(const char *capture)
     }
 }
 
-/// Stops one thread of the program, the others go on; true if it is stopped now.
+/// Whether a thread that was stopped had been waiting for events.
+bool WaitedForEvents(pid_t thread)
+{
+    std::ifstream file("/proc/" + std::to_string(thread) + "/syscall");
+    long call = -1; // stays so if it was running
+    file >> call;
+#ifdef SYS_poll // not every machine has it
+    if (call == SYS_poll)
+        return true;
+#endif
+    return call == SYS_ppoll || call == SYS_restart_syscall;
+}
+
+/// Stops one thread of the program where it waits, the others go on; true if it is stopped now.
 bool SetStalled(pid_t thread, bool stalled)
 {
     if (!stalled)
@@ -92,7 +109,7 @@ bool SetStalled(pid_t thread, bool stalled)
     int status = 0;
     ::ptrace(PTRACE_INTERRUPT, thread, nullptr, nullptr);
     ::waitpid(thread, &status, __WALL);
-    return true;
+    return WaitedForEvents(thread) || SetStalled(thread, false);
 }
 
 void Write(int peer, const std::string &telegram)
