@@ -24,6 +24,7 @@
 
 #include <poll.h>
 #include <pty.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -70,6 +71,7 @@ pid_t Start(char **arguments)
 {
     const pid_t program = ::fork();
     if (program == 0) {
+        ::prctl(PR_SET_PDEATHSIG, SIGKILL); // it must not stay if this program fails
         ::execv(arguments[0], arguments);
         Fail(arguments[0]);
     }
