@@ -1,7 +1,8 @@
 # The picture plug-in of the toolkit draws the icons while building, so that no further tool is
 # needed, and the program need not load it.
 add_executable(render_icon "${CMAKE_CURRENT_LIST_DIR}/RenderIcon.cpp")
-target_link_libraries(render_icon PRIVATE serimonde_common Qt6::Gui)
+target_compile_features(render_icon PRIVATE cxx_std_20)
+target_link_libraries(render_icon PRIVATE Qt6::Gui) # no sanitizer: it would judge the toolkit
 
 # serimonde_render_icon(RESULT SVG TARGET SIZE...): the drawing in each size in pixels, which "@"
 # in TARGET stands for; adds the files to the list RESULT.
