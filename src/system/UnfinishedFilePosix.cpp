@@ -77,8 +77,9 @@ Descriptor Create(const QByteArray &name, std::chrono::milliseconds patience, Re
         // Before the lock another program may have taken the new file for one left behind. Where
         // the system has no locks, the new name alone must do.
         const bool taken = !Lock(file) && errno == EWOULDBLOCK;
-        errno = EEXIST;
-        return !taken && IsNameOf(AT_FDCWD, name, file);
+        const bool isOurs = !taken && IsNameOf(AT_FDCWD, name, file);
+        errno = EEXIST; // whatever that has told: it is to be tried again
+        return isOurs;
     });
     return result.Failed() ? Descriptor() : std::move(file);
 }
