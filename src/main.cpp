@@ -52,6 +52,12 @@ bool ResetSettings(FileSystem &files, const QString &path, UserPrompts &prompts,
     return !old.result.Failed();
 }
 
+bool PlatformGiven(const QStringList &arguments)
+{
+    const QRegularExpression option(QStringLiteral("^--?platform(=|$)"));
+    return !arguments.filter(option).isEmpty();
+}
+
 int RunProgram(const CommandLine &line, QTextStream &errors)
 {
     std::unique_ptr<UserPrompts> prompts;
@@ -132,9 +138,7 @@ int main(int argc, char *argv[])
         const QCoreApplication application(argc, argv);
         return ExaminePorts(parsed.line, output, errors);
     }
-    const bool platformGiven =
-        !arguments.filter(QRegularExpression(QStringLiteral("^--?platform(=|$)"))).isEmpty();
-    if (const Result display = CheckDisplay(); !platformGiven && display.Failed()) {
+    if (const Result display = CheckDisplay(); display.Failed() && !PlatformGiven(arguments)) {
         errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;
     }
@@ -148,6 +152,7 @@ int main(int argc, char *argv[])
     QApplication::setStyle(new ThriftyStyle);
     const std::jthread bus = HeadStart::SessionBus(); // ends before the application does
     fonts.join(); // who asks for a font before they are read would read them a second time
+    HeadStart::Faces();
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
     QGuiApplication::setDesktopFileName(QStringLiteral("org.serimonde.Serimonde"));

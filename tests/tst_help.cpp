@@ -3,6 +3,7 @@
 
 #include "HelpBrowser.h"
 #include "HelpFile.h"
+#include "HelpLoading.h"
 #include "HelpPages.h"
 #include "QtPrompts.h"
 #include "frmHelp.h"
@@ -11,10 +12,8 @@
 
 #include <QDialog>
 #include <QFile>
-#include <QHelpContentWidget>
-#include <QHelpEngine>
-#include <QHelpIndexWidget>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QProcess>
@@ -24,6 +23,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
+#include <QTreeView>
 #include <QWindow>
 
 #include <memory>
@@ -166,7 +166,7 @@ void tst_help::TheCommandsOpenTheirPanes()
     };
     const auto shows = [&](int pane, const char *focus) {
         const frmHelp *window = bench.program->Help().Window();
-        const auto *list = window->findChild<QHelpContentWidget *>("lstContents");
+        const auto *list = window->findChild<QTreeView *>("lstContents");
         const QModelIndex first = list->model()->index(0, 0);
         return window->isVisible() && window->focusWidget()->objectName() == focus &&
                window->findChild<QTabWidget *>("tbsPanes")->currentIndex() == pane &&
@@ -316,7 +316,7 @@ void tst_help::TheIndexIsSearched()
     HelpBench bench(small.path);
     bench.help.ShowSearch();
     auto *field = bench.Find<QLineEdit>("txtKeyword");
-    const auto *index = bench.Find<QHelpIndexWidget>("lstIndex");
+    const auto *index = bench.Find<QListView>("lstIndex");
     QTRY_COMPARE(index->model()->rowCount(), 3);
     QTest::keyClicks(field, "BEA");
     QCOMPARE(index->model()->rowCount(), 2);
@@ -358,7 +358,7 @@ void tst_help::LinksLeadOutside()
     HelpBench bench(small.path);
     bench.shell.refused << link;
     bench.help.ShowContents();
-    const auto *contents = bench.Find<QHelpContentWidget>("lstContents");
+    const auto *contents = bench.Find<QTreeView>("lstContents");
     QTRY_COMPARE(contents->currentIndex().data().toString(), QString("Start"));
     if (link.isEmpty())
         QTest::mouseClick(bench.Browser()->viewport(), Qt::LeftButton, {},
@@ -374,12 +374,14 @@ void tst_help::LinksLeadOutside()
 
 void tst_help::NoPageIsMissing()
 {
-    HelpFile file;
+    const LoadedHelp loaded = LoadHelpFile();
+    QVERIFY(!loaded.state.Failed());
+    HelpFile &file = *loaded.file;
     QVERIFY(!file.Open(RealFile).Failed());
     for (const HelpPages::Row &row : HelpPages::Table())
         QVERIFY2(file.Page(row.page).path().endsWith(row.page), row.page);
     static const QRegularExpression link("(?:href|src|ref)=\"([^\":]+)\"");
-    const QList<QUrl> pages = file.Engine().files("org.serimonde.help", QString(), "html");
+    const QList<QUrl> pages = file.Pages();
     QVERIFY(!pages.isEmpty());
     const auto everyLinkLeads = [&](const QUrl &page, const QByteArray &text) {
         auto links = link.globalMatch(QString::fromUtf8(text));
@@ -401,11 +403,13 @@ void tst_help::NoPageIsMissing()
 
 void tst_help::EveryPageFitsItsWidth()
 {
-    HelpFile file;
+    const LoadedHelp loaded = LoadHelpFile();
+    QVERIFY(!loaded.state.Failed());
+    HelpFile &file = *loaded.file;
     QVERIFY(!file.Open(RealFile).Failed());
     HelpBrowser browser(file);
     browser.show();
-    for (const QUrl &page : file.Engine().files("org.serimonde.help", QString(), "html")) {
+    for (const QUrl &page : file.Pages()) {
         browser.Show(page);
         for (const int width : {500, 501, 720}) {
             browser.resize(width, 400);

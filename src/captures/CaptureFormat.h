@@ -28,6 +28,11 @@ enum Block : quint32 {
 constexpr quint32 ByteOrderMagic = 0x1A2B3C4D; ///< in the order of its section
 constexpr qint64 BlockFrame = 12;              ///< type, and the length before and after the body
 constexpr qint64 Alignment = 4;
+/// Of what is not negative.
+constexpr qint64 Aligned(qint64 length)
+{
+    return (length + Alignment - 1) & ~(Alignment - 1);
+}
 constexpr qint64 PacketHeadLength = 20; ///< interface, time, both lengths
 
 /// Codes of options.
@@ -42,6 +47,9 @@ enum Option : quint16 {
     InterfaceText = 3,
     SectionProgram = 4
 };
+
+constexpr qint64 OptionHead = 4; ///< code and length
+constexpr quint8 Nano = 9;       ///< the resolution of time that nearly all interfaces have
 
 constexpr quint32 FlagInbound = 1;
 constexpr quint32 FlagOutbound = 2;

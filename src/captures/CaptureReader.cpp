@@ -17,7 +17,6 @@ namespace
 using namespace CaptureFormat;
 
 constexpr quint64 NanosecondsOfASecond = 1'000'000'000;
-constexpr quint8 Nano = 9;                ///< the resolution that nearly all times have
 constexpr quint8 BinaryResolution = 0x80; ///< of times: powers of 2, else of 10
 
 // Sizes in bytes.
@@ -26,15 +25,8 @@ constexpr qsizetype PcapPacketHead = 16;
 constexpr qsizetype SectionStart = 12; ///< of a section: type, length, byte order
 constexpr qsizetype InterfaceHead = 8;
 constexpr qsizetype SimplePacketHead = 4;
-constexpr qsizetype OptionHead = 4;
 
 constexpr qsizetype MostInterfaces = 65536; ///< of one section, one behind the other
-
-/// Of what is not negative.
-constexpr qint64 Aligned(qint64 length)
-{
-    return (length + Alignment - 1) & ~(Alignment - 1);
-}
 
 /// At most, if it does not fit.
 qint64 Saturated(quint64 number)
@@ -207,7 +199,7 @@ Result CaptureReader::BeginPcap()
     return {};
 }
 
-CaptureReader::Step CaptureReader::Next(CapturePacket &packet)
+CaptureReader::Step CaptureReader::NextOfAll(CapturePacket &packet)
 {
     if (!m_damage.cause.isEmpty())
         return Step::Damaged;
@@ -241,54 +233,8 @@ CaptureReader::Step CaptureReader::NextOfPcap(CapturePacket &packet)
     return Step::Packet;
 }
 
-/// Nearly every block is a packet without anything unusual, which lies in memory; what is said
-/// below of all blocks holds for it, and it takes a third of the time. False if it is another one.
-bool CaptureReader::TakeUsual(CapturePacket &packet)
-{
-    constexpr quint32 Before = 8 + PacketHeadLength; // the record
-    const QByteArrayView held = m_bytes.HeldFrom(m_next);
-    if (m_bigEndian || held.size() < qsizetype(Before + BlockFrame + RecordHead))
-        return false;
-    const char *const block = held.data();
-    const auto number = [block](qsizetype place) {
-        return qFromLittleEndian<quint32>(block + place);
-    };
-    const quint32 length = number(4);
-    const quint32 port = number(8);
-    const quint32 captured = number(20);
-    if (number(0) != EnhancedPacket || length > held.size() || length % Alignment != 0 ||
-        captured < RecordHead || length < Aligned(captured) + Before + qint64(sizeof(quint32)) ||
-        number(24) != captured || number(length - qsizetype(sizeof(quint32))) != length ||
-        port >= quint32(m_interfaces.size()))
-        return false;
-    const Interface &interface = m_interfaces.at(port);
-    const quint64 ticks = quint64(number(12)) << 32 | number(16);
-    if (interface.timeResolution != Nano || interface.timeOffset != 0 || ticks == 0)
-        return false;
-    const QByteArrayView record(block + Before, captured);
-    const quint32 optionsAt = Before + quint32(Aligned(captured));
-    packet.place = m_next;
-    packet.time = Saturated(ticks);
-    packet.port = std::min(interface.port, int(m_ports.size()) - 1);
-    packet.record = quint8(record[8]);
-    packet.lines = quint8(record[9]);
-    packet.bytes = record.sliced(RecordHead);
-    packet.missing = 0;
-    packet.options = held.sliced(optionsAt, length - quint32(sizeof(quint32)) - optionsAt);
-    constexpr qsizetype Flags = OptionHead + sizeof(quint32); // which nobody asks for
-    if (packet.options.size() >= Flags &&
-        number(optionsAt) == (quint32(sizeof(quint32)) << 16 | PacketFlags))
-        packet.options = packet.options.sliced(Flags);
-    if (packet.options.size() == OptionHead) // the end of them
-        packet.options = {};
-    m_next += length;
-    return true;
-}
-
 CaptureReader::Step CaptureReader::NextOfPcapNg(CapturePacket &packet)
 {
-    if (TakeUsual(packet))
-        return Step::Packet;
     Block block;
     while (FindBlock(block)) {
         const Found found = TakeBlock(block, packet);

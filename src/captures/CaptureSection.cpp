@@ -18,7 +18,6 @@ using namespace CaptureFormat;
 
 constexpr qsizetype OrderPlace = 8;
 constexpr qsizetype OptionsPlace = 24;
-constexpr qsizetype OptionHead = 4;
 constexpr qsizetype LengthSize = 4; ///< of the length behind the body
 
 template <typename Number> Number NumberAt(QByteArrayView bytes, qsizetype place, bool bigEndian)

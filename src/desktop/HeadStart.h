@@ -18,4 +18,8 @@ namespace HeadStart
 /// as the toolkit has started.
 [[nodiscard]] std::jthread SessionBus();
 
+/// Loads the faces that the first window shows. To be called in between: the window would soon wait
+/// for the bus, which takes its time where there is none yet.
+void Faces();
+
 } // namespace HeadStart

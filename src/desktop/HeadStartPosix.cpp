@@ -3,7 +3,10 @@
 
 #include "HeadStart.h"
 
+#include "FixedPitchFont.h"
+
 #include <QDBusConnection>
+#include <QFontMetrics>
 #include <QGuiApplication>
 
 #include <clocale>
@@ -25,4 +28,12 @@ std::jthread HeadStart::SessionBus()
     if (platform == QLatin1String("xcb") || platform.startsWith(QLatin1String("wayland")))
         return std::jthread([] { QDBusConnection::sessionBus(); });
     return {};
+}
+
+void HeadStart::Faces()
+{
+    QFont ofHeadings = QGuiApplication::font();
+    ofHeadings.setBold(true);
+    for (const QFont &font : {QGuiApplication::font(), ofHeadings, FixedPitchFont::ViewFont()})
+        QFontMetrics(font).boundingRect(QStringLiteral("A"));
 }

@@ -32,7 +32,7 @@ void HelpBrowser::Show(const QUrl &url)
 
 void HelpBrowser::ShowPagesAbout(const QString &keyword)
 {
-    const QList<QHelpLink> pages = m_file.PagesAbout(keyword);
+    const QList<HelpFile::Link> pages = m_file.PagesAbout(keyword);
     if (pages.size() == 1) {
         Show(pages.first().url);
         return;
@@ -54,7 +54,7 @@ QVariant HelpBrowser::loadResource(int, const QUrl &name)
 QString HelpBrowser::ChoiceOf(const QString &keyword) const
 {
     QString html = QStringLiteral("<h2>%1</h2><ul>").arg(keyword.toHtmlEscaped());
-    for (const QHelpLink &page : m_file.PagesAbout(keyword)) {
+    for (const HelpFile::Link &page : m_file.PagesAbout(keyword)) {
         html += QStringLiteral("<li><a href=\"%1\">%2</a></li>")
                     .arg(page.url.toString(QUrl::FullyEncoded).toHtmlEscaped(),
                          page.title.toHtmlEscaped());

@@ -4,6 +4,7 @@
 #include "MdHelp.h"
 
 #include "HelpFile.h"
+#include "HelpLoading.h"
 #include "HelpPages.h"
 #include "UserPrompts.h"
 #include "frmHelp.h"
@@ -92,8 +93,9 @@ frmHelp *MdHelp::OpenedWindow()
 
 Result MdHelp::OpenFile()
 {
-    auto file = std::make_unique<HelpFile>();
-    Result opened = file->Open(m_path);
+    auto [file, opened] = LoadHelpFile();
+    if (!opened.Failed())
+        opened = file->Open(m_path);
     if (!opened.Failed()) {
         m_file = std::move(file);
         m_window = std::make_unique<frmHelp>(*m_file, m_shell, m_prompts);

@@ -12,19 +12,17 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QHelpContentWidget>
-#include <QHelpEngine>
-#include <QHelpIndexWidget>
-#include <QHelpLink>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QScreen>
 #include <QShortcut>
 #include <QSplitter>
 #include <QStyle>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QTreeView>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -50,8 +48,8 @@ frmHelp::frmHelp(HelpFile &file, Shell &shell, UserPrompts &prompts)
       m_prompts(prompts),
       txtPage(new HelpBrowser(file, this)),
       tbsPanes(new QTabWidget(this)),
-      m_contents(file.Engine().contentWidget()),
-      m_index(file.Engine().indexWidget()),
+      m_contents(&file.Contents()),
+      m_index(&file.Index()),
       txtKeyword(new QLineEdit)
 {
     setObjectName(QStringLiteral("frmHelp"));
@@ -69,11 +67,11 @@ QWidget *frmHelp::MakeContentsPane()
 {
     m_contents->setObjectName(QStringLiteral("lstContents"));
     m_contents->setAccessibleName(QStringLiteral("Contents"));
-    connect(m_contents, &QHelpContentWidget::linkActivated, this, &frmHelp::Follow);
-    connect(m_file.Engine().contentModel(), &QHelpContentModel::contentsCreated, this, [this] {
+    m_file.PageChosen = [this](const QUrl &page) { Follow(page); };
+    m_file.ContentsFilled = [this] {
         m_contents->expandToDepth(0);
         SelectInContents(txtPage->source());
-    });
+    };
 
     auto *pane = new DialogPage;
     auto *column = new QVBoxLayout(pane);
@@ -168,16 +166,9 @@ QWidget *frmHelp::MakeIndexPane()
     column->addWidget(m_index, 1);
 
     connect(txtKeyword, &QLineEdit::textChanged, this, &frmHelp::FilterIndex);
-    connect(m_file.Engine().indexModel(), &QHelpIndexModel::indexCreated, this,
-            &frmHelp::FilterIndex);
-    connect(txtKeyword, &QLineEdit::returnPressed, m_index, &QHelpIndexWidget::activateCurrentItem);
-    connect(
-        m_index, &QHelpIndexWidget::documentActivated, txtPage,
-        [this](const QHelpLink &, const QString &keyword) { txtPage->ShowPagesAbout(keyword); });
-    connect(m_index, &QHelpIndexWidget::documentsActivated, txtPage,
-            [this](const QList<QHelpLink> &, const QString &keyword) {
-                txtPage->ShowPagesAbout(keyword);
-            });
+    connect(txtKeyword, &QLineEdit::returnPressed, this, [this] { m_file.ChooseKeyword(); });
+    m_file.IndexFilled = [this] { FilterIndex(); };
+    m_file.KeywordChosen = [this](const QString &keyword) { txtPage->ShowPagesAbout(keyword); };
     return pane;
 }
 
@@ -272,12 +263,12 @@ void frmHelp::Follow(const QUrl &link)
 
 void frmHelp::FilterIndex()
 {
-    m_index->filterIndices(txtKeyword->text());
+    m_file.FilterIndex(txtKeyword->text());
 }
 
 void frmHelp::SelectInContents(const QUrl &shown)
 {
-    const QModelIndex place = m_contents->indexOf(shown);
+    const QModelIndex place = m_file.PlaceInContents(shown);
     if (place.isValid())
         m_contents->setCurrentIndex(place);
 }

@@ -7,11 +7,11 @@
 
 class HelpBrowser;
 class HelpFile;
-class QHelpContentWidget;
-class QHelpIndexWidget;
 class QLineEdit;
+class QListView;
 class QTabWidget;
 class QToolBar;
+class QTreeView;
 class QWindow;
 class Shell;
 class UserPrompts;
@@ -62,7 +62,7 @@ class frmHelp final : public QWidget
     UserPrompts &m_prompts;
     HelpBrowser *txtPage;
     QTabWidget *tbsPanes;
-    QHelpContentWidget *m_contents;
-    QHelpIndexWidget *m_index;
+    QTreeView *m_contents;
+    QListView *m_index;
     QLineEdit *txtKeyword;
 };

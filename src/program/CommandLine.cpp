@@ -396,6 +396,9 @@ Program TakeCommand(QStringList &arguments)
 
 ParsedCommandLine ParseCommandLine(const QStringList &arguments, Program program)
 {
+    // The usual start: to tell the parser all options would only hold the window up.
+    if (program == Program::Window && arguments.size() <= 1)
+        return {};
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     for (const OptionRow &row : OptionRows) {

@@ -3,7 +3,6 @@
 
 #include "TelegramCutter.h"
 
-#include "Telegram.h"
 #include "TelegramGaps.h"
 
 #include <algorithm>
@@ -48,54 +47,6 @@ void TelegramCutter::SetPorts(const QList<TrafficPort> &ports)
         m_gaps[road] = m_rule.automaticGap ? TelegramGaps::Automatic(port) : m_rule.gap;
         m_ofCharacter[road] = TelegramGaps::Character(port);
     }
-}
-
-TelegramCutter::Start TelegramCutter::StartOf(const Piece &piece) const
-{
-    if (piece.road != m_cut.road || !m_cut.isOpen)
-        return Start::Plain;
-    if (!piece.isRest && IsSilent(piece))
-        return Start::AfterGap;
-    if (m_cut.length >= Telegram::MostBytes)
-        return Start::Goes;
-    const bool isSequence = piece.named && piece.road % 2 != 0 && !piece.isRest;
-    return isSequence && m_rule.endsWithDetection ? Start::Plain : Start::No;
-}
-
-bool TelegramCutter::IsSilent(const Piece &piece) const
-{
-    const auto road = size_t(piece.road);
-    if (m_gaps[road] == 0)
-        return false;
-    const qint64 since = piece.time - m_cut.end;
-    return since > m_gaps[road] &&
-           since > m_gaps[road] +
-                       m_ofCharacter[road] * std::min(piece.bytes.size(), TelegramGaps::HeldBack);
-}
-
-qsizetype TelegramCutter::Take(const Piece &piece, Start start)
-{
-    if (start != Start::No) {
-        ++m_cut.number;
-        m_cut.length = 0;
-        m_cut.matched = 0;
-        m_cut.road = piece.road;
-        m_cut.hasBytes = true;
-    }
-    m_cut.isOpen = true;
-    qsizetype most = std::min(piece.bytes.size(), Telegram::MostBytes - m_cut.length);
-    if (m_rule.fixedLength > 0)
-        most = std::min<qsizetype>(most, m_rule.fixedLength - m_cut.length);
-    const qsizetype taken = m_rule.endMark.isEmpty() ? most : ToEndMark(piece.bytes.first(most));
-    m_cut.length += qint32(taken);
-    m_cut.bytes += taken;
-    m_cut.end = piece.time;
-    if (m_cut.length == m_rule.fixedLength)
-        m_cut.isOpen = false;
-    if (piece.named && taken == piece.bytes.size() && m_rule.endsWithDetection &&
-        m_cut.length < Telegram::MostBytes)
-        m_cut.isOpen = false;
-    return taken;
 }
 
 /// How many bytes belong to the row, the mark among them if it is complete.

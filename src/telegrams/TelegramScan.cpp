@@ -121,18 +121,9 @@ TelegramPlace TelegramScan::Place() const
     return place;
 }
 
-qsizetype TelegramScan::Take()
+void TelegramScan::TakeOther()
 {
-    qsizetype taken = 0;
-    if (m_looked == Item::Bytes) {
-        taken = m_cutter.Take(m_piece, m_start);
-        m_passed += taken;
-        m_stage = m_passed == m_packet.bytes.size() ? Behind() : Stage::Bytes;
-    } else {
-        if (m_begins)
-            m_cutter.TakeRow(m_event.kind, m_piece.time);
-        m_stage = m_stage == Stage::Event ? Behind() : Stage::None;
-    }
-    m_looked = Item::None;
-    return taken;
+    if (m_begins)
+        m_cutter.TakeRow(m_event.kind, m_piece.time);
+    m_stage = m_stage == Stage::Event ? Behind() : Stage::None;
 }

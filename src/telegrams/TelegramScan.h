@@ -63,7 +63,19 @@ class TelegramScan final
     TelegramPlace Place() const;
 
     /// It belongs to the latest row. Returns how many of the bytes do; the others come next.
-    qsizetype Take();
+    qsizetype Take()
+    {
+        qsizetype taken = 0;
+        if (m_looked == Item::Bytes) {
+            taken = m_cutter.Take(m_piece, m_start);
+            m_passed += taken;
+            m_stage = m_passed == m_packet.bytes.size() ? Behind() : Stage::Bytes;
+        } else {
+            TakeOther();
+        }
+        m_looked = Item::None;
+        return taken;
+    }
 
     const TelegramCutter &Cutter() const { return m_cutter; }
     qint64 PartNumber() const { return m_packets.PartNumber(); }
@@ -77,6 +89,7 @@ class TelegramScan final
     void ReadEvent();
     bool HasName() const;
     void LookAtOther();
+    void TakeOther();
     Stage Behind() const { return m_packet.missing > 0 ? Stage::Missing : Stage::None; }
 
     TelegramPackets m_packets;

@@ -1,14 +1,15 @@
 // SPDX-FileCopyrightText: The Serimonde developers
 // SPDX-License-Identifier: MIT
 
-#include "HelpFile.h"
+#include "QtHelpFile.h"
 
 #include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QHelpContentModel>
+#include <QHelpContentWidget>
 #include <QHelpEngine>
-#include <QHelpIndexModel>
+#include <QHelpIndexWidget>
+#include <QHelpLink>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -36,11 +37,11 @@ Result CheckReadable(const QString &path)
 
 } // namespace
 
-HelpFile::HelpFile() = default;
+QtHelpFile::QtHelpFile() = default;
 
 /// The toolkit corrupts its memory if an engine goes while its threads still gather contents and
 /// index.
-HelpFile::~HelpFile()
+QtHelpFile::~QtHelpFile()
 {
     if (!m_engine)
         return;
@@ -51,7 +52,7 @@ HelpFile::~HelpFile()
         QThread::usleep(MicrosecondsBetweenLooks);
 }
 
-Result HelpFile::Open(const QString &path)
+Result QtHelpFile::Open(const QString &path)
 {
     m_path = QFileInfo(path).absoluteFilePath(); // others give empty pages
     if (Result readable = CheckReadable(m_path); readable.Failed())
@@ -60,12 +61,13 @@ Result HelpFile::Open(const QString &path)
         return registered;
     if (Result whole = Check(); whole.Failed())
         return whole;
+    Connect();
     m_engine->contentModel()->createContents(QString());
     m_engine->indexModel()->createIndex(QString());
     return {};
 }
 
-Result HelpFile::Register()
+Result QtHelpFile::Register()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     if (!m_folder->isValid())
@@ -79,30 +81,85 @@ Result HelpFile::Register()
     return {};
 }
 
-Result HelpFile::Check() const
+Result QtHelpFile::Check() const
 {
     if (Result readable = CheckReadable(m_path); readable.Failed())
         return readable;
     // A file that has lost some of its bytes is registered all the same.
-    const QList<QUrl> pages =
-        m_engine->files(QHelpEngineCore::namespaceName(m_path), QString(), QStringLiteral("html"));
+    const QList<QUrl> pages = Pages();
     const bool whole = std::all_of(pages.begin(), pages.end(),
                                    [this](const QUrl &page) { return !Read(page).isEmpty(); });
     return whole && !pages.isEmpty() ? Result() : Failure{QStringLiteral("The file is damaged.")};
 }
 
-QUrl HelpFile::Page(const QString &name) const
+QList<QUrl> QtHelpFile::Pages() const
+{
+    return m_engine->files(QHelpEngineCore::namespaceName(m_path), QString(),
+                           QStringLiteral("html"));
+}
+
+QUrl QtHelpFile::Page(const QString &name) const
 {
     const QUrl page(m_pages + name);
     return Read(page).isEmpty() ? QUrl(m_pages + FirstPage) : page;
 }
 
-QByteArray HelpFile::Read(const QUrl &url) const
+QByteArray QtHelpFile::Read(const QUrl &url) const
 {
     return m_engine->fileData(url.adjusted(QUrl::RemoveFragment));
 }
 
-QList<QHelpLink> HelpFile::PagesAbout(const QString &keyword) const
+QList<HelpFile::Link> QtHelpFile::PagesAbout(const QString &keyword) const
 {
-    return m_engine->documentsForKeyword(keyword);
+    QList<Link> pages;
+    for (const QHelpLink &page : m_engine->documentsForKeyword(keyword))
+        pages.append({page.url, page.title});
+    return pages;
+}
+
+void QtHelpFile::Connect()
+{
+    const QHelpIndexWidget *index = m_engine->indexWidget();
+    QObject *engine = m_engine.get();
+    QObject::connect(m_engine->contentModel(), &QHelpContentModel::contentsCreated, engine,
+                     [this] { ContentsFilled(); });
+    QObject::connect(m_engine->contentWidget(), &QHelpContentWidget::linkActivated, engine,
+                     [this](const QUrl &page) { PageChosen(page); });
+    QObject::connect(m_engine->indexModel(), &QHelpIndexModel::indexCreated, engine,
+                     [this] { IndexFilled(); });
+    QObject::connect(index, &QHelpIndexWidget::documentActivated, engine,
+                     [this](const QHelpLink &, const QString &keyword) { KeywordChosen(keyword); });
+    QObject::connect(
+        index, &QHelpIndexWidget::documentsActivated, engine,
+        [this](const QList<QHelpLink> &, const QString &keyword) { KeywordChosen(keyword); });
+}
+
+QTreeView &QtHelpFile::Contents()
+{
+    return *m_engine->contentWidget();
+}
+
+QListView &QtHelpFile::Index()
+{
+    return *m_engine->indexWidget();
+}
+
+QModelIndex QtHelpFile::PlaceInContents(const QUrl &page) const
+{
+    return m_engine->contentWidget()->indexOf(page);
+}
+
+void QtHelpFile::FilterIndex(const QString &text)
+{
+    m_engine->indexWidget()->filterIndices(text);
+}
+
+void QtHelpFile::ChooseKeyword()
+{
+    m_engine->indexWidget()->activateCurrentItem();
+}
+
+extern "C" Q_DECL_EXPORT HelpFile *SerimondeHelpFile()
+{
+    return new QtHelpFile;
 }
