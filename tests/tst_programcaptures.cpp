@@ -150,17 +150,21 @@ class tst_programcaptures : public QObject
             return [&window, action] { window->findChild<QAction *>(action)->trigger(); };
         };
         const auto close = [&] { bench.program->Execute(Command::Exit); };
-        bench.Run({{[&] {
-                        bench.program->Execute(Command::Traffic);
-                        for (QWidget *each : QApplication::topLevelWidgets())
-                            window = window ? window : qobject_cast<frmTraffic *>(each);
-                        act("mnuTrafficOpen")();
-                    },
-                    [&] { return window->Book().End() == 1; }},
-                   {[&] { window->List().GoTo(0); }, [&] { return window->Book().Row(0); }},
-                   {act("mnuTrafficBookmark")},
-                   {close, [&] { return bench.prompts.shown.size() == 1; }},
-                   {close, [&] { return !bytesOf(copy).isEmpty(); }}});
+        bench.Run(
+            {{[&] {
+                  bench.program->Execute(Command::Traffic);
+                  for (QWidget *each : QApplication::topLevelWidgets())
+                      window = window ? window : qobject_cast<frmTraffic *>(each);
+                  act("mnuTrafficOpen")();
+              },
+              [&] { return window->Book().End() == 1; }},
+             {[&] { window->List().GoTo(0); }, [&] { return window->Book().Row(0); }},
+             {act("mnuTrafficBookmark")},
+             {act("mnuTrafficMain"), [&] { return bench.program->Window()->isActiveWindow(); }},
+             {[&] { bench.program->Execute(Command::Traffic); },
+              [&] { return window->isActiveWindow(); }},
+             {close, [&] { return bench.prompts.shown.size() == 1; }},
+             {close, [&] { return !bytesOf(copy).isEmpty(); }}});
         QVERIFY(!bench.stuck);
         QCOMPARE(bench.prompts.shown.size(), 2);
         QCOMPARE(bench.prompts.shown[0].text, "Save changes to the bookmarks of x.pcapng?");

@@ -120,6 +120,25 @@ class tst_sendline : public QObject
         QCOMPARE(desk.Entry().Sequence(), "typed\r");
     }
 
+    /// Four rows at the most; what is typed beyond is scrolled.
+    void TheEntryIsAsHighAsWhatIsTyped()
+    {
+        LineDesk desk;
+        QList<int> heights = {desk.Entry().height()};
+        for (int row = 2; row <= 5; ++row) {
+            while (desk.Entry().Layout().RowCount() < row)
+                desk.Type("x");
+            heights << desk.Entry().height();
+        }
+        const int step = heights[1] - heights[0];
+        QVERIFY(step > 0);
+        QCOMPARE(heights[3] - heights[2], step);
+        QCOMPARE(heights[4], heights[3]);
+        QSignalSpy left(&desk.widget, &SendLine::Left);
+        desk.Press(Qt::Key_Escape);
+        QCOMPARE(left.size(), 1);
+    }
+
     void ClosedWhileNothingCanBeSent_data()
     {
         const Cases<CommMode, bool, QString, QString> row("mode", "open", "device", "why");

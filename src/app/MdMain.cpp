@@ -25,6 +25,7 @@
 #include "SettingsStore.h"
 #include "SystemPortFinder.h"
 #include "SystemPortName.h"
+#include "TelegramList.h"
 #include "TrafficWork.h"
 #include "frmMain.h"
 
@@ -253,8 +254,14 @@ void MdMain::WorkOnTraffic(frmTraffic &window)
                                  copying,
                                  captures,
                                  m_responseSettings});
+    connect(&window, &frmTraffic::MainWindowWanted, m_window.get(), [this] {
+        m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
+        m_window->raise();
+        m_window->activateWindow();
+    });
     auto *line = new SendLine(*m_sendLine);
     window.SetFoot(*line);
+    connect(line, &SendLine::Left, &window.List(), qOverload<>(&QWidget::setFocus));
     connect(line, &SendLine::KeepRequested, this, [this, &window](const QByteArray &telegram) {
         m_dialogs->NewSendSequence(telegram, window);
     });

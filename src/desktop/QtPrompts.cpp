@@ -93,20 +93,6 @@ class NoticeBox final : public QMessageBox
     }
 };
 
-/// What a box stands over. When another program has the focus that is no active window.
-QWidget *Owner()
-{
-    for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
-        if (window && !dynamic_cast<NoticeBox *>(window))
-            return window;
-    }
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const auto shown = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
-        return window->isVisible() && window->windowType() == Qt::Window;
-    });
-    return shown == windows.end() ? nullptr : *shown;
-}
-
 /// Names of strangers are in the texts: none of it is rich text.
 void Furnish(QMessageBox &box, const MessagePrompt &prompt)
 {
@@ -158,6 +144,27 @@ QString FaultOf(const QFileInfo &chosen, const FileDialogRequest &request)
 }
 
 } // namespace
+
+/// What a box stands over. There is no active window while another program has the focus, and for
+/// a moment when a box has just gone: then it is the window that a box stood over last.
+QWidget *QtPrompts::Owner()
+{
+    const auto isShown = [](const QWidget *window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    };
+    for (QWidget *window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
+        if (!window || dynamic_cast<NoticeBox *>(window))
+            continue;
+        if (isShown(window))
+            m_lastOwner = window;
+        return window;
+    }
+    if (m_lastOwner && isShown(m_lastOwner))
+        return m_lastOwner;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.begin(), windows.end(), isShown);
+    return shown == windows.end() ? nullptr : *shown;
+}
 
 QtPrompts::~QtPrompts()
 {

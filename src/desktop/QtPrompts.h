@@ -10,6 +10,7 @@
 #include <QPointer>
 
 class QMessageBox;
+class QWidget;
 
 /// Prompts as message boxes over the active window; once the program is being ended, lines of text.
 class QtPrompts final : public UserPrompts
@@ -29,7 +30,10 @@ class QtPrompts final : public UserPrompts
     std::optional<qint32> ChooseColour(qint32 initial, const QString &title) override;
 
   private:
-    QString m_printer; ///< chosen last in this run; empty for the system's default
+    QWidget *Owner();
+
+    QPointer<QWidget> m_lastOwner; ///< a window, not a dialog
+    QString m_printer;             ///< chosen last in this run; empty for the system's default
     ConsolePrompts m_console;
     QHash<QString, QPointer<QMessageBox>> m_notices; ///< by what they are about
     QList<QPointer<QMessageBox>> m_questions;

@@ -31,7 +31,7 @@ RepeatChoice::RepeatChoice(QWidget *parent)
         connect(box, &QSpinBox::valueChanged, this, &RepeatChoice::Changed);
     }
 
-    auto *caption = new QLabel(QStringLiteral("&Every"));
+    auto *caption = new QLabel(QStringLiteral("Ever&y"));
     caption->setBuddy(spnEvery);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

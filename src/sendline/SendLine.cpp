@@ -16,8 +16,10 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMargins>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 namespace
@@ -26,6 +28,9 @@ namespace
 constexpr int CountMilliseconds = 250;
 /// What is shown of bytes that are repeated or appended.
 constexpr qsizetype MostShownBytes = 12;
+constexpr QMargins Margins(6, 2, 6, 0);
+/// Of what is typed; more can be scrolled.
+constexpr qsizetype MostRows = 4;
 
 QString ShownBytes(const QByteArray &bytes)
 {
@@ -49,7 +54,7 @@ SendLine::SendLine(MdSendLine &line, QWidget *parent)
       m_line(line),
       cboForm(new QComboBox),
       txtLine(new SQEditSequence),
-      cmdSend(NamedButton("cmdSend", "&Send")),
+      cmdSend(NamedButton("cmdSend", "Send")),
       cmdKeep(NamedButton("cmdKeep", "&Keep...")),
       lblWhy(new QLabel),
       m_appendix(new ChecksumChoice(FixedCaptions())),
@@ -59,8 +64,10 @@ SendLine::SendLine(MdSendLine &line, QWidget *parent)
       lblRepeat(new QLabel)
 {
     setObjectName(QStringLiteral("SendLine"));
+    setFocusProxy(txtLine);
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(Margins);
+    column->setSpacing(Margins.top());
     lblWhy->setObjectName(QStringLiteral("lblWhy"));
     lblWhy->setWordWrap(true);
     column->addWidget(lblWhy);
@@ -88,7 +95,7 @@ void SendLine::MakeEntry(QHBoxLayout &row)
     txtLine->setAccessibleDescription(
         QStringLiteral("Enter sends, Up and Down fetch what was sent before"));
     txtLine->SetEditMode(RowOf(form).editMode);
-    txtLine->setMaximumHeight(txtLine->minimumSizeHint().height());
+    FitEntry();
     txtLine->installEventFilter(this);
     cmdSend->setToolTip(QStringLiteral("Send this (Enter)"));
     cmdKeep->setToolTip(QStringLiteral("Make a send sequence of this"));
@@ -126,7 +133,9 @@ void SendLine::Connect()
     connect(cboForm, &QComboBox::currentIndexChanged, this, [this](int form) {
         m_line.Settings().Form = form;
         txtLine->SetEditMode(RowOf(Representation(form)).editMode);
+        FitEntry();
     });
+    connect(txtLine, &SQEditSequence::Changed, this, &SendLine::FitEntry);
     connect(txtLine, &SQEditSequence::Changed, this, &SendLine::Refresh);
     connect(cmdSend, &QPushButton::clicked, this, &SendLine::Send);
     connect(cmdKeep, &QPushButton::clicked, this, &SendLine::Keep);
@@ -137,15 +146,28 @@ void SendLine::Connect()
     connect(&m_counting, &QTimer::timeout, this, &SendLine::ShowRepeat);
 }
 
+/// As many rows as it needs.
+void SendLine::FitEntry()
+{
+    const qsizetype rows = std::min(txtLine->Layout().RowCount(), MostRows);
+    txtLine->setFixedHeight(txtLine->SizeOf(1, int(rows)).height());
+}
+
 // --- Hands --------------------------------------------------------------------------------------
 
 bool SendLine::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Resize)
+        FitEntry();
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     const auto &key = *static_cast<QKeyEvent *>(event);
     if ((key.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier)) != Qt::NoModifier)
         return false;
+    if (key.key() == Qt::Key_Escape) {
+        Q_EMIT Left();
+        return true;
+    }
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
         if (!key.isAutoRepeat())
             Send();
@@ -234,7 +256,7 @@ void SendLine::ShowRepeat()
 {
     const std::optional<RepeatState> repeat = m_line.Repeating();
     cmdRepeat->setChecked(repeat.has_value());
-    cmdRepeat->setText(repeat ? QStringLiteral("&Stop Repeating") : QStringLiteral("&Repeat"));
+    cmdRepeat->setText(repeat ? QStringLiteral("Stop &Repeating") : QStringLiteral("&Repeat"));
     lblRepeat->setText(repeat ? ShownBytes(repeat->telegram.bytes) + u' ' + RepeatText(*repeat)
                               : QString());
     if (!repeat)
@@ -249,8 +271,8 @@ void SendLine::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange)
         Refresh();
-    else if (event->type() == QEvent::FontChange)
-        txtLine->setMaximumHeight(txtLine->minimumSizeHint().height());
+    else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        FitEntry();
 }
 
 void SendLine::showEvent(QShowEvent *event)

@@ -29,6 +29,8 @@ class SendLine final : public QWidget
   Q_SIGNALS:
     /// The user wants a send sequence of these bytes.
     void KeepRequested(const QByteArray &telegram);
+    /// Escape: back to what was done before.
+    void Left();
 
   protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -42,6 +44,7 @@ class SendLine final : public QWidget
     void MakeRepeat(QHBoxLayout &row);
     void Connect();
 
+    void FitEntry();
     void Send();
     void Repeat();
     void Keep();

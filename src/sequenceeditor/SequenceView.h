@@ -28,6 +28,8 @@ class SequenceView : public TextControl
     QRectF CaretRect() const override;
     void ScrollToByte(qsizetype byte);
 
+    /// With room for so many characters and rows.
+    QSize SizeOf(int columns, int rows) const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -57,7 +59,6 @@ class SequenceView : public TextControl
     QString PositionText() const;
     int LineHeight() const;
     void LayOut();
-    QSize SizeOf(int columns, int rows) const;
     void PaintCaret(QPainter &painter) const;
 
     /// What a layout is made for.

@@ -82,7 +82,7 @@ void TrafficCaptures::MakeBar()
     m_bar = new QWidget;
     m_bar->setObjectName(QStringLiteral("barSource"));
     m_bar->setAccessibleName(QStringLiteral("What is shown"));
-    rdoRecord = new QRadioButton(QStringLiteral("Live &record"));
+    rdoRecord = new QRadioButton(QStringLiteral("Live rec&ord"));
     rdoRecord->setObjectName(QStringLiteral("rdoRecord"));
     rdoCapture = new QRadioButton;
     rdoCapture->setObjectName(QStringLiteral("rdoCapture"));

@@ -150,7 +150,7 @@ void TrafficFilterBar::LayOut()
                                     cmdMarks};
     for (QWidget *widget : above)
         top->addWidget(widget, widget == cboFilterName ? 1 : 0);
-    bottom->addWidget(Caption("&Contains:", txtContains));
+    bottom->addWidget(Caption("Cont&ains:", txtContains));
     bottom->addWidget(cboContains);
     bottom->addWidget(txtContains, 1);
     bottom->addWidget(lblRefusal);

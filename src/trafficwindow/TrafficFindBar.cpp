@@ -70,7 +70,7 @@ TrafficFindBar::TrafficFindBar(std::function<QStringList()> names, QWidget *pare
       cboFindName(new QComboBox),
       cboFindMark(new QComboBox),
       cmdNext(BarButton("cmdFindNext", "&Next", "The next one below the current row (Enter, F3)")),
-      cmdPrevious(BarButton("cmdFindPrevious", "Pre&vious",
+      cmdPrevious(BarButton("cmdFindPrevious", "&Previous",
                             "The next one above the current row (Shift+Enter, Shift+F3)")),
       cmdWrap(BarButton("cmdFindWrap", "From the Bottom", "Looks on from the other end")),
       cmdGiveUp(BarButton("cmdFindGiveUp", "Cancel", "Stops looking (Esc)")),
@@ -131,7 +131,7 @@ void TrafficFindBar::MakeButtons()
 
 void TrafficFindBar::LayOut()
 {
-    auto *caption = new QLabel(QStringLiteral("Fi&nd:"));
+    auto *caption = new QLabel(QStringLiteral("F&ind:"));
     caption->setBuddy(cboFindKind);
     auto *top = new QHBoxLayout;
     for (QWidget *widget : {static_cast<QWidget *>(caption), static_cast<QWidget *>(cboFindKind)})

@@ -110,6 +110,11 @@ void frmTraffic::MakeMenus()
     connect(rules, &QAction::triggered, this, &frmTraffic::ChooseRule);
     QMenu *columns = view.addMenu(QStringLiteral("&Columns"));
     columns->addActions(lstTelegrams->Header().Columns());
+    view.addSeparator();
+    QAction *main = view.addAction(QStringLiteral("&Main Window"));
+    main->setObjectName(QStringLiteral("mnuTrafficMain"));
+    main->setShortcut(Qt::Key_F6); // which leads here from there
+    connect(main, &QAction::triggered, this, &frmTraffic::MainWindowWanted);
 }
 
 void frmTraffic::ConnectList()
@@ -215,6 +220,11 @@ void frmTraffic::AddBar(QWidget &bar, bool first)
 void frmTraffic::SetFoot(QWidget &foot)
 {
     m_foot->addWidget(&foot);
+    QMenu &view = MenuOf(Menu::View);
+    QAction *go = view.addAction(QStringLiteral("Send &Line"));
+    go->setObjectName(QStringLiteral("mnuTrafficSendLine"));
+    go->setShortcut(Qt::Key_F4);
+    connect(go, &QAction::triggered, &foot, qOverload<>(&QWidget::setFocus));
 }
 
 void frmTraffic::RestorePlace()

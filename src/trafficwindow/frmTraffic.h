@@ -63,7 +63,7 @@ class frmTraffic final : public QWidget
 
     /// Stands above the list, below those that were added before, or above them.
     void AddBar(QWidget &bar, bool first = false);
-    /// Stands at the foot of the window.
+    /// Stands at the foot of the window, with an entry of a menu that leads there.
     void SetFoot(QWidget &foot);
 
     /// Puts the window's place and its columns into the settings.
@@ -72,6 +72,7 @@ class frmTraffic final : public QWidget
   Q_SIGNALS:
     /// There is something else to say of where the telegrams come from.
     void OriginChanged();
+    void MainWindowWanted();
 
   protected:
     void closeEvent(QCloseEvent *event) override;
