@@ -4,10 +4,73 @@
 #include "ThriftyStyle.h"
 
 #include <QIconEngine>
+#include <QPainter>
 #include <QPointer>
+#include <QStyleOption>
+
+#include <algorithm>
+#include <cmath>
 
 namespace
 {
+
+// The toolkit shares a fill of 96 spans and more out among threads of a pool, though the pieces are
+// far too small to be worth a thread, and waits for them. A fill has a span for each of its rows,
+// and more where it is no plain colour.
+
+/// Length of a piece of a scroll bar, in pixels; an outline of it has several spans a row.
+constexpr int PieceOfAScrollBar = 24;
+/// Of a heading.
+constexpr int WidthOfAHeading = 64;
+constexpr int EdgeOfAHeading = 8; ///< as much at each end may differ from the rest
+
+/// Draws what fills a tall rectangle in pieces, each on a picture of its own: a style may set other
+/// clips than ours.
+template <typename Draw> void InPieces(const QRect &rect, QPainter &painter, const Draw &draw)
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    for (int top = rect.top(); top <= rect.bottom(); top += PieceOfAScrollBar) {
+        const QSize size(rect.width(), std::min(PieceOfAScrollBar, rect.bottom() + 1 - top));
+        QPixmap piece(size * ratio);
+        piece.setDevicePixelRatio(ratio);
+        piece.fill(Qt::transparent);
+        QPainter onPiece(&piece);
+        onPiece.setPen(painter.pen());
+        onPiece.translate(-rect.left(), -top);
+        draw(onPiece);
+        onPiece.end();
+        painter.drawPixmap(rect.left(), top, piece);
+    }
+}
+
+/// Whether a picture of a size in logical pixels is one of whole pixels where it is painted.
+bool HasWholePixels(const QPainter &painter)
+{
+    const qreal ratio = painter.device()->devicePixelRatioF();
+    return ratio == std::floor(ratio) && painter.transform().type() <= QTransform::TxTranslate;
+}
+
+/// Draws a wide heading of narrow ones that lie over each other: it is the same from left to right
+/// but for its edges. The style keeps a picture of each size that it drew.
+template <typename Option, typename Draw>
+void AsNarrowHeadings(Option option, QPainter &painter, const Draw &draw)
+{
+    constexpr int Step = WidthOfAHeading - 2 * EdgeOfAHeading;
+    const QRect whole = option.rect;
+    for (int from = 0, size = 0; from < whole.width(); from += size) {
+        const bool isLast = whole.width() - from <= WidthOfAHeading - EdgeOfAHeading;
+        size = isLast ? whole.width() - from : Step;
+        const int start = isLast      ? whole.width() - WidthOfAHeading
+                          : from == 0 ? 0
+                                      : from - EdgeOfAHeading;
+        option.rect = QRect(whole.left() + start, whole.top(), WidthOfAHeading, whole.height());
+        painter.save();
+        painter.setClipRect(QRect(whole.left() + from, whole.top(), size, whole.height()),
+                            Qt::IntersectClip);
+        draw(option);
+        painter.restore();
+    }
+}
 
 class LateIcon final : public QIconEngine
 {
@@ -53,4 +116,40 @@ QIcon ThriftyStyle::standardIcon(StandardPixmap which, const QStyleOption *optio
     if (which == SP_ToolBarHorizontalExtensionButton || which == SP_ToolBarVerticalExtensionButton)
         return QIcon(new LateIcon(baseStyle(), which));
     return QProxyStyle::standardIcon(which, option, widget);
+}
+
+bool ThriftyStyle::IsFusion() const
+{
+    return baseStyle()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
+}
+
+void ThriftyStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                      QPainter *painter, const QWidget *widget) const
+{
+    const auto draw = [&](QPainter &on) {
+        QProxyStyle::drawComplexControl(control, option, &on, widget);
+    };
+    const bool isTall = control == CC_ScrollBar && option->rect.height() > option->rect.width();
+    if (isTall && HasWholePixels(*painter) && IsFusion())
+        InPieces(option->rect, *painter, draw);
+    else
+        draw(*painter);
+}
+
+void ThriftyStyle::drawControl(ControlElement element, const QStyleOption *option,
+                               QPainter *painter, const QWidget *widget) const
+{
+    const auto draw = [&](const QStyleOption &given) {
+        QProxyStyle::drawControl(element, &given, painter, widget);
+    };
+    const bool isWide = element == CE_HeaderSection && option->rect.width() > WidthOfAHeading &&
+                        option->rect.height() < WidthOfAHeading && IsFusion();
+    if (const auto *later = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
+        isWide && later)
+        AsNarrowHeadings(*later, *painter, draw);
+    else if (const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
+             isWide && heading)
+        AsNarrowHeadings(*heading, *painter, draw);
+    else
+        draw(*option);
 }

@@ -7,11 +7,20 @@
 
 /// The desktop's style, or the one that the user asked for. The buttons with which menu bars and
 /// toolbars show what has no room get their icons when these are first painted: to make them, the
-/// toolkit loads all of its picture plug-ins, which the first window would wait for.
-/// To be made when the toolkit has started and knows the desktop.
+/// toolkit loads all of its picture plug-ins, which the first window would wait for. The toolkit's
+/// own style, Fusion, paints tall scroll bars and headings in pieces that are too small for the
+/// toolkit to start threads for them. To be made when the toolkit has started and knows the
+/// desktop.
 class ThriftyStyle final : public QProxyStyle
 {
   public:
     QIcon standardIcon(StandardPixmap which, const QStyleOption *option,
                        const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override;
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override;
+
+  private:
+    bool IsFusion() const;
 };

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: The Serimonde developers
+// SPDX-License-Identifier: MIT
+
+#include "ThriftyStyle.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyleFactory>
+#include <QStyleOptionSlider>
+#include <QTest>
+
+#include <memory>
+#include <type_traits>
+
+namespace
+{
+
+/// What is painted of a heading or a scroll bar.
+template <typename Option> QImage Painted(const QStyle &style, const Option &option)
+{
+    QImage image(option.rect.right() + 1, option.rect.bottom() + 1, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    if constexpr (std::is_base_of_v<QStyleOptionComplex, Option>)
+        style.drawComplexControl(QStyle::CC_ScrollBar, &option, &painter, nullptr);
+    else
+        style.drawControl(QStyle::CE_HeaderSection, &option, &painter, nullptr);
+    return image;
+}
+
+} // namespace
+
+/// What is painted in pieces is what the toolkit's style paints.
+class tst_thriftystyle : public QObject
+{
+    Q_OBJECT
+
+  private Q_SLOTS:
+    void initTestCase() { QCOMPARE(QApplication::style()->name(), "fusion"); }
+
+    void Headings()
+    {
+        const QStyle::State enabled = QStyle::State_Enabled;
+        for (const QStyle::State state : {enabled, enabled | QStyle::State_Sunken,
+                                          enabled | QStyle::State_MouseOver, QStyle::State()}) {
+            for (int width = 1; width < 300; ++width) {
+                QStyleOptionHeaderV2 option;
+                option.palette = QApplication::palette();
+                option.state = state;
+                option.rect = QRect(3, 5, width, 22);
+                QCOMPARE(Painted(m_thrifty, option), Painted(*m_plain, option));
+            }
+        }
+    }
+
+    void ScrollBars()
+    {
+        for (const QStyle::SubControl active :
+             {QStyle::SC_None, QStyle::SC_ScrollBarSlider, QStyle::SC_ScrollBarAddLine}) {
+            for (int length = 30; length < 700; length += 61) {
+                QStyleOptionSlider option;
+                option.palette = QApplication::palette();
+                option.orientation = Qt::Vertical;
+                option.subControls = QStyle::SC_All;
+                option.activeSubControls = active;
+                option.maximum = 500;
+                option.pageStep = 100;
+                option.sliderPosition = option.sliderValue = length;
+                option.state = QStyle::State_Enabled | QStyle::State_MouseOver;
+                option.state.setFlag(QStyle::State_Sunken, length % 2 == 0);
+                option.rect = QRect(0, 0, 14, length);
+                QCOMPARE(Painted(m_thrifty, option), Painted(*m_plain, option));
+            }
+        }
+    }
+
+  private:
+    ThriftyStyle m_thrifty;
+    const std::unique_ptr<QStyle> m_plain{QStyleFactory::create(QStringLiteral("fusion"))};
+};
+
+QTEST_MAIN(tst_thriftystyle)
+#include "tst_thriftystyle.moc"
