@@ -4,6 +4,8 @@
 #include "ThriftyStyle.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFile>
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOptionSlider>
@@ -30,7 +32,42 @@ template <typename Option> QImage Painted(const QStyle &style, const Option &opt
 
 } // namespace
 
-/// What is painted in pieces is what the toolkit's style paints.
+QStyleOptionHeaderV2 Heading(int width)
+{
+    QStyleOptionHeaderV2 option;
+    option.palette = QApplication::palette();
+    option.state = QStyle::State_Enabled;
+    option.rect = QRect(3, 5, width, 22);
+    return option;
+}
+
+QStyleOptionSlider ScrollBar(int length)
+{
+    QStyleOptionSlider option;
+    option.palette = QApplication::palette();
+    option.orientation = Qt::Vertical;
+    option.subControls = QStyle::SC_All;
+    option.maximum = 500;
+    option.pageStep = 100;
+    option.sliderPosition = option.sliderValue = length;
+    option.state = QStyle::State_Enabled | QStyle::State_MouseOver;
+    option.state.setFlag(QStyle::State_Sunken, length % 2 == 0);
+    option.rect = QRect(0, 0, 14, length);
+    return option;
+}
+
+/// The threads of this program.
+QByteArrayList ThreadNames()
+{
+    QByteArrayList names;
+    for (const QString &thread : QDir(QStringLiteral("/proc/self/task")).entryList()) {
+        QFile name(QStringLiteral("/proc/self/task/%1/comm").arg(thread));
+        if (name.open(QIODevice::ReadOnly))
+            names << name.readAll().trimmed();
+    }
+    return names;
+}
+
 class tst_thriftystyle : public QObject
 {
     Q_OBJECT
@@ -38,16 +75,24 @@ class tst_thriftystyle : public QObject
   private Q_SLOTS:
     void initTestCase() { QCOMPARE(QApplication::style()->name(), "fusion"); }
 
+    void StartsNoThreads()
+    {
+        Painted(m_thrifty, ScrollBar(800));
+        Painted(m_thrifty, Heading(600));
+        QVERIFY(ThreadNames().size() > 0 && !ThreadNames().contains("Thread (pooled)"));
+        Painted(*m_plain, ScrollBar(800));
+        QVERIFY2(ThreadNames().contains("Thread (pooled)"),
+                 "the toolkit has become thrifty itself");
+    }
+
     void Headings()
     {
         const QStyle::State enabled = QStyle::State_Enabled;
         for (const QStyle::State state : {enabled, enabled | QStyle::State_Sunken,
                                           enabled | QStyle::State_MouseOver, QStyle::State()}) {
             for (int width = 1; width < 300; ++width) {
-                QStyleOptionHeaderV2 option;
-                option.palette = QApplication::palette();
+                QStyleOptionHeaderV2 option = Heading(width);
                 option.state = state;
-                option.rect = QRect(3, 5, width, 22);
                 QCOMPARE(Painted(m_thrifty, option), Painted(*m_plain, option));
             }
         }
@@ -58,17 +103,8 @@ class tst_thriftystyle : public QObject
         for (const QStyle::SubControl active :
              {QStyle::SC_None, QStyle::SC_ScrollBarSlider, QStyle::SC_ScrollBarAddLine}) {
             for (int length = 30; length < 700; length += 61) {
-                QStyleOptionSlider option;
-                option.palette = QApplication::palette();
-                option.orientation = Qt::Vertical;
-                option.subControls = QStyle::SC_All;
+                QStyleOptionSlider option = ScrollBar(length);
                 option.activeSubControls = active;
-                option.maximum = 500;
-                option.pageStep = 100;
-                option.sliderPosition = option.sliderValue = length;
-                option.state = QStyle::State_Enabled | QStyle::State_MouseOver;
-                option.state.setFlag(QStyle::State_Sunken, length % 2 == 0);
-                option.rect = QRect(0, 0, 14, length);
                 QCOMPARE(Painted(m_thrifty, option), Painted(*m_plain, option));
             }
         }

@@ -18,8 +18,8 @@ namespace
 // far too small to be worth a thread, and waits for them. A fill has a span for each of its rows,
 // and more where it is no plain colour.
 
-/// Length of a piece of a scroll bar, in pixels; an outline of it has several spans a row.
-constexpr int PieceOfAScrollBar = 24;
+/// Rows of a piece of a scroll bar, in pixels of the screen; an outline of it has two spans a row.
+constexpr int RowsOfAPiece = 44;
 /// Of a heading.
 constexpr int WidthOfAHeading = 64;
 constexpr int EdgeOfAHeading = 8; ///< as much at each end may differ from the rest
@@ -29,8 +29,9 @@ constexpr int EdgeOfAHeading = 8; ///< as much at each end may differ from the r
 template <typename Draw> void InPieces(const QRect &rect, QPainter &painter, const Draw &draw)
 {
     const qreal ratio = painter.device()->devicePixelRatioF();
-    for (int top = rect.top(); top <= rect.bottom(); top += PieceOfAScrollBar) {
-        const QSize size(rect.width(), std::min(PieceOfAScrollBar, rect.bottom() + 1 - top));
+    const int rows = std::max(1, int(RowsOfAPiece / ratio));
+    for (int top = rect.top(); top <= rect.bottom(); top += rows) {
+        const QSize size(rect.width(), std::min(rows, rect.bottom() + 1 - top));
         QPixmap piece(size * ratio);
         piece.setDevicePixelRatio(ratio);
         piece.fill(Qt::transparent);
