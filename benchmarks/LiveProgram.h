@@ -22,6 +22,7 @@
 #include "SystemFiles.h"
 #include "SystemPortName.h"
 #include "SystemRecordFolder.h"
+#include "ThreadTurns.h"
 #include "WindowSettings.h"
 #include "frmMain.h"
 #include "support/FixedClock.h"
@@ -111,6 +112,7 @@ class LiveProgram
     explicit LiveProgram(const QString &device, const QString &logName = {},
                          const QString &secondDevice = {}, const QString &recordFolder = {})
     {
+        ThreadTurns::TakeLong();
         if (!recordFolder.isEmpty())
             Record(recordFolder);
         log.next = &logFile;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "SampleTraffic.h"
+#include "ThreadTurns.h"
 #include "support/PtyPair.h"
 
 #include <QElapsedTimer>
@@ -21,8 +22,9 @@ inline const QByteArray Request = QByteArrayLiteral("MEAS?\r\n\x02");
 inline const QByteArray Answer = QByteArrayLiteral("21.4");
 
 /// Whose processors are whose. Whoever asks is to the program what a device is: something else that
-/// runs at the same time. Left to the system, the one who answers would now share a processor with
-/// the one who asks and now wait to be woken on another, which takes three times as long.
+/// runs at the same time, and that no window keeps waiting, where the system grants it. Left to the
+/// system, the one who answers would now share a processor with the one who asks and now wait to be
+/// woken on another, which takes three times as long.
 class Processors
 {
   public:
@@ -45,6 +47,12 @@ class Processors
                                : share == Share::Answering ? m_answering
                                                            : m_all;
         ::sched_setaffinity(0, sizeof set, CPU_COUNT(&m_answering) == 0 ? &m_all : &set);
+        ThreadTurns::TakeUsual(); // not those of the window's thread, which started it
+        if (share == Share::Asking) {
+            sched_param first = {};
+            first.sched_priority = ::sched_get_priority_min(SCHED_RR);
+            ::sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &first); // not for its echo
+        }
     }
 
   private:

@@ -21,6 +21,7 @@
 #include "SystemRecoveryFolder.h"
 #include "SystemRegistry.h"
 #include "TerminationWatch.h"
+#include "ThreadTurns.h"
 #include "ThriftyStyle.h"
 
 #include <QApplication>
@@ -145,6 +146,7 @@ int main(int argc, char *argv[])
     if (const Result bus = CheckSessionBus(); bus.Failed())
         errors << "serimonde: " << bus.Cause() << '\n' << Qt::flush;
 
+    ThreadTurns::TakeLong(); // also for all threads that are started; that of the lines has its own
     std::jthread fonts = HeadStart::Fonts();
     // The menu bar stands in the window; for another place the session's bus would be waited for.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);

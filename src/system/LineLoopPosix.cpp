@@ -5,6 +5,7 @@
 
 #include "DescriptorPosix.h"
 #include "LineClock.h"
+#include "ThreadTurns.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,7 +14,6 @@
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace
@@ -34,32 +34,11 @@ rlim_t GrantedLimit(__rlimit_resource resource)
     return limit.rlim_max;
 }
 
-/// What the system calls sched_attr; its header does not go with that of the library.
-struct SchedulingAttributes {
-    quint32 size = sizeof(SchedulingAttributes);
-    quint32 policy = SCHED_OTHER;
-    quint64 flags = 0;
-    qint32 nice = 0;
-    quint32 priority = 0;
-    quint64 runtime = 0; ///< ns; of a turn, for ordinary threads
-    quint64 deadline = 0;
-    quint64 period = 0;
-};
-
-/// With short turns a thread that has slept is put in front of what is running, instead of waiting
-/// for the end of its turn; no user needs a permission for that. Older systems take no notice.
-bool TakeShortTurns()
-{
-    SchedulingAttributes attributes;
-    attributes.nice = ::getpriority(PRIO_PROCESS, id_t(::gettid()));
-    attributes.runtime = 100'000; // the shortest that there is
-    return ::syscall(SYS_sched_setattr, 0, &attributes, 0U) == 0;
-}
-
 /// Ordinary users get more than the last of these only where the administrator grants it; nothing
 /// depends on any.
 QString RaisePriority()
 {
+    const bool hasTurns = ThreadTurns::TakeShort();
     GrantedLimit(RLIMIT_RTPRIO);
     sched_param realTime = {};
     realTime.sched_priority = ::sched_get_priority_min(SCHED_RR);
@@ -70,7 +49,7 @@ QString RaisePriority()
     for (const int nice : {Wanted, granted})
         if (nice < 0 && ::setpriority(PRIO_PROCESS, id_t(::gettid()), nice) == 0)
             return QStringLiteral("nice %1").arg(nice);
-    return TakeShortTurns() ? QStringLiteral("normal, in short turns") : QStringLiteral("normal");
+    return hasTurns ? QStringLiteral("normal, in short turns") : QStringLiteral("normal");
 }
 
 /// A thread gets that of the one that begins it.
