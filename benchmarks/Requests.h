@@ -47,7 +47,8 @@ class Processors
                                : share == Share::Answering ? m_answering
                                                            : m_all;
         ::sched_setaffinity(0, sizeof set, CPU_COUNT(&m_answering) == 0 ? &m_all : &set);
-        ThreadTurns::TakeUsual(); // not those of the window's thread, which started it
+        if (share != Share::All)
+            ThreadTurns::TakeUsual(); // not those of the window's thread, which started it
         if (share == Share::Asking) {
             sched_param first = {};
             first.sched_priority = ::sched_get_priority_min(SCHED_RR);
