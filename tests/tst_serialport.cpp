@@ -420,7 +420,7 @@ class TestSerialPort : public QObject
         std::array<PtyPair, 2> ptys;
         std::array<Ear, 2> ears;
         SerialLine lineA(loop), lineB(loop);
-        for (const size_t i : {0, 1}) {
+        for (const size_t i : {size_t(0), size_t(1)}) {
             SerialLine &line = i == 0 ? lineA : lineB;
             line.Listen(&ears[i]);
             Station::Require(line.Open({int(i), ptys[i].DeviceName(), ptys[i].DeviceName(), {}}));
