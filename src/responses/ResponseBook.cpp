@@ -60,11 +60,10 @@ ResponseBook::Report ResponseBook::Worker::ReportOf(const std::optional<Response
         report.picture = statistics.Picture(*chosen);
     report.twoChannels = scan.TwoChannels();
     report.isWhole = hasSeenAll;
-    for (const TelegramSource::Part &part : question.source->Parts()) {
-        report.whole += part.size;
-        if (part.number <= scan.PartNumber())
-            report.read += part.number == scan.PartNumber() ? scan.Read() : part.size;
-    }
+    const TelegramSource::Progress progress =
+        TelegramSource::ProgressAt(question.source->Parts(), scan.PartNumber(), scan.Read());
+    report.read = progress.read;
+    report.whole = progress.whole;
     return report;
 }
 

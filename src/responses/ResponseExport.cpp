@@ -48,14 +48,10 @@ class ValueLines final : public ResponseConsumer
 /// Of a thousand.
 int ShareRead(const ResponseScan &scan, const TelegramSource &source)
 {
-    double read = 0;
-    double whole = 1;
-    for (const TelegramSource::Part &part : source.Parts()) {
-        whole += double(part.size);
-        if (part.number <= scan.PartNumber())
-            read += double(part.number == scan.PartNumber() ? scan.Read() : part.size);
-    }
-    return int(std::min(1.0, read / whole) * ProgressSteps);
+    const TelegramSource::Progress progress =
+        TelegramSource::ProgressAt(source.Parts(), scan.PartNumber(), scan.Read());
+    const double share = double(progress.read) / double(std::max<qint64>(1, progress.whole));
+    return int(std::min(1.0, share) * ProgressSteps);
 }
 
 } // namespace

@@ -59,12 +59,10 @@ void TelegramIndex::Publish(const QList<TelegramSource::Part> &parts, bool isEnd
     m_known.end = m_scan.Cutter().Cut().number;
     m_known.bytes = m_scan.Cutter().Cut().bytes;
     m_known.first = m_places.empty() ? m_known.end : m_places.front().cut.number;
-    m_known.whole = m_known.read = 0;
-    for (const TelegramSource::Part &part : parts) {
-        m_known.whole += part.size;
-        if (part.number <= m_scan.PartNumber())
-            m_known.read += part.number == m_scan.PartNumber() ? m_scan.Read() : part.size;
-    }
+    const TelegramSource::Progress progress =
+        TelegramSource::ProgressAt(parts, m_scan.PartNumber(), m_scan.Read());
+    m_known.read = progress.read;
+    m_known.whole = progress.whole;
     m_known.isWhole = m_known.isWhole || isEnd;
 }
 

@@ -20,6 +20,22 @@ class TelegramSource
         qint64 size = 0;   ///< bytes of it that are there, whole blocks
     };
     virtual QList<Part> Parts() const = 0;
+
+    struct Progress {
+        qint64 read = 0; ///< bytes of all parts
+        qint64 whole = 0;
+    };
+    /// Where somebody has read so many bytes of a part, and those before it.
+    static Progress ProgressAt(const QList<Part> &parts, qint64 number, qint64 read)
+    {
+        Progress progress;
+        for (const Part &part : parts) {
+            progress.whole += part.size;
+            if (part.number <= number)
+                progress.read += part.number == number ? read : part.size;
+        }
+        return progress;
+    }
     /// One that may have gone meanwhile.
     virtual FileSystem::Opened Open(qint64 number) const = 0;
 
