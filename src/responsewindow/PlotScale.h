@@ -18,7 +18,6 @@ class PlotScale final
     /// Of moments in ns since 1970, shown in local time.
     static PlotScale OfMoments(qint64 first, qint64 last);
 
-    double Least() const { return m_least; }
     double Greatest() const { return m_greatest; }
     /// 0 for the least, 1 for the greatest; what is beyond is at the end.
     double ShareOf(double value) const;

@@ -182,11 +182,9 @@ void ResponsePlot::PaintAxes(QPainter &painter) const
     painter.setPen(text);
     painter.drawLine(m_field.bottomLeft(), m_field.topLeft());
     painter.drawLine(m_field.bottomLeft(), m_field.bottomRight());
-    const QString across =
-        m_axes.across.Unit().isEmpty() && !m_isLogarithmic ? QString() : m_axes.across.Unit();
     painter.drawText(
         QRectF(m_field.left(), m_field.bottom() + TickLength + line, m_field.width(), line),
-        Qt::AlignCenter, across);
+        Qt::AlignCenter, m_axes.across.Unit());
     painter.drawText(QRectF(Pad, line + Pad, m_field.left(), line), Qt::AlignLeft,
                      m_axes.up.Unit());
 }
