@@ -25,12 +25,13 @@
 #include "ThriftyStyle.h"
 
 #include <QApplication>
-#include <QRegularExpression>
 #include <QTextStream>
 
 #include <cstdlib>
+#include <future>
 #include <memory>
 #include <thread>
+#include <utility>
 
 namespace
 {
@@ -51,12 +52,6 @@ bool ResetSettings(FileSystem &files, const QString &path, UserPrompts &prompts,
                << Qt::flush;
     }
     return !old.result.Failed();
-}
-
-bool PlatformGiven(const QStringList &arguments)
-{
-    const QRegularExpression option(QStringLiteral("^--?platform(=|$)"));
-    return !arguments.filter(option).isEmpty();
 }
 
 int RunProgram(const CommandLine &line, QTextStream &errors)
@@ -139,22 +134,26 @@ int main(int argc, char *argv[])
         const QCoreApplication application(argc, argv);
         return ExaminePorts(parsed.line, output, errors);
     }
-    if (const Result display = CheckDisplay(); display.Failed() && !PlatformGiven(arguments)) {
+    if (const Result display = CheckDisplay(); display.Failed() && !ChoosesPlatform(arguments)) {
         errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;
     }
     if (const Result bus = CheckSessionBus(); bus.Failed())
         errors << "serimonde: " << bus.Cause() << '\n' << Qt::flush;
 
-    ThreadTurns::TakeLong(); // also for all threads that are started; that of the lines has its own
-    std::jthread fonts = HeadStart::Fonts();
+    ThreadTurns::TakeShort(); // the window is waited for, and hears from others on its way
+    const std::shared_future<void> fonts = HeadStart::Fonts();
+    std::jthread connecting;
+    if (WillBeSeen(arguments))
+        connecting = HeadStart::SessionBus(fonts);
     // The menu bar stands in the window; for another place the session's bus would be waited for.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     QApplication::setStyle(new ThriftyStyle);
-    const std::jthread bus = HeadStart::SessionBus(); // ends before the application does
-    fonts.join(); // who asks for a font before they are read would read them a second time
+    const std::jthread bus = std::move(connecting); // ends before the application does
+    fonts.wait(); // who asks for a font before they are read would read them a second time
     HeadStart::Faces();
+    ThreadTurns::TakeLong(); // also for all threads that are started; that of the lines has its own
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());
     QGuiApplication::setDesktopFileName(QStringLiteral("org.serimonde.Serimonde"));
