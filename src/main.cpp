@@ -6,6 +6,7 @@
 #include "Display.h"
 #include "DoctorCommand.h"
 #include "FileName.h"
+#include "FirstWindow.h"
 #include "HeadStart.h"
 #include "MdMain.h"
 #include "ProgramArguments.h"
@@ -82,6 +83,7 @@ int RunProgram(const CommandLine &line, QTextStream &errors)
     MdMain program({store, *prompts, clock, shell, *registry, recovery,
                     std::make_shared<SystemRecordFolder>()},
                    line);
+    const FirstWindow window;
 
     const auto closeUnasked = [&program, &prompts] {
         prompts->EndUnasked();
