@@ -6,10 +6,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
 #include <QPainter>
 #include <QStyleFactory>
 #include <QStyleOptionSlider>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <memory>
 #include <type_traits>
@@ -95,6 +97,26 @@ class tst_thriftystyle : public QObject
                 option.state = state;
                 QCOMPARE(Painted(m_thrifty, option), Painted(*m_plain, option));
             }
+        }
+    }
+
+    /// As wide as they are painted, whoever paints them bold.
+    void MeasuresHeadings()
+    {
+        const QString text = QStringLiteral("A heading of many letters, WWWWWWWWWWWWWWWWWWWW");
+        for (const bool marks : {false, true}) {
+            QTreeWidget list;
+            list.header()->setStyle(&m_thrifty);
+            list.setHeaderLabels({text});
+            list.header()->setHighlightSections(marks);
+            QFont font = list.header()->font();
+            const int plain = QFontMetrics(font).horizontalAdvance(text);
+            font.setBold(true);
+            const int bold = QFontMetrics(font).horizontalAdvance(text);
+            QVERIFY(plain < bold);
+            const int width = list.header()->sectionSizeHint(0);
+            const int margin = width - (marks ? bold : plain);
+            QVERIFY2(margin >= 0 && margin < bold - plain, qPrintable(QString::number(margin)));
         }
     }
 

@@ -3,6 +3,7 @@
 
 #include "ThriftyStyle.h"
 
+#include <QHeaderView>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPointer>
@@ -20,26 +21,36 @@ namespace
 
 /// Rows of a piece of a scroll bar, in pixels of the screen; an outline of it has two spans a row.
 constexpr int RowsOfAPiece = 44;
+constexpr int RowsOfAnEdge = 8; ///< as many may differ where a part of it begins or ends
 /// Of a heading.
 constexpr int WidthOfAHeading = 64;
 constexpr int EdgeOfAHeading = 8; ///< as much at each end may differ from the rest
 
 /// Draws what fills a tall rectangle in pieces, each on a picture of its own: a style may set other
-/// clips than ours.
-template <typename Draw> void InPieces(const QRect &rect, QPainter &painter, const Draw &draw)
+/// clips than ours. A piece without anything that begins or ends near it, in edges, looks like the
+/// one above it if that has none either.
+template <typename Draw>
+void InPieces(const QRect &rect, const QList<int> &edges, QPainter &painter, const Draw &draw)
 {
     const qreal ratio = painter.device()->devicePixelRatioF();
     const int rows = std::max(1, int(RowsOfAPiece / ratio));
+    QPixmap piece;
+    bool isPlain = false;
     for (int top = rect.top(); top <= rect.bottom(); top += rows) {
         const QSize size(rect.width(), std::min(rows, rect.bottom() + 1 - top));
-        QPixmap piece(size * ratio);
-        piece.setDevicePixelRatio(ratio);
-        piece.fill(Qt::transparent);
-        QPainter onPiece(&piece);
-        onPiece.setPen(painter.pen());
-        onPiece.translate(-rect.left(), -top);
-        draw(onPiece);
-        onPiece.end();
+        const bool isLikeAbove = isPlain && size.height() == rows;
+        isPlain = std::none_of(edges.cbegin(), edges.cend(), [&](int edge) {
+            return edge > top - RowsOfAnEdge && edge < top + rows + RowsOfAnEdge;
+        });
+        if (!isLikeAbove || !isPlain) {
+            piece = QPixmap(size * ratio);
+            piece.setDevicePixelRatio(ratio);
+            piece.fill(Qt::transparent);
+            QPainter onPiece(&piece);
+            onPiece.setPen(painter.pen());
+            onPiece.translate(-rect.left(), -top);
+            draw(onPiece);
+        }
         painter.drawPixmap(rect.left(), top, piece);
     }
 }
@@ -124,6 +135,17 @@ bool ThriftyStyle::IsFusion() const
     return baseStyle()->name().compare(QLatin1String("fusion"), Qt::CaseInsensitive) == 0;
 }
 
+/// Where the parts of a scroll bar begin and end, from top to bottom.
+QList<int> ThriftyStyle::EdgesOfParts(const QStyleOptionComplex &bar, const QWidget *widget) const
+{
+    QList<int> edges{bar.rect.top(), bar.rect.bottom() + 1};
+    for (const SubControl part : {SC_ScrollBarSubLine, SC_ScrollBarSlider, SC_ScrollBarAddLine}) {
+        const QRect rect = subControlRect(CC_ScrollBar, &bar, part, widget);
+        edges << rect.top() << rect.bottom() + 1;
+    }
+    return edges;
+}
+
 void ThriftyStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
                                       QPainter *painter, const QWidget *widget) const
 {
@@ -132,7 +154,7 @@ void ThriftyStyle::drawComplexControl(ComplexControl control, const QStyleOption
     };
     const bool isTall = control == CC_ScrollBar && option->rect.height() > option->rect.width();
     if (isTall && HasWholePixels(*painter) && IsFusion())
-        InPieces(option->rect, *painter, draw);
+        InPieces(option->rect, EdgesOfParts(*option, widget), *painter, draw);
     else
         draw(*painter);
 }
@@ -153,4 +175,26 @@ void ThriftyStyle::drawControl(ControlElement element, const QStyleOption *optio
         AsNarrowHeadings(*heading, *painter, draw);
     else
         draw(*option);
+}
+
+/// The toolkit measures all headings as if they were marked, in bold.
+QSize ThriftyStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
+                                     const QSize &contents, const QWidget *widget) const
+{
+    const auto *header = qobject_cast<const QHeaderView *>(widget);
+    const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
+    const bool isPlain = type == CT_HeaderSection && heading && header &&
+                         !header->highlightSections() &&
+                         !header->model()
+                              ->headerData(heading->section, header->orientation(), Qt::FontRole)
+                              .isValid();
+    const auto measured = [&](auto given) {
+        given.fontMetrics = header->fontMetrics();
+        return QProxyStyle::sizeFromContents(type, &given, contents, widget);
+    };
+    if (const auto *later = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
+        isPlain && later)
+        return measured(*later);
+    return isPlain ? measured(*heading)
+                   : QProxyStyle::sizeFromContents(type, option, contents, widget);
 }
