@@ -3,10 +3,9 @@
 
 #include "Icons.h"
 
-#include <QDir>
-#include <QFile>
 #include <QIconEngine>
 #include <QPainter>
+#include <QResource>
 
 #include <algorithm>
 #include <map>
@@ -16,15 +15,24 @@
 namespace
 {
 
+/// A folder of the resources; a directory of files would ask for the facts of each entry.
+class Folder final : public QResource
+{
+  public:
+    explicit Folder(const QString &path) : QResource(path) {}
+    using QResource::children;
+};
+
 /// A folder with the bare pixels of a picture in each size. One is read when it is first shown: the
 /// toolkit's own icon of several files reads all of them at once, which the first window would wait
 /// for.
 class PictureIcon final : public QIconEngine
 {
   public:
-    explicit PictureIcon(const QDir &folder) : m_folder(folder)
+    /// The folder is one of the program's resources.
+    explicit PictureIcon(const QString &folder) : m_folder(folder)
     {
-        for (const QString &picture : folder.entryList())
+        for (const QString &picture : Folder(folder).children())
             m_sides.push_back(picture.first(picture.indexOf(u'.')).toInt());
         std::sort(m_sides.begin(), m_sides.end());
     }
@@ -62,8 +70,8 @@ class PictureIcon final : public QIconEngine
     QPixmap Read(int side) const
     {
         const int stored = *std::lower_bound(m_sides.cbegin(), m_sides.cend(), side);
-        QFile file(m_folder.filePath(QStringLiteral("%1.rgba").arg(stored)));
-        const QByteArray pixels = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        const QResource picture(m_folder + QStringLiteral("/%1.rgba").arg(stored));
+        const QByteArray pixels = picture.uncompressedData();
         if (pixels.size() != qsizetype(stored) * stored * 4)
             return {};
         const QImage image(reinterpret_cast<const uchar *>(pixels.constData()), stored, stored,
@@ -73,7 +81,7 @@ class PictureIcon final : public QIconEngine
                                                                 Qt::SmoothTransformation));
     }
 
-    QDir m_folder;
+    QString m_folder;
     std::vector<int> m_sides; ///< in pixels, ascending
     std::map<std::pair<int, QIcon::Mode>, QPixmap> m_kept;
 };
@@ -82,5 +90,5 @@ class PictureIcon final : public QIconEngine
 
 QIcon Icons::Named(const char *name)
 {
-    return QIcon(new PictureIcon(QDir(QStringLiteral(":/icons/") + QLatin1String(name))));
+    return QIcon(new PictureIcon(QStringLiteral(":/icons/") + QLatin1String(name)));
 }
