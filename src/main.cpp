@@ -29,9 +29,7 @@
 #include <QTextStream>
 
 #include <cstdlib>
-#include <future>
 #include <memory>
-#include <thread>
 #include <utility>
 
 namespace
@@ -140,21 +138,18 @@ int main(int argc, char *argv[])
         errors << "serimonde: " << display.Cause() << '\n';
         return StartFailed;
     }
-    if (const Result bus = CheckSessionBus(); bus.Failed())
-        errors << "serimonde: " << bus.Cause() << '\n' << Qt::flush;
+    const SessionBus bus = AskSessionBus();
+    if (bus.state.Failed())
+        errors << "serimonde: " << bus.state.Cause() << '\n' << Qt::flush;
 
     ThreadTurns::TakeShort(); // the window is waited for, and hears from others on its way
-    const std::shared_future<void> fonts = HeadStart::Fonts();
-    std::jthread connecting;
-    if (WillBeSeen(arguments))
-        connecting = HeadStart::SessionBus(fonts);
+    HeadStart begun(WillBeSeen(arguments), bus.runs);
     // The menu bar stands in the window; for another place the session's bus would be waited for.
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeMenuBar);
     QApplication application(argc, argv);
     QApplication::setStyle(new ThriftyStyle);
-    const std::jthread bus = std::move(connecting); // ends before the application does
-    fonts.wait(); // who asks for a font before they are read would read them a second time
-    HeadStart::Faces();
+    HeadStart start = std::move(begun); // ends before the application does
+    start.LoadFaces();
     ThreadTurns::TakeLong(); // also for all threads that are started; that of the lines has its own
     QCoreApplication::setApplicationName(QStringLiteral("Serimonde"));
     QCoreApplication::setApplicationVersion(ProgramInfo::Version());

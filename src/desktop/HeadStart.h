@@ -6,23 +6,23 @@
 #include <future>
 #include <thread>
 
-/// What the toolkit does on the way to the first window, begun early on threads of their own, so
-/// that it need not be waited for. Without it the toolkit does the same a little later. The threads
-/// must have ended before the toolkit does, which gives back what they fetch.
-namespace HeadStart
+/// What the toolkit does on the way to the first window, begun early on a thread of its own, so
+/// that it need not be waited for: the connection to the session's bus, which is asked for
+/// assistive technologies where windows can be seen, and reading which fonts there are. Without it
+/// the toolkit does the same a little later. It must end before the toolkit does, which gives back
+/// what it fetches.
+class HeadStart
 {
+  public:
+    /// To be made before the toolkit starts; sets the user's locale. Where no bus runs one is
+    /// started, which takes as long as the toolkit itself; it then comes behind the fonts.
+    HeadStart(bool seen, bool busRuns);
 
-/// Reads which fonts there are; ready when that is done. To be called before the toolkit starts;
-/// sets the user's locale.
-[[nodiscard]] std::shared_future<void> Fonts();
+    /// Loads the faces that the first window shows. To be called when the toolkit has started: the
+    /// window would soon wait for the bus.
+    void LoadFaces();
 
-/// Connects to the session's bus, which is asked for assistive technologies on the platforms that
-/// show windows: where there is no bus yet, one is started, and that takes as long as the toolkit
-/// itself. It begins behind something else, so that no more than one processor is taken.
-[[nodiscard]] std::jthread SessionBus(const std::shared_future<void> &behind);
-
-/// Loads the faces that the first window shows. To be called when the toolkit has started: the
-/// window would soon wait for the bus.
-void Faces();
-
-} // namespace HeadStart
+  private:
+    std::future<void> m_fonts;
+    std::jthread m_thread;
+};

@@ -12,29 +12,32 @@
 #include <QThread>
 
 #include <clocale>
+#include <utility>
 
 #include <fontconfig/fontconfig.h>
 
-std::shared_future<void> HeadStart::Fonts()
+HeadStart::HeadStart(bool seen, bool busRuns)
 {
-    // Its files are read by the locale's rules for numbers. The toolkit sets the same locale, and
-    // must not change it meanwhile.
+    // The files of fonts are read by the locale's rules for numbers. The toolkit sets the same
+    // locale, and must not change it meanwhile.
     std::setlocale(LC_ALL, "");
-    return std::async(std::launch::async, [] { FcInit(); });
-}
-
-std::jthread HeadStart::SessionBus(const std::shared_future<void> &behind)
-{
     QThread::currentThread(); // the first thread to ask is the one where the toolkit is to start
-    return std::jthread([behind] {
+    std::promise<void> read;
+    m_fonts = read.get_future();
+    m_thread = std::jthread([seen, busRuns, read = std::move(read)]() mutable {
         ThreadTurns::TakeLong();
-        behind.wait();
-        QDBusConnection::sessionBus();
+        if (seen && busRuns)
+            QDBusConnection::sessionBus();
+        FcInit();
+        read.set_value();
+        if (seen && !busRuns)
+            QDBusConnection::sessionBus();
     });
 }
 
-void HeadStart::Faces()
+void HeadStart::LoadFaces()
 {
+    m_fonts.wait(); // who asks for a font before they are read would read them a second time
     for (const QFont &font : {QGuiApplication::font(), FixedPitchFont::ViewFont()})
         QFontMetrics(font).boundingRect(QStringLiteral("A"));
 }

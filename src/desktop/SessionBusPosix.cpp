@@ -44,13 +44,14 @@ QByteArray SocketName()
     return {};
 }
 
-/// Whether nothing has come in time of what it has been asked for.
-bool KeepsSilent(int socket, const QByteArray &name)
+enum class Answer { Some, None, NotInTime };
+
+Answer AnswerOf(int socket, const QByteArray &name)
 {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     if (name.isEmpty() || name.size() >= qsizetype(sizeof address.sun_path))
-        return false;
+        return Answer::None;
     std::copy(name.cbegin(), name.cend(), std::begin(address.sun_path));
     for (const int direction : {SO_SNDTIMEO, SO_RCVTIMEO})
         ::setsockopt(socket, SOL_SOCKET, direction, &MostTimeToAnswer, sizeof MostTimeToAnswer);
@@ -63,21 +64,24 @@ bool KeepsSilent(int socket, const QByteArray &name)
         ::connect(socket, reinterpret_cast<const sockaddr *>(&address), length) == 0 &&
         ::send(socket, Question.data(), Question.size(), MSG_NOSIGNAL) > 0 &&
         ::recv(socket, answer.data(), answer.size(), 0) >= 0;
-    return !done && errno == EAGAIN;
+    if (done)
+        return Answer::Some;
+    return errno == EAGAIN ? Answer::NotInTime : Answer::None;
 }
 
 } // namespace
 
-Result CheckSessionBus()
+SessionBus AskSessionBus()
 {
     const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (socket < 0)
         return {};
-    const bool silent = KeepsSilent(socket, SocketName());
+    const Answer answer = AnswerOf(socket, SocketName());
     ::close(socket);
-    if (!silent)
-        return {};
+    if (answer != Answer::NotInTime)
+        return {answer == Answer::Some, {}};
     qputenv(AddressVariable, "disabled:");
-    return Failure{QStringLiteral("The session's bus does not answer. Until the program is started "
-                                  "again, assistive programs hear nothing of it.")};
+    return {false, Failure{QStringLiteral("The session's bus does not answer. Until the program is "
+                                          "started again, assistive programs hear nothing of "
+                                          "it.")}};
 }
