@@ -15,6 +15,46 @@
 #include <utility>
 
 #include <fontconfig/fontconfig.h>
+#include <pthread.h>
+#include <sched.h>
+
+namespace
+{
+
+/// The processors that a thread may use.
+class Processors
+{
+  public:
+    /// Those of the calling thread.
+    static Processors Own()
+    {
+        Processors own;
+        own.m_areKnown = ::sched_getaffinity(0, sizeof own.m_set, &own.m_set) == 0;
+        return own;
+    }
+
+    /// All but the one that the calling thread runs on; all if there is no other.
+    Processors Others() const
+    {
+        Processors others = *this;
+        const int current = ::sched_getcpu();
+        if (current >= 0 && CPU_COUNT(&m_set) > 1)
+            CPU_CLR(current, &others.m_set);
+        return others;
+    }
+
+    void GiveTo(pthread_t thread) const
+    {
+        if (m_areKnown)
+            ::pthread_setaffinity_np(thread, sizeof m_set, &m_set);
+    }
+
+  private:
+    cpu_set_t m_set = {};
+    bool m_areKnown = false;
+};
+
+} // namespace
 
 HeadStart::HeadStart(bool seen, bool busRuns)
 {
@@ -24,15 +64,28 @@ HeadStart::HeadStart(bool seen, bool busRuns)
     QThread::currentThread(); // the first thread to ask is the one where the toolkit is to start
     std::promise<void> read;
     m_fonts = read.get_future();
-    m_thread = std::jthread([seen, busRuns, read = std::move(read)]() mutable {
-        ThreadTurns::TakeLong();
-        if (seen && busRuns)
-            QDBusConnection::sessionBus();
-        FcInit();
-        read.set_value();
-        if (seen && !busRuns)
-            QDBusConnection::sessionBus();
-    });
+    std::promise<void> placed;
+    const Processors all = Processors::Own();
+    m_thread = std::jthread(
+        [seen, busRuns, all, read = std::move(read), isPlaced = placed.get_future()]() mutable {
+            ThreadTurns::TakeLong();
+            isPlaced.wait();
+            const auto readFonts = [&read] {
+                FcInit();
+                read.set_value();
+            };
+            if (!busRuns)
+                readFonts();
+            all.GiveTo(::pthread_self()); // what is started from here on inherits it
+            if (seen)
+                QDBusConnection::sessionBus();
+            if (busRuns)
+                readFonts();
+        });
+    // The system likes to begin a thread where its maker runs, and both take turns for milliseconds
+    // while another processor idles.
+    all.Others().GiveTo(m_thread.native_handle());
+    placed.set_value();
 }
 
 void HeadStart::LoadFaces()
