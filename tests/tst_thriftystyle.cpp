@@ -100,7 +100,7 @@ class tst_thriftystyle : public QObject
         }
     }
 
-    /// As wide as they are painted, whoever paints them bold.
+    /// In bold only where they may be painted so.
     void MeasuresHeadings()
     {
         const QString text = QStringLiteral("A heading of many letters, WWWWWWWWWWWWWWWWWWWW");

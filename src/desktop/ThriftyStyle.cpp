@@ -27,8 +27,8 @@ constexpr int WidthOfAHeading = 64;
 constexpr int EdgeOfAHeading = 8; ///< as much at each end may differ from the rest
 
 /// Draws what fills a tall rectangle in pieces, each on a picture of its own: a style may set other
-/// clips than ours. A piece without anything that begins or ends near it, in edges, looks like the
-/// one above it if that has none either.
+/// clips than ours. A piece without anything that begins or ends near it, the rectangle included,
+/// looks like the one above it if that has none either.
 template <typename Draw>
 void InPieces(const QRect &rect, const QList<int> &edges, QPainter &painter, const Draw &draw)
 {
@@ -37,12 +37,12 @@ void InPieces(const QRect &rect, const QList<int> &edges, QPainter &painter, con
     QPixmap piece;
     bool isPlain = false;
     for (int top = rect.top(); top <= rect.bottom(); top += rows) {
-        const QSize size(rect.width(), std::min(rows, rect.bottom() + 1 - top));
-        const bool isLikeAbove = isPlain && size.height() == rows;
+        const bool wasPlain = isPlain;
         isPlain = std::none_of(edges.cbegin(), edges.cend(), [&](int edge) {
             return edge > top - RowsOfAnEdge && edge < top + rows + RowsOfAnEdge;
         });
-        if (!isLikeAbove || !isPlain) {
+        if (!wasPlain || !isPlain) {
+            const QSize size(rect.width(), std::min(rows, rect.bottom() + 1 - top));
             piece = QPixmap(size * ratio);
             piece.setDevicePixelRatio(ratio);
             piece.fill(Qt::transparent);
@@ -82,6 +82,25 @@ void AsNarrowHeadings(Option option, QPainter &painter, const Draw &draw)
         draw(option);
         painter.restore();
     }
+}
+
+/// Passes a heading on as what it is, so that it can be copied; false if it is none.
+template <typename Use> bool WithHeading(const QStyleOption *option, const Use &use)
+{
+    if (const auto *later = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option))
+        use(*later);
+    else if (const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option))
+        use(*heading);
+    else
+        return false;
+    return true;
+}
+
+/// Whether a heading is never marked, and has the font of all.
+bool IsPlain(const QHeaderView &header, int section)
+{
+    const QVariant font = header.model()->headerData(section, header.orientation(), Qt::FontRole);
+    return !header.highlightSections() && !font.isValid();
 }
 
 class LateIcon final : public QIconEngine
@@ -167,13 +186,10 @@ void ThriftyStyle::drawControl(ControlElement element, const QStyleOption *optio
     };
     const bool isWide = element == CE_HeaderSection && option->rect.width() > WidthOfAHeading &&
                         option->rect.height() < WidthOfAHeading && IsFusion();
-    if (const auto *later = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
-        isWide && later)
-        AsNarrowHeadings(*later, *painter, draw);
-    else if (const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
-             isWide && heading)
-        AsNarrowHeadings(*heading, *painter, draw);
-    else
+    const bool isDrawn = isWide && WithHeading(option, [&](const auto &heading) {
+                             AsNarrowHeadings(heading, *painter, draw);
+                         });
+    if (!isDrawn)
         draw(*option);
 }
 
@@ -181,20 +197,13 @@ void ThriftyStyle::drawControl(ControlElement element, const QStyleOption *optio
 QSize ThriftyStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
                                      const QSize &contents, const QWidget *widget) const
 {
-    const auto *header = qobject_cast<const QHeaderView *>(widget);
-    const auto *heading = qstyleoption_cast<const QStyleOptionHeader *>(option);
-    const bool isPlain = type == CT_HeaderSection && heading && header &&
-                         !header->highlightSections() &&
-                         !header->model()
-                              ->headerData(heading->section, header->orientation(), Qt::FontRole)
-                              .isValid();
-    const auto measured = [&](auto given) {
-        given.fontMetrics = header->fontMetrics();
-        return QProxyStyle::sizeFromContents(type, &given, contents, widget);
-    };
-    if (const auto *later = qstyleoption_cast<const QStyleOptionHeaderV2 *>(option);
-        isPlain && later)
-        return measured(*later);
-    return isPlain ? measured(*heading)
-                   : QProxyStyle::sizeFromContents(type, option, contents, widget);
+    QSize size = contents;
+    const auto *header =
+        type == CT_HeaderSection ? qobject_cast<const QHeaderView *>(widget) : nullptr;
+    const bool isHeading = header && WithHeading(option, [&](auto heading) {
+                               if (IsPlain(*header, heading.section))
+                                   heading.fontMetrics = header->fontMetrics();
+                               size = QProxyStyle::sizeFromContents(type, &heading, size, widget);
+                           });
+    return isHeading ? size : QProxyStyle::sizeFromContents(type, option, contents, widget);
 }
